@@ -1,0 +1,328 @@
+// The XML frame: XMLNSContext (Part 1.1) and the value converters (Part 1.2).
+#include "ooxml/ooxml.h"
+
+#include <cstdint>
+#include <cwctype>
+#include <limits>
+
+#include <wx/log.h>
+#include <wx/xml/xml.h>
+
+#include "ooxml/ooxml_read.h"
+
+namespace
+{
+
+std::wstring_view View(const wxString& text)
+{
+    return std::wstring_view(text.wx_str(), text.length());
+}
+
+bool StartsWith(const wxString& text, std::wstring_view prefix)
+{
+    return View(text).substr(0, prefix.size()) == prefix;
+}
+
+} // namespace
+
+// -- XMLNSContext -------------------------------------------------------------------
+
+XMLNSContext::XMLNSContext(wxXmlDocument* document)
+    : m_depth(0)
+{
+    PushStack(document->GetRoot());
+}
+
+XMLNSContext::XMLNSContext(const XMLNSContext& other)
+    : m_scopes(other.m_scopes.begin(), other.m_scopes.begin() + other.m_depth),
+      m_depth(other.m_depth),
+      m_defaultNamespace(other.m_defaultNamespace)
+{
+}
+
+XMLNSContext& XMLNSContext::operator=(const XMLNSContext& other)
+{
+    if (this != &other)
+    {
+        // Reuse this context's scopes pairwise, drop the surplus, add the missing.
+        m_scopes.resize(other.m_depth);
+        for (std::size_t i = 0; i < other.m_depth; ++i)
+            m_scopes[i] = other.m_scopes[i];
+        m_depth = other.m_depth;
+    }
+    m_defaultNamespace = other.m_defaultNamespace;
+    return *this;
+}
+
+XMLNSContext::~XMLNSContext() = default;
+
+void XMLNSContext::PushStack(wxXmlNode* node)
+{
+    if (m_depth == m_scopes.size())
+        m_scopes.emplace_back();
+    Scope& scope = m_scopes[m_depth++];
+    if (!node)
+        return;
+    static const std::wstring_view xmlnsColon = L"xmlns:";
+    for (const wxXmlAttribute* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
+    {
+        const wxString& name = attribute->GetName();
+        if (StartsWith(name, xmlnsColon))
+            scope[name.Mid(xmlnsColon.size())] = attribute->GetValue();
+        else if (View(name) == L"xmlns")
+            m_defaultNamespace = attribute->GetValue();
+    }
+}
+
+void XMLNSContext::PopStack()
+{
+    // Callers never pop more than they pushed; an extra pop does nothing.
+    if (m_depth > 0)
+        m_scopes[--m_depth].clear();
+}
+
+wxString XMLNSContext::MapNameSpace(const wxString& name, const XMLNSMap& map) const
+{
+    const std::wstring_view whole = View(name);
+    const std::size_t colon = whole.find(L':');
+    const std::wstring_view prefix = colon == std::wstring_view::npos ? std::wstring_view() : whole.substr(0, colon);
+    const std::wstring_view local = colon == std::wstring_view::npos ? whole : whole.substr(colon + 1);
+
+    // Namespace declarations pass through untouched.
+    if (prefix == L"xmlns" || local == L"xmlns")
+        return name;
+
+    // Resolve the prefix to a namespace URI; an unbound prefix stands for itself.
+    const wxString* uri = nullptr;
+    wxString unbound;
+    if (prefix.empty())
+    {
+        uri = &m_defaultNamespace;
+    }
+    else
+    {
+        for (std::size_t i = m_depth; i-- > 0 && !uri;)
+        {
+            const Scope::const_iterator found = m_scopes[i].find(prefix);
+            if (found != m_scopes[i].end())
+                uri = &found->second;
+        }
+        if (!uri)
+        {
+            unbound.assign(prefix.data(), prefix.size());
+            uri = &unbound;
+        }
+    }
+
+    const wxString* resolved = uri;
+    if (!uri->empty())
+    {
+        const XMLNSMap::const_iterator known = map.find(*uri);
+        if (known != map.end())
+        {
+            resolved = &known->second;
+        }
+        else if (wxLog::IsLevelEnabled(wxLOG_Message, wxLOG_COMPONENT))
+        {
+            wxLogger(wxLOG_Message, __FILE__, __LINE__, "XMLNSContext::MapNameSpace", wxLOG_COMPONENT)
+                .Log(wxS("Invalid name: %s"), name);
+        }
+    }
+
+    if (resolved->empty())
+        return wxString(local.data(), local.size());
+    wxString result;
+    result.reserve(resolved->length() + 1 + local.size());
+    result.append(*resolved);
+    result.append(wxUniChar(':'));
+    result.append(local.data(), local.size());
+    return result;
+}
+
+// -- XMLPtrArray ----------------------------------------------------------------------
+// Out of line, so that the generated getters and readers call them instead of
+// inlining std::vector's code ~540 times.
+
+XMLPtrArrayBase::XMLPtrArrayBase() = default;
+XMLPtrArrayBase::XMLPtrArrayBase(const XMLPtrArrayBase& other) = default;
+XMLPtrArrayBase& XMLPtrArrayBase::operator=(const XMLPtrArrayBase& other) = default;
+XMLPtrArrayBase::~XMLPtrArrayBase() = default;
+
+void XMLPtrArrayBase::Append(void* item)
+{
+    m_items.push_back(item);
+}
+
+// -- Reader helpers --------------------------------------------------------------------
+
+bool ooxml_detail::NameMatcher::Is(const wxString& mappedName)
+{
+    if (!m_mapped)
+    {
+        m_mappedName = m_context->MapNameSpace(*m_name, *m_map);
+        m_mapped = true;
+    }
+    return m_mappedName == mappedName;
+}
+
+// -- Value converters ------------------------------------------------------------------
+
+namespace
+{
+
+// wxString::ToLong/ToULong accept the range of the native long, which is 64
+// bits here: the 32-bit limits of Part 1.2 are applied explicitly.
+bool ParseLong32(const wxString& text, long* value)
+{
+    long parsed;
+    if (!text.ToLong(&parsed, 10) || parsed < std::numeric_limits<std::int32_t>::min() ||
+        parsed > std::numeric_limits<std::int32_t>::max())
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool ParseULong32(const wxString& text, unsigned long* value)
+{
+    unsigned long parsed;
+    if (!text.ToULong(&parsed, 10) || parsed > std::numeric_limits<std::uint32_t>::max())
+        return false;
+    *value = parsed;
+    return true;
+}
+
+// ToCDouble also reads C99 hexadecimal floats; Part 1.2 allows base 10 only.
+bool ParseCDouble(const wxString& text, double* value)
+{
+    std::wstring_view rest = View(text);
+    while (!rest.empty() && std::iswspace(rest.front()))
+        rest.remove_prefix(1);
+    if (!rest.empty() && (rest.front() == L'+' || rest.front() == L'-'))
+        rest.remove_prefix(1);
+    if (rest.size() >= 2 && rest[0] == L'0' && (rest[1] == L'x' || rest[1] == L'X'))
+        return false;
+    double parsed;
+    if (!text.ToCDouble(&parsed))
+        return false;
+    *value = parsed;
+    return true;
+}
+
+} // namespace
+
+bool ParseInt8(char* dest, const wxString& text)
+{
+    long value;
+    if (!ParseLong32(text, &value))
+        return false;
+    *dest = static_cast<char>(static_cast<unsigned char>(value & 0xFF));
+    return true;
+}
+
+bool ParseUInt8(unsigned char* dest, const wxString& text)
+{
+    unsigned long value;
+    if (!ParseULong32(text, &value))
+        return false;
+    *dest = static_cast<unsigned char>(value & 0xFF);
+    return true;
+}
+
+bool ParseInt16(short* dest, const wxString& text)
+{
+    long value;
+    if (!ParseLong32(text, &value))
+        return false;
+    *dest = static_cast<short>(static_cast<unsigned short>(value & 0xFFFF));
+    return true;
+}
+
+bool ParseUInt16(unsigned short* dest, const wxString& text)
+{
+    unsigned long value;
+    if (!ParseULong32(text, &value))
+        return false;
+    *dest = static_cast<unsigned short>(value & 0xFFFF);
+    return true;
+}
+
+bool ParseInt32(int* dest, const wxString& text)
+{
+    long value;
+    if (!ParseLong32(text, &value))
+        return false;
+    *dest = static_cast<int>(value);
+    return true;
+}
+
+bool ParseUInt32(unsigned int* dest, const wxString& text)
+{
+    unsigned long value;
+    if (!ParseULong32(text, &value))
+        return false;
+    *dest = static_cast<unsigned int>(value);
+    return true;
+}
+
+bool ParseInt64(long long* dest, const wxString& text)
+{
+    wxLongLong_t value;
+    if (!text.ToLongLong(&value, 10))
+        return false;
+    *dest = value;
+    return true;
+}
+
+bool ParseUInt64(unsigned long long* dest, const wxString& text)
+{
+    wxULongLong_t value;
+    if (!text.ToULongLong(&value, 10))
+        return false;
+    *dest = value;
+    return true;
+}
+
+bool ParseFloat(float* dest, const wxString& text)
+{
+    double value;
+    if (!ParseCDouble(text, &value))
+        return false;
+    *dest = static_cast<float>(value);
+    return true;
+}
+
+bool ParseDouble(double* dest, const wxString& text)
+{
+    return ParseCDouble(text, dest);
+}
+
+bool ParseBool(bool* dest, const wxString& text)
+{
+    const std::wstring_view value = View(text);
+    if (value == L"true" || value == L"1")
+        *dest = true;
+    else if (value == L"false" || value == L"0")
+        *dest = false;
+    else
+        return false;
+    return true;
+}
+
+bool ParseString(wxString* dest, const wxString& text)
+{
+    *dest = text;
+    return true;
+}
+
+bool ParseVariant(wxAny* dest, const wxString& text)
+{
+    wxLongLong_t integer;
+    double number;
+    if (text.ToLongLong(&integer, 10))
+        *dest = integer;
+    else if (ParseCDouble(text, &number))
+        *dest = number;
+    else
+        *dest = text;
+    return true;
+}

@@ -1,0 +1,1 @@
+"""ooxmlgen: generates the ooxml library's classes from the bound XSDs."""
