@@ -15,7 +15,9 @@ bool Converts(bool (*parse)(T*, const wxString&), const wxString& text, T* out, 
     T value = sentinel;
     const bool ok = parse(&value, text);
     if (!ok)
+    {
         EXPECT_EQ(value, sentinel) << "destination written on failure of \"" << text.utf8_str() << "\"";
+    }
     *out = value;
     return ok;
 }

@@ -1,0 +1,140 @@
+// ooxml::opc: opening Office Open XML packages (the optional layer on top
+// of the library, which reads only already parsed parts).
+//
+//   ooxml::opc::Package package;
+//   ooxml::opc::Error error;
+//   if (!package.Open("report.xlsx", &error))
+//       return Fail(error.ToString());            // "report.xlsx: not a ZIP archive"
+//   for (const ooxml::opc::Part& part : package.GetParts())
+//       ... part.name ("/xl/workbook.xml"), part.contentType ...
+//
+// Every failure is an Error value naming the package and the part; hostile
+// input is bounded by Limits (sizes, nesting depth, number of parts).
+#ifndef OOXML_OPC_PACKAGE_H
+#define OOXML_OPC_PACKAGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "ooxml/ooxml.h"
+
+class wxXmlDocument;
+
+namespace ooxml
+{
+namespace opc
+{
+
+// Bounds on what a package may make us read or hold.  The defaults suit real
+// documents (the largest parts of real workbooks are some hundreds of MB
+// uncompressed) and stop decompression bombs and runaway nesting.
+struct Limits
+{
+    std::uint64_t maxPartSize = 512ull << 20;     // uncompressed bytes of one part
+    std::uint64_t maxPackageSize = 2048ull << 20; // uncompressed bytes of all parts read
+    std::size_t maxParts = 65536;                 // entries of the ZIP directory
+    std::size_t maxDepth = 256;                   // XML element nesting, checked before parsing
+};
+
+// What went wrong, and where.
+struct OOXML_API Error
+{
+    wxString package;   // the file
+    wxString part;      // the part name ("/xl/workbook.xml"), empty for the whole package
+    wxString message;   // what is wrong
+
+    // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line).
+    wxString ToString() const;
+};
+
+// One part of the package, in the order of the ZIP directory.
+struct Part
+{
+    wxString name;          // part name: "/" and the ZIP item name ("/xl/workbook.xml")
+    wxString contentType;   // by Override, else by Default extension; empty if neither
+    std::uint64_t size;     // uncompressed size as the directory states it
+    std::uint64_t compressedSize;
+};
+
+// One relationship of a source part (or of the package).
+struct Relationship
+{
+    wxString id;
+    wxString type;
+    wxString target;        // as written
+    wxString targetMode;    // as written ("External", "Internal" or empty)
+    wxString resolved;      // the target part name, or the target itself when external
+    bool external;
+};
+
+class OOXML_API Package
+{
+public:
+    explicit Package(const Limits& limits = Limits());
+    ~Package();
+    Package(const Package&) = delete;
+    Package& operator=(const Package&) = delete;
+
+    // Reads the ZIP directory and the content types part.  False (with
+    // `error` filled) if the file is missing, is not a ZIP archive, has too
+    // many entries, two parts of one name, or no readable [Content_Types].xml.
+    bool Open(const wxString& path, Error* error);
+
+    // The same for a package held in memory; `name` stands for the file in
+    // messages.  The bytes are copied.
+    bool OpenMemory(const void* data, std::size_t size, const wxString& name, Error* error);
+
+    const wxString& GetPath() const;
+    const Limits& GetLimits() const;
+    const std::vector<Part>& GetParts() const;
+
+    // The part of that name (compared case-insensitively, as OPC says), or null.
+    const Part* FindPart(const wxString& name) const;
+
+    // The content type of a part name: its Override, else the Default of its
+    // extension (case-insensitive), else empty.
+    wxString GetContentType(const wxString& partName) const;
+
+    // The relationships of `source` ("/" or "" for the package itself), read
+    // from its relationships part with the library's CT_Relationships.  A
+    // source without a relationships part has none (true, empty).
+    bool GetRelationships(const wxString& source, std::vector<Relationship>* relationships,
+                          Error* error) const;
+
+    // The uncompressed bytes of a part, within the limits.
+    bool ReadPart(const wxString& partName, std::string* bytes, Error* error) const;
+
+    // Parses a part into `document`: within the limits, nesting depth checked
+    // before wxWidgets builds the tree, parse errors reported, not logged.
+    bool LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const;
+
+    // "/xl/workbook.xml" -> "/xl/_rels/workbook.xml.rels"; the package's own
+    // relationships are "/_rels/.rels".
+    static wxString RelationshipsPartName(const wxString& source);
+
+    // A relative target resolved against its source part's folder
+    // ("/xl/workbook.xml", "worksheets/sheet1.xml" -> "/xl/worksheets/sheet1.xml");
+    // "." and ".." segments removed; an absolute target ("/a/b") kept.
+    static wxString ResolveTarget(const wxString& source, const wxString& target);
+
+    // Whether a part name is a relationships part ("/_rels/.rels", "/x/_rels/y.rels").
+    static bool IsRelationshipsPart(const wxString& partName);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+// The deepest element nesting of XML text, found without building a tree;
+// stops counting at `limit + 1`.
+OOXML_API std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t limit);
+
+} // namespace opc
+} // namespace ooxml
+
+#endif // OOXML_OPC_PACKAGE_H

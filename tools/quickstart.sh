@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Quick start on a fresh Debian 12 machine, as root or with sudo.
+#
+#   tools/quickstart.sh demo   install what is missing, build, run ooxml-dump on the bundled sample
+#   tools/quickstart.sh test   install what is missing, build, run the whole test suite, then
+#                              again in a build with AddressSanitizer and UndefinedBehaviorSanitizer
+#
+# Builds go to build/ and build-sanitize/ (ccache makes rebuilds quick).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+PACKAGES="cmake g++ make python3 pkg-config ccache libwxgtk3.2-dev libgtest-dev"
+
+install_missing() {
+    local missing=""
+    for package in $PACKAGES; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing="$missing $package"
+    done
+    [ -z "$missing" ] && return 0
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo=sudo
+    echo "quickstart: installing$missing"
+    $sudo apt-get update -q
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends $missing
+}
+
+build() {
+    local dir=$1
+    shift
+    cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=Release "$@"
+    cmake --build "$dir" -j "$(nproc)"
+}
+
+case "${1:-}" in
+    demo)
+        install_missing
+        build build -DOOXML_BUILD_TESTS=OFF
+        build/apps/ooxml-dump
+        ;;
+    test)
+        install_missing
+        build build -DOOXML_BUILD_TESTS=ON
+        ctest --test-dir build --output-on-failure
+        build build-sanitize -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON
+        ctest --test-dir build-sanitize --output-on-failure
+        ;;
+    *)
+        echo "usage: tools/quickstart.sh demo|test" >&2
+        exit 2
+        ;;
+esac
