@@ -43,6 +43,6 @@ TEST(Generated_dc, elementContainerData__)
     ns::elementContainerData__ fresh;
     ns::elementContainerData__ read;
     ooxml_test::CheckLifecycle(ooxml_test::ExerciseLifecycle(read));
-    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetelementsGroup(), read.GetelementsGroup()), read.CheckelementsGroup(), "elementsGroup");
+    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetElementsGroup(), read.GetElementsGroup()), read.CheckElementsGroup(), "ElementsGroup");
     ooxml_test::CheckGroup(ooxml_test::ExerciseGroup<ns::elementContainerData__>());
 }

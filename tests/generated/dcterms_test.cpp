@@ -155,6 +155,6 @@ TEST(Generated_dcterms, elementOrRefinementContainerData__)
     ns::elementOrRefinementContainerData__ fresh;
     ns::elementOrRefinementContainerData__ read;
     ooxml_test::CheckLifecycle(ooxml_test::ExerciseLifecycle(read));
-    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetelementsAndRefinementsGroup(), read.GetelementsAndRefinementsGroup()), read.CheckelementsAndRefinementsGroup(), "elementsAndRefinementsGroup");
+    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetElementsAndRefinementsGroup(), read.GetElementsAndRefinementsGroup()), read.CheckElementsAndRefinementsGroup(), "ElementsAndRefinementsGroup");
     ooxml_test::CheckGroup(ooxml_test::ExerciseGroup<ns::elementOrRefinementContainerData__>());
 }

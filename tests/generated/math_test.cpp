@@ -178,7 +178,7 @@ TEST(Generated_math, CT_R)
     ns::CT_R fresh;
     ns::CT_R read;
     ooxml_test::CheckLifecycle(ooxml_test::ExerciseLifecycle(read));
-    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetRPr(), read.GetRPr()), read.CheckRPr(), "RPr");
+    ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetA_rPr(), read.GetA_rPr()), read.CheckA_rPr(), "A_rPr");
     ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetW_EG_RPr(), read.GetW_EG_RPr()), read.CheckW_EG_RPr(), "W_EG_RPr");
     ooxml_test::ExpectKept(ooxml_test::Same(fresh.GetData__(), read.GetData__()), read.CheckData__(), "Data__");
 }

@@ -330,7 +330,9 @@ def _attribute_action(cls: Class, m: Member, name: str, value: str) -> str:
     if m.kind == ATTRIBUTE_GROUP:
         return f"if (!SetAttribute(m_{m.name}, {name}, {value}, context)) return false;"
     if m.value.is_list:
-        return f"if (!ParseList(&m_{m.name}, {value}, {m.value.parse})) return false;"
+        # The attribute's items replace the schema default (Part 6.4: "st" of
+        # 1, 2 and -1 gives three numbers); ParseList appends to the emptied list.
+        return f"m_{m.name}.clear(); if (!ParseList(&m_{m.name}, {value}, {m.value.parse})) return false;"
     return f"if (!{m.value.parse}(&m_{m.name}, {value})) return false;"
 
 

@@ -175,9 +175,16 @@ class Builder:
         return x.complex_types[dev["type"]].particle
 
     def _parse_particle(self, key: str, text: str) -> xsd.Compositor:
+        """A content model written in XSD syntax in binding.toml.  Prefixes are
+        those of the schema's XSD, then the canonical ones of its map.  An
+        element reference may carry a `type` (not valid XSD, but it says the
+        type of an element that no schema here declares at top level)."""
         x = self._xsd_for(key)
-        decls = " ".join(f'xmlns:{p}="{u}"' if p else f'xmlns="{u}"'
-                         for p, u in x.prefixes.items() if p not in ("xsd", "xs"))
+        prefixes = {p: u for p, u in x.prefixes.items() if p not in ("xsd", "xs")}
+        for uri, prefix in self.by_key[key].map.items():
+            if prefix and prefix not in prefixes:
+                prefixes[prefix] = uri
+        decls = " ".join(f'xmlns:{p}="{u}"' if p else f'xmlns="{u}"' for p, u in prefixes.items())
         doc = (f'<xsd:schema xmlns:xsd="{xsd.XSD_NS}" {decls} '
                f'targetNamespace="{x.target_ns}" elementFormDefault="qualified">'
                f'<xsd:complexType name="_">{text}</xsd:complexType></xsd:schema>')
@@ -199,7 +206,11 @@ class Builder:
             x.order.append(("complexType", name))
             self.aliases[(src.target_ns, name)] = (x.target_ns, name)
         elif op == "content":
-            x.complex_types[dev["type"]].particle = self._parse_particle(key, dev["xsd"])
+            particle = self._parse_particle(key, dev["xsd"])
+            if "group" in dev:
+                x.groups[dev["group"]].particle = particle
+            else:
+                x.complex_types[dev["type"]].particle = particle
         elif op == "element_type":
             ct = x.complex_types[dev["type"]]
             for elem in self._walk_elements(ct.particle):
@@ -480,8 +491,10 @@ class Builder:
         cls.members.append(Member(name, GROUP, repeated=count > 1, target=target))
 
     def _prefixed_class_name(self, schema: Schema, target: Class) -> str:
+        """A group member is named by its class, first letter raised
+        (Part 3.2: `ElementsGroup`), with the canonical prefix of another schema."""
         if target.schema is schema:
-            return target.name
+            return _capitalised(target.name)
         return _capitalised(schema.map[target.schema.uri]) + "_" + target.name
 
     # -- attributes -------------------------------------------------------------------

@@ -8,6 +8,7 @@ namespace schemas_openxmlformats_org_officeDocument_x2006_math
 const wxString s__x2B__x2D_ = wxString::FromUTF8("+-");
 const wxString s__x2D__x2B_ = wxString::FromUTF8("-+");
 const wxString s__x2D__x2D_ = wxString::FromUTF8("--");
+const wxString s_a_rPr = wxString::FromUTF8("a:rPr");
 const wxString s_acc = wxString::FromUTF8("acc");
 const wxString s_accPr = wxString::FromUTF8("accPr");
 const wxString s_after = wxString::FromUTF8("after");
@@ -113,7 +114,6 @@ const wxString s_preSp = wxString::FromUTF8("preSp");
 const wxString s_preserve = wxString::FromUTF8("preserve");
 const wxString s_r = wxString::FromUTF8("r");
 const wxString s_rMargin = wxString::FromUTF8("rMargin");
-const wxString s_rPr = wxString::FromUTF8("rPr");
 const wxString s_rSp = wxString::FromUTF8("rSp");
 const wxString s_rSpRule = wxString::FromUTF8("rSpRule");
 const wxString s_rad = wxString::FromUTF8("rad");

@@ -13,6 +13,7 @@ namespace schemas_openxmlformats_org_officeDocument_x2006_math
 extern const wxString s__x2B__x2D_;
 extern const wxString s__x2D__x2B_;
 extern const wxString s__x2D__x2D_;
+extern const wxString s_a_rPr;
 extern const wxString s_acc;
 extern const wxString s_accPr;
 extern const wxString s_after;
@@ -118,7 +119,6 @@ extern const wxString s_preSp;
 extern const wxString s_preserve;
 extern const wxString s_r;
 extern const wxString s_rMargin;
-extern const wxString s_rPr;
 extern const wxString s_rSp;
 extern const wxString s_rSpRule;
 extern const wxString s_rad;

@@ -12,7 +12,7 @@
 
 #include "ooxml/ooxml.h"
 
-namespace schemas_openxmlformats_org_drawingml_x2006_chart { class CT_AreaSer; class CT_AxDataSource; class CT_BarSer; class CT_Boolean; class CT_BubbleSer; class CT_DLbl; class CT_LineSer; class CT_Marker; class CT_PieSer; class CT_RadarSer; class CT_ScatterSer; class CT_StrData; class CT_SurfaceSer; class CT_Tx; class CT_UnsignedInt; }
+namespace schemas_openxmlformats_org_drawingml_x2006_chart { class CT_AreaSer; class CT_AxDataSource; class CT_BarSer; class CT_Boolean; class CT_BubbleSer; class CT_DLbl; class CT_LineSer; class CT_Marker; class CT_PieSer; class CT_RadarSer; class CT_ScatterSer; class CT_SerTx; class CT_StrData; class CT_SurfaceSer; class CT_UnsignedInt; }
 namespace schemas_openxmlformats_org_drawingml_x2006_main { class CT_ShapeProperties; }
 
 namespace schemas_microsoft_com_office_drawing_x2012_chart
@@ -108,12 +108,12 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
-    schemas_openxmlformats_org_drawingml_x2006_chart::CT_Tx* GetTx() const { return m_Tx; }
-    void SetTx(schemas_openxmlformats_org_drawingml_x2006_chart::CT_Tx* value) { m_Tx = value; m_presence |= (1u << 0); }
+    schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* GetTx() const { return m_Tx; }
+    void SetTx(schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
-    schemas_openxmlformats_org_drawingml_x2006_chart::CT_Tx* m_Tx;
+    schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* m_Tx;
     std::uint32_t m_presence;
 };
 

@@ -556,17 +556,17 @@ bool AG_IteratorAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
         if (attribute.Is(s_axis))
-        { if (!ParseList(&m_Axis, attribute.Value(), ParseString)) return false; m_presence |= (1u << 0); }
+        { m_Axis.clear(); if (!ParseList(&m_Axis, attribute.Value(), ParseString)) return false; m_presence |= (1u << 0); }
         else if (attribute.Is(s_ptType))
-        { if (!ParseList(&m_PtType, attribute.Value(), ParseString)) return false; m_presence |= (1u << 1); }
+        { m_PtType.clear(); if (!ParseList(&m_PtType, attribute.Value(), ParseString)) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_hideLastTrans))
-        { if (!ParseList(&m_HideLastTrans, attribute.Value(), ParseBool)) return false; m_presence |= (1u << 2); }
+        { m_HideLastTrans.clear(); if (!ParseList(&m_HideLastTrans, attribute.Value(), ParseBool)) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_st))
-        { if (!ParseList(&m_St, attribute.Value(), ParseInt32)) return false; m_presence |= (1u << 3); }
+        { m_St.clear(); if (!ParseList(&m_St, attribute.Value(), ParseInt32)) return false; m_presence |= (1u << 3); }
         else if (attribute.Is(s_cnt))
-        { if (!ParseList(&m_Cnt, attribute.Value(), ParseUInt32)) return false; m_presence |= (1u << 4); }
+        { m_Cnt.clear(); if (!ParseList(&m_Cnt, attribute.Value(), ParseUInt32)) return false; m_presence |= (1u << 4); }
         else if (attribute.Is(s_step))
-        { if (!ParseList(&m_Step, attribute.Value(), ParseInt32)) return false; m_presence |= (1u << 5); }
+        { m_Step.clear(); if (!ParseList(&m_Step, attribute.Value(), ParseInt32)) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
@@ -599,37 +599,37 @@ bool AG_IteratorAttributes::SetProperty(const wxString& name, wxString value, XM
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_axis))
     {
-        if (!ParseList(&m_Axis, value, ParseString)) return false;
+        m_Axis.clear(); if (!ParseList(&m_Axis, value, ParseString)) return false;
         m_presence |= (1u << 0);
         return true;
     }
     if (match.Is(s_ptType))
     {
-        if (!ParseList(&m_PtType, value, ParseString)) return false;
+        m_PtType.clear(); if (!ParseList(&m_PtType, value, ParseString)) return false;
         m_presence |= (1u << 1);
         return true;
     }
     if (match.Is(s_hideLastTrans))
     {
-        if (!ParseList(&m_HideLastTrans, value, ParseBool)) return false;
+        m_HideLastTrans.clear(); if (!ParseList(&m_HideLastTrans, value, ParseBool)) return false;
         m_presence |= (1u << 2);
         return true;
     }
     if (match.Is(s_st))
     {
-        if (!ParseList(&m_St, value, ParseInt32)) return false;
+        m_St.clear(); if (!ParseList(&m_St, value, ParseInt32)) return false;
         m_presence |= (1u << 3);
         return true;
     }
     if (match.Is(s_cnt))
     {
-        if (!ParseList(&m_Cnt, value, ParseUInt32)) return false;
+        m_Cnt.clear(); if (!ParseList(&m_Cnt, value, ParseUInt32)) return false;
         m_presence |= (1u << 4);
         return true;
     }
     if (match.Is(s_step))
     {
-        if (!ParseList(&m_Step, value, ParseInt32)) return false;
+        m_Step.clear(); if (!ParseList(&m_Step, value, ParseInt32)) return false;
         m_presence |= (1u << 5);
         return true;
     }

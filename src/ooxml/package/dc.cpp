@@ -145,14 +145,14 @@ bool elementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 }
 
 elementContainerData__::elementContainerData__()
-    : m_elementsGroup(nullptr),
+    : m_ElementsGroup(nullptr),
       m_presence(0)
 {
 }
 
 elementContainerData__::~elementContainerData__()
 {
-    delete m_elementsGroup;
+    delete m_ElementsGroup;
 }
 
 bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
@@ -160,7 +160,7 @@ bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (elementsGroup::HasProperty(child.Name(), context))
-        { if (!SetSingle(m_elementsGroup, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
+        { if (!SetSingle(m_ElementsGroup, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
     }
     return true;
 }
@@ -169,7 +169,7 @@ bool elementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, 
 {
     if (elementsGroup::HasProperty(name, context))
     {
-        if (!SetSingle(m_elementsGroup, name, node, context)) return false;
+        if (!SetSingle(m_ElementsGroup, name, node, context)) return false;
         m_presence |= (1u << 0);
         return true;
     }

@@ -123,12 +123,12 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
-    elementsGroup* GetelementsGroup() const { return m_elementsGroup; }
-    void SetelementsGroup(elementsGroup* value) { m_elementsGroup = value; m_presence |= (1u << 0); }
-    bool CheckelementsGroup() const { return (m_presence & (1u << 0)) != 0; }
+    elementsGroup* GetElementsGroup() const { return m_ElementsGroup; }
+    void SetElementsGroup(elementsGroup* value) { m_ElementsGroup = value; m_presence |= (1u << 0); }
+    bool CheckElementsGroup() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
-    elementsGroup* m_elementsGroup;
+    elementsGroup* m_ElementsGroup;
     std::uint32_t m_presence;
 };
 

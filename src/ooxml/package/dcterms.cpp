@@ -418,14 +418,14 @@ bool elementOrRefinementContainer::ReadXML(wxXmlNode* node, XMLNSContext* contex
 }
 
 elementOrRefinementContainerData__::elementOrRefinementContainerData__()
-    : m_elementsAndRefinementsGroup(nullptr),
+    : m_ElementsAndRefinementsGroup(nullptr),
       m_presence(0)
 {
 }
 
 elementOrRefinementContainerData__::~elementOrRefinementContainerData__()
 {
-    delete m_elementsAndRefinementsGroup;
+    delete m_ElementsAndRefinementsGroup;
 }
 
 bool elementOrRefinementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
@@ -433,7 +433,7 @@ bool elementOrRefinementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* 
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (elementsAndRefinementsGroup::HasProperty(child.Name(), context))
-        { if (!SetSingle(m_elementsAndRefinementsGroup, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
+        { if (!SetSingle(m_ElementsAndRefinementsGroup, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
     }
     return true;
 }
@@ -442,7 +442,7 @@ bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxXml
 {
     if (elementsAndRefinementsGroup::HasProperty(name, context))
     {
-        if (!SetSingle(m_elementsAndRefinementsGroup, name, node, context)) return false;
+        if (!SetSingle(m_ElementsAndRefinementsGroup, name, node, context)) return false;
         m_presence |= (1u << 0);
         return true;
     }

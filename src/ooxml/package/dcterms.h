@@ -380,12 +380,12 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
-    elementsAndRefinementsGroup* GetelementsAndRefinementsGroup() const { return m_elementsAndRefinementsGroup; }
-    void SetelementsAndRefinementsGroup(elementsAndRefinementsGroup* value) { m_elementsAndRefinementsGroup = value; m_presence |= (1u << 0); }
-    bool CheckelementsAndRefinementsGroup() const { return (m_presence & (1u << 0)) != 0; }
+    elementsAndRefinementsGroup* GetElementsAndRefinementsGroup() const { return m_ElementsAndRefinementsGroup; }
+    void SetElementsAndRefinementsGroup(elementsAndRefinementsGroup* value) { m_ElementsAndRefinementsGroup = value; m_presence |= (1u << 0); }
+    bool CheckElementsAndRefinementsGroup() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
-    elementsAndRefinementsGroup* m_elementsAndRefinementsGroup;
+    elementsAndRefinementsGroup* m_ElementsAndRefinementsGroup;
     std::uint32_t m_presence;
 };
 

@@ -2243,7 +2243,7 @@ bool CT_RevisionFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_s))
         { if (!ParseBool(&m_S, attribute.Value())) return false; m_presence |= (1u << 4); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 5); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 5); }
         else if (attribute.Is(s_start))
         { if (!ParseUInt32(&m_Start, attribute.Value())) return false; m_presence |= (1u << 6); }
         else if (attribute.Is(s_length))
@@ -3172,7 +3172,7 @@ bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context)
         if (attribute.Is(s_r))
         { if (!ParseUInt32(&m_R, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_spans))
-        { if (!ParseList(&m_Spans, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
+        { m_Spans.clear(); if (!ParseList(&m_Spans, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
         else if (attribute.Is(s_s))
         { if (!ParseUInt32(&m_S, attribute.Value())) return false; m_presence |= (1u << 4); }
         else if (attribute.Is(s_customFormat))

@@ -307,7 +307,7 @@ bool CT_Selection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_activeCellId))
         { if (!ParseUInt32(&m_ActiveCellId, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
@@ -1089,7 +1089,7 @@ bool CT_DataValidation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_prompt))
         { if (!ParseString(&m_Prompt, attribute.Value())) return false; m_presence |= (1u << 13); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 14); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 14); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
@@ -1144,7 +1144,7 @@ bool CT_ConditionalFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         if (attribute.Is(s_pivot))
         { if (!ParseBool(&m_Pivot, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
@@ -1758,7 +1758,7 @@ bool CT_Scenarios::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_show))
         { if (!ParseUInt32(&m_Show, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
@@ -1901,7 +1901,7 @@ bool CT_ProtectedRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         if (attribute.Is(s_password))
         { if (!ParseString(&m_Password, attribute.Value())) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 2); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_name))
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 3); }
         else if (attribute.Is(s_securityDescriptor))

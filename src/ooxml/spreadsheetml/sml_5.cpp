@@ -62,7 +62,7 @@ bool CT_IgnoredError::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
         if (attribute.Is(s_sqref))
-        { if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 0); }
+        { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 0); }
         else if (attribute.Is(s_evalError))
         { if (!ParseBool(&m_EvalError, attribute.Value())) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_twoDigitTextYear))

@@ -12,6 +12,7 @@
 
 #include "ooxml/ooxml.h"
 
+namespace schemas_openxmlformats_org_drawingml_x2006_main { class CT_TextCharacterProperties; }
 namespace schemas_openxmlformats_org_wordprocessingml_x2006_main { class EG_PContentMath; class EG_RPr; class EG_RPrMath; class EG_RunInnerContent; }
 
 namespace schemas_openxmlformats_org_officeDocument_x2006_math
@@ -543,9 +544,9 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
-    CT_RPR* GetRPr() const { return m_RPr; }
-    void SetRPr(CT_RPR* value) { m_RPr = value; m_presence |= (1u << 0); }
-    bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* GetA_rPr() const { return m_A_rPr; }
+    void SetA_rPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* value) { m_A_rPr = value; m_presence |= (1u << 0); }
+    bool CheckA_rPr() const { return (m_presence & (1u << 0)) != 0; }
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* GetW_EG_RPr() const { return m_W_EG_RPr; }
     void SetW_EG_RPr(schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* value) { m_W_EG_RPr = value; m_presence |= (1u << 1); }
     bool CheckW_EG_RPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -554,7 +555,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
-    CT_RPR* m_RPr;
+    schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* m_A_rPr;
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* m_W_EG_RPr;
     XMLPtrArray<CT_RData__> m_Data__;
     std::uint32_t m_presence;
@@ -1944,16 +1945,16 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
-    EG_OMathMathElements* GetEG_OMathMathElements() const { return m_EG_OMathMathElements; }
-    void SetEG_OMathMathElements(EG_OMathMathElements* value) { m_EG_OMathMathElements = value; m_presence |= (1u << 0); }
+    XMLPtrArray<EG_OMathMathElements> GetEG_OMathMathElements() const;
+    void SetEG_OMathMathElements(XMLPtrArray<EG_OMathMathElements> value);
     bool CheckEG_OMathMathElements() const { return (m_presence & (1u << 0)) != 0; }
-    schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath* GetW_EG_PContentMath() const { return m_W_EG_PContentMath; }
-    void SetW_EG_PContentMath(schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath* value) { m_W_EG_PContentMath = value; m_presence |= (1u << 1); }
+    XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> GetW_EG_PContentMath() const;
+    void SetW_EG_PContentMath(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> value);
     bool CheckW_EG_PContentMath() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
-    EG_OMathMathElements* m_EG_OMathMathElements;
-    schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath* m_W_EG_PContentMath;
+    XMLPtrArray<EG_OMathMathElements> m_EG_OMathMathElements;
+    XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> m_W_EG_PContentMath;
     std::uint32_t m_presence;
 };
 

@@ -1063,16 +1063,14 @@ bool EG_OMathElements::HasProperty(const wxString& name, XMLNSContext* context)
 }
 
 EG_OMathElementsData__::EG_OMathElementsData__()
-    : m_EG_OMathMathElements(nullptr),
-      m_W_EG_PContentMath(nullptr),
-      m_presence(0)
+    : m_presence(0)
 {
 }
 
 EG_OMathElementsData__::~EG_OMathElementsData__()
 {
-    delete m_EG_OMathMathElements;
-    delete m_W_EG_PContentMath;
+    DeleteAll(m_EG_OMathMathElements);
+    DeleteAll(m_W_EG_PContentMath);
 }
 
 bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
@@ -1080,24 +1078,29 @@ bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OMathMathElements::HasProperty(child.Name(), context))
-        { if (!SetSingle(m_EG_OMathMathElements, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
+        { if (!SetAppend(m_EG_OMathMathElements, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 0); }
         else if (schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath::HasProperty(child.Name(), context))
-        { if (!SetSingle(m_W_EG_PContentMath, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 1); }
+        { if (!SetAppend(m_W_EG_PContentMath, child.Name(), child.Node(), context)) return false; m_presence |= (1u << 1); }
     }
     return true;
 }
+
+XMLPtrArray<EG_OMathMathElements> EG_OMathElementsData__::GetEG_OMathMathElements() const { return m_EG_OMathMathElements; }
+void EG_OMathElementsData__::SetEG_OMathMathElements(XMLPtrArray<EG_OMathMathElements> value) { m_EG_OMathMathElements = std::move(value); m_presence |= (1u << 0); }
+XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> EG_OMathElementsData__::GetW_EG_PContentMath() const { return m_W_EG_PContentMath; }
+void EG_OMathElementsData__::SetW_EG_PContentMath(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> value) { m_W_EG_PContentMath = std::move(value); m_presence |= (1u << 1); }
 
 bool EG_OMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
 {
     if (EG_OMathMathElements::HasProperty(name, context))
     {
-        if (!SetSingle(m_EG_OMathMathElements, name, node, context)) return false;
+        if (!SetAppend(m_EG_OMathMathElements, name, node, context)) return false;
         m_presence |= (1u << 0);
         return true;
     }
     if (schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath::HasProperty(name, context))
     {
-        if (!SetSingle(m_W_EG_PContentMath, name, node, context)) return false;
+        if (!SetAppend(m_W_EG_PContentMath, name, node, context)) return false;
         m_presence |= (1u << 1);
         return true;
     }
