@@ -1,102 +1,505 @@
-// ooxml-dump: prints what the library reads from an Office Open XML package.
+// ooxml-dump: what the library reads from an Office Open XML package.
 //
-//   ooxml-dump [FILE]
+//   ooxml-dump [options] [FILE]          the package overview
+//   ooxml-dump [options] FILE PART       the typed tree of one part
+//   ooxml-dump --all [options] FILE      one line per XML part, with its read time
 //
-// Prints the package's content types (defaults and overrides) and every
-// relationships part with its relationships.  Without FILE it dumps the
-// sample document built into the program.  Exit status 0 on success, 1 with
-// a one-line message naming the file and the problem otherwise.
+// Without FILE it dumps the sample document built into the program.  Exit
+// status 0 only if every part it was asked to read was read (loaded, and
+// ReadXML returned true); 1 otherwise; 2 for a usage error.
+#include <chrono>
+#include <cmath>
 #include <cstdio>
+#include <cstring>
+#include <string>
 #include <vector>
+
+#include <unistd.h>
 
 #include <wx/init.h>
 #include <wx/log.h>
-#include <wx/xml/xml.h>
 
-#include "ooxml/aliases.h"
 #include "ooxml/opc/package.h"
-#include "ooxml/package/content_types.h"
-#include "ooxml/package/relationships.h"
+#include "ooxml/opc/parts.h"
+#include "ooxml/traversal/traversal.h"
 
 #include "bundled_sample.h"
 
-namespace ct = ooxml::content_types;
-namespace rel = ooxml::relationships;
+namespace opc = ooxml::opc;
+namespace traversal = ooxml::traversal;
 
 namespace
 {
 
-void Print(const wxString& text)
+const char* const kUsage =
+    "usage: ooxml-dump [options] [FILE [PART]]\n"
+    "\n"
+    "  FILE           print the package overview: parts, content types, the root class\n"
+    "                 that reads each XML part and whether it read, relationships\n"
+    "  FILE PART      print the typed tree of one part (\"/xl/workbook.xml\")\n"
+    "  (no FILE)      the same for the sample document built into the program\n"
+    "\n"
+    "options:\n"
+    "  --all           read every XML part; one line each with its read time\n"
+    "  --json          print the tree of PART as JSON\n"
+    "  --all-members   print every member of the tree, present or not\n"
+    "  --no-mce        do not process markup compatibility (mc:AlternateContent ...)\n"
+    "  --no-strict     do not read ISO Strict namespaces as transitional ones\n"
+    "  --max-part-size BYTES, --max-package-size BYTES, --max-depth ELEMENTS\n"
+    "                  limits against hostile input (defaults 512 MiB, 2 GiB, 256)\n"
+    "  -h, --help      this text\n";
+
+struct Options
+{
+    wxString file;
+    wxString part;
+    bool all = false;
+    bool json = false;
+    bool allMembers = false;
+    opc::Limits limits;
+    opc::ReadOptions read;
+};
+
+void Out(const wxString& text)
 {
     std::fputs(text.utf8_str(), stdout);
+}
+
+void Line(const wxString& text)
+{
+    Out(text);
     std::fputc('\n', stdout);
 }
 
-int Fail(const ooxml::opc::Error& error)
+int Fail(const wxString& message)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(error.ToString().utf8_str()));
+    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(message.utf8_str()));
     return 1;
 }
 
-bool DumpContentTypes(const ooxml::opc::Package& package, ooxml::opc::Error* error)
+// Progress on stderr when it is a terminal: "[12/345] /xl/worksheets/sheet3.xml".
+class Progress
 {
-    const wxString part = "/[Content_Types].xml";
-    wxXmlDocument document;
-    if (!package.LoadXml(part, &document, error))
-        return false;
-    XMLNSContext context(&document);
-    ct::CT_Types types;
-    if (!types.ReadXML(document.GetRoot(), &context))
+public:
+    explicit Progress(std::size_t total) : m_total(total), m_shown(isatty(STDERR_FILENO) && total > 20) {}
+    ~Progress()
     {
-        *error = ooxml::opc::Error{package.GetPath(), part, "CT_Types::ReadXML failed"};
-        return false;
+        if (m_shown)
+            std::fprintf(stderr, "\r\033[K");
     }
-    Print("Content types (" + part + "):");
-    for (ct::CT_TypesData__* entry : types.GetData__())
+    void Step(std::size_t done, const wxString& part)
     {
-        if (ct::CT_Default* d = entry->GetDefault())
-            Print(wxString::Format("  Default   %-24s %s", "." + d->GetExtension(), d->GetContentType()));
-        if (ct::CT_Override* o = entry->GetOverride())
-            Print(wxString::Format("  Override  %-24s %s", o->GetPartName(), o->GetContentType()));
+        if (m_shown)
+            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done, m_total, static_cast<const char*>(part.utf8_str()));
     }
-    return true;
+
+private:
+    std::size_t m_total;
+    bool m_shown;
+};
+
+// -- The typed tree as text and as JSON -------------------------------------------
+
+wxString ValueText(const wxAny& value, bool json)
+{
+    if (value.IsNull())
+        return json ? "null" : "(null)";
+    if (value.CheckType<bool>())
+        return value.As<bool>() ? "true" : "false";
+    if (value.CheckType<unsigned long long>())
+        return wxString::Format("%llu", value.As<unsigned long long>());
+    if (value.CheckType<long long>())
+        return wxString::Format("%lld", value.As<long long>());
+    if (value.CheckType<double>())
+    {
+        const double d = value.As<double>();
+        if (std::isfinite(d))
+            return wxString::FromCDouble(d);
+        return json ? wxString::Format("\"%s\"", std::isnan(d) ? "NaN" : (d > 0 ? "INF" : "-INF"))
+                    : wxString(std::isnan(d) ? "NaN" : (d > 0 ? "INF" : "-INF"));
+    }
+    wxString text;
+    value.GetAs(&text);
+    if (!json)
+        return "\"" + text + "\"";
+    wxString escaped = "\"";
+    for (wxUniChar c : text)
+    {
+        switch (c.GetValue())
+        {
+        case '"': escaped += "\\\""; break;
+        case '\\': escaped += "\\\\"; break;
+        case '\n': escaped += "\\n"; break;
+        case '\r': escaped += "\\r"; break;
+        case '\t': escaped += "\\t"; break;
+        default:
+            if (c.GetValue() < 0x20)
+                escaped += wxString::Format("\\u%04x", static_cast<unsigned>(c.GetValue()));
+            else
+                escaped += c;
+        }
+    }
+    return escaped + "\"";
 }
 
-bool DumpRelationships(const ooxml::opc::Package& package, const wxString& part, ooxml::opc::Error* error)
+wxString ClassName(const traversal::Node& node)
 {
-    wxXmlDocument document;
-    if (!package.LoadXml(part, &document, error))
-        return false;
-    XMLNSContext context(&document);
-    rel::CT_Relationships relationships;
-    if (!relationships.ReadXML(document.GetRoot(), &context))
-    {
-        *error = ooxml::opc::Error{package.GetPath(), part, "CT_Relationships::ReadXML failed"};
-        return false;
-    }
-    Print("");
-    Print("Relationships (" + part + "):");
-    for (rel::CT_Relationship* r : relationships.GetRelationship())
-    {
-        wxString line = wxString::Format("  %-8s %s -> %s", r->GetId(), r->GetType(), r->GetTarget());
-        if (r->CheckTargetMode())
-            line << "  [" << r->GetTargetMode() << "]";
-        Print(line);
-    }
-    return true;
+    return wxString(node.info->schema) + "::" + node.info->name;
 }
 
-int Dump(ooxml::opc::Package& package)
+// Whether a value is printed: present, or asked for all, or the element's own
+// text, whose presence bit the library leaves clear (Part 2.2) but which holds
+// the content once it is not empty.
+bool Shown(const traversal::Member& member, const wxAny& value, bool allMembers)
 {
-    ooxml::opc::Error error;
-    Print(package.GetPath());
-    Print("");
-    if (!DumpContentTypes(package, &error))
-        return Fail(error);
-    for (const ooxml::opc::Part& part : package.GetParts())
-        if (ooxml::opc::Package::IsRelationshipsPart(part.name) && !DumpRelationships(package, part.name, &error))
-            return Fail(error);
+    if (member.present || allMembers)
+        return true;
+    wxString text;
+    return member.kind == traversal::MemberKind::Text && value.GetAs(&text) && !text.empty();
+}
+
+// Indented text: "name: value", "name[i]: Class" with the members below.
+class TextPrinter : public traversal::Visitor
+{
+public:
+    explicit TextPrinter(bool allMembers) : m_allMembers(allMembers) {}
+
+    void Print(const traversal::Node& root)
+    {
+        Line(ClassName(root));
+        m_depth = 1;
+        traversal::Visit(root, *this);
+    }
+
+    void OnValue(const traversal::Member& member, const wxAny& value) override
+    {
+        if (!Shown(member, value, m_allMembers))
+            return;
+        Line(Indent() + Label(member) + " = " + ValueText(value, false) +
+             (member.present || member.kind == traversal::MemberKind::Text ? "" : "  (absent)"));
+    }
+
+    void OnObject(const traversal::Member& member, const traversal::Node& child) override
+    {
+        if (!member.present && !m_allMembers)
+            return;
+        Line(Indent() + Label(member) + ": " + ClassName(child));
+        ++m_depth;
+        traversal::Visit(child, *this);
+        --m_depth;
+    }
+
+    void OnAbsentObject(const traversal::Member& member) override
+    {
+        if (m_allMembers)
+            Line(Indent() + Label(member) + ": (none)");
+    }
+
+private:
+    wxString Indent() const { return wxString(' ', 2 * m_depth); }
+    static wxString Label(const traversal::Member& member)
+    {
+        wxString label = *member.xml ? wxString(member.xml) : wxString(member.name);
+        if (member.repeated)
+            label << "[" << member.index << "]";
+        return label;
+    }
+
+    bool m_allMembers;
+    int m_depth = 0;
+};
+
+// JSON: {"class": "sml::CT_Row", "R": 1, "C": [{...}, ...]}, members in
+// declaration order under their C++ names (unique in a class).
+class JsonPrinter : public traversal::Visitor
+{
+public:
+    explicit JsonPrinter(bool allMembers) : m_allMembers(allMembers) {}
+
+    void Print(const traversal::Node& root)
+    {
+        Object(root);
+        Out("\n");
+    }
+
+    void OnValue(const traversal::Member& member, const wxAny& value) override
+    {
+        if (!Shown(member, value, m_allMembers))
+            return;
+        Key(member);
+        Out(ValueText(value, true));
+    }
+
+    void OnObject(const traversal::Member& member, const traversal::Node& child) override
+    {
+        if (!member.present && !m_allMembers)
+            return;
+        Key(member);
+        Object(child);
+    }
+
+    void OnAbsentObject(const traversal::Member& member) override
+    {
+        if (!m_allMembers)
+            return;
+        Key(member);
+        Out("null");
+    }
+
+private:
+    struct Frame
+    {
+        wxString openArray;  // the member whose array is open
+        const traversal::ClassInfo* arrayOwner = nullptr;
+    };
+
+    void Object(const traversal::Node& node)
+    {
+        Out("{\"class\": " + ValueText(wxAny(ClassName(node)), true));
+        m_frames.emplace_back();
+        traversal::Visit(node, *this);
+        CloseArray();
+        m_frames.pop_back();
+        Out("}");
+    }
+
+    void CloseArray()
+    {
+        if (!m_frames.back().openArray.empty())
+        {
+            Out("]");
+            m_frames.back().openArray.clear();
+        }
+    }
+
+    // Writes the key of a member (once for an array, then a separator per item).
+    void Key(const traversal::Member& member)
+    {
+        Frame& frame = m_frames.back();
+        if (member.repeated && frame.openArray == member.name && frame.arrayOwner == member.owner)
+        {
+            Out(", ");
+            return;
+        }
+        CloseArray();
+        Out(", " + ValueText(wxAny(wxString(member.name)), true) + ": ");
+        if (member.repeated)
+        {
+            Out("[");
+            frame.openArray = member.name;
+            frame.arrayOwner = member.owner;
+        }
+    }
+
+    bool m_allMembers;
+    std::vector<Frame> m_frames;
+};
+
+// -- The three modes ---------------------------------------------------------------
+
+struct PartResult
+{
+    const opc::RootClass* root = nullptr;
+    bool loaded = false;
+    bool readOk = false;
+    wxString problem;
+    double milliseconds = 0;
+};
+
+PartResult ReadOne(const opc::Package& package, const wxString& name, opc::PartRoot* root)
+{
+    PartResult result;
+    opc::Error error;
+    const auto start = std::chrono::steady_clock::now();
+    result.loaded = opc::ReadPart(package, name, root, &error);
+    result.milliseconds =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    result.root = result.loaded ? root->GetClass() : opc::FindRootClass(package, name);
+    result.readOk = result.loaded && root->ReadOk();
+    if (!result.loaded)
+        result.problem = error.message;
+    else if (!result.readOk)
+        result.problem = "ReadXML returned false";
+    return result;
+}
+
+wxString Status(const PartResult& result)
+{
+    return result.readOk ? wxString("read") : "FAILED: " + result.problem;
+}
+
+int Overview(const opc::Package& package)
+{
+    Line(package.GetPath() + (package.IsStrict() ? "  (ISO Strict, read as transitional)" : ""));
+    Line("");
+    Line(wxString::Format("Parts (%zu):", package.GetParts().size()));
+    bool allRead = true;
+    Progress progress(package.GetParts().size());
+    std::size_t done = 0;
+    for (const opc::Part& part : package.GetParts())
+    {
+        progress.Step(++done, part.name);
+        // The content types stream is not a part of its own (OPC) and has no content type.
+        const wxString type = part.name.CmpNoCase("/[Content_Types].xml") == 0 ? wxString("(content types stream)")
+                              : part.contentType.empty()                        ? wxString("(no content type)")
+                                                                                : part.contentType;
+        wxString line = wxString::Format("  %-40s %s", part.name, type);
+        if (opc::IsXmlPart(package, part))
+        {
+            opc::PartRoot root;
+            const PartResult result = ReadOne(package, part.name, &root);
+            line << "\n      " << (result.root ? wxString(result.root->name) : wxString("no root class")) << ": "
+                 << Status(result);
+            if (!result.readOk)
+                Fail(package.GetPath() + ": " + part.name + ": " + result.problem);
+            allRead = allRead && result.readOk;
+        }
+        Line(line);
+    }
+    Line("");
+    Line("Relationships:");
+    std::vector<wxString> sources{"/"};
+    for (const opc::Part& part : package.GetParts())
+        if (!opc::Package::IsRelationshipsPart(part.name))
+            sources.push_back(part.name);
+    for (const wxString& source : sources)
+    {
+        std::vector<opc::Relationship> relationships;
+        opc::Error error;
+        if (!package.GetRelationships(source, &relationships, &error))
+        {
+            Line("  " + source + ": FAILED: " + error.message); // on stderr already, as its part
+            allRead = false;
+            continue;
+        }
+        for (const opc::Relationship& r : relationships)
+            Line(wxString::Format("  %-28s %-8s %s -> %s", source, r.id, r.type.AfterLast('/'),
+                                  r.external ? r.target + "  [External]" : r.resolved));
+    }
+    return allRead ? 0 : 1;
+}
+
+int All(const opc::Package& package)
+{
+    bool allRead = true;
+    std::size_t count = 0;
+    double total = 0;
+    Progress progress(package.GetParts().size());
+    std::size_t done = 0;
+    for (const opc::Part& part : package.GetParts())
+    {
+        progress.Step(++done, part.name);
+        if (!opc::IsXmlPart(package, part))
+            continue;
+        opc::PartRoot root;
+        const PartResult result = ReadOne(package, part.name, &root);
+        Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, part.name,
+                              result.root ? result.root->name : "-", Status(result)));
+        if (!result.readOk)
+            Fail(package.GetPath() + ": " + part.name + ": " + result.problem);
+        allRead = allRead && result.readOk;
+        total += result.milliseconds;
+        ++count;
+    }
+    Line(wxString::Format("%9.2f ms  %zu XML parts", total, count));
+    return allRead ? 0 : 1;
+}
+
+int Tree(const opc::Package& package, const Options& options)
+{
+    opc::PartRoot root;
+    const PartResult result = ReadOne(package, options.part, &root);
+    if (!result.loaded)
+        return Fail(package.GetPath() + ": " + options.part + ": " + result.problem);
+    if (options.json)
+        JsonPrinter(options.allMembers).Print(root.GetNode());
+    else
+        TextPrinter(options.allMembers).Print(root.GetNode());
+    if (!result.readOk)
+        return Fail(package.GetPath() + ": " + options.part + ": ReadXML returned false (the tree above is partial)");
+    return 0;
+}
+
+bool ParseSize(const char* text, unsigned long long* value)
+{
+    char* end = nullptr;
+    *value = std::strtoull(text, &end, 10);
+    return end && *end == '\0' && *text != '\0' && *text != '-';
+}
+
+// Returns 0 to go on, else the exit status.
+int ParseArguments(int argc, char** argv, Options* options)
+{
+    std::vector<wxString> positional;
+    for (int i = 1; i < argc; ++i)
+    {
+        const std::string arg = argv[i];
+        unsigned long long number = 0;
+        auto needsValue = [&](const char* name) {
+            if (i + 1 >= argc || !ParseSize(argv[i + 1], &number))
+            {
+                std::fprintf(stderr, "ooxml-dump: %s needs a number\n%s", name, kUsage);
+                return false;
+            }
+            ++i;
+            return true;
+        };
+        if (arg == "-h" || arg == "--help")
+        {
+            std::fputs(kUsage, stdout);
+            return -1;
+        }
+        else if (arg == "--all")
+            options->all = true;
+        else if (arg == "--json")
+            options->json = true;
+        else if (arg == "--all-members")
+            options->allMembers = true;
+        else if (arg == "--no-mce")
+            options->read.markupCompatibility = false;
+        else if (arg == "--no-strict")
+            options->read.strict = false;
+        else if (arg == "--max-part-size")
+        {
+            if (!needsValue("--max-part-size"))
+                return 2;
+            options->limits.maxPartSize = number;
+        }
+        else if (arg == "--max-package-size")
+        {
+            if (!needsValue("--max-package-size"))
+                return 2;
+            options->limits.maxPackageSize = number;
+        }
+        else if (arg == "--max-depth")
+        {
+            if (!needsValue("--max-depth"))
+                return 2;
+            options->limits.maxDepth = number;
+        }
+        else if (arg.size() > 1 && arg[0] == '-')
+        {
+            std::fprintf(stderr, "ooxml-dump: unknown option %s\n%s", arg.c_str(), kUsage);
+            return 2;
+        }
+        else
+            positional.push_back(wxString::FromUTF8(argv[i]));
+    }
+    if (positional.size() > 2 || (options->all && positional.size() > 1) ||
+        ((options->json || options->allMembers) && positional.size() < 2))
+    {
+        std::fputs(positional.size() > 2 ? "ooxml-dump: too many arguments\n"
+                                         : options->all ? "ooxml-dump: --all takes no PART\n"
+                                                        : "ooxml-dump: --json and --all-members need a PART\n",
+                   stderr);
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    if (!positional.empty())
+        options->file = positional[0];
+    if (positional.size() == 2)
+        options->part = positional[1];
     return 0;
 }
 
@@ -110,23 +513,22 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "ooxml-dump: cannot initialise wxWidgets\n");
         return 1;
     }
-    if (argc > 2 || (argc == 2 && (std::string(argv[1]) == "-h" || std::string(argv[1]) == "--help")))
-    {
-        std::fprintf(argc > 2 ? stderr : stdout, "usage: ooxml-dump [FILE]\n"
-                                                 "Prints the content types and relationships of an Office Open XML "
-                                                 "package;\nwithout FILE, of the sample document built into the "
-                                                 "program.\n");
-        return argc > 2 ? 2 : 0;
-    }
-    // Names of unknown namespaces are expected in real documents; the
-    // library logs them at message level, which this program does not show.
+    Options options;
+    const int status = ParseArguments(argc, argv, &options);
+    if (status)
+        return status < 0 ? 0 : status;
+    // Names of unknown namespaces are ordinary in real documents; the library
+    // logs each at message level, which this program does not show.
     wxLog::SetLogLevel(wxLOG_Warning);
 
-    ooxml::opc::Package package;
-    ooxml::opc::Error error;
-    const bool opened = argc == 2 ? package.Open(wxString::FromUTF8(argv[1]), &error)
-                                  : package.OpenMemory(kBundledSample, kBundledSampleSize, kBundledSampleName, &error);
+    opc::Package package(options.limits, options.read);
+    opc::Error error;
+    const bool opened = options.file.empty()
+                            ? package.OpenMemory(kBundledSample, kBundledSampleSize, kBundledSampleName, &error)
+                            : package.Open(options.file, &error);
     if (!opened)
-        return Fail(error);
-    return Dump(package);
+        return Fail(error.ToString());
+    if (!options.part.empty())
+        return Tree(package, options);
+    return options.all ? All(package) : Overview(package);
 }

@@ -12,6 +12,7 @@
 #include <wx/zipstrm.h>
 
 #include "ooxml/aliases.h"
+#include "ooxml/opc/markup.h"
 #include "ooxml/package/content_types.h"
 #include "ooxml/package/relationships.h"
 
@@ -83,9 +84,11 @@ wxString Bytes(std::uint64_t n)
 
 struct Package::Impl
 {
-    explicit Impl(const Limits& limits) : limits(limits), bytesRead(0) {}
+    Impl(const Limits& limits, const ReadOptions& options) : limits(limits), options(options), bytesRead(0) {}
 
     Limits limits;
+    ReadOptions options;
+    bool strict = false;
     wxString path;          // the file, or the name given to a package in memory
     std::string memory;     // the package's bytes when it was opened from memory
     bool inMemory = false;
@@ -109,34 +112,54 @@ struct Package::Impl
     bool ReadContentTypes(Package& package, Error* error);
 };
 
-Package::Package(const Limits& limits) : m_impl(new Impl(limits)) {}
+Package::Package(const Limits& limits, const ReadOptions& options) : m_impl(new Impl(limits, options)) {}
 
 Package::~Package() = default;
 
 const wxString& Package::GetPath() const { return m_impl->path; }
 const Limits& Package::GetLimits() const { return m_impl->limits; }
+const ReadOptions& Package::GetOptions() const { return m_impl->options; }
+bool Package::IsStrict() const { return m_impl->strict; }
 const std::vector<Part>& Package::GetParts() const { return m_impl->parts; }
 
 bool Package::Open(const wxString& path, Error* error)
 {
-    m_impl.reset(new Impl(m_impl->limits));
+    m_impl.reset(new Impl(m_impl->limits, m_impl->options));
     m_impl->path = path;
     if (!wxFileName::FileExists(path))
         return m_impl->Fail(error, "", wxFileName::DirExists(path) ? "is a folder, not a file" : "no such file");
-    if (!m_impl->ReadDirectory(error))
+    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
         return false;
-    return m_impl->ReadContentTypes(*this, error);
+    DetectStrict();
+    return true;
 }
 
 bool Package::OpenMemory(const void* data, std::size_t size, const wxString& name, Error* error)
 {
-    m_impl.reset(new Impl(m_impl->limits));
+    m_impl.reset(new Impl(m_impl->limits, m_impl->options));
     m_impl->path = name;
     m_impl->memory.assign(static_cast<const char*>(data), size);
     m_impl->inMemory = true;
-    if (!m_impl->ReadDirectory(error))
+    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
         return false;
-    return m_impl->ReadContentTypes(*this, error);
+    DetectStrict();
+    return true;
+}
+
+void Package::DetectStrict()
+{
+    // The package's own relationships tell: a Strict document's main part is
+    // reached through a Strict relationship type.  Read them as written.
+    const bool transitional = m_impl->options.strict;
+    m_impl->options.strict = false;
+    std::vector<Relationship> relationships;
+    Error ignored;
+    // A package whose relationships do not read is reported when they are read.
+    GetRelationships("/", &relationships, &ignored);
+    m_impl->options.strict = transitional;
+    for (const Relationship& r : relationships)
+        if (r.type.StartsWith("http://purl.oclc.org/ooxml/"))
+            m_impl->strict = true;
 }
 
 std::unique_ptr<wxInputStream> Package::Impl::OpenStream() const
@@ -176,10 +199,16 @@ bool Package::Impl::ReadDirectory(Error* error)
             name = "/" + name;
         const wxString key = Key(name);
         if (index.count(key))
-            return Fail(error, name, "two ZIP entries of this part name");
+        {
+            // Part names are unique in a package (OPC, compared without case):
+            // neither entry can be trusted, the part is not read.
+            parts[index[key]].problem = "two ZIP entries of this part name";
+            continue;
+        }
         index[key] = parts.size();
         parts.push_back(Part{name, wxString(), static_cast<std::uint64_t>(std::max<wxFileOffset>(entry->GetSize(), 0)),
-                             static_cast<std::uint64_t>(std::max<wxFileOffset>(entry->GetCompressedSize(), 0))});
+                             static_cast<std::uint64_t>(std::max<wxFileOffset>(entry->GetCompressedSize(), 0)),
+                             wxString()});
         entries.push_back(std::move(entry));
     }
     if (zip.GetLastError() == wxSTREAM_READ_ERROR || parts.empty())
@@ -240,6 +269,8 @@ bool Package::ReadPart(const wxString& partName, std::string* bytes, Error* erro
     const Part* part = FindPart(partName);
     if (!part)
         return m_impl->Fail(error, partName, "no such part in the package");
+    if (!part->problem.empty())
+        return m_impl->Fail(error, part->name, part->problem);
     const Limits& limits = m_impl->limits;
     if (part->size > limits.maxPartSize)
         return m_impl->Fail(error, part->name, "larger than the limit of " + Bytes(limits.maxPartSize));
@@ -314,7 +345,7 @@ bool Package::GetRelationships(const wxString& source, std::vector<Relationship>
     {
         Relationship r;
         r.id = item->GetId();
-        r.type = item->GetType();
+        r.type = m_impl->options.strict ? TransitionalUri(item->GetType()) : item->GetType();
         r.target = item->GetTarget();
         r.targetMode = item->GetTargetMode();
         r.external = r.targetMode.CmpNoCase("External") == 0;
@@ -416,12 +447,13 @@ std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t li
             }
             if (p < end)
                 ++p;
+            // An empty element ("<b/>") is as deep as any other; it only
+            // leaves nothing open.
+            deepest = std::max(deepest, depth + 1);
             if (last != '/')
-            {
-                deepest = std::max(deepest, ++depth);
-                if (deepest > limit)
-                    return deepest;
-            }
+                ++depth;
+            if (deepest > limit)
+                return deepest;
         }
     }
     return deepest;

@@ -1,7 +1,10 @@
 # Run by CTest: installs the build into a scratch prefix, then builds and runs
 # the consumer project against it, once through find_package(ooxml CONFIG)
 # and once through pkg-config.
-#   cmake -DBUILD_DIR=... -DSOURCE_DIR=... -DWORK_DIR=... -P check_install.cmake
+# Then the examples (a project of their own) are built against the same
+# prefix and run on the samples, their output compared with examples/expected.
+#   cmake -DBUILD_DIR=... -DSOURCE_DIR=... -DWORK_DIR=... -DEXAMPLES_DIR=... -DSAMPLES_DIR=...
+#         -P check_install.cmake
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT status EQUAL 0)
@@ -41,3 +44,30 @@ if(PKG_CONFIG)
   run(${WORK_DIR}/pc-consumer)
 endif()
 message(STATUS "installed package builds and runs: ${last_output}")
+
+# The installed ooxml-dump finds its libraries in the prefix.
+run(${prefix}/bin/ooxml-dump ${SAMPLES_DIR}/sample.xlsx)
+
+# The examples, against the installed packages only.
+run(${CMAKE_COMMAND} -S ${EXAMPLES_DIR} -B ${WORK_DIR}/examples-build -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_BUILD_TYPE=Release)
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/examples-build)
+# program|sample|arguments...|expected output
+foreach(case "xlsx2csv|sample.xlsx|xlsx2csv.txt" "xlsx2csv|sample.xlsx|Notes|xlsx2csv-notes.txt"
+              "docx2txt|sample.docx|docx2txt.txt" "pptx-outline|sample.pptx|pptx-outline.txt")
+  string(REPLACE "|" ";" arguments "${case}")
+  list(POP_FRONT arguments program file)
+  list(POP_BACK arguments expected_file)
+  run(${WORK_DIR}/examples-build/${program} ${SAMPLES_DIR}/${file} ${arguments})
+  file(READ ${EXAMPLES_DIR}/expected/${expected_file} expected)
+  if(NOT last_output STREQUAL expected)
+    message(FATAL_ERROR "${program} ${file} ${arguments}: output differs from expected/${expected_file}:\n${last_output}")
+  endif()
+endforeach()
+# A bad input is one line on stderr naming the file, and exit status 1.
+execute_process(COMMAND ${WORK_DIR}/examples-build/docx2txt ${SAMPLES_DIR}/no-such.docx
+                RESULT_VARIABLE status ERROR_VARIABLE err)
+if(NOT status EQUAL 1 OR NOT err MATCHES "no-such.docx: no such file")
+  message(FATAL_ERROR "docx2txt on a missing file: status ${status}, ${err}")
+endif()
+message(STATUS "examples build against the installed packages and match their expected output")

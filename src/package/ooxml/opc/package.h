@@ -59,6 +59,18 @@ struct Part
     wxString contentType;   // by Override, else by Default extension; empty if neither
     std::uint64_t size;     // uncompressed size as the directory states it
     std::uint64_t compressedSize;
+    wxString problem;       // why the part cannot be read (two ZIP entries of its name), if so
+};
+
+// Options of reading parts (ReadPart in ooxml/opc/parts.h) and relationships.
+struct ReadOptions
+{
+    // Markup compatibility processing (mc:AlternateContent, mc:Ignorable ...)
+    // before ReadXML.
+    bool markupCompatibility = true;
+    // ISO Strict namespaces and relationship types read as their
+    // transitional equivalents.
+    bool strict = true;
 };
 
 // One relationship of a source part (or of the package).
@@ -75,7 +87,7 @@ struct Relationship
 class OOXML_API Package
 {
 public:
-    explicit Package(const Limits& limits = Limits());
+    explicit Package(const Limits& limits = Limits(), const ReadOptions& options = ReadOptions());
     ~Package();
     Package(const Package&) = delete;
     Package& operator=(const Package&) = delete;
@@ -91,7 +103,12 @@ public:
 
     const wxString& GetPath() const;
     const Limits& GetLimits() const;
+    const ReadOptions& GetOptions() const;
     const std::vector<Part>& GetParts() const;
+
+    // Whether the package is an ISO Strict one (its relationship types or its
+    // main part's namespaces are those of http://purl.oclc.org/ooxml/).
+    bool IsStrict() const;
 
     // The part of that name (compared case-insensitively, as OPC says), or null.
     const Part* FindPart(const wxString& name) const;
@@ -102,7 +119,8 @@ public:
 
     // The relationships of `source` ("/" or "" for the package itself), read
     // from its relationships part with the library's CT_Relationships.  A
-    // source without a relationships part has none (true, empty).
+    // source without a relationships part has none (true, empty).  Strict
+    // relationship types read as transitional ones unless the options say not.
     bool GetRelationships(const wxString& source, std::vector<Relationship>* relationships,
                           Error* error) const;
 
@@ -126,6 +144,8 @@ public:
     static bool IsRelationshipsPart(const wxString& partName);
 
 private:
+    void DetectStrict();
+
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };

@@ -1,0 +1,6 @@
+// Fuzzes the reading of the content types stream (Part 3.1) into ooxml::content_types::CT_Types.
+#include "fuzz_part.h"
+
+#include "ooxml/package/content_types.h"
+
+OOXML_FUZZ_PART(ooxml::content_types::CT_Types)

@@ -1,0 +1,6 @@
+// Fuzzes the reading of a diagram data part (Part 6.4) into ooxml::dgm::CT_DataModel.
+#include "fuzz_part.h"
+
+#include "ooxml/drawingml/dgm.h"
+
+OOXML_FUZZ_PART(ooxml::dgm::CT_DataModel)

@@ -1,0 +1,6 @@
+// Fuzzes the reading of a WordprocessingML main document (Part 5.1) into ooxml::wml::CT_Document.
+#include "fuzz_part.h"
+
+#include "ooxml/wordprocessingml/wml.h"
+
+OOXML_FUZZ_PART(ooxml::wml::CT_Document)

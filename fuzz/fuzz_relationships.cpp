@@ -1,0 +1,6 @@
+// Fuzzes the reading of a relationships part (Part 3.1) into ooxml::relationships::CT_Relationships.
+#include "fuzz_part.h"
+
+#include "ooxml/package/relationships.h"
+
+OOXML_FUZZ_PART(ooxml::relationships::CT_Relationships)

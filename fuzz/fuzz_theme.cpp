@@ -1,0 +1,6 @@
+// Fuzzes the reading of a DrawingML theme (Part 6.1) into ooxml::dml::CT_OfficeStyleSheet.
+#include "fuzz_part.h"
+
+#include "ooxml/drawingml/dml.h"
+
+OOXML_FUZZ_PART(ooxml::dml::CT_OfficeStyleSheet)

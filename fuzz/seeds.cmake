@@ -1,0 +1,40 @@
+# Builds the seed corpus of each fuzz target (run by CTest before them):
+# the samples' parts named in SPEC, the files of fuzz/seeds/<folder>, or
+# whole sample packages.
+#   cmake -DSAMPLES_DIR=... -DSEEDS_DIR=... -DWORK_DIR=... -DSPEC=<list> -P seeds.cmake
+file(REMOVE_RECURSE ${WORK_DIR}/samples)
+foreach(sample sample.docx sample.xlsx sample.pptx)
+  file(MAKE_DIRECTORY ${WORK_DIR}/samples/${sample})
+  execute_process(COMMAND ${CMAKE_COMMAND} -E tar xf ${SAMPLES_DIR}/${sample}
+                  WORKING_DIRECTORY ${WORK_DIR}/samples/${sample} RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "cannot unpack ${SAMPLES_DIR}/${sample}")
+  endif()
+endforeach()
+
+foreach(spec IN LISTS SPEC)
+  string(REPLACE "|" ";" items "${spec}")
+  list(POP_FRONT items target)
+  set(dir ${WORK_DIR}/${target})
+  file(MAKE_DIRECTORY ${dir})
+  set(count 0)
+  foreach(item IN LISTS items)
+    if(item MATCHES "^seeds/(.*)")
+      file(GLOB files ${SEEDS_DIR}/${CMAKE_MATCH_1}/*)
+    elseif(item MATCHES "^([^:]+):(.*)")
+      file(GLOB_RECURSE files ${WORK_DIR}/samples/${CMAKE_MATCH_1}/${CMAKE_MATCH_2})
+    else()
+      set(files ${SAMPLES_DIR}/${item})
+    endif()
+    foreach(file IN LISTS files)
+      # Named by content, so that rerunning adds nothing twice.
+      file(SHA1 ${file} hash)
+      file(COPY_FILE ${file} ${dir}/seed-${hash})
+      math(EXPR count "${count} + 1")
+    endforeach()
+  endforeach()
+  if(count EQUAL 0)
+    message(FATAL_ERROR "no seeds for fuzz target ${target}: ${spec}")
+  endif()
+  message(STATUS "fuzz_${target}: ${count} seeds")
+endforeach()

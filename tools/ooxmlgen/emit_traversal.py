@@ -1,0 +1,138 @@
+"""Prints the generic traversal (part of the package layer): for every class a
+ClassInfo and a visit function that reports the members in declaration order,
+base-class members first, and a NodeOf() overload that starts a walk."""
+
+from __future__ import annotations
+
+import math
+from typing import Dict, List
+
+from .emit_cpp import BANNER, CLASSES_PER_SOURCE, _guard
+from .model import (ATTRIBUTE, ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER, TEXT, VALUE_ELEMENT, Class,
+                    Member, Model, Schema)
+
+_KINDS = {ATTRIBUTE: "Attribute", TEXT: "Text", VALUE_ELEMENT: "ValueElement", CHILD: "Child",
+          GROUP: "Group", HOLDER: "Holder", ATTRIBUTE_GROUP: "AttributeGroup"}
+
+
+def _info(cls: Class) -> str:
+    return f"info::{cls.schema.key}::{cls.name}"
+
+
+def _qualified(cls: Class) -> str:
+    return f"::{cls.schema.cpp_namespace}::{cls.name}"
+
+
+def emit_header(schema: Schema) -> str:
+    path = f"ooxml/traversal/{schema.key}.h"
+    out = [BANNER, f"// Traversal of the classes of {schema.uri}: see ooxml/traversal/traversal.h.",
+           f"#ifndef {_guard(path)}", f"#define {_guard(path)}", "", '#include "ooxml/traversal/traversal.h"', "",
+           f"namespace {schema.cpp_namespace}", "{"]
+    out += [f"class {cls.name};" for cls in schema.classes]
+    out += ["}", "", "namespace ooxml", "{", "namespace traversal", "{", ""]
+    out += [f"OOXML_API Node NodeOf(const {_qualified(cls)}& object);" for cls in schema.classes]
+    out += ["", "} // namespace traversal", "} // namespace ooxml", "", f"#endif // {_guard(path)}"]
+    return "\n".join(out) + "\n"
+
+
+def emit_infos(model: Model) -> str:
+    """Internal: the ClassInfo of every class, for the sources that reference
+    other schemas' classes."""
+    out = [BANNER, "// The ClassInfo of every generated class.  Internal to the package library.",
+           "#ifndef OOXML_TRAVERSAL_INFOS_H", "#define OOXML_TRAVERSAL_INFOS_H", "",
+           '#include "ooxml/traversal/traversal.h"', "", "namespace ooxml", "{", "namespace traversal", "{",
+           "namespace info", "{"]
+    for schema in model.class_schemas():
+        names = " ".join(f"extern const ClassInfo {cls.name};" for cls in schema.classes)
+        out.append(f"namespace {schema.key} {{ {names} }}")
+    out += ["} // namespace info", "} // namespace traversal", "} // namespace ooxml", "",
+            "#endif // OOXML_TRAVERSAL_INFOS_H"]
+    return "\n".join(out) + "\n"
+
+
+def _member_literal(cls: Class, m: Member, present: str) -> str:
+    xml = m.xml or ""
+    repeated = "true" if m.repeated or (m.value is not None and m.value.is_list) else "false"
+    return (f'Member{{"{m.name}", "{xml}", MemberKind::{_KINDS[m.kind]}, {m.bit}, {present}, '
+            f'{repeated}, 0, &{_info(cls)}}}')
+
+
+def _visit_function(cls: Class) -> List[str]:
+    lines = [f"void Visit_{cls.name}(const void* object, Visitor& visitor)", "{"]
+    uses = cls.base is not None or cls.members or cls.any_base
+    if uses:
+        lines.append(f"    const {_qualified(cls)}& o = *static_cast<const {_qualified(cls)}*>(object);")
+    else:
+        lines += ["    (void)object;", "    (void)visitor;"]
+    if cls.base is not None:
+        lines.append(f"    {_info(cls.base)}.visit(static_cast<const {_qualified(cls.base)}*>(&o), visitor);")
+    if cls.any_base:
+        lines.append(f'    VisitValue(visitor, Member{{"Value", "", MemberKind::Text, 0, !o.IsNull(), false, 0, '
+                     f'&{_info(cls)}}}, static_cast<const wxAny&>(o));')
+    for m in cls.members:
+        member = _member_literal(cls, m, f"o.Check{m.name}()")
+        getter = f"o.Get{m.name}()"
+        if m.target is not None:
+            call = "VisitObjects" if m.repeated else "VisitObject"
+            lines.append(f"    {call}(visitor, {member}, {getter}, {_info(m.target)});")
+        else:
+            call = "VisitValues" if (m.repeated or m.value.is_list) else "VisitValue"
+            lines.append(f"    {call}(visitor, {member}, {getter});")
+    lines.append("}")
+    return lines
+
+
+def emit_sources(schema: Schema) -> Dict[str, str]:
+    classes = schema.classes
+    parts = max(1, math.ceil(len(classes) / CLASSES_PER_SOURCE))
+    size = math.ceil(len(classes) / parts)
+    out = {}
+    for part in range(parts):
+        chunk = classes[part * size:(part + 1) * size]
+        suffix = f"_{part + 1}" if parts > 1 else ""
+        headers = {schema.header}
+        for cls in chunk:
+            if cls.base is not None:
+                headers.add(cls.base.schema.header)
+        lines = [BANNER, f'#include "ooxml/traversal/{schema.key}.h"', ""]
+        lines += [f'#include "{h}"' for h in sorted(headers)]
+        lines += ['#include "traversal/infos.h"', '#include "traversal/visit.h"', "",
+                  "namespace ooxml", "{", "namespace traversal", "{", "", "namespace", "{", ""]
+        for cls in chunk:
+            lines += _visit_function(cls)
+            lines.append("")
+        lines += ["} // namespace", ""]
+        for cls in chunk:
+            lines.append(f'const ClassInfo {_info(cls)} = {{"{cls.name}", "{schema.key}", '
+                         f'"{schema.cpp_namespace}", &Visit_{cls.name}}};')
+        lines.append("")
+        for cls in chunk:
+            lines.append(f"Node NodeOf(const {_qualified(cls)}& object) {{ return Node{{&object, &{_info(cls)}}}; }}")
+        lines += ["", "} // namespace traversal", "} // namespace ooxml"]
+        out[f"src/package/traversal/{schema.key}{suffix}.cpp"] = "\n".join(lines) + "\n"
+    return out
+
+
+def emit_all(model: Model) -> Dict[str, str]:
+    files: Dict[str, str] = {}
+    sources: List[str] = []
+    headers: List[str] = []
+    for schema in model.class_schemas():
+        header = f"src/package/ooxml/traversal/{schema.key}.h"
+        files[header] = emit_header(schema)
+        headers.append(header)
+        for path, text in emit_sources(schema).items():
+            files[path] = text
+            sources.append(path)
+    umbrella = [BANNER, "// The traversal of every schema.", "#ifndef OOXML_TRAVERSAL_ALL_H", "#define OOXML_TRAVERSAL_ALL_H", "",
+                '#include "ooxml/traversal/traversal.h"']
+    umbrella += [f'#include "ooxml/traversal/{s.key}.h"' for s in model.class_schemas()]
+    umbrella += ["", "#endif // OOXML_TRAVERSAL_ALL_H"]
+    files["src/package/ooxml/traversal/all.h"] = "\n".join(umbrella) + "\n"
+    headers.append("src/package/ooxml/traversal/all.h")
+    files["src/package/traversal/infos.h"] = emit_infos(model)
+    files["src/package/traversal/generated.cmake"] = (
+        "# Generated by tools/ooxmlgen. Do not edit.\nset(OOXML_TRAVERSAL_SOURCES\n"
+        + "".join(f"    {p}\n" for p in sorted(sources)) + ")\nset(OOXML_TRAVERSAL_HEADERS\n"
+        + "".join(f"    {h}\n" for h in sorted(headers)) + ")\n")
+    return files
