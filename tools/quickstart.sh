@@ -3,17 +3,20 @@
 #
 #   tools/quickstart.sh demo   install what is missing, build, run ooxml-dump on the bundled sample
 #   tools/quickstart.sh test   install what is missing, build, run the whole test suite, then
-#                              again in a build with AddressSanitizer and UndefinedBehaviorSanitizer
+#                              again in a clang build with AddressSanitizer and
+#                              UndefinedBehaviorSanitizer, which also builds and runs the
+#                              libFuzzer targets for a short time each
 #
 # Builds go to build/ and build-sanitize/ (ccache makes rebuilds quick).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 PACKAGES="cmake g++ make python3 pkg-config ccache libwxgtk3.2-dev libgtest-dev"
+SANITIZER_PACKAGES="clang-14 libfuzzer-14-dev libclang-rt-14-dev"
 
 install_missing() {
     local missing=""
-    for package in $PACKAGES; do
+    for package in $PACKAGES "$@"; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing="$missing $package"
     done
     [ -z "$missing" ] && return 0
@@ -38,10 +41,11 @@ case "${1:-}" in
         build/apps/ooxml-dump
         ;;
     test)
-        install_missing
+        install_missing $SANITIZER_PACKAGES
         build build -DOOXML_BUILD_TESTS=ON
         ctest --test-dir build --output-on-failure
-        build build-sanitize -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON
+        build build-sanitize -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON \
+            -DCMAKE_CXX_COMPILER=clang++-14 -DOOXML_BUILD_FUZZERS=ON
         ctest --test-dir build-sanitize --output-on-failure
         ;;
     *)
