@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <ooxml/opc/package.h>
 #include <ooxml/opc/parts.h>
@@ -27,16 +28,23 @@ inline void Print(const wxString& text)
     std::exit(1);
 }
 
-// The first relationship of `source` whose type ends with "/<kind>"
-// ("officeDocument", "sharedStrings"), resolved to a part name; empty if none.
-inline wxString Target(const ooxml::opc::Package& package, const wxString& source, const wxString& kind,
-                       const wxString& program)
+// The relationships of `source`; dies with a message if they do not read.
+inline std::vector<ooxml::opc::Relationship> Relationships(const ooxml::opc::Package& package, const wxString& source,
+                                                           const wxString& program)
 {
     std::vector<ooxml::opc::Relationship> relationships;
     ooxml::opc::Error error;
     if (!package.GetRelationships(source, &relationships, &error))
         Die(program, error.ToString());
-    for (const ooxml::opc::Relationship& r : relationships)
+    return relationships;
+}
+
+// The first relationship of `source` whose type ends with "/<kind>"
+// ("officeDocument", "sharedStrings"), resolved to a part name; empty if none.
+inline wxString Target(const ooxml::opc::Package& package, const wxString& source, const wxString& kind,
+                       const wxString& program)
+{
+    for (const ooxml::opc::Relationship& r : Relationships(package, source, program))
         if (r.type.EndsWith("/" + kind) && !r.external)
             return r.resolved;
     return wxString();
@@ -46,11 +54,7 @@ inline wxString Target(const ooxml::opc::Package& package, const wxString& sourc
 inline wxString TargetById(const ooxml::opc::Package& package, const wxString& source, const wxString& id,
                            const wxString& program)
 {
-    std::vector<ooxml::opc::Relationship> relationships;
-    ooxml::opc::Error error;
-    if (!package.GetRelationships(source, &relationships, &error))
-        Die(program, error.ToString());
-    for (const ooxml::opc::Relationship& r : relationships)
+    for (const ooxml::opc::Relationship& r : Relationships(package, source, program))
         if (r.id == id)
             return r.resolved;
     return wxString();

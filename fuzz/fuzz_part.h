@@ -29,8 +29,9 @@ int ReadPart(const std::uint8_t* data, std::size_t size)
 {
     Initialise();
     // The package reader bounds nesting before parsing; so does the target,
-    // so that it exercises the readers rather than the stack.
-    if (ooxml::opc::XmlNestingDepth(reinterpret_cast<const char*>(data), size, 256) > 256)
+    // with the same default, so that it exercises the readers rather than the stack.
+    const std::size_t limit = ooxml::opc::Limits().maxDepth;
+    if (ooxml::opc::XmlNestingDepth(reinterpret_cast<const char*>(data), size, limit) > limit)
         return 0;
     wxMemoryInputStream input(data, size);
     wxXmlDocument document;

@@ -118,12 +118,18 @@ public:
     bool Process(wxXmlNode* element, Compatibility compatibility)
     {
         m_scopes.Push(element);
-        const bool ok = ReadCompatibilityAttributes(element, compatibility) && ProcessChildren(element, compatibility);
+        const bool ok = ProcessInScope(element, compatibility);
         m_scopes.Pop();
         return ok;
     }
 
 private:
+    // Process() for an element whose declarations are already in scope.
+    bool ProcessInScope(wxXmlNode* element, Compatibility compatibility)
+    {
+        return ReadCompatibilityAttributes(element, compatibility) && ProcessChildren(element, compatibility);
+    }
+
     bool IsMarkupCompatibility(const wxString& qualifiedName, bool attribute) const
     {
         const wxString uri = attribute ? m_scopes.AttributeNamespace(qualifiedName)
@@ -192,16 +198,14 @@ private:
         return true;
     }
 
-    // Whether every prefix of a Choice's Requires names an understood namespace.
-    bool Satisfied(wxXmlNode* choice)
+    // Whether every prefix of a Choice's Requires names an understood
+    // namespace (the Choice's own declarations in scope).
+    bool Satisfied(const wxXmlNode* choice) const
     {
-        m_scopes.Push(choice);
-        bool ok = true;
         for (const wxString& prefix : wxSplit(choice->GetAttribute(wxS("Requires")).Strip(wxString::both), ' ', '\0'))
             if (!prefix.empty() && !IsUnderstoodNamespace(m_scopes.Resolve(prefix)))
-                ok = false;
-        m_scopes.Pop();
-        return ok;
+                return false;
+        return true;
     }
 
     // Moves the children of `from` into `parent` in place of `at` (before it),
@@ -246,17 +250,20 @@ private:
                 child = child->GetNext();
                 continue;
             }
+            // The child's own declarations are in scope while it is looked at
+            // and processed, pushed once.
             m_scopes.Push(child);
             const wxString uri = m_scopes.ElementNamespace(child->GetName());
-            m_scopes.Pop();
             const wxString local = LocalName(child->GetName());
             if (View(uri) == kMarkupCompatibility && View(local) == L"AlternateContent")
             {
+                m_scopes.Pop();
                 child = ResolveAlternateContent(element, child);
                 continue;
             }
             if (!compatibility.ignorable.empty() && Ignored(uri, compatibility))
             {
+                m_scopes.Pop();
                 wxXmlNode* next;
                 if (compatibility.processContent.count({uri, local}) || compatibility.processContent.count({uri, "*"}))
                 {
@@ -273,7 +280,9 @@ private:
                 child = next;
                 continue;
             }
-            if (!Process(child, compatibility))
+            const bool ok = ProcessInScope(child, compatibility);
+            m_scopes.Pop();
+            if (!ok)
                 return false;
             child = child->GetNext();
         }
@@ -294,7 +303,6 @@ private:
             m_scopes.Push(branch);
             const bool mc = View(m_scopes.ElementNamespace(branch->GetName())) == kMarkupCompatibility;
             const wxString local = LocalName(branch->GetName());
-            m_scopes.Pop();
             if (mc && View(local) == L"Choice" && Satisfied(branch))
             {
                 selected = branch;
@@ -305,6 +313,7 @@ private:
                 selected = branch;
                 ++m_stats.fallbacks;
             }
+            m_scopes.Pop();
         }
         m_scopes.Pop();
         wxXmlNode* next = selected ? Unwrap(parent, alternate, selected, alternate) : alternate->GetNext();

@@ -128,10 +128,7 @@ bool Package::Open(const wxString& path, Error* error)
     m_impl->path = path;
     if (!wxFileName::FileExists(path))
         return m_impl->Fail(error, "", wxFileName::DirExists(path) ? "is a folder, not a file" : "no such file");
-    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
-        return false;
-    DetectStrict();
-    return true;
+    return Load(error);
 }
 
 bool Package::OpenMemory(const void* data, std::size_t size, const wxString& name, Error* error)
@@ -140,26 +137,23 @@ bool Package::OpenMemory(const void* data, std::size_t size, const wxString& nam
     m_impl->path = name;
     m_impl->memory.assign(static_cast<const char*>(data), size);
     m_impl->inMemory = true;
-    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
-        return false;
-    DetectStrict();
-    return true;
+    return Load(error);
 }
 
-void Package::DetectStrict()
+bool Package::Load(Error* error)
 {
-    // The package's own relationships tell: a Strict document's main part is
-    // reached through a Strict relationship type.  Read them as written.
-    const bool transitional = m_impl->options.strict;
-    m_impl->options.strict = false;
+    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
+        return false;
+    // The package's own relationships tell whether it is Strict: its main
+    // part is reached through a Strict relationship type.  Read as written;
+    // a package whose relationships do not read is reported when they are read.
     std::vector<Relationship> relationships;
     Error ignored;
-    // A package whose relationships do not read is reported when they are read.
-    GetRelationships("/", &relationships, &ignored);
-    m_impl->options.strict = transitional;
+    ReadRelationships("/", false, &relationships, &ignored);
     for (const Relationship& r : relationships)
         if (r.type.StartsWith("http://purl.oclc.org/ooxml/"))
             m_impl->strict = true;
+    return true;
 }
 
 std::unique_ptr<wxInputStream> Package::Impl::OpenStream() const
@@ -329,6 +323,12 @@ bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* 
 
 bool Package::GetRelationships(const wxString& source, std::vector<Relationship>* relationships, Error* error) const
 {
+    return ReadRelationships(source, m_impl->options.strict, relationships, error);
+}
+
+bool Package::ReadRelationships(const wxString& source, bool transitional, std::vector<Relationship>* relationships,
+                                Error* error) const
+{
     relationships->clear();
     const wxString relsName = RelationshipsPartName(source);
     if (!FindPart(relsName))
@@ -345,7 +345,7 @@ bool Package::GetRelationships(const wxString& source, std::vector<Relationship>
     {
         Relationship r;
         r.id = item->GetId();
-        r.type = m_impl->options.strict ? TransitionalUri(item->GetType()) : item->GetType();
+        r.type = transitional ? TransitionalUri(item->GetType()) : item->GetType();
         r.target = item->GetTarget();
         r.targetMode = item->GetTargetMode();
         r.external = r.targetMode.CmpNoCase("External") == 0;

@@ -66,7 +66,8 @@ const std::vector<ByContentType>& ContentTypeTable()
 {
     static const std::vector<ByContentType> table = [] {
         std::vector<ByContentType> t;
-        auto add = [&t](const wxString& type, const RootClass& root) { t.push_back(ByContentType{type, root}); };
+        // Stored lower-case: content types compare without case.
+        auto add = [&t](const wxString& type, const RootClass& root) { t.push_back(ByContentType{type.Lower(), root}); };
         const wxString sml = kSml, wml = kWml, pml = kPml, dml = kDml;
         // Part 3.1 to 3.4
         add("application/vnd.openxmlformats-package.relationships+xml",
@@ -211,7 +212,7 @@ const RootClass* FindRootClassByContentType(const wxString& contentType)
     // Parameters (";charset=...") do not change the class.
     const wxString type = contentType.BeforeFirst(';').Strip(wxString::both).Lower();
     for (const ByContentType& row : ContentTypeTable())
-        if (row.contentType.Lower() == type)
+        if (row.contentType == type)
             return &row.root;
     return nullptr;
 }

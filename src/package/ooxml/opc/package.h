@@ -106,8 +106,8 @@ public:
     const ReadOptions& GetOptions() const;
     const std::vector<Part>& GetParts() const;
 
-    // Whether the package is an ISO Strict one (its relationship types or its
-    // main part's namespaces are those of http://purl.oclc.org/ooxml/).
+    // Whether the package is an ISO Strict one (its own relationship types
+    // are those of http://purl.oclc.org/ooxml/).
     bool IsStrict() const;
 
     // The part of that name (compared case-insensitively, as OPC says), or null.
@@ -144,7 +144,10 @@ public:
     static bool IsRelationshipsPart(const wxString& partName);
 
 private:
-    void DetectStrict();
+    // After the bytes are there: directory, content types, Strict or not.
+    bool Load(Error* error);
+    bool ReadRelationships(const wxString& source, bool transitional, std::vector<Relationship>* relationships,
+                           Error* error) const;
 
     struct Impl;
     std::unique_ptr<Impl> m_impl;
