@@ -3,9 +3,9 @@
 #
 #   tools/quickstart.sh demo   install what is missing, build, run ooxml-dump on the bundled sample
 #   tools/quickstart.sh test   install what is missing, build, run the whole test suite, then
-#                              again in a build with AddressSanitizer and UndefinedBehaviorSanitizer
-#   tools/quickstart.sh fuzz   install what is missing (clang, libFuzzer), build with the sanitizers
-#                              and the libFuzzer targets, run each target for a short time
+#                              again in a clang build with AddressSanitizer, UndefinedBehaviorSanitizer
+#                              and the libFuzzer targets, each of which runs for a short time
+#   tools/quickstart.sh fuzz   only that sanitizer and fuzz build, and only the fuzz targets
 #
 # Builds go to build/ and build-sanitize/ (ccache makes rebuilds quick).
 set -euo pipefail
@@ -34,6 +34,13 @@ build() {
     cmake --build "$dir" -j "$(nproc)"
 }
 
+# One build for the sanitizers and the fuzz targets: every object carries both
+# the sanitizers and libFuzzer's coverage instrumentation.
+build_sanitize_fuzz() {
+    build build-sanitize -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON \
+        -DCMAKE_CXX_COMPILER=clang++-14 -DOOXML_BUILD_FUZZERS=ON
+}
+
 case "${1:-}" in
     demo)
         install_missing
@@ -44,14 +51,14 @@ case "${1:-}" in
         install_missing
         build build -DOOXML_BUILD_TESTS=ON
         ctest --test-dir build --output-on-failure
-        build build-sanitize -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON
+        install_missing $FUZZ_PACKAGES
+        build_sanitize_fuzz
         ctest --test-dir build-sanitize --output-on-failure
         ;;
     fuzz)
         install_missing $FUZZ_PACKAGES
-        build build-fuzz -DOOXML_BUILD_TESTS=ON -DOOXML_SANITIZE=ON \
-            -DCMAKE_CXX_COMPILER=clang++-14 -DOOXML_BUILD_FUZZERS=ON
-        ctest --test-dir build-fuzz --output-on-failure -L fuzz
+        build_sanitize_fuzz
+        ctest --test-dir build-sanitize --output-on-failure -L fuzz
         ;;
     *)
         echo "usage: tools/quickstart.sh demo|test|fuzz" >&2
