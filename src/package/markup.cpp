@@ -327,23 +327,34 @@ private:
     wxString* m_problem;
 };
 
-// Rewrites the Strict namespace URIs of every declaration to transitional ones.
-void RewriteStrict(wxXmlNode* element, PrepareStats& stats)
+// Rewrites the Strict namespace URIs of every declaration to transitional ones
+// (when asked) and tells whether any declaration names the markup compatibility
+// namespace. Without one nothing in the part is markup compatibility, and the
+// processing that tracks every element's namespace scope can be skipped: on a
+// large plain part it costs about as much as ReadXML itself.
+bool ScanDeclarations(wxXmlNode* element, bool rewriteStrict, PrepareStats& stats)
 {
+    bool markupCompatibility = false;
     for (wxXmlAttribute* a = element->GetAttributes(); a; a = a->GetNext())
     {
         if (!IsNamespaceDeclaration(a->GetName()))
             continue;
-        const wxString transitional = TransitionalUri(a->GetValue());
-        if (transitional != a->GetValue())
+        if (rewriteStrict)
         {
-            a->SetValue(transitional);
-            stats.strict = true;
+            const wxString transitional = TransitionalUri(a->GetValue());
+            if (transitional != a->GetValue())
+            {
+                a->SetValue(transitional);
+                stats.strict = true;
+            }
         }
+        if (View(a->GetValue()) == kMarkupCompatibility)
+            markupCompatibility = true;
     }
     for (wxXmlNode* child = element->GetChildren(); child; child = child->GetNext())
-        if (child->GetType() == wxXML_ELEMENT_NODE)
-            RewriteStrict(child, stats);
+        if (child->GetType() == wxXML_ELEMENT_NODE && ScanDeclarations(child, rewriteStrict, stats))
+            markupCompatibility = true;
+    return markupCompatibility;
 }
 
 } // namespace
@@ -381,9 +392,10 @@ bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxStri
     wxXmlNode* root = document.GetRoot();
     if (!root)
         return true;
-    if (options.strict)
-        RewriteStrict(root, s);
-    if (options.markupCompatibility)
+    if (!options.strict && !options.markupCompatibility)
+        return true;
+    const bool declaresMarkupCompatibility = ScanDeclarations(root, options.strict, s);
+    if (options.markupCompatibility && declaresMarkupCompatibility)
     {
         MarkupProcessor processor(s, problem);
         if (!processor.Process(root, Compatibility()))

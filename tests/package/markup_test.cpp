@@ -195,6 +195,25 @@ TEST(MarkupCompatibility, SwitchedOffLeavesTheDocumentAsWritten)
     EXPECT_EQ(p.stats.alternateContent, 0u);
 }
 
+TEST(MarkupCompatibility, DeclaredOnlyDeepInsideThePartStillProcessed)
+{
+    const Prepared p = Prepare("<w:body" + kW + "><w:p><w:r" + kMc + "><mc:AlternateContent>"
+                               "<mc:Choice Requires='w'><w:t/></mc:Choice></mc:AlternateContent></w:r></w:p></w:body>");
+    ASSERT_TRUE(p.ok);
+    EXPECT_EQ(p.text, "<w:body" + kW + "><w:p><w:r" + kMc + "><w:t/></w:r></w:p></w:body>");
+    EXPECT_EQ(p.stats.alternateContent, 1u);
+}
+
+TEST(MarkupCompatibility, PrefixMcWithoutTheDeclarationIsNotMarkupCompatibility)
+{
+    const std::string xml = "<w:body" + kW + "><mc:AlternateContent><mc:Choice Requires=\"w\"><w:p/></mc:Choice>"
+                            "</mc:AlternateContent></w:body>";
+    const Prepared p = Prepare(xml);
+    ASSERT_TRUE(p.ok);
+    EXPECT_EQ(p.text, xml);
+    EXPECT_EQ(p.stats.alternateContent, 0u);
+}
+
 TEST(MarkupCompatibility, TheBoundSchemasAreUnderstood)
 {
     EXPECT_TRUE(opc::IsUnderstoodNamespace("http://schemas.openxmlformats.org/spreadsheetml/2006/main"));
