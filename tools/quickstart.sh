@@ -48,10 +48,9 @@ case "${1:-}" in
         build/apps/ooxml-dump
         ;;
     test)
-        install_missing
+        install_missing $FUZZ_PACKAGES
         build build -DOOXML_BUILD_TESTS=ON
         ctest --test-dir build --output-on-failure
-        install_missing $FUZZ_PACKAGES
         build_sanitize_fuzz
         ctest --test-dir build-sanitize --output-on-failure
         ;;
