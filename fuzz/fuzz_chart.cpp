@@ -1,4 +1,4 @@
-// Fuzzes the reading of a DrawingML chart (Part 6.2) into ooxml::chart::CT_ChartSpace.
+// Fuzzes the reading of a DrawingML chart into ooxml::chart::CT_ChartSpace.
 #include "fuzz_part.h"
 
 #include "ooxml/drawingml/chart.h"

@@ -1,4 +1,4 @@
-// Fuzzes the reading of the content types stream (Part 3.1) into ooxml::content_types::CT_Types.
+// Fuzzes the reading of the content types stream into ooxml::content_types::CT_Types.
 #include "fuzz_part.h"
 
 #include "ooxml/package/content_types.h"

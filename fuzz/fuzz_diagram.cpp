@@ -1,4 +1,4 @@
-// Fuzzes the reading of a diagram data part (Part 6.4) into ooxml::dgm::CT_DataModel.
+// Fuzzes the reading of a diagram data part into ooxml::dgm::CT_DataModel.
 #include "fuzz_part.h"
 
 #include "ooxml/drawingml/dgm.h"

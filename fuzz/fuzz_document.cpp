@@ -1,4 +1,4 @@
-// Fuzzes the reading of a WordprocessingML main document (Part 5.1) into ooxml::wml::CT_Document.
+// Fuzzes the reading of a WordprocessingML main document into ooxml::wml::CT_Document.
 #include "fuzz_part.h"
 
 #include "ooxml/wordprocessingml/wml.h"

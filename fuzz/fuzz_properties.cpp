@@ -1,4 +1,4 @@
-// Fuzzes the reading of the core properties part (Part 3.2) into ooxml::core_properties::CT_CoreProperties.
+// Fuzzes the reading of the core properties part into ooxml::core_properties::CT_CoreProperties.
 #include "fuzz_part.h"
 
 #include "ooxml/package/core_properties.h"

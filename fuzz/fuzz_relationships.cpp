@@ -1,4 +1,4 @@
-// Fuzzes the reading of a relationships part (Part 3.1) into ooxml::relationships::CT_Relationships.
+// Fuzzes the reading of a relationships part into ooxml::relationships::CT_Relationships.
 #include "fuzz_part.h"
 
 #include "ooxml/package/relationships.h"

@@ -1,4 +1,4 @@
-// Fuzzes the reading of a PresentationML slide (Part 7.1) into ooxml::pml::CT_Slide.
+// Fuzzes the reading of a PresentationML slide into ooxml::pml::CT_Slide.
 #include "fuzz_part.h"
 
 #include "ooxml/presentationml/pml.h"

@@ -1,4 +1,4 @@
-// Fuzzes the reading of a SpreadsheetML styles part (Part 4.2) into ooxml::sml::CT_Stylesheet.
+// Fuzzes the reading of a SpreadsheetML styles part into ooxml::sml::CT_Stylesheet.
 #include "fuzz_part.h"
 
 #include "ooxml/spreadsheetml/sml.h"

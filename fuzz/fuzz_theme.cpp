@@ -1,4 +1,4 @@
-// Fuzzes the reading of a DrawingML theme (Part 6.1) into ooxml::dml::CT_OfficeStyleSheet.
+// Fuzzes the reading of a DrawingML theme into ooxml::dml::CT_OfficeStyleSheet.
 #include "fuzz_part.h"
 
 #include "ooxml/drawingml/dml.h"

@@ -1,4 +1,4 @@
-// Fuzzes the reading of a VML drawing part (Part 8.1) into ooxml::vml::CT_Group.
+// Fuzzes the reading of a VML drawing part into ooxml::vml::CT_Group.
 #include "fuzz_part.h"
 
 #include "ooxml/vml/vml.h"

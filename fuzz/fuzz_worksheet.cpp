@@ -1,4 +1,4 @@
-// Fuzzes the reading of a SpreadsheetML worksheet (Part 4.1) into ooxml::sml::CT_Worksheet.
+// Fuzzes the reading of a SpreadsheetML worksheet into ooxml::sml::CT_Worksheet.
 #include "fuzz_part.h"
 
 #include "ooxml/spreadsheetml/sml.h"

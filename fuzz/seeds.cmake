@@ -1,7 +1,7 @@
 # Builds the seed corpus of each fuzz target (run by CTest before them):
-# the samples' parts named in SPEC, the files of fuzz/seeds/<folder>, or
+# the samples' parts named in ENTRIES, the files of fuzz/seeds/<folder>, or
 # whole sample packages.
-#   cmake -DSAMPLES_DIR=... -DSEEDS_DIR=... -DWORK_DIR=... -DSPEC=<list> -P seeds.cmake
+#   cmake -DSAMPLES_DIR=... -DSEEDS_DIR=... -DWORK_DIR=... -DENTRIES=<list> -P seeds.cmake
 file(REMOVE_RECURSE ${WORK_DIR}/samples)
 foreach(sample sample.docx sample.xlsx sample.pptx)
   file(MAKE_DIRECTORY ${WORK_DIR}/samples/${sample})
@@ -12,8 +12,8 @@ foreach(sample sample.docx sample.xlsx sample.pptx)
   endif()
 endforeach()
 
-foreach(spec IN LISTS SPEC)
-  string(REPLACE "|" ";" items "${spec}")
+foreach(entry IN LISTS ENTRIES)
+  string(REPLACE "|" ";" items "${entry}")
   list(POP_FRONT items target)
   set(dir ${WORK_DIR}/${target})
   file(MAKE_DIRECTORY ${dir})
@@ -34,7 +34,7 @@ foreach(spec IN LISTS SPEC)
     endforeach()
   endforeach()
   if(count EQUAL 0)
-    message(FATAL_ERROR "no seeds for fuzz target ${target}: ${spec}")
+    message(FATAL_ERROR "no seeds for fuzz target ${target}: ${entry}")
   endif()
   message(STATUS "fuzz_${target}: ${count} seeds")
 endforeach()

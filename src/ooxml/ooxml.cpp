@@ -1,4 +1,4 @@
-// The XML frame: XMLNSContext (Part 1.1) and the value converters (Part 1.2).
+// The XML frame: XMLNSContext and the value converters.
 #include "ooxml/ooxml.h"
 
 #include <cstdint>
@@ -171,7 +171,7 @@ namespace
 {
 
 // wxString::ToLong/ToULong accept the range of the native long, which is 64
-// bits here: the 32-bit limits of Part 1.2 are applied explicitly.
+// bits here: the 32-bit limits of the schema types are applied explicitly.
 bool ParseLong32(const wxString& text, long* value)
 {
     long parsed;
@@ -191,7 +191,7 @@ bool ParseULong32(const wxString& text, unsigned long* value)
     return true;
 }
 
-// ToCDouble also reads C99 hexadecimal floats; Part 1.2 allows base 10 only.
+// ToCDouble also reads C99 hexadecimal floats; XML Schema numbers are base 10 only.
 bool ParseCDouble(const wxString& text, double* value)
 {
     std::wstring_view rest = View(text);

@@ -1,6 +1,6 @@
 // ooxml: typed, read-only object model of Office Open XML parts.
 //
-// The hand-written frame under every generated class (spec Parts 1.1 and 1.3):
+// The hand-written frame under every generated class:
 // the export macro, the schema namespace map type and XMLNSContext, the
 // per-document namespace context that every generated reader receives.
 #ifndef OOXML_OOXML_H
@@ -25,7 +25,7 @@ class wxXmlNode;
 #endif
 
 // The growable array of owned child objects that generated classes hold and
-// return (Part 2.1): pointers to T in document order.  One std::vector<void*>
+// return: pointers to T in document order.  One std::vector<void*>
 // underneath for every T, as wxWidgets does for its pointer arrays, so that
 // the ~540 array types of the generated headers cost their includers nothing
 // to instantiate.  Copies copy the pointers, not the objects.
@@ -94,11 +94,11 @@ public:
     void push_back(T* item) { Append(item); }
 };
 
-// A schema's namespace map (Part 1.3): namespace URI -> the prefix that the
+// A schema's namespace map: namespace URI -> the prefix that the
 // schema's classes compare against ("" for the schema's own URI).
 typedef std::map<wxString, wxString> XMLNSMap;
 
-// The namespace declarations in force while one document is read (Part 1.1).
+// The namespace declarations in force while one document is read.
 //
 // One context per document, passed by pointer down the recursive read.  It
 // keeps a stack of prefix scopes (innermost first) and one unscoped default

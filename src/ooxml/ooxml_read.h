@@ -1,5 +1,5 @@
-// Internal to the library: the value converters of Part 1.2 and the small
-// helpers that keep the generated readers short (Part 2.2).  Not installed.
+// Internal to the library: the value converters and the small helpers that
+// keep the generated readers short.  Not installed.
 #ifndef OOXML_OOXML_READ_H
 #define OOXML_OOXML_READ_H
 
@@ -12,7 +12,7 @@
 
 #include "ooxml/ooxml.h"
 
-// -- Value converters (Part 1.2) -------------------------------------------------
+// -- Value converters -----------------------------------------------------------
 // Each writes the destination and returns true, or returns false and leaves it
 // untouched.  Base 10, C locale, the whole text must be consumed.  The 8- and
 // 16-bit ones parse a 32-bit value and keep its low bits without a range check.
@@ -87,7 +87,7 @@ private:
     bool m_mapped;
 };
 
-// Walks an element's attributes in document order (Part 2.2, step 1).
+// Walks an element's attributes in document order, before any child is read.
 class AttributeReader : public NameMatcher
 {
 public:
@@ -114,7 +114,7 @@ private:
     wxXmlAttribute* m_attribute;
 };
 
-// Walks an element's child nodes in document order (Part 2.2, step 3): each
+// Walks an element's child nodes in document order, after its attributes: each
 // child is pushed on the context before it is looked at and popped after,
 // on every path out, early returns included.
 class ChildReader : public NameMatcher
@@ -158,7 +158,8 @@ private:
     XMLNSContext* m_context;
 };
 
-// Create-or-reuse a single child, then read it (Part 2.2, 3.4).
+// Create-or-reuse a single child, then read it: a repeated element fills the
+// same object again.
 template <class T>
 bool ReadSingle(T*& member, wxXmlNode* node, XMLNSContext* context)
 {
@@ -167,7 +168,8 @@ bool ReadSingle(T*& member, wxXmlNode* node, XMLNSContext* context)
     return member->ReadXML(node, context);
 }
 
-// Append a new child first, then read it: a failed child stays last (3.5).
+// Append a new child first, then read it: a failed child stays last, so the
+// caller sees how far the read got.
 template <class T>
 bool ReadAppend(XMLPtrArray<T>& member, wxXmlNode* node, XMLNSContext* context)
 {
@@ -176,7 +178,7 @@ bool ReadAppend(XMLPtrArray<T>& member, wxXmlNode* node, XMLNSContext* context)
     return child->ReadXML(node, context);
 }
 
-// Groups and holders take the child through their SetProperty (3.7).
+// Groups and holders take the child through their SetProperty.
 template <class T>
 bool SetSingle(T*& member, const wxString& name, wxXmlNode* node, XMLNSContext* context)
 {
@@ -193,7 +195,7 @@ bool SetAppend(XMLPtrArray<T>& member, const wxString& name, wxXmlNode* node, XM
     return holder->SetProperty(name, node, context);
 }
 
-// An attribute group takes the attribute through its SetProperty (1.4).
+// An attribute group takes the attribute through its SetProperty.
 template <class T>
 bool SetAttribute(T*& member, const wxString& name, const wxString& value, XMLNSContext* context)
 {

@@ -1,6 +1,7 @@
 """The generator's intermediate representation.
 
-Every rule of Parts 2.1 and 2.2 is applied while this model is built (rules.py);
+Every rule of class shape, storage and reading is applied while this model is
+built (rules.py);
 the emitters only print it.  Names here are already the C++ names, and member
 lists are already in presence-bit order.
 """
@@ -13,9 +14,9 @@ from typing import Dict, List, Optional
 
 @dataclass(frozen=True)
 class ValueType:
-    """Native storage of a simple value (Part 2.1's storage table)."""
+    """Native storage of a simple value (the storage table of rules.py)."""
     cpp: str          # storage type of one value: "unsigned int", "wxString", "wxAny", ...
-    parse: str        # converter of Part 1.2 for one value: "ParseUInt32", ...
+    parse: str        # value converter for one value: "ParseUInt32", ...
     is_list: bool = False   # a list type: std::vector<cpp>, converted by ParseList
 
     @property
@@ -55,7 +56,7 @@ class Member:
         return self.kind in (ATTRIBUTE, TEXT, VALUE_ELEMENT)
 
 
-# Class kinds (Part 2.1).
+# Class kinds.
 COMPLEX_TYPE = "complex_type"
 ELEMENT_GROUP = "element_group"
 ATTR_GROUP = "attribute_group"
@@ -108,7 +109,7 @@ class Schema:
     uri: str
     family: Optional[str]            # folder under src/ooxml/, None without classes
     prefix: Optional[str]            # prefix under which other maps know it
-    cpp_namespace: str               # namespace identifier of Part 1.3
+    cpp_namespace: str               # C++ namespace derived from the URI
     map: Dict[str, str]              # namespace map: URI -> prefix (own URI -> "")
     expected_classes: int
     classes: List[Class] = field(default_factory=list)

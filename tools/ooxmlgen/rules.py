@@ -1,14 +1,16 @@
 """Builds the model from the XSD records and binding.toml.
 
-This is where the rules of Parts 1.3, 2.1 and 2.2 live:
+This is where the rules that hold for every schema live (namespaces, class
+shape, storage, reading):
 - one class per top-level complex type, element group and attribute group, plus
   one `Data__` holder per `xsd:choice` (nested sequences are flattened into their
   owner, nested choices become holders of the holder);
 - members in declaration order: particles first, then attributes, as the XSD
   writes them; names of other schemas in mapped form with the comparing schema's
   prefix; repeated names numbered "_1", "_2";
-- storage by Part 2.1's table; presence bit i for member i;
-- deviations of the spec from the XSDs, applied to the XSD records first.
+- storage of simple values by the table below; presence bit i for member i;
+- the deviations of binding.toml, where the classes differ from what the XSDs
+  alone would give, applied to the XSD records first.
 """
 
 from __future__ import annotations
@@ -31,7 +33,7 @@ class BindingError(Exception):
     pass
 
 
-# -- Part 1.3: namespace identifiers ------------------------------------------
+# -- namespace identifiers ----------------------------------------------------
 
 def namespace_identifier(uri: str) -> str:
     """'http://purl.org/dc/elements/1.1/' -> 'purl_org_dc_elements_x1_x1_'."""
@@ -42,7 +44,7 @@ def namespace_identifier(uri: str) -> str:
     return "_".join("x" + t if t[:1].isdigit() else t for t in text.split("_"))
 
 
-# -- Part 2.1: storage of simple values ----------------------------------------
+# -- storage of simple values -------------------------------------------------
 
 _BOOL = ValueType("bool", "ParseBool")
 _STRING = ValueType("wxString", "ParseString")
@@ -62,7 +64,7 @@ _BUILTIN = {
     "long": ValueType("long long", "ParseInt64"),
     "unsignedLong": ValueType("unsigned long long", "ParseUInt64"),
     # Unbounded integer types of XSD: held in 32 bits, signed or not as their
-    # range says (Part 6.3 gives "numPoints", an xsd:integer, as signed 32-bit).
+    # range says (chartex "numPoints", an xsd:integer, is a signed 32-bit number).
     "integer": _INT,
     "nonPositiveInteger": _INT,
     "negativeInteger": _INT,
@@ -117,7 +119,7 @@ class Builder:
             self._collect_enumerations(schema)
         return Model(list(self.schemas.values()))
 
-    # -- schemas and maps (Part 1.3) -------------------------------------------------
+    # -- schemas and maps -------------------------------------------------------------
     def _make_schemas(self) -> None:
         entries = self.binding["schema"]
         uri_of = {e["key"]: e["uri"] for e in entries}
@@ -369,7 +371,7 @@ class Builder:
                     self._add_holder(cls, p, count)
                 else:
                     self._add_particles(cls, p, count, branch)
-            # xsd:any is skipped unless a deviation closed it (Part 2.2)
+            # xsd:any is skipped unless a deviation closed it: open content is not read
             if branch is not None:
                 branch.extend(range(start, len(cls.members)))
 
@@ -411,10 +413,11 @@ class Builder:
         return n
 
     def _guard_shared_names(self, holder: Class, branches: List[List[int]]) -> None:
-        """Part 6.3: when two branches of one choice both hold an element of the
+        """When two branches of one choice both hold an element of the
         same name, the later branch's member is reachable: the earlier branch's
         member takes the element only once its own branch has begun (another of
-        its members is present); otherwise the comparison goes on."""
+        its members is present); otherwise the comparison goes on.  Without this
+        the chartex dimensions would never fill their second "lvl" array."""
         for i, branch in enumerate(branches):
             for j in branch:
                 member = holder.members[j]
@@ -427,7 +430,7 @@ class Builder:
                     self.guarded_holders.append(holder)
 
     def _mapped(self, schema: Schema, uri: str, local: str, xsd_prefixes: Dict[str, str]) -> str:
-        """A name as MapNameSpace yields it with `schema`'s map (Part 1.1)."""
+        """A name as MapNameSpace yields it with `schema`'s map."""
         if uri in ("", schema.uri):
             return local
         if uri in schema.map:
@@ -452,7 +455,7 @@ class Builder:
             elem_type = elem.type
             if decl is not None:
                 # A member of a substitution group stands for the group's head
-                # (Part 3.2: "dc:any", "dcterms:any").
+                # (Dublin Core: "dc:any", "dcterms:any").
                 head = decl
                 while head.substitution_group is not None:
                     hu, hl = head.substitution_group
@@ -472,7 +475,8 @@ class Builder:
             simple = elem.simple_type
         mapped = self._mapped(schema, uri, local, x.prefixes)
         name = self._member_name(mapped)
-        # Part 7.1 compares some elements under another spelling than the XSD's.
+        # Some elements are compared under another spelling than the XSD's, as
+        # binding.toml lists them (the presentation's verifier as "ChangeVerifier").
         xml = self.replaced_names.get((schema.uri, cls.xsd_name, local), mapped)
         target = self._complex(elem_type) if elem_type else None
         if target is not None:
@@ -492,7 +496,7 @@ class Builder:
 
     def _prefixed_class_name(self, schema: Schema, target: Class) -> str:
         """A group member is named by its class, first letter raised
-        (Part 3.2: `ElementsGroup`), with the canonical prefix of another schema."""
+        (Dublin Core: `ElementsGroup`), with the canonical prefix of another schema."""
         if target.schema is schema:
             return _capitalised(target.name)
         return _capitalised(schema.map[target.schema.uri]) + "_" + target.name
@@ -570,7 +574,7 @@ class Builder:
             cls.order = i
         if schema.family and len(schema.classes) != schema.expected_classes:
             raise BindingError(f"{schema.key}: {len(schema.classes)} classes, "
-                               f"Part 1.3 says {schema.expected_classes}")
+                               f"the binding expects {schema.expected_classes}")
 
     def _collect_enumerations(self, schema: Schema) -> None:
         x = self.xsds[schema.uri]

@@ -1,6 +1,6 @@
 """Reads XML Schema files into plain records.
 
-Nothing here knows about C++ or about the spec's rules: the records mirror the
+Nothing here knows about C++ or about the binding's rules: the records mirror the
 XSD constructs that the bound schemas use (complex and simple types, element
 and attribute groups, particles, attributes).  Qualified names are resolved to
 (namespace URI, local name) pairs with the namespace declarations of the file

@@ -36,6 +36,7 @@ set(OOXML_TRAVERSAL_SOURCES
     src/package/traversal/pml_1.cpp
     src/package/traversal/pml_2.cpp
     src/package/traversal/pml_3.cpp
+    src/package/traversal/registry.cpp
     src/package/traversal/relationships.cpp
     src/package/traversal/sl.cpp
     src/package/traversal/sml_1.cpp

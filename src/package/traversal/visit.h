@@ -1,5 +1,5 @@
 // Internal to the package library: the helpers that the generated visit
-// functions call, one per kind of member.
+// functions and class infos call, one per kind of member or operation.
 #ifndef OOXML_TRAVERSAL_VISIT_H
 #define OOXML_TRAVERSAL_VISIT_H
 
@@ -10,10 +10,31 @@
 
 #include "ooxml/traversal/traversal.h"
 
+class wxXmlNode;
+
 namespace ooxml
 {
 namespace traversal
 {
+
+// The typed operations of a ClassInfo.
+template <class T>
+void* Create()
+{
+    return new T;
+}
+
+template <class T>
+void Destroy(void* object)
+{
+    delete static_cast<T*>(object);
+}
+
+template <class T>
+bool Read(void* object, wxXmlNode* node, XMLNSContext* context)
+{
+    return static_cast<T*>(object)->ReadXML(node, context);
+}
 
 // Values reach the visitor as long long, unsigned long long, double, bool,
 // wxString, or the wxAny of a union as it was read.

@@ -12,6 +12,9 @@
 //
 // A base class's members come first (a derived class reads only its own, but
 // holds both).  Arrays are reported item by item with their index.
+//
+// AllClasses() lists every generated class with what it takes to create,
+// read, visit and destroy an object of it without knowing its type.
 #ifndef OOXML_TRAVERSAL_TRAVERSAL_H
 #define OOXML_TRAVERSAL_TRAVERSAL_H
 
@@ -20,6 +23,8 @@
 #include <wx/any.h>
 
 #include "ooxml/ooxml.h"
+
+class wxXmlNode;
 
 namespace ooxml
 {
@@ -35,7 +40,21 @@ struct ClassInfo
     const char* schema;        // the schema's short name ("sml"), as in ooxml/aliases.h
     const char* cppNamespace;  // "schemas_openxmlformats_org_spreadsheetml_x2006_main"
     void (*visit)(const void* object, Visitor& visitor);
+    void* (*create)();                   // new object, as its default constructor makes it
+    void (*destroy)(void* object);       // deletes an object that create() made
+    bool (*read)(void* object, wxXmlNode* node, XMLNSContext* context);  // its ReadXML
 };
+
+// Every generated class, schema by schema, each in declaration order.
+struct ClassList
+{
+    const ClassInfo* const* items;
+    std::size_t count;
+
+    const ClassInfo* const* begin() const { return items; }
+    const ClassInfo* const* end() const { return items + count; }
+};
+OOXML_API ClassList AllClasses();
 
 // A reference to any generated object, with its class.
 struct Node
@@ -46,7 +65,7 @@ struct Node
     explicit operator bool() const { return object != nullptr; }
 };
 
-// Kinds of member (spec Part 2.1's storage table).
+// Kinds of member, by how the class stores them.
 enum class MemberKind
 {
     Attribute,       // an attribute value
