@@ -81,52 +81,67 @@ void XMLNSContext::PopStack()
         m_scopes[--m_depth].clear();
 }
 
+const wxString* XMLNSContext::Resolve(std::wstring_view name, wxString* unbound) const
+{
+    const std::size_t colon = name.find(L':');
+    const std::wstring_view prefix = colon == std::wstring_view::npos ? std::wstring_view() : name.substr(0, colon);
+    const std::wstring_view local = colon == std::wstring_view::npos ? name : name.substr(colon + 1);
+
+    // Namespace declarations pass through untouched.
+    if (prefix == L"xmlns" || local == L"xmlns")
+        return nullptr;
+    if (prefix.empty())
+        return &m_defaultNamespace;
+    for (std::size_t i = m_depth; i-- > 0;)
+    {
+        const Scope::const_iterator found = m_scopes[i].find(prefix);
+        if (found != m_scopes[i].end())
+            return &found->second;
+    }
+    unbound->assign(prefix.data(), prefix.size());
+    return unbound;
+}
+
+namespace
+{
+
+void LogInvalidName(const wxString& name)
+{
+    if (wxLog::IsLevelEnabled(wxLOG_Message, wxLOG_COMPONENT))
+        wxLogger(wxLOG_Message, __FILE__, __LINE__, "XMLNSContext::MapNameSpace", wxLOG_COMPONENT)
+            .Log(wxS("Invalid name: %s"), name);
+}
+
+} // namespace
+
+void XMLNSContext::CheckName(const wxString& name, const XMLNSMap& map) const
+{
+    wxString unbound;
+    const wxString* uri = Resolve(View(name), &unbound);
+    if (uri && !uri->empty() && map.find(*uri) == map.end())
+        LogInvalidName(name);
+}
+
 wxString XMLNSContext::MapNameSpace(const wxString& name, const XMLNSMap& map) const
 {
     const std::wstring_view whole = View(name);
     const std::size_t colon = whole.find(L':');
-    const std::wstring_view prefix = colon == std::wstring_view::npos ? std::wstring_view() : whole.substr(0, colon);
     const std::wstring_view local = colon == std::wstring_view::npos ? whole : whole.substr(colon + 1);
 
-    // Namespace declarations pass through untouched.
-    if (prefix == L"xmlns" || local == L"xmlns")
-        return name;
-
     // Resolve the prefix to a namespace URI; an unbound prefix stands for itself.
-    const wxString* uri = nullptr;
     wxString unbound;
-    if (prefix.empty())
-    {
-        uri = &m_defaultNamespace;
-    }
-    else
-    {
-        for (std::size_t i = m_depth; i-- > 0 && !uri;)
-        {
-            const Scope::const_iterator found = m_scopes[i].find(prefix);
-            if (found != m_scopes[i].end())
-                uri = &found->second;
-        }
-        if (!uri)
-        {
-            unbound.assign(prefix.data(), prefix.size());
-            uri = &unbound;
-        }
-    }
+    const wxString* uri = Resolve(whole, &unbound);
+    if (!uri)
+        return name;
 
     const wxString* resolved = uri;
     if (!uri->empty())
     {
         const XMLNSMap::const_iterator known = map.find(*uri);
         if (known != map.end())
-        {
             resolved = &known->second;
-        }
-        else if (wxLog::IsLevelEnabled(wxLOG_Message, wxLOG_COMPONENT))
-        {
-            wxLogger(wxLOG_Message, __FILE__, __LINE__, "XMLNSContext::MapNameSpace", wxLOG_COMPONENT)
-                .Log(wxS("Invalid name: %s"), name);
-        }
+        else
+            LogInvalidName(name);
     }
 
     if (resolved->empty())

@@ -130,7 +130,16 @@ public:
     // generated comparison equals.  Allocates nothing but its result.
     wxString MapNameSpace(const wxString& name, const XMLNSMap& map) const;
 
+    // Logs what MapNameSpace would log for `name`, without building the mapped
+    // form: for the names that a reader has nothing to compare with, so that a
+    // name of an unknown namespace is reported wherever it stands.
+    void CheckName(const wxString& name, const XMLNSMap& map) const;
+
 private:
+    // The URI that `name`'s prefix is bound to (an unbound prefix stands for
+    // itself, in `unbound`), or null for a namespace declaration.
+    const wxString* Resolve(std::wstring_view name, wxString* unbound) const;
+
     // Orders prefixes and finds them by a view, so a lookup allocates nothing.
     struct PrefixLess
     {

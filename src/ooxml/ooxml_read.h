@@ -158,6 +158,14 @@ private:
     XMLNSContext* m_context;
 };
 
+// Logs the attribute names of a namespace that the map does not know, for a
+// reader that has no attribute to compare them with.
+inline void CheckAttributeNames(const wxXmlNode* node, XMLNSContext* context, const XMLNSMap& map)
+{
+    for (const wxXmlAttribute* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
+        context->CheckName(attribute->GetName(), map);
+}
+
 // Create-or-reuse a single child, then read it: a repeated element fills the
 // same object again.
 template <class T>

@@ -346,6 +346,9 @@ def _read_xml(cls: Class) -> List[str]:
             lines.append(f"        {'if' if i == 0 else 'else if'} ({cond})")
             lines.append(f"        {{ {_attribute_action(cls, m, 'attribute.Name()', 'attribute.Value()')} {mark(cls, m.bit)} }}")
         lines.append("    }")
+    else:
+        # Nothing to compare with, but a name of an unknown namespace is still logged.
+        lines.append("    CheckAttributeNames(node, context, NamespaceMap);")
     text = cls.text_member()
     if text is not None:
         lines.append(f"    if (!ReadValue(m_{text.name}, node, {text.value.parse}))")
@@ -362,8 +365,7 @@ def _read_xml(cls: Class) -> List[str]:
             lines.append(f"        {{ {_element_action(cls, m, 'child.Node()', 'child.Name()')} {mark(cls, m.bit)} }}")
         lines.append("    }")
     else:
-        lines.append("    {")
-        lines.append("    }")
+        lines.append("        context->CheckName(child.Name(), NamespaceMap);")
     lines.append("    return true;")
     lines.append("}")
     return lines

@@ -220,11 +220,32 @@ class Builder:
                     elem.type = self._qname(key, dev["value_type"])
                     elem.simple_type = None
         elif op == "attribute_type":
-            ct = x.complex_types[dev["type"]]
-            for attr in ct.attributes:
-                if isinstance(attr, xsd.Attribute) and attr.name in dev["attributes"]:
+            # On a complex type ("type") or an attribute group ("group"); an
+            # attribute declared by reference is named by its qualified name.
+            uses = (x.attribute_groups[dev["group"]].attributes if "group" in dev
+                    else x.complex_types[dev["type"]].attributes)
+            wanted = set(dev["attributes"])
+            refs = {self._qname(key, w) for w in wanted if ":" in w}
+            changed = 0
+            for attr in uses:
+                if not isinstance(attr, xsd.Attribute):
+                    continue
+                if attr.name in wanted or (attr.ref is not None and attr.ref in refs):
                     attr.type = self._qname(key, dev["value_type"])
                     attr.simple_type = None
+                    changed += 1
+            if changed != len(wanted):
+                raise BindingError(f"attribute_type: {changed} of {sorted(wanted)} found in "
+                                   f"{dev.get('group') or dev.get('type')}")
+        elif op == "single_elements":
+            ct = x.complex_types[dev["type"]]
+            found = 0
+            for elem in self._walk_elements(ct.particle):
+                if elem.name in dev["elements"]:
+                    elem.max = 1
+                    found += 1
+            if found != len(dev["elements"]):
+                raise BindingError(f"single_elements: {found} of {dev['elements']} found in {dev['type']}")
         elif op == "element_name":
             self.replaced_names[(x.target_ns, dev["type"], dev["element"])] = dev["xml_name"]
         elif op == "insert_elements":

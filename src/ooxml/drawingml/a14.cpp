@@ -24,9 +24,9 @@ CT_TextMath::~CT_TextMath()
 
 bool CT_TextMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -109,8 +109,7 @@ bool CT_CameraTool::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Spid, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -136,8 +135,7 @@ bool CT_CompatExt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Spid, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -162,8 +160,7 @@ bool CT_IsGvmlCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -182,6 +179,7 @@ CT_GvmlContentPartNonVisual::~CT_GvmlContentPartNonVisual()
 
 bool CT_GvmlContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -251,8 +249,7 @@ bool CT_ShadowObscured::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -274,8 +271,7 @@ bool CT_PictureEffectBlur::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Radius, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -300,8 +296,7 @@ bool CT_PictureEffectCement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_CrackSpacing, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -329,8 +324,7 @@ bool CT_PictureEffectChalkSketch::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseInt32(&m_Pressure, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -358,8 +352,7 @@ bool CT_PictureEffectCrisscrossEtching::ReadXML(wxXmlNode* node, XMLNSContext* c
         { if (!ParseInt32(&m_Pressure, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -387,8 +380,7 @@ bool CT_PictureEffectCutout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_NumberOfShades, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -416,8 +408,7 @@ bool CT_PictureEffectFilmGrain::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_GrainSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -445,8 +436,7 @@ bool CT_PictureEffectGlass::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Scaling, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -474,8 +464,7 @@ bool CT_PictureEffectGlowDiffused::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseInt32(&m_Intensity, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -503,8 +492,7 @@ bool CT_PictureEffectGlowEdges::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Smoothness, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -532,8 +520,7 @@ bool CT_PictureEffectLightScreen::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseInt32(&m_GridSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -561,8 +548,7 @@ bool CT_PictureEffectLineDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseInt32(&m_PencilSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -590,8 +576,7 @@ bool CT_PictureEffectMarker::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Size, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -619,8 +604,7 @@ bool CT_PictureEffectMosiaicBubbles::ReadXML(wxXmlNode* node, XMLNSContext* cont
         { if (!ParseInt32(&m_Pressure, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -648,8 +632,7 @@ bool CT_PictureEffectPaintBrush::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_BrushSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -677,8 +660,7 @@ bool CT_PictureEffectPaintStrokes::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseInt32(&m_Intensity, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -706,8 +688,7 @@ bool CT_PictureEffectPastelsSmooth::ReadXML(wxXmlNode* node, XMLNSContext* conte
         { if (!ParseInt32(&m_Scaling, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -735,8 +716,7 @@ bool CT_PictureEffectPencilGrayscale::ReadXML(wxXmlNode* node, XMLNSContext* con
         { if (!ParseInt32(&m_PencilSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -764,8 +744,7 @@ bool CT_PictureEffectPencilSketch::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseInt32(&m_Pressure, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -793,8 +772,7 @@ bool CT_PictureEffectPhotocopy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Detail, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -822,8 +800,7 @@ bool CT_PictureEffectPlasticWrap::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseInt32(&m_Smoothness, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -851,8 +828,7 @@ bool CT_PictureEffectTexturizer::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Scaling, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -880,8 +856,7 @@ bool CT_PictureEffectWatercolorSponge::ReadXML(wxXmlNode* node, XMLNSContext* co
         { if (!ParseInt32(&m_BrushSize, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -911,8 +886,7 @@ bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadXML(wxXmlNode* node, X
         { if (!ParseVariant(&m_Y2, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -948,8 +922,7 @@ bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadXML(wxXmlNode* node, X
         { if (!ParseVariant(&m_Y2, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1030,8 +1003,7 @@ bool CT_PictureEffectBrightnessContrast::ReadXML(wxXmlNode* node, XMLNSContext* 
         { if (!ParseVariant(&m_Contrast, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1058,8 +1030,7 @@ bool CT_PictureEffectColorTemperature::ReadXML(wxXmlNode* node, XMLNSContext* co
         { if (!ParseInt32(&m_ColorTemp, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1081,8 +1052,7 @@ bool CT_PictureEffectSaturation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Sat, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1107,8 +1077,7 @@ bool CT_PictureEffectSharpenSoften::ReadXML(wxXmlNode* node, XMLNSContext* conte
         { if (!ParseVariant(&m_Amount, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1207,6 +1176,7 @@ CT_PictureEffectData__::~CT_PictureEffectData__()
 
 bool CT_PictureEffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_artisticBlur))
@@ -1519,6 +1489,7 @@ CT_Photo::~CT_Photo()
 
 bool CT_Photo::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_imgLayer))
@@ -1545,8 +1516,7 @@ bool CT_UseLocalDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

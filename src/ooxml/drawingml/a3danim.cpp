@@ -66,8 +66,7 @@ bool CT_PosterFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Frame, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -34,8 +34,7 @@ bool CT_PositiveRatio::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt64(&m_D, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -63,8 +62,7 @@ bool CT_Rotate3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Az, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -85,6 +83,7 @@ CT_Scale3D::~CT_Scale3D()
 
 bool CT_Scale3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sx))
@@ -120,6 +119,7 @@ CT_Model3DTransform::~CT_Model3DTransform()
 
 bool CT_Model3DTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_meterPerModelUnit))
@@ -153,6 +153,7 @@ CT_OrthographicProjection::~CT_OrthographicProjection()
 
 bool CT_OrthographicProjection::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sz))
@@ -211,6 +212,7 @@ CT_Model3DCamera::~CT_Model3DCamera()
 
 bool CT_Model3DCamera::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pos))
@@ -242,6 +244,7 @@ CT_Model3DCameraData__::~CT_Model3DCameraData__()
 
 bool CT_Model3DCameraData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_orthographic))
@@ -358,6 +361,7 @@ CT_WindowViewport::~CT_WindowViewport()
 
 bool CT_WindowViewport::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_extLst))
@@ -549,9 +553,9 @@ CT_UnknownLight::~CT_UnknownLight()
 
 bool CT_UnknownLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -632,6 +636,7 @@ CT_Model3DData__::~CT_Model3DData__()
 
 bool CT_Model3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_objViewport))
@@ -694,6 +699,7 @@ CT_Model3DData__1::~CT_Model3DData__1()
 
 bool CT_Model3DData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ptLight))
@@ -772,8 +778,7 @@ bool CT_PictureAttributionSourceURL::ReadXML(wxXmlNode* node, XMLNSContext* cont
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -25,6 +25,7 @@ CT_FullRef::~CT_FullRef()
 
 bool CT_FullRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sqref))
@@ -47,6 +48,7 @@ CT_LevelRef::~CT_LevelRef()
 
 bool CT_LevelRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sqref))
@@ -69,6 +71,7 @@ CT_FormulaRef::~CT_FormulaRef()
 
 bool CT_FormulaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sqref))
@@ -93,6 +96,7 @@ CT_FilteredSeriesTitle::~CT_FilteredSeriesTitle()
 
 bool CT_FilteredSeriesTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tx))
@@ -114,6 +118,7 @@ CT_FilteredCategoryTitle::~CT_FilteredCategoryTitle()
 
 bool CT_FilteredCategoryTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cat))
@@ -135,6 +140,7 @@ CT_FilteredBarSer::~CT_FilteredBarSer()
 
 bool CT_FilteredBarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -156,6 +162,7 @@ CT_FilteredLineSer::~CT_FilteredLineSer()
 
 bool CT_FilteredLineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -177,6 +184,7 @@ CT_FilteredScatterSer::~CT_FilteredScatterSer()
 
 bool CT_FilteredScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -198,6 +206,7 @@ CT_FilteredAreaSer::~CT_FilteredAreaSer()
 
 bool CT_FilteredAreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -219,6 +228,7 @@ CT_FilteredPieSer::~CT_FilteredPieSer()
 
 bool CT_FilteredPieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -240,6 +250,7 @@ CT_FilteredBubbleSer::~CT_FilteredBubbleSer()
 
 bool CT_FilteredBubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -261,6 +272,7 @@ CT_FilteredRadarSer::~CT_FilteredRadarSer()
 
 bool CT_FilteredRadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -282,6 +294,7 @@ CT_FilteredSurfaceSer::~CT_FilteredSurfaceSer()
 
 bool CT_FilteredSurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -303,6 +316,7 @@ CT_SeriesDataLabelsRange::~CT_SeriesDataLabelsRange()
 
 bool CT_SeriesDataLabelsRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -339,6 +353,7 @@ CT_CategoryFilterException::~CT_CategoryFilterException()
 
 bool CT_CategoryFilterException::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sqref))
@@ -374,6 +389,7 @@ CT_CategoryFilterExceptions::~CT_CategoryFilterExceptions()
 
 bool CT_CategoryFilterExceptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_categoryFilterException))
@@ -398,6 +414,7 @@ CT_DataLabelFieldTableEntry::~CT_DataLabelFieldTableEntry()
 
 bool CT_DataLabelFieldTableEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txfldGUID))
@@ -427,6 +444,7 @@ CT_DataLabelFieldTable::~CT_DataLabelFieldTable()
 
 bool CT_DataLabelFieldTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_dlblFTEntry))

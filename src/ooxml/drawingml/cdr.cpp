@@ -28,6 +28,7 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
 
 bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -104,6 +105,7 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
 
 bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -169,6 +171,7 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
 
 bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -239,6 +242,7 @@ CT_GraphicFrameNonVisual::~CT_GraphicFrameNonVisual()
 
 bool CT_GraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -304,6 +308,7 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
 
 bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -330,6 +335,7 @@ CT_GroupShape::~CT_GroupShape()
 
 bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGrpSpPr))
@@ -366,6 +372,7 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
 
 bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -449,6 +456,7 @@ EG_ObjectChoices::~EG_ObjectChoices()
 
 bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ObjectChoicesData__::HasProperty(child.Name(), context))
@@ -502,6 +510,7 @@ EG_ObjectChoicesData__::~EG_ObjectChoicesData__()
 
 bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -585,6 +594,7 @@ CT_Marker::~CT_Marker()
 
 bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_x))
@@ -612,6 +622,7 @@ CT_RelSizeAnchor::~CT_RelSizeAnchor()
 
 bool CT_RelSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_from))
@@ -641,6 +652,7 @@ CT_AbsSizeAnchor::~CT_AbsSizeAnchor()
 
 bool CT_AbsSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_from))
@@ -666,6 +678,7 @@ EG_Anchor::~EG_Anchor()
 
 bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AnchorData__::HasProperty(child.Name(), context))
@@ -713,6 +726,7 @@ EG_AnchorData__::~EG_AnchorData__()
 
 bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_relSizeAnchor))
@@ -768,6 +782,7 @@ CT_Drawing::~CT_Drawing()
 
 bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_Anchor::HasProperty(child.Name(), context))

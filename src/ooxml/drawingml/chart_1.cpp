@@ -32,8 +32,7 @@ bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -55,8 +54,7 @@ bool CT_Double::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -78,8 +76,7 @@ bool CT_UnsignedInt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -100,8 +97,7 @@ bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -153,6 +149,7 @@ CT_ExtensionList::~CT_ExtensionList()
 
 bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ext))
@@ -212,6 +209,7 @@ CT_NumData::~CT_NumData()
 
 bool CT_NumData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_formatCode))
@@ -246,6 +244,7 @@ CT_NumRef::~CT_NumRef()
 
 bool CT_NumRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -274,6 +273,7 @@ CT_NumDataSource::~CT_NumDataSource()
 
 bool CT_NumDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_NumDataSourceData__::HasProperty(child.Name(), context))
@@ -297,6 +297,7 @@ CT_NumDataSourceData__::~CT_NumDataSourceData__()
 
 bool CT_NumDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numRef))
@@ -384,6 +385,7 @@ CT_StrData::~CT_StrData()
 
 bool CT_StrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ptCount))
@@ -414,6 +416,7 @@ CT_StrRef::~CT_StrRef()
 
 bool CT_StrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -442,6 +445,7 @@ CT_Tx::~CT_Tx()
 
 bool CT_Tx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TxData__::HasProperty(child.Name(), context))
@@ -465,6 +469,7 @@ CT_TxData__::~CT_TxData__()
 
 bool CT_TxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_strRef))
@@ -525,8 +530,7 @@ bool CT_TextLanguageID::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -545,6 +549,7 @@ CT_Lvl::~CT_Lvl()
 
 bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))
@@ -572,6 +577,7 @@ CT_MultiLvlStrData::~CT_MultiLvlStrData()
 
 bool CT_MultiLvlStrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ptCount))
@@ -602,6 +608,7 @@ CT_MultiLvlStrRef::~CT_MultiLvlStrRef()
 
 bool CT_MultiLvlStrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -630,6 +637,7 @@ CT_AxDataSource::~CT_AxDataSource()
 
 bool CT_AxDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_AxDataSourceData__::HasProperty(child.Name(), context))
@@ -659,6 +667,7 @@ CT_AxDataSourceData__::~CT_AxDataSourceData__()
 
 bool CT_AxDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_multiLvlStrRef))
@@ -742,6 +751,7 @@ CT_SerTx::~CT_SerTx()
 
 bool CT_SerTx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_SerTxData__::HasProperty(child.Name(), context))
@@ -763,6 +773,7 @@ CT_SerTxData__::~CT_SerTxData__()
 
 bool CT_SerTxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_strRef))
@@ -827,8 +838,7 @@ bool CT_LayoutTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -853,8 +863,7 @@ bool CT_LayoutMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -892,6 +901,7 @@ CT_ManualLayout::~CT_ManualLayout()
 
 bool CT_ManualLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layoutTarget))
@@ -933,6 +943,7 @@ CT_Layout::~CT_Layout()
 
 bool CT_Layout::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_manualLayout))
@@ -966,6 +977,7 @@ CT_Title::~CT_Title()
 
 bool CT_Title::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tx))
@@ -1002,8 +1014,7 @@ bool CT_RotX::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt8(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1025,8 +1036,7 @@ bool CT_HPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1051,8 +1061,7 @@ bool CT_RotY::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt16(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1074,8 +1083,7 @@ bool CT_DepthPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1100,8 +1108,7 @@ bool CT_Perspective::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt8(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1130,6 +1137,7 @@ CT_View3D::~CT_View3D()
 
 bool CT_View3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rotX))
@@ -1169,6 +1177,7 @@ CT_Surface::~CT_Surface()
 
 bool CT_Surface::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_thickness))
@@ -1200,8 +1209,7 @@ bool CT_Thickness::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1233,6 +1241,7 @@ CT_DTable::~CT_DTable()
 
 bool CT_DTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_showHorzBorder))
@@ -1271,8 +1280,7 @@ bool CT_GapAmount::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1297,8 +1305,7 @@ bool CT_Overlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1323,8 +1330,7 @@ bool CT_BubbleScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1349,8 +1355,7 @@ bool CT_SizeRepresents::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1375,8 +1380,7 @@ bool CT_FirstSliceAng::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt16(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1398,8 +1402,7 @@ bool CT_HoleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1424,8 +1427,7 @@ bool CT_SplitType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1444,6 +1446,7 @@ CT_CustSplit::~CT_CustSplit()
 
 bool CT_CustSplit::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_secondPiePt))
@@ -1473,8 +1476,7 @@ bool CT_SecondPieSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1501,8 +1503,7 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_SourceLinked, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1526,8 +1527,7 @@ bool CT_LblAlgn::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1551,8 +1551,7 @@ bool CT_DLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1590,6 +1589,7 @@ EG_DLblShared::~EG_DLblShared()
 
 bool EG_DLblShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numFmt))
@@ -1734,6 +1734,7 @@ Group_DLbl::~Group_DLbl()
 
 bool Group_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layout))
@@ -1803,6 +1804,7 @@ CT_DLbl::~CT_DLbl()
 
 bool CT_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))

@@ -28,6 +28,7 @@ CT_DLblData__::~CT_DLblData__()
 
 bool CT_DLblData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_delete))
@@ -88,6 +89,7 @@ Group_DLbls::~Group_DLbls()
 
 bool Group_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_DLblShared::HasProperty(child.Name(), context))
@@ -156,6 +158,7 @@ CT_DLbls::~CT_DLbls()
 
 bool CT_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_dLbl))
@@ -186,6 +189,7 @@ CT_DLblsData__::~CT_DLblsData__()
 
 bool CT_DLblsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_delete))
@@ -246,8 +250,7 @@ bool CT_MarkerStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -272,8 +275,7 @@ bool CT_MarkerSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt8(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -296,6 +298,7 @@ CT_Marker::~CT_Marker()
 
 bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_symbol))
@@ -337,6 +340,7 @@ CT_DPt::~CT_DPt()
 
 bool CT_DPt::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -377,8 +381,7 @@ bool CT_TrendlineType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -403,8 +406,7 @@ bool CT_Order::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt8(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -426,8 +428,7 @@ bool CT_Period::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -454,6 +455,7 @@ CT_TrendlineLbl::~CT_TrendlineLbl()
 
 bool CT_TrendlineLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layout))
@@ -505,6 +507,7 @@ CT_Trendline::~CT_Trendline()
 
 bool CT_Trendline::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -555,8 +558,7 @@ bool CT_ErrDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -581,8 +583,7 @@ bool CT_ErrBarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -607,8 +608,7 @@ bool CT_ErrValType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -644,6 +644,7 @@ CT_ErrBars::~CT_ErrBars()
 
 bool CT_ErrBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_errDir))
@@ -681,6 +682,7 @@ CT_UpDownBar::~CT_UpDownBar()
 
 bool CT_UpDownBar::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spPr))
@@ -708,6 +710,7 @@ CT_UpDownBars::~CT_UpDownBars()
 
 bool CT_UpDownBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_gapWidth))
@@ -741,6 +744,7 @@ EG_SerShared::~EG_SerShared()
 
 bool EG_SerShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -831,6 +835,7 @@ CT_LineSer::~CT_LineSer()
 
 bool CT_LineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -890,6 +895,7 @@ CT_ScatterSer::~CT_ScatterSer()
 
 bool CT_ScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -947,6 +953,7 @@ CT_RadarSer::~CT_RadarSer()
 
 bool CT_RadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1001,6 +1008,7 @@ CT_BarSer::~CT_BarSer()
 
 bool CT_BarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1060,6 +1068,7 @@ CT_AreaSer::~CT_AreaSer()
 
 bool CT_AreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1115,6 +1124,7 @@ CT_PieSer::~CT_PieSer()
 
 bool CT_PieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1168,6 +1178,7 @@ CT_BubbleSer::~CT_BubbleSer()
 
 bool CT_BubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1222,6 +1233,7 @@ CT_SurfaceSer::~CT_SurfaceSer()
 
 bool CT_SurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SerShared::HasProperty(child.Name(), context))
@@ -1254,8 +1266,7 @@ bool CT_Grouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1275,6 +1286,7 @@ CT_ChartLines::~CT_ChartLines()
 
 bool CT_ChartLines::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spPr))
@@ -1303,6 +1315,7 @@ EG_LineChartShared::~EG_LineChartShared()
 
 bool EG_LineChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_grouping))
@@ -1400,6 +1413,7 @@ CT_LineChart::~CT_LineChart()
 
 bool CT_LineChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_LineChartShared::HasProperty(child.Name(), context))
@@ -1441,6 +1455,7 @@ CT_Line3DChart::~CT_Line3DChart()
 
 bool CT_Line3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_LineChartShared::HasProperty(child.Name(), context))
@@ -1481,6 +1496,7 @@ CT_StockChart::~CT_StockChart()
 
 bool CT_StockChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ser))
@@ -1524,8 +1540,7 @@ bool CT_ScatterStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1553,6 +1568,7 @@ CT_ScatterChart::~CT_ScatterChart()
 
 bool CT_ScatterChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_scatterStyle))
@@ -1594,8 +1610,7 @@ bool CT_RadarStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1623,6 +1638,7 @@ CT_RadarChart::~CT_RadarChart()
 
 bool CT_RadarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_radarStyle))
@@ -1664,8 +1680,7 @@ bool CT_BarGrouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1690,8 +1705,7 @@ bool CT_BarDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1716,8 +1730,7 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1744,6 +1757,7 @@ EG_BarChartShared::~EG_BarChartShared()
 
 bool EG_BarChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_barDir))
@@ -1838,6 +1852,7 @@ CT_BarChart::~CT_BarChart()
 
 bool CT_BarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BarChartShared::HasProperty(child.Name(), context))
@@ -1883,6 +1898,7 @@ CT_Bar3DChart::~CT_Bar3DChart()
 
 bool CT_Bar3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BarChartShared::HasProperty(child.Name(), context))
@@ -1924,6 +1940,7 @@ EG_AreaChartShared::~EG_AreaChartShared()
 
 bool EG_AreaChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_grouping))
@@ -2013,6 +2030,7 @@ CT_AreaChart::~CT_AreaChart()
 
 bool CT_AreaChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AreaChartShared::HasProperty(child.Name(), context))
@@ -2046,6 +2064,7 @@ CT_Area3DChart::~CT_Area3DChart()
 
 bool CT_Area3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AreaChartShared::HasProperty(child.Name(), context))
@@ -2079,6 +2098,7 @@ EG_PieChartShared::~EG_PieChartShared()
 
 bool EG_PieChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_varyColors))
@@ -2151,6 +2171,7 @@ CT_PieChart::~CT_PieChart()
 
 bool CT_PieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PieChartShared::HasProperty(child.Name(), context))
@@ -2178,6 +2199,7 @@ CT_Pie3DChart::~CT_Pie3DChart()
 
 bool CT_Pie3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PieChartShared::HasProperty(child.Name(), context))
@@ -2207,6 +2229,7 @@ CT_DoughnutChart::~CT_DoughnutChart()
 
 bool CT_DoughnutChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PieChartShared::HasProperty(child.Name(), context))
@@ -2239,8 +2262,7 @@ bool CT_OfPieType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2275,6 +2297,7 @@ CT_OfPieChart::~CT_OfPieChart()
 
 bool CT_OfPieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ofPieType))

@@ -40,6 +40,7 @@ CT_BubbleChart::~CT_BubbleChart()
 
 bool CT_BubbleChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_varyColors))
@@ -84,6 +85,7 @@ CT_BandFmt::~CT_BandFmt()
 
 bool CT_BandFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -106,6 +108,7 @@ CT_BandFmts::~CT_BandFmts()
 
 bool CT_BandFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bandFmt))
@@ -133,6 +136,7 @@ EG_SurfaceChartShared::~EG_SurfaceChartShared()
 
 bool EG_SurfaceChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wireframe))
@@ -204,6 +208,7 @@ CT_SurfaceChart::~CT_SurfaceChart()
 
 bool CT_SurfaceChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SurfaceChartShared::HasProperty(child.Name(), context))
@@ -235,6 +240,7 @@ CT_Surface3DChart::~CT_Surface3DChart()
 
 bool CT_Surface3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SurfaceChartShared::HasProperty(child.Name(), context))
@@ -267,8 +273,7 @@ bool CT_AxPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -292,8 +297,7 @@ bool CT_Crosses::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -317,8 +321,7 @@ bool CT_CrossBetween::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -343,8 +346,7 @@ bool CT_TickMark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -369,8 +371,7 @@ bool CT_TickLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -395,8 +396,7 @@ bool CT_Skip::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -418,8 +418,7 @@ bool CT_TimeUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -444,8 +443,7 @@ bool CT_AxisUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -467,8 +465,7 @@ bool CT_BuiltInUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -492,8 +489,7 @@ bool CT_PictureFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -518,8 +514,7 @@ bool CT_PictureStackUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -544,6 +539,7 @@ CT_PictureOptions::~CT_PictureOptions()
 
 bool CT_PictureOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_applyToFront))
@@ -579,6 +575,7 @@ CT_DispUnitsLbl::~CT_DispUnitsLbl()
 
 bool CT_DispUnitsLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layout))
@@ -610,6 +607,7 @@ CT_DispUnits::~CT_DispUnits()
 
 bool CT_DispUnits::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_DispUnitsData__::HasProperty(child.Name(), context))
@@ -637,6 +635,7 @@ CT_DispUnitsData__::~CT_DispUnitsData__()
 
 bool CT_DispUnitsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custUnit))
@@ -698,8 +697,7 @@ bool CT_Orientation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -724,8 +722,7 @@ bool CT_LogBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -750,6 +747,7 @@ CT_Scaling::~CT_Scaling()
 
 bool CT_Scaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_logBase))
@@ -784,8 +782,7 @@ bool CT_LblOffset::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -833,6 +830,7 @@ EG_AxShared::~EG_AxShared()
 
 bool EG_AxShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_axId))
@@ -1008,6 +1006,7 @@ EG_AxSharedData__::~EG_AxSharedData__()
 
 bool EG_AxSharedData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_crosses))
@@ -1078,6 +1077,7 @@ CT_CatAx::~CT_CatAx()
 
 bool CT_CatAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AxShared::HasProperty(child.Name(), context))
@@ -1129,6 +1129,7 @@ CT_DateAx::~CT_DateAx()
 
 bool CT_DateAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AxShared::HasProperty(child.Name(), context))
@@ -1172,6 +1173,7 @@ CT_SerAx::~CT_SerAx()
 
 bool CT_SerAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AxShared::HasProperty(child.Name(), context))
@@ -1209,6 +1211,7 @@ CT_ValAx::~CT_ValAx()
 
 bool CT_ValAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AxShared::HasProperty(child.Name(), context))
@@ -1248,6 +1251,7 @@ CT_PlotArea::~CT_PlotArea()
 
 bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layout))
@@ -1314,6 +1318,7 @@ CT_PlotAreaData__::~CT_PlotAreaData__()
 
 bool CT_PlotAreaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_areaChart))
@@ -1502,6 +1507,7 @@ CT_PlotAreaData__1::~CT_PlotAreaData__1()
 
 bool CT_PlotAreaData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_valAx))
@@ -1586,6 +1592,7 @@ CT_PivotFmt::~CT_PivotFmt()
 
 bool CT_PivotFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -1616,6 +1623,7 @@ CT_PivotFmts::~CT_PivotFmts()
 
 bool CT_PivotFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pivotFmt))
@@ -1645,8 +1653,7 @@ bool CT_LegendPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1666,6 +1673,7 @@ EG_LegendEntryData::~EG_LegendEntryData()
 
 bool EG_LegendEntryData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txPr))
@@ -1717,6 +1725,7 @@ CT_LegendEntry::~CT_LegendEntry()
 
 bool CT_LegendEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -1744,6 +1753,7 @@ CT_LegendEntryData__::~CT_LegendEntryData__()
 
 bool CT_LegendEntryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_delete))
@@ -1811,6 +1821,7 @@ CT_Legend::~CT_Legend()
 
 bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_legendPos))
@@ -1852,8 +1863,7 @@ bool CT_DispBlanksAs::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1897,6 +1907,7 @@ CT_Chart::~CT_Chart()
 
 bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_title))
@@ -1947,8 +1958,7 @@ bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt8(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1966,6 +1976,7 @@ CT_PivotSource::~CT_PivotSource()
 
 bool CT_PivotSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -2004,6 +2015,7 @@ CT_Protection::~CT_Protection()
 
 bool CT_Protection::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_chartObject))
@@ -2107,8 +2119,7 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Footer, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2187,8 +2198,7 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Copies, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2218,6 +2228,7 @@ CT_PrintSettings::~CT_PrintSettings()
 
 bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_headerFooter))
@@ -2271,6 +2282,7 @@ CT_ChartSpace::~CT_ChartSpace()
 
 bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_date1904))

@@ -30,8 +30,7 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Uri, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -50,6 +49,7 @@ CT_ExtensionList::~CT_ExtensionList()
 
 bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ext))
@@ -81,8 +81,7 @@ bool CT_NumberFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_SourceLinked, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -106,8 +105,7 @@ bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -131,6 +129,7 @@ CT_ValueColors::~CT_ValueColors()
 
 bool CT_ValueColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_minColor))
@@ -163,8 +162,7 @@ bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_AutoUpdate, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -191,8 +189,7 @@ bool CT_Formula::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -219,8 +216,7 @@ bool CT_DataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -244,8 +240,7 @@ bool CT_StringValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -331,6 +326,7 @@ CT_StringDimensionData__::~CT_StringDimensionData__()
 
 bool CT_StringDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -418,8 +414,7 @@ bool CT_NumericValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseDouble))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -506,6 +501,7 @@ CT_NumericDimensionData__::~CT_NumericDimensionData__()
 
 bool CT_NumericDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -620,6 +616,7 @@ CT_DataData__::~CT_DataData__()
 
 bool CT_DataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numDim))
@@ -679,6 +676,7 @@ CT_ChartData::~CT_ChartData()
 
 bool CT_ChartData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_externalData))
@@ -707,6 +705,7 @@ CT_TextData::~CT_TextData()
 
 bool CT_TextData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TextDataData__::HasProperty(child.Name(), context))
@@ -728,6 +727,7 @@ CT_TextDataData__::~CT_TextDataData__()
 
 bool CT_TextDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -798,6 +798,7 @@ CT_Text::~CT_Text()
 
 bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TextData__::HasProperty(child.Name(), context))
@@ -821,6 +822,7 @@ CT_TextData__::~CT_TextData__()
 
 bool CT_TextData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txData))
@@ -931,8 +933,7 @@ bool CT_CategoryAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_GapWidth, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -962,8 +963,7 @@ bool CT_ValueAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_MinorUnit, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -995,6 +995,7 @@ CT_AxisTitle::~CT_AxisTitle()
 
 bool CT_AxisTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tx))
@@ -1028,6 +1029,7 @@ CT_AxisUnitsLabel::~CT_AxisUnitsLabel()
 
 bool CT_AxisUnitsLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tx))
@@ -1090,6 +1092,7 @@ CT_Gridlines::~CT_Gridlines()
 
 bool CT_Gridlines::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spPr))
@@ -1142,6 +1145,7 @@ CT_TickLabels::~CT_TickLabels()
 
 bool CT_TickLabels::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_extLst))
@@ -1239,6 +1243,7 @@ CT_AxisData__::~CT_AxisData__()
 
 bool CT_AxisData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_catScaling))
@@ -1299,8 +1304,7 @@ bool CT_ParentLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1324,8 +1328,7 @@ bool CT_RegionLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1362,8 +1365,7 @@ bool CT_SeriesElementVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseBool(&m_Outliers, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1378,9 +1380,9 @@ CT_Aggregation::~CT_Aggregation()
 
 bool CT_Aggregation::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1434,6 +1436,7 @@ CT_BinningData__::~CT_BinningData__()
 
 bool CT_BinningData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_binSize))
@@ -1502,8 +1505,7 @@ bool CT_GeoLocationQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityType, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1547,8 +1549,7 @@ bool CT_Address::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_IsoCountryCode, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1619,6 +1620,7 @@ CT_GeoLocations::~CT_GeoLocations()
 
 bool CT_GeoLocations::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoLocation))
@@ -1642,6 +1644,7 @@ CT_GeoLocationQueryResult::~CT_GeoLocationQueryResult()
 
 bool CT_GeoLocationQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoLocationQuery))
@@ -1664,6 +1667,7 @@ CT_GeoLocationQueryResults::~CT_GeoLocationQueryResults()
 
 bool CT_GeoLocationQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoLocationQueryResult))
@@ -1697,8 +1701,7 @@ bool CT_GeoPolygon::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_PcaRings, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1719,6 +1722,7 @@ CT_GeoPolygons::~CT_GeoPolygons()
 
 bool CT_GeoPolygons::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoPolygon))
@@ -1741,6 +1745,7 @@ CT_Copyrights::~CT_Copyrights()
 
 bool CT_Copyrights::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_copyright))
@@ -1820,8 +1825,7 @@ bool CT_GeoDataEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

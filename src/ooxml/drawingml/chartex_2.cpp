@@ -28,6 +28,7 @@ CT_GeoDataEntityQueryResult::~CT_GeoDataEntityQueryResult()
 
 bool CT_GeoDataEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoDataEntityQuery))
@@ -50,6 +51,7 @@ CT_GeoDataEntityQueryResults::~CT_GeoDataEntityQueryResults()
 
 bool CT_GeoDataEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoDataEntityQueryResult))
@@ -84,8 +86,7 @@ bool CT_GeoDataPointQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Longitude, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -111,8 +112,7 @@ bool CT_GeoDataPointToEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseString(&m_EntityId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -136,6 +136,7 @@ CT_GeoDataPointToEntityQueryResult::~CT_GeoDataPointToEntityQueryResult()
 
 bool CT_GeoDataPointToEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoDataPointQuery))
@@ -158,6 +159,7 @@ CT_GeoDataPointToEntityQueryResults::~CT_GeoDataPointToEntityQueryResults()
 
 bool CT_GeoDataPointToEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoDataPointToEntityQueryResult))
@@ -180,6 +182,7 @@ CT_GeoChildTypes::~CT_GeoChildTypes()
 
 bool CT_GeoChildTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_entityType))
@@ -241,8 +244,7 @@ bool CT_GeoHierarchyEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityType, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -265,6 +267,7 @@ CT_GeoChildEntities::~CT_GeoChildEntities()
 
 bool CT_GeoChildEntities::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoHierarchyEntity))
@@ -291,6 +294,7 @@ CT_GeoChildEntitiesQueryResult::~CT_GeoChildEntitiesQueryResult()
 
 bool CT_GeoChildEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoChildEntitiesQuery))
@@ -313,6 +317,7 @@ CT_GeoChildEntitiesQueryResults::~CT_GeoChildEntitiesQueryResults()
 
 bool CT_GeoChildEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoChildEntitiesQueryResult))
@@ -341,8 +346,7 @@ bool CT_GeoParentEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityId, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -368,8 +372,7 @@ bool CT_GeoEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityType, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -395,8 +398,7 @@ bool CT_GeoParentEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_EntityId, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -420,6 +422,7 @@ CT_GeoParentEntitiesQueryResult::~CT_GeoParentEntitiesQueryResult()
 
 bool CT_GeoParentEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoParentEntitiesQuery))
@@ -444,6 +447,7 @@ CT_GeoParentEntitiesQueryResults::~CT_GeoParentEntitiesQueryResults()
 
 bool CT_GeoParentEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoParentEntitiesQueryResult))
@@ -476,6 +480,7 @@ CT_Clear::~CT_Clear()
 
 bool CT_Clear::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_geoLocationQueryResults))
@@ -535,6 +540,7 @@ CT_GeoCacheData__::~CT_GeoCacheData__()
 
 bool CT_GeoCacheData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_binary))
@@ -643,8 +649,7 @@ bool CT_Statistics::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_QuartileMethod, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -662,6 +667,7 @@ CT_Subtotals::~CT_Subtotals()
 
 bool CT_Subtotals::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_idx))
@@ -700,6 +706,7 @@ CT_SeriesLayoutProperties::~CT_SeriesLayoutProperties()
 
 bool CT_SeriesLayoutProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_parentLabelLayout))
@@ -737,6 +744,7 @@ CT_SeriesLayoutPropertiesData__::~CT_SeriesLayoutPropertiesData__()
 
 bool CT_SeriesLayoutPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_aggregation))
@@ -822,9 +830,9 @@ CT_ExtremeValueColorPosition::~CT_ExtremeValueColorPosition()
 
 bool CT_ExtremeValueColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -846,8 +854,7 @@ bool CT_NumberColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -869,8 +876,7 @@ bool CT_PercentageColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -887,6 +893,7 @@ CT_ValueColorEndPosition::~CT_ValueColorEndPosition()
 
 bool CT_ValueColorEndPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ValueColorEndPositionData__::HasProperty(child.Name(), context))
@@ -912,6 +919,7 @@ CT_ValueColorEndPositionData__::~CT_ValueColorEndPositionData__()
 
 bool CT_ValueColorEndPositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_extremeValue))
@@ -977,6 +985,7 @@ CT_ValueColorMiddlePosition::~CT_ValueColorMiddlePosition()
 
 bool CT_ValueColorMiddlePosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ValueColorMiddlePositionData__::HasProperty(child.Name(), context))
@@ -1000,6 +1009,7 @@ CT_ValueColorMiddlePositionData__::~CT_ValueColorMiddlePositionData__()
 
 bool CT_ValueColorMiddlePositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_number))
@@ -1102,8 +1112,7 @@ bool CT_DataLabelVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Value, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1177,8 +1186,7 @@ bool CT_DataLabelHidden::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Idx, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1381,6 +1389,7 @@ CT_PlotSurface::~CT_PlotSurface()
 
 bool CT_PlotSurface::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spPr))
@@ -1407,6 +1416,7 @@ CT_PlotAreaRegion::~CT_PlotAreaRegion()
 
 bool CT_PlotAreaRegion::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_plotSurface))
@@ -1440,6 +1450,7 @@ CT_PlotArea::~CT_PlotArea()
 
 bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_plotAreaRegion))
@@ -1476,6 +1487,7 @@ CT_Chart::~CT_Chart()
 
 bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_title))
@@ -1533,6 +1545,7 @@ CT_FormatOverrides::~CT_FormatOverrides()
 
 bool CT_FormatOverrides::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_fmtOvr))
@@ -1631,8 +1644,7 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Footer, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1678,8 +1690,7 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Copies, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1703,6 +1714,7 @@ CT_PrintSettings::~CT_PrintSettings()
 
 bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_headerFooter))
@@ -1742,6 +1754,7 @@ CT_ChartSpace::~CT_ChartSpace()
 
 bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_chartData))

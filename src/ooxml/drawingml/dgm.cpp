@@ -33,8 +33,7 @@ bool CT_CTName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -63,8 +62,7 @@ bool CT_CTDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -93,8 +91,7 @@ bool CT_CTCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Pri, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -113,6 +110,7 @@ CT_CTCategories::~CT_CTCategories()
 
 bool CT_CTCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cat))
@@ -328,6 +326,7 @@ CT_ColorTransformHeaderLst::~CT_ColorTransformHeaderLst()
 
 bool CT_ColorTransformHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_colorsDefHdr))
@@ -402,6 +401,7 @@ CT_PtList::~CT_PtList()
 
 bool CT_PtList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))
@@ -488,6 +488,7 @@ CT_CxnList::~CT_CxnList()
 
 bool CT_CxnList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cxn))
@@ -520,6 +521,7 @@ CT_DataModel::~CT_DataModel()
 
 bool CT_DataModel::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ptLst))
@@ -569,8 +571,7 @@ bool AG_IteratorAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { m_Step.clear(); if (!ParseList(&m_Step, attribute.Value(), ParseInt32)) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -673,8 +674,7 @@ bool AG_ConstraintAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_PtType, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -760,8 +760,7 @@ bool AG_ConstraintRefAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_RefPtType, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -876,6 +875,7 @@ CT_Constraints::~CT_Constraints()
 
 bool CT_Constraints::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_constr))
@@ -936,6 +936,7 @@ CT_Rules::~CT_Rules()
 
 bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rule))
@@ -996,8 +997,7 @@ bool CT_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1013,6 +1013,7 @@ CT_AdjLst::~CT_AdjLst()
 
 bool CT_AdjLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_adj))
@@ -1097,8 +1098,7 @@ bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1221,6 +1221,7 @@ CT_LayoutNodeData__::~CT_LayoutNodeData__()
 
 bool CT_LayoutNodeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alg))
@@ -1405,6 +1406,7 @@ CT_ForEachData__::~CT_ForEachData__()
 
 bool CT_ForEachData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alg))
@@ -1592,6 +1594,7 @@ CT_WhenData__::~CT_WhenData__()
 
 bool CT_WhenData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alg))
@@ -1758,6 +1761,7 @@ CT_OtherwiseData__::~CT_OtherwiseData__()
 
 bool CT_OtherwiseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alg))
@@ -1946,8 +1950,7 @@ bool CT_Category::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Pri, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1966,6 +1969,7 @@ CT_Categories::~CT_Categories()
 
 bool CT_Categories::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cat))
@@ -1997,8 +2001,7 @@ bool CT_Name::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2027,8 +2030,7 @@ bool CT_Description::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2173,6 +2175,7 @@ CT_DiagramDefinitionHeaderLst::~CT_DiagramDefinitionHeaderLst()
 
 bool CT_DiagramDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_layoutDefHdr))
@@ -2211,8 +2214,7 @@ bool CT_RelIds::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_cs, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2374,8 +2376,7 @@ bool CT_OrgChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2397,8 +2398,7 @@ bool CT_ChildMax::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2420,8 +2420,7 @@ bool CT_ChildPref::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2443,8 +2442,7 @@ bool CT_BulletEnabled::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2466,8 +2464,7 @@ bool CT_Direction::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2492,8 +2489,7 @@ bool CT_HierBranchStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2518,8 +2514,7 @@ bool CT_AnimOne::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2544,8 +2539,7 @@ bool CT_AnimLvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2570,8 +2564,7 @@ bool CT_ResizeHandles::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2607,6 +2600,7 @@ CT_LayoutVariablePropertySet::~CT_LayoutVariablePropertySet()
 
 bool CT_LayoutVariablePropertySet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_orgChart))
@@ -2651,8 +2645,7 @@ bool CT_SDName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2681,8 +2674,7 @@ bool CT_SDDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2711,8 +2703,7 @@ bool CT_SDCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Pri, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2731,6 +2722,7 @@ CT_SDCategories::~CT_SDCategories()
 
 bool CT_SDCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cat))
@@ -2755,6 +2747,7 @@ CT_TextProps::~CT_TextProps()
 
 bool CT_TextProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (schemas_openxmlformats_org_drawingml_x2006_main::EG_Text3D::HasProperty(child.Name(), context))
@@ -2927,6 +2920,7 @@ CT_StyleDefinitionHeaderLst::~CT_StyleDefinitionHeaderLst()
 
 bool CT_StyleDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_styleDefHdr))

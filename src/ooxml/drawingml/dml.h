@@ -8899,11 +8899,11 @@ public:
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
-    int GetMarL() const { return m_MarL; }
-    void SetMarL(int value) { m_MarL = value; m_presence |= (1u << 10); }
+    wxAny GetMarL() const;
+    void SetMarL(wxAny value);
     bool CheckMarL() const { return (m_presence & (1u << 10)) != 0; }
-    int GetMarR() const { return m_MarR; }
-    void SetMarR(int value) { m_MarR = value; m_presence |= (1u << 11); }
+    wxAny GetMarR() const;
+    void SetMarR(wxAny value);
     bool CheckMarR() const { return (m_presence & (1u << 11)) != 0; }
     int GetLvl() const { return m_Lvl; }
     void SetLvl(int value) { m_Lvl = value; m_presence |= (1u << 12); }
@@ -8944,8 +8944,8 @@ private:
     CT_TextTabStopList* m_TabLst;
     CT_TextCharacterProperties* m_DefRPr;
     CT_OfficeArtExtensionList* m_ExtLst;
-    int m_MarL;
-    int m_MarR;
+    wxAny m_MarL;
+    wxAny m_MarR;
     int m_Lvl;
     int m_Indent;
     wxString m_Algn;

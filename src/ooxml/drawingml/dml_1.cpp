@@ -130,8 +130,7 @@ bool CT_AudioCDTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Time, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -152,6 +151,7 @@ CT_AudioCD::~CT_AudioCD()
 
 bool CT_AudioCD::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_st))
@@ -177,6 +177,7 @@ EG_Media::~EG_Media()
 
 bool EG_Media::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_MediaData__::HasProperty(child.Name(), context))
@@ -230,6 +231,7 @@ EG_MediaData__::~EG_MediaData__()
 
 bool EG_MediaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_audioCd))
@@ -426,8 +428,7 @@ bool CT_SupplementalFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Typeface, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -448,6 +449,7 @@ CT_CustomColorList::~CT_CustomColorList()
 
 bool CT_CustomColorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custClr))
@@ -479,6 +481,7 @@ CT_FontCollection::~CT_FontCollection()
 
 bool CT_FontCollection::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_latin))
@@ -515,6 +518,7 @@ CT_EffectStyleItem::~CT_EffectStyleItem()
 
 bool CT_EffectStyleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_EffectProperties::HasProperty(child.Name(), context))
@@ -576,6 +580,7 @@ CT_FillStyleList::~CT_FillStyleList()
 
 bool CT_FillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -599,6 +604,7 @@ CT_LineStyleList::~CT_LineStyleList()
 
 bool CT_LineStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ln))
@@ -622,6 +628,7 @@ CT_EffectStyleList::~CT_EffectStyleList()
 
 bool CT_EffectStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_effectStyle))
@@ -645,6 +652,7 @@ CT_BackgroundFillStyleList::~CT_BackgroundFillStyleList()
 
 bool CT_BackgroundFillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -717,6 +725,7 @@ CT_BaseStyles::~CT_BaseStyles()
 
 bool CT_BaseStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_clrScheme))
@@ -786,8 +795,7 @@ bool CT_Angle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -809,8 +817,7 @@ bool CT_PositiveFixedAngle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -831,8 +838,7 @@ bool CT_Percentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -856,8 +862,7 @@ bool CT_PositivePercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -881,8 +886,7 @@ bool CT_FixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -906,8 +910,7 @@ bool CT_PositiveFixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -935,8 +938,7 @@ bool CT_Ratio::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt64(&m_D, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -959,8 +961,7 @@ bool CT_Point2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Y, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -990,8 +991,7 @@ bool CT_PositiveSize2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt64(&m_Cy, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1006,9 +1006,9 @@ CT_ComplementTransform::~CT_ComplementTransform()
 
 bool CT_ComplementTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1023,9 +1023,9 @@ CT_InverseTransform::~CT_InverseTransform()
 
 bool CT_InverseTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1040,9 +1040,9 @@ CT_GrayscaleTransform::~CT_GrayscaleTransform()
 
 bool CT_GrayscaleTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1057,9 +1057,9 @@ CT_GammaTransform::~CT_GammaTransform()
 
 bool CT_GammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1074,9 +1074,9 @@ CT_InverseGammaTransform::~CT_InverseGammaTransform()
 
 bool CT_InverseGammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1093,6 +1093,7 @@ EG_ColorTransform::~EG_ColorTransform()
 
 bool EG_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorTransformData__::HasProperty(child.Name(), context))
@@ -1192,6 +1193,7 @@ EG_ColorTransformData__::~EG_ColorTransformData__()
 
 bool EG_ColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tint))
@@ -1680,6 +1682,7 @@ EG_OfficeArtExtensionList::~EG_OfficeArtExtensionList()
 
 bool EG_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ext))
@@ -1730,6 +1733,7 @@ CT_OfficeArtExtensionList::~CT_OfficeArtExtensionList()
 
 bool CT_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OfficeArtExtensionList::HasProperty(child.Name(), context))
@@ -1753,6 +1757,7 @@ CT_Scale2D::~CT_Scale2D()
 
 bool CT_Scale2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sx))
@@ -1866,8 +1871,7 @@ bool CT_Point3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Z, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1899,8 +1903,7 @@ bool CT_Vector3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Dz, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1935,8 +1938,7 @@ bool CT_SphereCoords::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Rev, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1967,8 +1969,7 @@ bool CT_RelativeRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_B, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1994,6 +1995,7 @@ EG_ColorChoice::~EG_ColorChoice()
 
 bool EG_ColorChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoiceData__::HasProperty(child.Name(), context))
@@ -2049,6 +2051,7 @@ EG_ColorChoiceData__::~EG_ColorChoiceData__()
 
 bool EG_ColorChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_scrgbClr))
@@ -2141,6 +2144,7 @@ CT_Color::~CT_Color()
 
 bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -2161,6 +2165,7 @@ CT_ColorMRU::~CT_ColorMRU()
 
 bool CT_ColorMRU::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -2193,8 +2198,7 @@ bool AG_Blob::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_link, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2255,8 +2259,7 @@ bool CT_EmbeddedWAVAudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -61,8 +61,7 @@ bool AG_Locking::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_NoChangeShapeType, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -462,6 +461,7 @@ CT_NonVisualConnectorProperties::~CT_NonVisualConnectorProperties()
 
 bool CT_NonVisualConnectorProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cxnSpLocks))
@@ -522,6 +522,7 @@ CT_NonVisualGroupDrawingShapeProps::~CT_NonVisualGroupDrawingShapeProps()
 
 bool CT_NonVisualGroupDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_grpSpLocks))
@@ -547,6 +548,7 @@ CT_NonVisualGraphicFrameProperties::~CT_NonVisualGraphicFrameProperties()
 
 bool CT_NonVisualGraphicFrameProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_graphicFrameLocks))
@@ -646,6 +648,7 @@ CT_GraphicalObject::~CT_GraphicalObject()
 
 bool CT_GraphicalObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_graphicData))
@@ -675,8 +678,7 @@ bool CT_AnimationDgmElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_BldStep, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -708,8 +710,7 @@ bool CT_AnimationChartElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_BldStep, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -729,6 +730,7 @@ CT_AnimationElementChoice::~CT_AnimationElementChoice()
 
 bool CT_AnimationElementChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_AnimationElementChoiceData__::HasProperty(child.Name(), context))
@@ -752,6 +754,7 @@ CT_AnimationElementChoiceData__::~CT_AnimationElementChoiceData__()
 
 bool CT_AnimationElementChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_dgm))
@@ -816,8 +819,7 @@ bool CT_AnimationDgmBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* cont
         { if (!ParseBool(&m_Rev, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -845,8 +847,7 @@ bool CT_AnimationChartBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* co
         { if (!ParseBool(&m_AnimBg, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -866,6 +867,7 @@ CT_AnimationGraphicalObjectBuildProperties::~CT_AnimationGraphicalObjectBuildPro
 
 bool CT_AnimationGraphicalObjectBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_AnimationGraphicalObjectBuildPropertiesData__::HasProperty(child.Name(), context))
@@ -889,6 +891,7 @@ CT_AnimationGraphicalObjectBuildPropertiesData__::~CT_AnimationGraphicalObjectBu
 
 bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bldDgm))
@@ -947,6 +950,7 @@ CT_BackgroundFormatting::~CT_BackgroundFormatting()
 
 bool CT_BackgroundFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -972,6 +976,7 @@ CT_WholeE2oFormatting::~CT_WholeE2oFormatting()
 
 bool CT_WholeE2oFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ln))
@@ -993,9 +998,9 @@ CT_GvmlUseShapeRectangle::~CT_GvmlUseShapeRectangle()
 
 bool CT_GvmlUseShapeRectangle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1016,6 +1021,7 @@ CT_GvmlTextShape::~CT_GvmlTextShape()
 
 bool CT_GvmlTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txBody))
@@ -1043,6 +1049,7 @@ CT_GvmlTextShapeData__::~CT_GvmlTextShapeData__()
 
 bool CT_GvmlTextShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_useSpRect))
@@ -1101,6 +1108,7 @@ CT_GvmlShapeNonVisual::~CT_GvmlShapeNonVisual()
 
 bool CT_GvmlShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1132,6 +1140,7 @@ CT_GvmlShape::~CT_GvmlShape()
 
 bool CT_GvmlShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvSpPr))
@@ -1163,6 +1172,7 @@ CT_GvmlConnectorNonVisual::~CT_GvmlConnectorNonVisual()
 
 bool CT_GvmlConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1192,6 +1202,7 @@ CT_GvmlConnector::~CT_GvmlConnector()
 
 bool CT_GvmlConnector::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvCxnSpPr))
@@ -1221,6 +1232,7 @@ CT_GvmlPictureNonVisual::~CT_GvmlPictureNonVisual()
 
 bool CT_GvmlPictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1252,6 +1264,7 @@ CT_GvmlPicture::~CT_GvmlPicture()
 
 bool CT_GvmlPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvPicPr))
@@ -1283,6 +1296,7 @@ CT_GvmlGraphicFrameNonVisual::~CT_GvmlGraphicFrameNonVisual()
 
 bool CT_GvmlGraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1312,6 +1326,7 @@ CT_GvmlGraphicalObjectFrame::~CT_GvmlGraphicalObjectFrame()
 
 bool CT_GvmlGraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGraphicFramePr))
@@ -1341,6 +1356,7 @@ CT_GvmlGroupShapeNonVisual::~CT_GvmlGroupShapeNonVisual()
 
 bool CT_GvmlGroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1369,6 +1385,7 @@ CT_GvmlGroupShape::~CT_GvmlGroupShape()
 
 bool CT_GvmlGroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGrpSpPr))
@@ -1409,6 +1426,7 @@ CT_GvmlGroupShapeData__::~CT_GvmlGroupShapeData__()
 
 bool CT_GvmlGroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txSp))
@@ -1577,6 +1595,7 @@ CT_Scene3D::~CT_Scene3D()
 
 bool CT_Scene3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_camera))
@@ -1610,6 +1629,7 @@ CT_Backdrop::~CT_Backdrop()
 
 bool CT_Backdrop::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_anchor))
@@ -1648,8 +1668,7 @@ bool CT_Bevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Prst, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1731,8 +1750,7 @@ bool CT_FlatText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Z, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1752,6 +1770,7 @@ EG_Text3D::~EG_Text3D()
 
 bool EG_Text3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_Text3DData__::HasProperty(child.Name(), context))
@@ -1799,6 +1818,7 @@ EG_Text3DData__::~EG_Text3DData__()
 
 bool EG_Text3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp3d))
@@ -1859,8 +1879,7 @@ bool CT_AlphaBiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Thresh, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1878,9 +1897,9 @@ CT_AlphaCeilingEffect::~CT_AlphaCeilingEffect()
 
 bool CT_AlphaCeilingEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1895,9 +1914,9 @@ CT_AlphaFloorEffect::~CT_AlphaFloorEffect()
 
 bool CT_AlphaFloorEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1914,6 +1933,7 @@ CT_AlphaInverseEffect::~CT_AlphaInverseEffect()
 
 bool CT_AlphaInverseEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -1940,8 +1960,7 @@ bool CT_AlphaModulateFixedEffect::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseVariant(&m_Amt, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1966,8 +1985,7 @@ bool CT_AlphaOutsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Rad, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1991,8 +2009,7 @@ bool CT_AlphaReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_A, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2016,8 +2033,7 @@ bool CT_BiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Thresh, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2045,8 +2061,7 @@ bool CT_BlurEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Grow, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -25,6 +25,7 @@ CT_ColorReplaceEffect::~CT_ColorReplaceEffect()
 
 bool CT_ColorReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -45,6 +46,7 @@ CT_DuotoneEffect::~CT_DuotoneEffect()
 
 bool CT_DuotoneEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -94,9 +96,9 @@ CT_GrayscaleEffect::~CT_GrayscaleEffect()
 
 bool CT_GrayscaleEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -124,8 +126,7 @@ bool CT_HSLEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Lum, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -188,8 +189,7 @@ bool CT_LuminanceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Contrast, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -348,8 +348,7 @@ bool CT_ReflectionEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_RotWithShape, attribute.Value())) return false; m_presence |= (1u << 13); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -389,8 +388,7 @@ bool CT_RelativeOffsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Ty, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -417,8 +415,7 @@ bool CT_SoftEdgesEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt64(&m_Rad, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -443,8 +440,7 @@ bool CT_TintEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Amt, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -484,8 +480,7 @@ bool CT_TransformEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Ty, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -509,9 +504,9 @@ CT_NoFillProperties::~CT_NoFillProperties()
 
 bool CT_NoFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -528,6 +523,7 @@ CT_SolidColorFillProperties::~CT_SolidColorFillProperties()
 
 bool CT_SolidColorFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ColorChoice::HasProperty(child.Name(), context))
@@ -557,8 +553,7 @@ bool CT_LinearShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Scaled, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -604,6 +599,7 @@ EG_ShadeProperties::~EG_ShadeProperties()
 
 bool EG_ShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShadePropertiesData__::HasProperty(child.Name(), context))
@@ -651,6 +647,7 @@ EG_ShadePropertiesData__::~EG_ShadePropertiesData__()
 
 bool EG_ShadePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_lin))
@@ -735,6 +732,7 @@ CT_GradientStopList::~CT_GradientStopList()
 
 bool CT_GradientStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_gs))
@@ -815,8 +813,7 @@ bool CT_TileInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Algn, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -846,6 +843,7 @@ CT_StretchInfoProperties::~CT_StretchInfoProperties()
 
 bool CT_StretchInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_fillRect))
@@ -867,6 +865,7 @@ EG_FillModeProperties::~EG_FillModeProperties()
 
 bool EG_FillModeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillModePropertiesData__::HasProperty(child.Name(), context))
@@ -914,6 +913,7 @@ EG_FillModePropertiesData__::~EG_FillModePropertiesData__()
 
 bool EG_FillModePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tile))
@@ -1041,6 +1041,7 @@ CT_BlipData__::~CT_BlipData__()
 
 bool CT_BlipData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alphaBiLevel))
@@ -1301,9 +1302,9 @@ CT_GroupFillProperties::~CT_GroupFillProperties()
 
 bool CT_GroupFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1320,6 +1321,7 @@ EG_FillProperties::~EG_FillProperties()
 
 bool EG_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillPropertiesData__::HasProperty(child.Name(), context))
@@ -1375,6 +1377,7 @@ EG_FillPropertiesData__::~EG_FillPropertiesData__()
 
 bool EG_FillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_noFill))
@@ -1467,6 +1470,7 @@ CT_FillProperties::~CT_FillProperties()
 
 bool CT_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -1488,6 +1492,7 @@ CT_FillEffect::~CT_FillEffect()
 
 bool CT_FillEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -1542,8 +1547,7 @@ bool CT_EffectReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ref, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1563,6 +1567,7 @@ EG_Effect::~EG_Effect()
 
 bool EG_Effect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_EffectData__::HasProperty(child.Name(), context))
@@ -1666,6 +1671,7 @@ EG_EffectData__::~EG_EffectData__()
 
 bool EG_EffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cont))
@@ -2009,6 +2015,7 @@ CT_AlphaModulateEffect::~CT_AlphaModulateEffect()
 
 bool CT_AlphaModulateEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cont))
@@ -2073,6 +2080,7 @@ CT_EffectList::~CT_EffectList()
 
 bool CT_EffectList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_blur))
@@ -2108,6 +2116,7 @@ EG_EffectProperties::~EG_EffectProperties()
 
 bool EG_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_EffectPropertiesData__::HasProperty(child.Name(), context))
@@ -2155,6 +2164,7 @@ EG_EffectPropertiesData__::~EG_EffectPropertiesData__()
 
 bool EG_EffectPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_effectLst))
@@ -2211,6 +2221,7 @@ CT_EffectProperties::~CT_EffectProperties()
 
 bool CT_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_EffectProperties::HasProperty(child.Name(), context))
@@ -2238,8 +2249,7 @@ bool CT_GeomGuide::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Fmla, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2260,6 +2270,7 @@ CT_GeomGuideList::~CT_GeomGuideList()
 
 bool CT_GeomGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_gd))
@@ -2290,8 +2301,7 @@ bool CT_AdjPoint2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Y, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2323,8 +2333,7 @@ bool CT_GeomRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_B, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2476,6 +2485,7 @@ CT_AdjustHandleList::~CT_AdjustHandleList()
 
 bool CT_AdjustHandleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_AdjustHandleListData__::HasProperty(child.Name(), context))
@@ -2502,6 +2512,7 @@ CT_AdjustHandleListData__::~CT_AdjustHandleListData__()
 
 bool CT_AdjustHandleListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ahXY))
@@ -2557,6 +2568,7 @@ CT_ConnectionSiteList::~CT_ConnectionSiteList()
 
 bool CT_ConnectionSiteList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cxn))
@@ -2589,8 +2601,7 @@ bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Idx, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2607,6 +2618,7 @@ CT_Path2DMoveTo::~CT_Path2DMoveTo()
 
 bool CT_Path2DMoveTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))

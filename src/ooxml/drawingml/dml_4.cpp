@@ -25,6 +25,7 @@ CT_Path2DLineTo::~CT_Path2DLineTo()
 
 bool CT_Path2DLineTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))
@@ -56,8 +57,7 @@ bool CT_Path2DArcTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_SwAng, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -82,6 +82,7 @@ CT_Path2DQuadBezierTo::~CT_Path2DQuadBezierTo()
 
 bool CT_Path2DQuadBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))
@@ -105,6 +106,7 @@ CT_Path2DCubicBezierTo::~CT_Path2DCubicBezierTo()
 
 bool CT_Path2DCubicBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pt))
@@ -127,9 +129,9 @@ CT_Path2DClose::~CT_Path2DClose()
 
 bool CT_Path2DClose::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -199,6 +201,7 @@ CT_Path2DData__::~CT_Path2DData__()
 
 bool CT_Path2DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_close))
@@ -290,6 +293,7 @@ CT_Path2DList::~CT_Path2DList()
 
 bool CT_Path2DList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_path))
@@ -382,6 +386,7 @@ CT_CustomGeometry2D::~CT_CustomGeometry2D()
 
 bool CT_CustomGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_avLst))
@@ -413,6 +418,7 @@ EG_Geometry::~EG_Geometry()
 
 bool EG_Geometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_GeometryData__::HasProperty(child.Name(), context))
@@ -460,6 +466,7 @@ EG_GeometryData__::~EG_GeometryData__()
 
 bool EG_GeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custGeom))
@@ -516,6 +523,7 @@ EG_TextGeometry::~EG_TextGeometry()
 
 bool EG_TextGeometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextGeometryData__::HasProperty(child.Name(), context))
@@ -563,6 +571,7 @@ EG_TextGeometryData__::~EG_TextGeometryData__()
 
 bool EG_TextGeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custGeom))
@@ -628,8 +637,7 @@ bool CT_LineEndProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Len, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -653,6 +661,7 @@ EG_LineFillProperties::~EG_LineFillProperties()
 
 bool EG_LineFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_LineFillPropertiesData__::HasProperty(child.Name(), context))
@@ -704,6 +713,7 @@ EG_LineFillPropertiesData__::~EG_LineFillPropertiesData__()
 
 bool EG_LineFillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_noFill))
@@ -776,9 +786,9 @@ CT_LineJoinBevel::~CT_LineJoinBevel()
 
 bool CT_LineJoinBevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -793,9 +803,9 @@ CT_LineJoinRound::~CT_LineJoinRound()
 
 bool CT_LineJoinRound::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -816,8 +826,7 @@ bool CT_LineJoinMiterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Lim, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -837,6 +846,7 @@ EG_LineJoinProperties::~EG_LineJoinProperties()
 
 bool EG_LineJoinProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_LineJoinPropertiesData__::HasProperty(child.Name(), context))
@@ -886,6 +896,7 @@ EG_LineJoinPropertiesData__::~EG_LineJoinPropertiesData__()
 
 bool EG_LineJoinPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_round))
@@ -955,8 +966,7 @@ bool CT_PresetLineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -982,8 +992,7 @@ bool CT_DashStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Sp, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1004,6 +1013,7 @@ CT_DashStopList::~CT_DashStopList()
 
 bool CT_DashStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ds))
@@ -1028,6 +1038,7 @@ EG_LineDashProperties::~EG_LineDashProperties()
 
 bool EG_LineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_LineDashPropertiesData__::HasProperty(child.Name(), context))
@@ -1075,6 +1086,7 @@ EG_LineDashPropertiesData__::~EG_LineDashPropertiesData__()
 
 bool EG_LineDashPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_prstDash))
@@ -1355,6 +1367,7 @@ CT_ShapeStyle::~CT_ShapeStyle()
 
 bool CT_ShapeStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_lnRef))
@@ -1390,6 +1403,7 @@ CT_DefaultShapeDefinition::~CT_DefaultShapeDefinition()
 
 bool CT_DefaultShapeDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spPr))
@@ -1425,6 +1439,7 @@ CT_ObjectStyleDefaults::~CT_ObjectStyleDefaults()
 
 bool CT_ObjectStyleDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spDef))
@@ -1450,9 +1465,9 @@ CT_EmptyElement::~CT_EmptyElement()
 
 bool CT_EmptyElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1542,6 +1557,7 @@ CT_ColorMappingOverride::~CT_ColorMappingOverride()
 
 bool CT_ColorMappingOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ColorMappingOverrideData__::HasProperty(child.Name(), context))
@@ -1565,6 +1581,7 @@ CT_ColorMappingOverrideData__::~CT_ColorMappingOverrideData__()
 
 bool CT_ColorMappingOverrideData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_masterClrMapping))
@@ -1623,6 +1640,7 @@ CT_ColorSchemeAndMapping::~CT_ColorSchemeAndMapping()
 
 bool CT_ColorSchemeAndMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_clrScheme))
@@ -1645,6 +1663,7 @@ CT_ColorSchemeList::~CT_ColorSchemeList()
 
 bool CT_ColorSchemeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_extraClrScheme))
@@ -1719,6 +1738,7 @@ CT_BaseStylesOverride::~CT_BaseStylesOverride()
 
 bool CT_BaseStylesOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_clrScheme))
@@ -1746,6 +1766,7 @@ CT_ClipboardStyleSheet::~CT_ClipboardStyleSheet()
 
 bool CT_ClipboardStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_themeElements))
@@ -1866,6 +1887,7 @@ CT_Headers::~CT_Headers()
 
 bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_header))
@@ -1918,6 +1940,7 @@ CT_TableGrid::~CT_TableGrid()
 
 bool CT_TableGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_gridCol))
@@ -2082,6 +2105,7 @@ CT_TablePropertiesData__::~CT_TablePropertiesData__()
 
 bool CT_TablePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tableStyle))
@@ -2144,6 +2168,7 @@ CT_Table::~CT_Table()
 
 bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblPr))
@@ -2210,6 +2235,7 @@ EG_ThemeableFillStyle::~EG_ThemeableFillStyle()
 
 bool EG_ThemeableFillStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ThemeableFillStyleData__::HasProperty(child.Name(), context))
@@ -2257,6 +2283,7 @@ EG_ThemeableFillStyleData__::~EG_ThemeableFillStyleData__()
 
 bool EG_ThemeableFillStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_fill))
@@ -2313,6 +2340,7 @@ CT_ThemeableLineStyle::~CT_ThemeableLineStyle()
 
 bool CT_ThemeableLineStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ThemeableLineStyleData__::HasProperty(child.Name(), context))
@@ -2336,6 +2364,7 @@ CT_ThemeableLineStyleData__::~CT_ThemeableLineStyleData__()
 
 bool CT_ThemeableLineStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ln))

@@ -26,6 +26,7 @@ EG_ThemeableEffectStyle::~EG_ThemeableEffectStyle()
 
 bool EG_ThemeableEffectStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ThemeableEffectStyleData__::HasProperty(child.Name(), context))
@@ -73,6 +74,7 @@ EG_ThemeableEffectStyleData__::~EG_ThemeableEffectStyleData__()
 
 bool EG_ThemeableEffectStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_effect))
@@ -129,6 +131,7 @@ EG_ThemeableFontStyles::~EG_ThemeableFontStyles()
 
 bool EG_ThemeableFontStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ThemeableFontStylesData__::HasProperty(child.Name(), context))
@@ -176,6 +179,7 @@ EG_ThemeableFontStylesData__::~EG_ThemeableFontStylesData__()
 
 bool EG_ThemeableFontStylesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_font))
@@ -291,6 +295,7 @@ CT_TableCellBorderStyle::~CT_TableCellBorderStyle()
 
 bool CT_TableCellBorderStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_left))
@@ -330,6 +335,7 @@ CT_TableBackgroundStyle::~CT_TableBackgroundStyle()
 
 bool CT_TableBackgroundStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ThemeableFillStyle::HasProperty(child.Name(), context))
@@ -357,6 +363,7 @@ CT_TableStyleCellStyle::~CT_TableStyleCellStyle()
 
 bool CT_TableStyleCellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tcBdr))
@@ -384,6 +391,7 @@ CT_TablePartStyle::~CT_TablePartStyle()
 
 bool CT_TablePartStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tcTxStyle))
@@ -529,6 +537,7 @@ CT_TextParagraph::~CT_TextParagraph()
 
 bool CT_TextParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pPr))
@@ -577,6 +586,7 @@ CT_TextListStyle::~CT_TextListStyle()
 
 bool CT_TextListStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_defPPr))
@@ -626,8 +636,7 @@ bool CT_TextNormalAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_LnSpcReduction, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -647,9 +656,9 @@ CT_TextShapeAutofit::~CT_TextShapeAutofit()
 
 bool CT_TextShapeAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -664,9 +673,9 @@ CT_TextNoAutofit::~CT_TextNoAutofit()
 
 bool CT_TextNoAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -683,6 +692,7 @@ EG_TextAutofit::~EG_TextAutofit()
 
 bool EG_TextAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextAutofitData__::HasProperty(child.Name(), context))
@@ -732,6 +742,7 @@ EG_TextAutofitData__::~EG_TextAutofitData__()
 
 bool EG_TextAutofitData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_noAutofit))
@@ -907,6 +918,7 @@ CT_TextBody::~CT_TextBody()
 
 bool CT_TextBody::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bodyPr))
@@ -933,9 +945,9 @@ CT_TextBulletColorFollowText::~CT_TextBulletColorFollowText()
 
 bool CT_TextBulletColorFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -952,6 +964,7 @@ EG_TextBulletColor::~EG_TextBulletColor()
 
 bool EG_TextBulletColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextBulletColorData__::HasProperty(child.Name(), context))
@@ -999,6 +1012,7 @@ EG_TextBulletColorData__::~EG_TextBulletColorData__()
 
 bool EG_TextBulletColorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_buClrTx))
@@ -1053,9 +1067,9 @@ CT_TextBulletSizeFollowText::~CT_TextBulletSizeFollowText()
 
 bool CT_TextBulletSizeFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1076,8 +1090,7 @@ bool CT_TextBulletSizePercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1102,8 +1115,7 @@ bool CT_TextBulletSizePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1120,6 +1132,7 @@ EG_TextBulletSize::~EG_TextBulletSize()
 
 bool EG_TextBulletSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextBulletSizeData__::HasProperty(child.Name(), context))
@@ -1169,6 +1182,7 @@ EG_TextBulletSizeData__::~EG_TextBulletSizeData__()
 
 bool EG_TextBulletSizeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_buSzTx))
@@ -1232,9 +1246,9 @@ CT_TextBulletTypefaceFollowText::~CT_TextBulletTypefaceFollowText()
 
 bool CT_TextBulletTypefaceFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1251,6 +1265,7 @@ EG_TextBulletTypeface::~EG_TextBulletTypeface()
 
 bool EG_TextBulletTypeface::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextBulletTypefaceData__::HasProperty(child.Name(), context))
@@ -1298,6 +1313,7 @@ EG_TextBulletTypefaceData__::~EG_TextBulletTypefaceData__()
 
 bool EG_TextBulletTypefaceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_buFontTx))
@@ -1361,8 +1377,7 @@ bool CT_TextAutonumberBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_StartAt, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1386,8 +1401,7 @@ bool CT_TextCharBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Char, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1407,6 +1421,7 @@ CT_TextBlipBullet::~CT_TextBlipBullet()
 
 bool CT_TextBlipBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_blip))
@@ -1426,9 +1441,9 @@ CT_TextNoBullet::~CT_TextNoBullet()
 
 bool CT_TextNoBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1445,6 +1460,7 @@ EG_TextBullet::~EG_TextBullet()
 
 bool EG_TextBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextBulletData__::HasProperty(child.Name(), context))
@@ -1496,6 +1512,7 @@ EG_TextBulletData__::~EG_TextBulletData__()
 
 bool EG_TextBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_buNone))
@@ -1582,8 +1599,7 @@ bool CT_TextFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt8(&m_Charset, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1603,9 +1619,9 @@ CT_TextUnderlineLineFollowText::~CT_TextUnderlineLineFollowText()
 
 bool CT_TextUnderlineLineFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1620,9 +1636,9 @@ CT_TextUnderlineFillFollowText::~CT_TextUnderlineFillFollowText()
 
 bool CT_TextUnderlineFillFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1639,6 +1655,7 @@ CT_TextUnderlineFillGroupWrapper::~CT_TextUnderlineFillGroupWrapper()
 
 bool CT_TextUnderlineFillGroupWrapper::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_FillProperties::HasProperty(child.Name(), context))
@@ -1660,6 +1677,7 @@ EG_TextUnderlineLine::~EG_TextUnderlineLine()
 
 bool EG_TextUnderlineLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextUnderlineLineData__::HasProperty(child.Name(), context))
@@ -1707,6 +1725,7 @@ EG_TextUnderlineLineData__::~EG_TextUnderlineLineData__()
 
 bool EG_TextUnderlineLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_uLnTx))
@@ -1763,6 +1782,7 @@ EG_TextUnderlineFill::~EG_TextUnderlineFill()
 
 bool EG_TextUnderlineFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextUnderlineFillData__::HasProperty(child.Name(), context))
@@ -1810,6 +1830,7 @@ EG_TextUnderlineFillData__::~EG_TextUnderlineFillData__()
 
 bool EG_TextUnderlineFillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_uFillTx))
@@ -2016,8 +2037,7 @@ bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2041,8 +2061,7 @@ bool CT_TextSpacingPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2067,8 +2086,7 @@ bool CT_TextSpacingPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2091,8 +2109,7 @@ bool CT_TextTabStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Algn, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2113,6 +2130,7 @@ CT_TextTabStopList::~CT_TextTabStopList()
 
 bool CT_TextTabStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tab))
@@ -2137,6 +2155,7 @@ CT_TextLineBreak::~CT_TextLineBreak()
 
 bool CT_TextLineBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -2158,6 +2177,7 @@ CT_TextSpacing::~CT_TextSpacing()
 
 bool CT_TextSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TextSpacingData__::HasProperty(child.Name(), context))
@@ -2181,6 +2201,7 @@ CT_TextSpacingData__::~CT_TextSpacingData__()
 
 bool CT_TextSpacingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spcPct))
@@ -2235,8 +2256,6 @@ CT_TextParagraphProperties::CT_TextParagraphProperties()
       m_TabLst(nullptr),
       m_DefRPr(nullptr),
       m_ExtLst(nullptr),
-      m_MarL(0),
-      m_MarR(0),
       m_Lvl(0),
       m_Indent(0),
       m_Rtl(false),
@@ -2266,9 +2285,9 @@ bool CT_TextParagraphProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
         if (attribute.Is(s_marL))
-        { if (!ParseInt32(&m_MarL, attribute.Value())) return false; m_presence |= (1u << 10); }
+        { if (!ParseVariant(&m_MarL, attribute.Value())) return false; m_presence |= (1u << 10); }
         else if (attribute.Is(s_marR))
-        { if (!ParseInt32(&m_MarR, attribute.Value())) return false; m_presence |= (1u << 11); }
+        { if (!ParseVariant(&m_MarR, attribute.Value())) return false; m_presence |= (1u << 11); }
         else if (attribute.Is(s_lvl))
         { if (!ParseInt32(&m_Lvl, attribute.Value())) return false; m_presence |= (1u << 12); }
         else if (attribute.Is(s_indent))
@@ -2314,6 +2333,10 @@ bool CT_TextParagraphProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+wxAny CT_TextParagraphProperties::GetMarL() const { return m_MarL; }
+void CT_TextParagraphProperties::SetMarL(wxAny value) { m_MarL = std::move(value); m_presence |= (1u << 10); }
+wxAny CT_TextParagraphProperties::GetMarR() const { return m_MarR; }
+void CT_TextParagraphProperties::SetMarR(wxAny value) { m_MarR = std::move(value); m_presence |= (1u << 11); }
 wxString CT_TextParagraphProperties::GetAlgn() const { return m_Algn; }
 void CT_TextParagraphProperties::SetAlgn(wxString value) { m_Algn = std::move(value); m_presence |= (1u << 14); }
 wxAny CT_TextParagraphProperties::GetDefTabSz() const { return m_DefTabSz; }
@@ -2375,6 +2398,7 @@ EG_TextRun::~EG_TextRun()
 
 bool EG_TextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_TextRunData__::HasProperty(child.Name(), context))
@@ -2426,6 +2450,7 @@ EG_TextRunData__::~EG_TextRunData__()
 
 bool EG_TextRunData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_r))
@@ -2500,6 +2525,7 @@ CT_RegularTextRun::~CT_RegularTextRun()
 
 bool CT_RegularTextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))

@@ -28,6 +28,7 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
 
 bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -102,6 +103,7 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
 
 bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -130,6 +132,7 @@ CT_GroupShape::~CT_GroupShape()
 
 bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGrpSpPr))
@@ -162,6 +165,7 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
 
 bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -218,6 +222,7 @@ CT_Drawing::~CT_Drawing()
 
 bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_spTree))
@@ -245,8 +250,7 @@ bool CT_DataModelExtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_MinVer, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -28,6 +28,7 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
 
 bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -55,6 +56,7 @@ CT_Picture::~CT_Picture()
 
 bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvPicPr))

@@ -38,8 +38,7 @@ bool CT_EffectExtent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_B, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -148,9 +147,9 @@ CT_WrapNone::~CT_WrapNone()
 
 bool CT_WrapNone::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -308,6 +307,7 @@ EG_WrapType::~EG_WrapType()
 
 bool EG_WrapType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_WrapTypeData__::HasProperty(child.Name(), context))
@@ -361,6 +361,7 @@ EG_WrapTypeData__::~EG_WrapTypeData__()
 
 bool EG_WrapTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wrapNone))
@@ -472,6 +473,7 @@ CT_PosHData__::~CT_PosHData__()
 
 bool CT_PosHData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_align))
@@ -559,6 +561,7 @@ CT_PosVData__::~CT_PosVData__()
 
 bool CT_PosVData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_align))
@@ -706,6 +709,7 @@ CT_TxbxContent::~CT_TxbxContent()
 
 bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts::HasProperty(child.Name(), context))
@@ -844,6 +848,7 @@ CT_WordprocessingShapeData__::~CT_WordprocessingShapeData__()
 
 bool CT_WordprocessingShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvSpPr))
@@ -902,6 +907,7 @@ CT_WordprocessingShapeData__1::~CT_WordprocessingShapeData__1()
 
 bool CT_WordprocessingShapeData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_txbx))
@@ -966,6 +972,7 @@ CT_GraphicFrame::~CT_GraphicFrame()
 
 bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -997,6 +1004,7 @@ CT_WordprocessingContentPartNonVisual::~CT_WordprocessingContentPartNonVisual()
 
 bool CT_WordprocessingContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1068,6 +1076,7 @@ CT_WordprocessingGroup::~CT_WordprocessingGroup()
 
 bool CT_WordprocessingGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -1108,6 +1117,7 @@ CT_WordprocessingGroupData__::~CT_WordprocessingGroupData__()
 
 bool CT_WordprocessingGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wsp))
@@ -1196,6 +1206,7 @@ CT_WordprocessingCanvas::~CT_WordprocessingCanvas()
 
 bool CT_WordprocessingCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bg))
@@ -1234,6 +1245,7 @@ CT_WordprocessingCanvasData__::~CT_WordprocessingCanvasData__()
 
 bool CT_WordprocessingCanvasData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wsp))

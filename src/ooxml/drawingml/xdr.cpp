@@ -34,8 +34,7 @@ bool CT_AnchorClientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_FPrintsWithSheet, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -54,6 +53,7 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
 
 bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -130,6 +130,7 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
 
 bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -195,6 +196,7 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
 
 bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -265,6 +267,7 @@ CT_GraphicalObjectFrameNonVisual::~CT_GraphicalObjectFrameNonVisual()
 
 bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -330,6 +333,7 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
 
 bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -356,6 +360,7 @@ CT_GroupShape::~CT_GroupShape()
 
 bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGrpSpPr))
@@ -392,6 +397,7 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
 
 bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -475,6 +481,7 @@ EG_ObjectChoices::~EG_ObjectChoices()
 
 bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ObjectChoicesData__::HasProperty(child.Name(), context))
@@ -530,6 +537,7 @@ EG_ObjectChoicesData__::~EG_ObjectChoicesData__()
 
 bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -626,8 +634,7 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -647,6 +654,7 @@ CT_Marker::~CT_Marker()
 
 bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_col))
@@ -727,6 +735,7 @@ CT_OneCellAnchor::~CT_OneCellAnchor()
 
 bool CT_OneCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_from))
@@ -760,6 +769,7 @@ CT_AbsoluteAnchor::~CT_AbsoluteAnchor()
 
 bool CT_AbsoluteAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pos))
@@ -787,6 +797,7 @@ EG_Anchor::~EG_Anchor()
 
 bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_AnchorData__::HasProperty(child.Name(), context))
@@ -836,6 +847,7 @@ EG_AnchorData__::~EG_AnchorData__()
 
 bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_twoCellAnchor))
@@ -900,6 +912,7 @@ CT_Drawing::~CT_Drawing()
 
 bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_Anchor::HasProperty(child.Name(), context))

@@ -24,6 +24,7 @@ CT_NameListType::~CT_NameListType()
 
 bool CT_NameListType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Person))
@@ -46,6 +47,7 @@ CT_PersonType::~CT_PersonType()
 
 bool CT_PersonType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Last))
@@ -78,6 +80,7 @@ CT_NameType::~CT_NameType()
 
 bool CT_NameType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_NameList))
@@ -99,6 +102,7 @@ CT_NameOrCorporateType::~CT_NameOrCorporateType()
 
 bool CT_NameOrCorporateType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_NameOrCorporateTypeData__::HasProperty(child.Name(), context))
@@ -120,6 +124,7 @@ CT_NameOrCorporateTypeData__::~CT_NameOrCorporateTypeData__()
 
 bool CT_NameOrCorporateTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_NameList))
@@ -178,6 +183,7 @@ CT_AuthorType::~CT_AuthorType()
 
 bool CT_AuthorType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_AuthorTypeData__::HasProperty(child.Name(), context))
@@ -232,6 +238,7 @@ CT_AuthorTypeData__::~CT_AuthorTypeData__()
 
 bool CT_AuthorTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Artist))
@@ -413,6 +420,7 @@ CT_SourceType::~CT_SourceType()
 
 bool CT_SourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_SourceTypeData__::HasProperty(child.Name(), context))
@@ -437,6 +445,7 @@ CT_SourceTypeData__::~CT_SourceTypeData__()
 
 bool CT_SourceTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_AbbreviatedCaseNumber))

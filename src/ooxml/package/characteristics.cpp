@@ -24,6 +24,7 @@ CT_AdditionalCharacteristics::~CT_AdditionalCharacteristics()
 
 bool CT_AdditionalCharacteristics::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_characteristic))
@@ -58,8 +59,7 @@ bool CT_Characteristic::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Vocabulary, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -24,6 +24,7 @@ CT_Types::~CT_Types()
 
 bool CT_Types::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TypesData__::HasProperty(child.Name(), context))
@@ -50,6 +51,7 @@ CT_TypesData__::~CT_TypesData__()
 
 bool CT_TypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Default))
@@ -112,8 +114,7 @@ bool CT_Default::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_ContentType, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -141,8 +142,7 @@ bool CT_Override::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_PartName, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -40,6 +40,7 @@ CT_CoreProperties::~CT_CoreProperties()
 
 bool CT_CoreProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_category))

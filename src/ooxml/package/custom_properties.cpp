@@ -25,6 +25,7 @@ CT_Properties::~CT_Properties()
 
 bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_property))
@@ -111,6 +112,7 @@ CT_PropertyData__::~CT_PropertyData__()
 
 bool CT_PropertyData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_vt_vector))

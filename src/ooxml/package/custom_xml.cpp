@@ -29,8 +29,7 @@ bool CT_DatastoreSchemaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Uri, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -49,6 +48,7 @@ CT_DatastoreSchemaRefs::~CT_DatastoreSchemaRefs()
 
 bool CT_DatastoreSchemaRefs::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_schemaRef))

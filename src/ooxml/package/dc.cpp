@@ -23,9 +23,9 @@ SimpleLiteral::~SimpleLiteral()
 
 bool SimpleLiteral::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -41,6 +41,7 @@ elementsGroup::~elementsGroup()
 
 bool elementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (elementsGroupData__::HasProperty(child.Name(), context))
@@ -89,6 +90,7 @@ elementsGroupData__::~elementsGroupData__()
 
 bool elementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_any))
@@ -136,6 +138,7 @@ elementContainer::~elementContainer()
 
 bool elementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (elementContainerData__::HasProperty(child.Name(), context))
@@ -157,6 +160,7 @@ elementContainerData__::~elementContainerData__()
 
 bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (elementsGroup::HasProperty(child.Name(), context))

@@ -23,6 +23,7 @@ CT_SignatureTime::~CT_SignatureTime()
 
 bool CT_SignatureTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Format))
@@ -57,8 +58,7 @@ bool CT_RelationshipReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -86,8 +86,7 @@ bool CT_RelationshipsGroupReference::ReadXML(wxXmlNode* node, XMLNSContext* cont
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

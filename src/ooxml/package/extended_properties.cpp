@@ -48,6 +48,7 @@ CT_Properties::~CT_Properties()
 
 bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Template))
@@ -136,6 +137,7 @@ CT_VectorVariant::~CT_VectorVariant()
 
 bool CT_VectorVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_vt_vector))
@@ -157,6 +159,7 @@ CT_VectorLpstr::~CT_VectorLpstr()
 
 bool CT_VectorLpstr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_vt_vector))
@@ -176,6 +179,7 @@ CT_DigSigBlob::~CT_DigSigBlob()
 
 bool CT_DigSigBlob::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_vt_blob))

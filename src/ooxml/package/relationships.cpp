@@ -24,6 +24,7 @@ CT_Relationships::~CT_Relationships()
 
 bool CT_Relationships::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_Relationship))
@@ -60,8 +61,7 @@ bool CT_Relationship::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -36,8 +36,7 @@ bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_SchemaLanguage, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -62,6 +61,7 @@ CT_SchemaLibrary::~CT_SchemaLibrary()
 
 bool CT_SchemaLibrary::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_schema))

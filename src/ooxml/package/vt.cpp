@@ -23,9 +23,9 @@ CT_Empty::~CT_Empty()
 
 bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -40,9 +40,9 @@ CT_Null::~CT_Null()
 
 bool CT_Null::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -103,6 +103,7 @@ CT_VectorData__::~CT_VectorData__()
 
 bool CT_VectorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_variant))
@@ -386,6 +387,7 @@ CT_ArrayData__::~CT_ArrayData__()
 
 bool CT_ArrayData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_variant))
@@ -586,6 +588,7 @@ CT_Variant::~CT_Variant()
 
 bool CT_Variant::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_VariantData__::HasProperty(child.Name(), context))
@@ -631,6 +634,7 @@ CT_VariantData__::~CT_VariantData__()
 
 bool CT_VariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_variant))
@@ -1010,8 +1014,7 @@ bool CT_Vstream::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

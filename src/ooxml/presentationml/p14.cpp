@@ -32,8 +32,7 @@ bool CT_LeftRightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* con
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -58,8 +57,7 @@ bool CT_RippleTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -90,8 +88,7 @@ bool CT_PrismTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_IsInverted, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -119,8 +116,7 @@ bool CT_GlitterTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Pattern, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -150,8 +146,7 @@ bool CT_FlyThroughTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_HasBounce, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -179,8 +174,7 @@ bool CT_ShredTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -210,8 +204,7 @@ bool CT_RevealTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -238,8 +231,7 @@ bool CT_MediaBookmarkTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_BmkName, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -263,6 +255,7 @@ CT_ContentPartNonVisual::~CT_ContentPartNonVisual()
 
 bool CT_ContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -296,8 +289,7 @@ bool CT_MediaTrim::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_End, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -327,8 +319,7 @@ bool CT_MediaFade::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Out, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -356,8 +347,7 @@ bool CT_MediaBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Time, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -378,6 +368,7 @@ CT_MediaBookmarkList::~CT_MediaBookmarkList()
 
 bool CT_MediaBookmarkList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bmk))
@@ -447,8 +438,7 @@ bool CT_SectionSlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -464,6 +454,7 @@ CT_SectionSlideIdList::~CT_SectionSlideIdList()
 
 bool CT_SectionSlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldId))
@@ -524,6 +515,7 @@ CT_SectionList::~CT_SectionList()
 
 bool CT_SectionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_section))
@@ -553,8 +545,7 @@ bool CT_BrowseMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowStatus, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -576,8 +567,7 @@ bool CT_DefaultImageDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -599,8 +589,7 @@ bool CT_DiscardImageEditData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -622,8 +611,7 @@ bool CT_ShowMediaControls::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -648,8 +636,7 @@ bool CT_LaserTracePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Y, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -672,6 +659,7 @@ CT_LaserTrace::~CT_LaserTrace()
 
 bool CT_LaserTrace::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tracePt))
@@ -695,6 +683,7 @@ CT_LaserTraceList::~CT_LaserTraceList()
 
 bool CT_LaserTraceList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tracePtLst))
@@ -724,8 +713,7 @@ bool CT_RandomId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -751,8 +739,7 @@ bool CT_TriggerEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_ObjId, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -781,8 +768,7 @@ bool CT_NullEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_ObjId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -809,8 +795,7 @@ bool CT_MediaPlaybackEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseUInt32(&m_ObjId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -839,8 +824,7 @@ bool CT_MediaSeekEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Seek, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -861,6 +845,7 @@ CT_ShowEventRecordList::~CT_ShowEventRecordList()
 
 bool CT_ShowEventRecordList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ShowEventRecordListData__::HasProperty(child.Name(), context))
@@ -897,6 +882,7 @@ CT_ShowEventRecordListData__::~CT_ShowEventRecordListData__()
 
 bool CT_ShowEventRecordListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_triggerEvt))

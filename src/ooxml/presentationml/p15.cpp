@@ -37,8 +37,7 @@ bool CT_PresetTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_InvY, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -64,8 +63,7 @@ bool CT_PresenceInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_ProviderId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -95,8 +93,7 @@ bool CT_ParentCommentIdentifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Idx, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -191,6 +188,7 @@ CT_ExtendedGuideList::~CT_ExtendedGuideList()
 
 bool CT_ExtendedGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_guide))
@@ -222,8 +220,7 @@ bool CT_ChartTrackingRefBased::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

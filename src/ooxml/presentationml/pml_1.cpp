@@ -33,8 +33,7 @@ bool CT_SideDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -59,8 +58,7 @@ bool CT_CornerDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -85,8 +83,7 @@ bool CT_EightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context
         { if (!ParseVariant(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -111,8 +108,7 @@ bool CT_OrientationTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -137,8 +133,7 @@ bool CT_InOutTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -163,8 +158,7 @@ bool CT_OptionalBlackTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ThruBlk, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -189,8 +183,7 @@ bool CT_SplitTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Dir, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -217,8 +210,7 @@ bool CT_WheelTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Spokes, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -262,6 +254,7 @@ CT_TransitionSoundAction::~CT_TransitionSoundAction()
 
 bool CT_TransitionSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TransitionSoundActionData__::HasProperty(child.Name(), context))
@@ -285,6 +278,7 @@ CT_TransitionSoundActionData__::~CT_TransitionSoundActionData__()
 
 bool CT_TransitionSoundActionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_stSnd))
@@ -471,6 +465,7 @@ CT_SlideTransitionData__::~CT_SlideTransitionData__()
 
 bool CT_SlideTransitionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_blinds))
@@ -873,8 +868,7 @@ bool CT_TLIterateIntervalTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -898,8 +892,7 @@ bool CT_TLIterateIntervalPercentage::ReadXML(wxXmlNode* node, XMLNSContext* cont
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -954,6 +947,7 @@ CT_TLIterateDataData__::~CT_TLIterateDataData__()
 
 bool CT_TLIterateDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tmAbs))
@@ -1014,8 +1008,7 @@ bool CT_TLSubShapeId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Spid, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1035,6 +1028,7 @@ CT_TLTextTargetElement::~CT_TLTextTargetElement()
 
 bool CT_TLTextTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TLTextTargetElementData__::HasProperty(child.Name(), context))
@@ -1058,6 +1052,7 @@ CT_TLTextTargetElementData__::~CT_TLTextTargetElementData__()
 
 bool CT_TLTextTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_charRg))
@@ -1121,8 +1116,7 @@ bool CT_TLOleChartTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Lvl, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1177,6 +1171,7 @@ CT_TLShapeTargetElementData__::~CT_TLShapeTargetElementData__()
 
 bool CT_TLShapeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bg))
@@ -1260,6 +1255,7 @@ CT_TLTimeTargetElement::~CT_TLTimeTargetElement()
 
 bool CT_TLTimeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TLTimeTargetElementData__::HasProperty(child.Name(), context))
@@ -1287,6 +1283,7 @@ CT_TLTimeTargetElementData__::~CT_TLTimeTargetElementData__()
 
 bool CT_TLTimeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldTgt))
@@ -1366,8 +1363,7 @@ bool CT_TLTriggerTimeNodeID::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1388,8 +1384,7 @@ bool CT_TLTriggerRuntimeNode::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1446,6 +1441,7 @@ CT_TLTimeConditionData__::~CT_TLTimeConditionData__()
 
 bool CT_TLTimeConditionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tgtEl))
@@ -1510,6 +1506,7 @@ CT_TLTimeConditionList::~CT_TLTimeConditionList()
 
 bool CT_TLTimeConditionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cond))
@@ -1533,6 +1530,7 @@ CT_TimeNodeList::~CT_TimeNodeList()
 
 bool CT_TimeNodeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TimeNodeListData__::HasProperty(child.Name(), context))
@@ -1581,6 +1579,7 @@ CT_TimeNodeListData__::~CT_TimeNodeListData__()
 
 bool CT_TimeNodeListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_par))
@@ -1868,6 +1867,7 @@ CT_TLTimeNodeParallel::~CT_TLTimeNodeParallel()
 
 bool CT_TLTimeNodeParallel::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cTn))
@@ -1933,6 +1933,7 @@ CT_TLTimeNodeExclusive::~CT_TLTimeNodeExclusive()
 
 bool CT_TLTimeNodeExclusive::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cTn))
@@ -1952,6 +1953,7 @@ CT_TLBehaviorAttributeNameList::~CT_TLBehaviorAttributeNameList()
 
 bool CT_TLBehaviorAttributeNameList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_attrName))
@@ -2046,8 +2048,7 @@ bool CT_TLAnimVariantBooleanVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2069,8 +2070,7 @@ bool CT_TLAnimVariantIntegerVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2092,8 +2092,7 @@ bool CT_TLAnimVariantFloatVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseFloat(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2114,8 +2113,7 @@ bool CT_TLAnimVariantStringVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2135,6 +2133,7 @@ CT_TLAnimVariant::~CT_TLAnimVariant()
 
 bool CT_TLAnimVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TLAnimVariantData__::HasProperty(child.Name(), context))
@@ -2164,6 +2163,7 @@ CT_TLAnimVariantData__::~CT_TLAnimVariantData__()
 
 bool CT_TLAnimVariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_boolVal))
@@ -2281,6 +2281,7 @@ CT_TLTimeAnimateValueList::~CT_TLTimeAnimateValueList()
 
 bool CT_TLTimeAnimateValueList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tav))
@@ -2362,8 +2363,7 @@ bool CT_TLByRgbColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_B, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2396,8 +2396,7 @@ bool CT_TLByHslColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_L, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2419,6 +2418,7 @@ CT_TLByAnimateColorTransform::~CT_TLByAnimateColorTransform()
 
 bool CT_TLByAnimateColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TLByAnimateColorTransformData__::HasProperty(child.Name(), context))
@@ -2442,6 +2442,7 @@ CT_TLByAnimateColorTransformData__::~CT_TLByAnimateColorTransformData__()
 
 bool CT_TLByAnimateColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rgb))
@@ -2591,8 +2592,7 @@ bool CT_TLPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Y, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2781,6 +2781,7 @@ CT_TLSetBehavior::~CT_TLSetBehavior()
 
 bool CT_TLSetBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cBhvr))

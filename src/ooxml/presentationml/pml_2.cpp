@@ -135,8 +135,7 @@ bool AG_TLBuild::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_UiExpand, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -218,6 +217,7 @@ CT_TLTemplateList::~CT_TLTemplateList()
 
 bool CT_TLTemplateList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tmpl))
@@ -302,8 +302,7 @@ bool CT_TLBuildDiagram::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Bld, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -335,8 +334,7 @@ bool CT_TLOleBuildChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_AnimBg, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -386,6 +384,7 @@ CT_TLGraphicalObjectBuildData__::~CT_TLGraphicalObjectBuildData__()
 
 bool CT_TLGraphicalObjectBuildData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bldAsOne))
@@ -441,6 +440,7 @@ CT_BuildList::~CT_BuildList()
 
 bool CT_BuildList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_BuildListData__::HasProperty(child.Name(), context))
@@ -471,6 +471,7 @@ CT_BuildListData__::~CT_BuildListData__()
 
 bool CT_BuildListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bldP))
@@ -549,6 +550,7 @@ CT_SlideTiming::~CT_SlideTiming()
 
 bool CT_SlideTiming::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tnLst))
@@ -572,9 +574,9 @@ CT_Empty::~CT_Empty()
 
 bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -599,8 +601,7 @@ bool CT_IndexRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_End, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -621,8 +622,7 @@ bool CT_SlideRelationshipListEntry::ReadXML(wxXmlNode* node, XMLNSContext* conte
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -641,6 +641,7 @@ CT_SlideRelationshipList::~CT_SlideRelationshipList()
 
 bool CT_SlideRelationshipList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sld))
@@ -670,8 +671,7 @@ bool CT_CustomShowId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -688,6 +688,7 @@ EG_SlideListChoice::~EG_SlideListChoice()
 
 bool EG_SlideListChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_SlideListChoiceData__::HasProperty(child.Name(), context))
@@ -737,6 +738,7 @@ EG_SlideListChoiceData__::~EG_SlideListChoiceData__()
 
 bool EG_SlideListChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldAll))
@@ -806,8 +808,7 @@ bool CT_CustomerData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -831,8 +832,7 @@ bool CT_TagsData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -853,6 +853,7 @@ CT_CustomerDataList::~CT_CustomerDataList()
 
 bool CT_CustomerDataList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custData))
@@ -915,6 +916,7 @@ EG_ExtensionList::~EG_ExtensionList()
 
 bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ext))
@@ -965,6 +967,7 @@ CT_ExtensionList::~CT_ExtensionList()
 
 bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ExtensionList::HasProperty(child.Name(), context))
@@ -1054,6 +1057,7 @@ CT_CommentAuthorList::~CT_CommentAuthorList()
 
 bool CT_CommentAuthorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cmAuthor))
@@ -1120,6 +1124,7 @@ CT_CommentList::~CT_CommentList()
 
 bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cm))
@@ -1162,8 +1167,7 @@ bool AG_Ole::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_ImgH, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1343,6 +1347,7 @@ CT_OleObjectData__::~CT_OleObjectData__()
 
 bool CT_OleObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_embed))
@@ -1430,6 +1435,7 @@ CT_ControlList::~CT_ControlList()
 
 bool CT_ControlList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_control))
@@ -1485,6 +1491,7 @@ CT_SlideIdList::~CT_SlideIdList()
 
 bool CT_SlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldId))
@@ -1540,6 +1547,7 @@ CT_SlideMasterIdList::~CT_SlideMasterIdList()
 
 bool CT_SlideMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldMasterId))
@@ -1593,6 +1601,7 @@ CT_NotesMasterIdList::~CT_NotesMasterIdList()
 
 bool CT_NotesMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_notesMasterId))
@@ -1643,6 +1652,7 @@ CT_HandoutMasterIdList::~CT_HandoutMasterIdList()
 
 bool CT_HandoutMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_handoutMasterId))
@@ -1668,8 +1678,7 @@ bool CT_EmbeddedFontDataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1697,6 +1706,7 @@ CT_EmbeddedFontListEntry::~CT_EmbeddedFontListEntry()
 
 bool CT_EmbeddedFontListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_font))
@@ -1725,6 +1735,7 @@ CT_EmbeddedFontList::~CT_EmbeddedFontList()
 
 bool CT_EmbeddedFontList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_embeddedFont))
@@ -1753,8 +1764,7 @@ bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1809,6 +1819,7 @@ CT_CustomShowList::~CT_CustomShowList()
 
 bool CT_CustomShowList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_custShow))
@@ -1885,8 +1896,7 @@ bool CT_SlideSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1914,8 +1924,7 @@ bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_InvalEndChars, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1978,8 +1987,7 @@ bool CT_ModifyVerifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_CryptProviderTypeExtSource, attribute.Value())) return false; m_presence |= (1u << 15); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -133,8 +133,7 @@ bool CT_ShowInfoBrowse::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowScrollbar, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -156,8 +155,7 @@ bool CT_ShowInfoKiosk::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Restart, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -174,6 +172,7 @@ EG_ShowType::~EG_ShowType()
 
 bool EG_ShowType::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShowTypeData__::HasProperty(child.Name(), context))
@@ -223,6 +222,7 @@ EG_ShowTypeData__::~EG_ShowTypeData__()
 
 bool EG_ShowTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_present))
@@ -346,6 +346,7 @@ CT_PresentationProperties::~CT_PresentationProperties()
 
 bool CT_PresentationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_htmlPubPr))
@@ -505,6 +506,7 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
 
 bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -577,6 +579,7 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
 
 bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -608,6 +611,7 @@ CT_Connector::~CT_Connector()
 
 bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvCxnSpPr))
@@ -639,6 +643,7 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
 
 bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -672,6 +677,7 @@ CT_Picture::~CT_Picture()
 
 bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvPicPr))
@@ -705,6 +711,7 @@ CT_GraphicalObjectFrameNonVisual::~CT_GraphicalObjectFrameNonVisual()
 
 bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -775,6 +782,7 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
 
 bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cNvPr))
@@ -805,6 +813,7 @@ CT_GroupShape::~CT_GroupShape()
 
 bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_nvGrpSpPr))
@@ -845,6 +854,7 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
 
 bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sp))
@@ -941,8 +951,7 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -962,6 +971,7 @@ EG_TopLevelSlide::~EG_TopLevelSlide()
 
 bool EG_TopLevelSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_clrMap))
@@ -1009,6 +1019,7 @@ EG_ChildSlide::~EG_ChildSlide()
 
 bool EG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_clrMapOvr))
@@ -1064,8 +1075,7 @@ bool AG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowMasterPhAnim, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1149,6 +1159,7 @@ EG_Background::~EG_Background()
 
 bool EG_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BackgroundData__::HasProperty(child.Name(), context))
@@ -1196,6 +1207,7 @@ EG_BackgroundData__::~EG_BackgroundData__()
 
 bool EG_BackgroundData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bgPr))
@@ -1446,6 +1458,7 @@ CT_SlideMasterTextStyles::~CT_SlideMasterTextStyles()
 
 bool CT_SlideMasterTextStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_titleStyle))
@@ -1504,6 +1517,7 @@ CT_SlideLayoutIdList::~CT_SlideLayoutIdList()
 
 bool CT_SlideLayoutIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sldLayoutId))
@@ -1589,6 +1603,7 @@ CT_HandoutMaster::~CT_HandoutMaster()
 
 bool CT_HandoutMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cSld))
@@ -1624,6 +1639,7 @@ CT_NotesMaster::~CT_NotesMaster()
 
 bool CT_NotesMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cSld))
@@ -1732,8 +1748,7 @@ bool CT_StringTag::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1754,6 +1769,7 @@ CT_TagList::~CT_TagList()
 
 bool CT_TagList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tag))
@@ -1785,8 +1801,7 @@ bool CT_NormalViewPortion::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_AutoAdjust, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1891,6 +1906,7 @@ CT_NotesTextViewProperties::~CT_NotesTextViewProperties()
 
 bool CT_NotesTextViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cViewPr))
@@ -1921,8 +1937,7 @@ bool CT_OutlineViewSlideEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Collapse, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1941,6 +1956,7 @@ CT_OutlineViewSlideList::~CT_OutlineViewSlideList()
 
 bool CT_OutlineViewSlideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sld))
@@ -1969,6 +1985,7 @@ CT_OutlineViewProperties::~CT_OutlineViewProperties()
 
 bool CT_OutlineViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cViewPr))
@@ -2033,8 +2050,7 @@ bool CT_Guide::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Pos, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2055,6 +2071,7 @@ CT_GuideList::~CT_GuideList()
 
 bool CT_GuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_guide))
@@ -2118,6 +2135,7 @@ CT_SlideViewProperties::~CT_SlideViewProperties()
 
 bool CT_SlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cSldViewPr))
@@ -2143,6 +2161,7 @@ CT_NotesViewProperties::~CT_NotesViewProperties()
 
 bool CT_NotesViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cSldViewPr))

@@ -12057,8 +12057,8 @@ public:
     wxString GetVertical() const;
     void SetVertical(wxString value);
     bool CheckVertical() const { return (m_presence & (1u << 1)) != 0; }
-    wxAny GetTextRotation() const;
-    void SetTextRotation(wxAny value);
+    unsigned int GetTextRotation() const { return m_TextRotation; }
+    void SetTextRotation(unsigned int value) { m_TextRotation = value; m_presence |= (1u << 2); }
     bool CheckTextRotation() const { return (m_presence & (1u << 2)) != 0; }
     bool GetWrapText() const { return m_WrapText; }
     void SetWrapText(bool value) { m_WrapText = value; m_presence |= (1u << 3); }
@@ -12082,7 +12082,7 @@ public:
 private:
     wxString m_Horizontal;
     wxString m_Vertical;
-    wxAny m_TextRotation;
+    unsigned int m_TextRotation;
     bool m_WrapText;
     unsigned int m_Indent;
     int m_RelativeIndent;

@@ -109,6 +109,7 @@ CT_FilterColumnData__::~CT_FilterColumnData__()
 
 bool CT_FilterColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_filters))
@@ -253,8 +254,7 @@ bool CT_Filter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -310,8 +310,7 @@ bool CT_CustomFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -347,8 +346,7 @@ bool CT_Top10::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_FilterVal, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -373,8 +371,7 @@ bool CT_ColorFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_CellColor, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -398,8 +395,7 @@ bool CT_IconFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_IconId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -433,8 +429,7 @@ bool CT_DynamicFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_MaxValIso, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -524,8 +519,7 @@ bool CT_SortCondition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_IconId, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -573,8 +567,7 @@ bool CT_DateGroupItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_DateTimeGrouping, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -598,8 +591,7 @@ bool CT_XStringElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_V, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -623,8 +615,7 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Uri, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -677,6 +668,7 @@ EG_ExtensionList::~EG_ExtensionList()
 
 bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ext))
@@ -727,6 +719,7 @@ CT_ExtensionList::~CT_ExtensionList()
 
 bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ExtensionList::HasProperty(child.Name(), context))
@@ -749,6 +742,7 @@ CT_CalcChain::~CT_CalcChain()
 
 bool CT_CalcChain::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_c))
@@ -796,8 +790,7 @@ bool CT_CalcCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_A, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -823,6 +816,7 @@ CT_Comments::~CT_Comments()
 
 bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_authors))
@@ -846,6 +840,7 @@ CT_Authors::~CT_Authors()
 
 bool CT_Authors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_author))
@@ -869,6 +864,7 @@ CT_CommentList::~CT_CommentList()
 
 bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_comment))
@@ -1047,8 +1043,7 @@ bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_SchemaLanguage, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1144,8 +1139,7 @@ bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_DataBindingLoadMode, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1166,6 +1160,7 @@ CT_Connections::~CT_Connections()
 
 bool CT_Connections::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_connection))
@@ -1313,8 +1308,7 @@ bool CT_DbPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_CommandType, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1366,8 +1360,7 @@ bool CT_OlapPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ServerFontColor, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1513,8 +1506,7 @@ bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Cell, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1575,6 +1567,7 @@ CT_TablesData__::~CT_TablesData__()
 
 bool CT_TablesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m))
@@ -1638,9 +1631,9 @@ CT_TableMissing::~CT_TableMissing()
 
 bool CT_TableMissing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1779,8 +1772,7 @@ bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Position, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2071,6 +2063,7 @@ CT_CacheSourceData__::~CT_CacheSourceData__()
 
 bool CT_CacheSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_worksheetSource))
@@ -2146,8 +2139,7 @@ bool CT_WorksheetSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2266,8 +2258,7 @@ bool CT_PageItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2338,8 +2329,7 @@ bool CT_RangeSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 7); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2445,6 +2435,7 @@ CT_SharedItemsData__::~CT_SharedItemsData__()
 
 bool CT_SharedItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m))
@@ -2962,8 +2953,7 @@ bool CT_RangePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_GroupInterval, attribute.Value())) return false; m_presence |= (1u << 7); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -93,6 +93,7 @@ CT_GroupItemsData__::~CT_GroupItemsData__()
 
 bool CT_GroupItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m))
@@ -217,6 +218,7 @@ CT_Record::~CT_Record()
 
 bool CT_Record::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_RecordData__::HasProperty(child.Name(), context))
@@ -253,6 +255,7 @@ CT_RecordData__::~CT_RecordData__()
 
 bool CT_RecordData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m))
@@ -407,8 +410,7 @@ bool CT_PCDKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Time, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -618,8 +620,7 @@ bool CT_FieldUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_X, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -817,8 +818,7 @@ bool CT_GroupMember::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Group, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -846,6 +846,7 @@ CT_TupleCache::~CT_TupleCache()
 
 bool CT_TupleCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_entries))
@@ -881,8 +882,7 @@ bool CT_ServerFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Format, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -968,6 +968,7 @@ CT_PCDSDTCEntriesData__::~CT_PCDSDTCEntriesData__()
 
 bool CT_PCDSDTCEntriesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m))
@@ -1082,8 +1083,7 @@ bool CT_Tuple::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Item, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1686,8 +1686,7 @@ bool CT_Location::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_ColPageCount, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1919,6 +1918,7 @@ CT_AutoSortScope::~CT_AutoSortScope()
 
 bool CT_AutoSortScope::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pivotArea))
@@ -2003,8 +2003,7 @@ bool CT_Item::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_E, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2277,8 +2276,7 @@ bool CT_X::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_V, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2358,8 +2356,7 @@ bool CT_Field::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_X, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2764,8 +2761,7 @@ bool CT_HierarchyUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_HierarchyUsage, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2839,8 +2835,7 @@ bool CT_MemberProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Field, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -61,8 +61,7 @@ bool CT_Member::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -122,8 +121,7 @@ bool CT_PivotDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Caption, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -211,8 +209,7 @@ bool CT_MeasureGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Caption, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -242,8 +239,7 @@ bool CT_MeasureDimensionMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Dimension, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -279,8 +275,7 @@ bool CT_PivotTableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowLastColumn, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -580,8 +575,7 @@ bool CT_Index::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_V, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -769,8 +763,7 @@ bool CT_DeletedField::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -933,6 +926,7 @@ CT_RElt::~CT_RElt()
 
 bool CT_RElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -958,6 +952,7 @@ CT_RPrElt::~CT_RPrElt()
 
 bool CT_RPrElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_RPrEltData__::HasProperty(child.Name(), context))
@@ -1010,6 +1005,7 @@ CT_RPrEltData__::~CT_RPrEltData__()
 
 bool CT_RPrEltData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rFont))
@@ -1185,6 +1181,7 @@ CT_Rst::~CT_Rst()
 
 bool CT_Rst::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_t))
@@ -1230,8 +1227,7 @@ bool CT_PhoneticPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Alignment, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1316,6 +1312,7 @@ CT_Revisions::~CT_Revisions()
 
 bool CT_Revisions::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_RevisionsData__::HasProperty(child.Name(), context))
@@ -1350,6 +1347,7 @@ CT_RevisionsData__::~CT_RevisionsData__()
 
 bool CT_RevisionsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rrc))
@@ -1532,8 +1530,7 @@ bool AG_RevData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Ra, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1681,8 +1678,7 @@ bool CT_SheetId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1733,8 +1729,7 @@ bool CT_Reviewed::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_RId, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1782,8 +1777,7 @@ bool CT_UndoInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_SId, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1857,6 +1851,7 @@ CT_RevisionRowColumnData__::~CT_RevisionRowColumnData__()
 
 bool CT_RevisionRowColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_undo))
@@ -1974,6 +1969,7 @@ CT_RevisionMoveData__::~CT_RevisionMoveData__()
 
 bool CT_RevisionMoveData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_undo))
@@ -2052,8 +2048,7 @@ bool CT_RevisionCustomView::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Action, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2129,8 +2124,7 @@ bool CT_RevisionInsertSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_SheetPosition, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2286,8 +2280,7 @@ bool CT_RevisionAutoFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ref, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2339,8 +2332,7 @@ bool CT_RevisionComment::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_NewLength, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2486,8 +2478,7 @@ bool CT_RevisionConflict::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_SheetId, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2514,8 +2505,7 @@ bool CT_RevisionQueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_FieldId, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2654,6 +2644,7 @@ CT_Macrosheet::~CT_Macrosheet()
 
 bool CT_Macrosheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetPr))
@@ -2762,6 +2753,7 @@ CT_Dialogsheet::~CT_Dialogsheet()
 
 bool CT_Dialogsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetPr))
@@ -2887,6 +2879,7 @@ CT_Worksheet::~CT_Worksheet()
 
 bool CT_Worksheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetPr))
@@ -2988,6 +2981,7 @@ CT_SheetData::~CT_SheetData()
 
 bool CT_SheetData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_row))
@@ -3017,8 +3011,7 @@ bool CT_SheetCalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_FullCalcOnLoad, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3064,8 +3057,7 @@ bool CT_SheetFormatPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt8(&m_OutlineLevelCol, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3081,6 +3073,7 @@ CT_Cols::~CT_Cols()
 
 bool CT_Cols::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_col))
@@ -3137,8 +3130,7 @@ bool CT_Col::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Collapsed, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

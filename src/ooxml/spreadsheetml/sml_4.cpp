@@ -29,8 +29,7 @@ bool CT_SheetDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ref, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -51,6 +50,7 @@ CT_SheetViews::~CT_SheetViews()
 
 bool CT_SheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetView))
@@ -192,8 +192,7 @@ bool CT_Pane::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_State, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -310,8 +309,7 @@ bool CT_Selection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { m_Sqref.clear(); if (!ParseList(&m_Sqref, attribute.Value(), ParseString)) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -384,8 +382,7 @@ bool CT_Break::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Pt, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -416,8 +413,7 @@ bool CT_OutlinePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowOutlineSymbols, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -442,8 +438,7 @@ bool CT_PageSetUpPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_FitToPage, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -541,8 +536,7 @@ bool CT_DataRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -601,8 +595,7 @@ bool CT_MergeCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ref, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -621,6 +614,7 @@ CT_SmartTags::~CT_SmartTags()
 
 bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cellSmartTags))
@@ -716,8 +710,7 @@ bool CT_CellSmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -743,8 +736,7 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -768,8 +760,7 @@ bool CT_LegacyDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -847,8 +838,7 @@ bool CT_DrawingHF::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Rff, attribute.Value())) return false; m_presence |= (1u << 18); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -867,6 +857,7 @@ CT_CustomSheetViews::~CT_CustomSheetViews()
 
 bool CT_CustomSheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customSheetView))
@@ -1257,6 +1248,7 @@ CT_Hyperlinks::~CT_Hyperlinks()
 
 bool CT_Hyperlinks::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_hyperlink))
@@ -1293,8 +1285,7 @@ bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Display, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1359,8 +1350,7 @@ bool CT_CellFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1388,6 +1378,7 @@ CT_ColorScale::~CT_ColorScale()
 
 bool CT_ColorScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cfvo))
@@ -1551,8 +1542,7 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Footer, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1586,8 +1576,7 @@ bool CT_PrintOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_GridLinesSet, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1660,8 +1649,7 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 18); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1847,8 +1835,7 @@ bool CT_SheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_SelectUnlockedCells, attribute.Value())) return false; m_presence |= (1u << 20); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1873,6 +1860,7 @@ CT_ProtectedRanges::~CT_ProtectedRanges()
 
 bool CT_ProtectedRanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_protectedRange))
@@ -2015,8 +2003,7 @@ bool CT_InputCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_NumFmtId, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2037,6 +2024,7 @@ CT_CellWatches::~CT_CellWatches()
 
 bool CT_CellWatches::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cellWatch))
@@ -2065,8 +2053,7 @@ bool CT_CellWatch::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2112,6 +2099,7 @@ CT_Chartsheet::~CT_Chartsheet()
 
 bool CT_Chartsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetPr))
@@ -2192,6 +2180,7 @@ CT_ChartsheetViews::~CT_ChartsheetViews()
 
 bool CT_ChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetView))
@@ -2273,8 +2262,7 @@ bool CT_ChartsheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Objects, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2338,8 +2326,7 @@ bool CT_CsPageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 12); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2364,6 +2351,7 @@ CT_CustomChartsheetViews::~CT_CustomChartsheetViews()
 
 bool CT_CustomChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customSheetView))
@@ -2435,6 +2423,7 @@ CT_CustomProperties::~CT_CustomProperties()
 
 bool CT_CustomProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customPr))
@@ -2465,8 +2454,7 @@ bool CT_CustomProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2487,6 +2475,7 @@ CT_OleObjects::~CT_OleObjects()
 
 bool CT_OleObjects::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_oleObject))
@@ -2676,8 +2665,7 @@ bool CT_WebPublishItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_AutoRepublish, attribute.Value())) return false; m_presence |= (1u << 7); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2706,6 +2694,7 @@ CT_Controls::~CT_Controls()
 
 bool CT_Controls::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_control))

@@ -26,6 +26,7 @@ CT_IgnoredErrors::~CT_IgnoredErrors()
 
 bool CT_IgnoredErrors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ignoredError))
@@ -83,8 +84,7 @@ bool CT_IgnoredError::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_CalculatedColumn, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -137,8 +137,7 @@ bool CT_TablePart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -169,6 +168,7 @@ CT_Metadata::~CT_Metadata()
 
 bool CT_Metadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_metadataTypes))
@@ -319,8 +319,7 @@ bool CT_MetadataType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_CellMeta, attribute.Value())) return false; m_presence |= (1u << 27); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -368,6 +367,7 @@ CT_MetadataBlock::~CT_MetadataBlock()
 
 bool CT_MetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rc))
@@ -400,8 +400,7 @@ bool CT_MetadataRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_V, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -455,6 +454,7 @@ CT_FutureMetadataBlock::~CT_FutureMetadataBlock()
 
 bool CT_FutureMetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_extLst))
@@ -543,6 +543,7 @@ CT_MdxData__::~CT_MdxData__()
 
 bool CT_MdxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_t))
@@ -721,8 +722,7 @@ bool CT_MdxMemeberProp::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_Np, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -749,8 +749,7 @@ bool CT_MdxKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_P, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -778,8 +777,7 @@ bool CT_MetadataStringIndex::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_S, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -824,6 +822,7 @@ CT_SingleXmlCells::~CT_SingleXmlCells()
 
 bool CT_SingleXmlCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_singleXmlCell))
@@ -979,6 +978,7 @@ CT_Stylesheet::~CT_Stylesheet()
 
 bool CT_Stylesheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numFmts))
@@ -1009,6 +1009,7 @@ bool CT_Stylesheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 
 CT_CellAlignment::CT_CellAlignment()
     : m_Vertical(s_bottom),
+      m_TextRotation(0),
       m_WrapText(false),
       m_Indent(0),
       m_RelativeIndent(0),
@@ -1032,7 +1033,7 @@ bool CT_CellAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_vertical))
         { if (!ParseString(&m_Vertical, attribute.Value())) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_textRotation))
-        { if (!ParseVariant(&m_TextRotation, attribute.Value())) return false; m_presence |= (1u << 2); }
+        { if (!ParseUInt32(&m_TextRotation, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_wrapText))
         { if (!ParseBool(&m_WrapText, attribute.Value())) return false; m_presence |= (1u << 3); }
         else if (attribute.Is(s_indent))
@@ -1047,8 +1048,7 @@ bool CT_CellAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_ReadingOrder, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1056,8 +1056,6 @@ wxString CT_CellAlignment::GetHorizontal() const { return m_Horizontal; }
 void CT_CellAlignment::SetHorizontal(wxString value) { m_Horizontal = std::move(value); m_presence |= (1u << 0); }
 wxString CT_CellAlignment::GetVertical() const { return m_Vertical; }
 void CT_CellAlignment::SetVertical(wxString value) { m_Vertical = std::move(value); m_presence |= (1u << 1); }
-wxAny CT_CellAlignment::GetTextRotation() const { return m_TextRotation; }
-void CT_CellAlignment::SetTextRotation(wxAny value) { m_TextRotation = std::move(value); m_presence |= (1u << 2); }
 
 CT_Borders::CT_Borders()
     : m_Count(0),
@@ -1204,8 +1202,7 @@ bool CT_CellProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Hidden, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1280,6 +1277,7 @@ CT_Fill::~CT_Fill()
 
 bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_FillData__::HasProperty(child.Name(), context))
@@ -1303,6 +1301,7 @@ CT_FillData__::~CT_FillData__()
 
 bool CT_FillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_patternFill))
@@ -1408,8 +1407,7 @@ bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Tint, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1538,8 +1536,7 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_FormatCode, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1802,6 +1799,7 @@ CT_Dxf::~CT_Dxf()
 
 bool CT_Dxf::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_font))
@@ -1837,6 +1835,7 @@ CT_Colors::~CT_Colors()
 
 bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_indexedColors))
@@ -1859,6 +1858,7 @@ CT_IndexedColors::~CT_IndexedColors()
 
 bool CT_IndexedColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rgbColor))
@@ -1882,6 +1882,7 @@ CT_MRUColors::~CT_MRUColors()
 
 bool CT_MRUColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_color))
@@ -1910,8 +1911,7 @@ bool CT_RgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Rgb, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2017,8 +2017,7 @@ bool CT_TableStyleElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_DxfId, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2043,8 +2042,7 @@ bool CT_BooleanProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2066,8 +2064,7 @@ bool CT_FontSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseDouble(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2089,8 +2086,7 @@ bool CT_IntProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2111,8 +2107,7 @@ bool CT_FontName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2136,8 +2131,7 @@ bool CT_VerticalAlignFontProperty::ReadXML(wxXmlNode* node, XMLNSContext* contex
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2161,8 +2155,7 @@ bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2187,8 +2180,7 @@ bool CT_UnderlineProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2207,6 +2199,7 @@ CT_Font::~CT_Font()
 
 bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_FontData__::HasProperty(child.Name(), context))
@@ -2259,6 +2252,7 @@ CT_FontData__::~CT_FontData__()
 
 bool CT_FontData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -2437,8 +2431,7 @@ bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -48,8 +48,7 @@ bool AG_AutoFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ApplyWidthHeightFormats, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -135,6 +134,7 @@ CT_ExternalLink::~CT_ExternalLink()
 
 bool CT_ExternalLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ExternalLinkData__::HasProperty(child.Name(), context))
@@ -162,6 +162,7 @@ CT_ExternalLinkData__::~CT_ExternalLinkData__()
 
 bool CT_ExternalLinkData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_externalBook))
@@ -263,6 +264,7 @@ CT_ExternalSheetNames::~CT_ExternalSheetNames()
 
 bool CT_ExternalSheetNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetName))
@@ -291,8 +293,7 @@ bool CT_ExternalSheetName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -311,6 +312,7 @@ CT_ExternalDefinedNames::~CT_ExternalDefinedNames()
 
 bool CT_ExternalDefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_definedName))
@@ -344,8 +346,7 @@ bool CT_ExternalDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_SheetId, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -366,6 +367,7 @@ CT_ExternalSheetDataSet::~CT_ExternalSheetDataSet()
 
 bool CT_ExternalSheetDataSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheetData))
@@ -520,6 +522,7 @@ CT_DdeItems::~CT_DdeItems()
 
 bool CT_DdeItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ddeItem))
@@ -677,6 +680,7 @@ CT_OleItems::~CT_OleItems()
 
 bool CT_OleItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_oleItem))
@@ -714,8 +718,7 @@ bool CT_OleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_PreferPic, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -867,8 +870,7 @@ bool CT_TableStyleInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ShowColumnStripes, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1005,8 +1007,7 @@ bool CT_TableFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1066,6 +1067,7 @@ CT_VolTypes::~CT_VolTypes()
 
 bool CT_VolTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_volType))
@@ -1198,8 +1200,7 @@ bool CT_VolTopicRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_S, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1333,8 +1334,7 @@ bool CT_FileVersion::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_CodeName, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1361,6 +1361,7 @@ CT_BookViews::~CT_BookViews()
 
 bool CT_BookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_workbookView))
@@ -1450,6 +1451,7 @@ CT_CustomWorkbookViews::~CT_CustomWorkbookViews()
 
 bool CT_CustomWorkbookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customWorkbookView))
@@ -1576,6 +1578,7 @@ CT_Sheets::~CT_Sheets()
 
 bool CT_Sheets::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sheet))
@@ -1612,8 +1615,7 @@ bool CT_Sheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1692,8 +1694,7 @@ bool CT_WorkbookPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_DefaultThemeVersion, attribute.Value())) return false; m_presence |= (1u << 17); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1725,8 +1726,7 @@ bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Show, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1745,6 +1745,7 @@ CT_SmartTagTypes::~CT_SmartTagTypes()
 
 bool CT_SmartTagTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_smartTagType))
@@ -1777,8 +1778,7 @@ bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Url, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1816,8 +1816,7 @@ bool CT_FileRecoveryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_RepairLoad, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1875,8 +1874,7 @@ bool CT_CalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_ForceFullCalc, attribute.Value())) return false; m_presence |= (1u << 12); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1897,6 +1895,7 @@ CT_DefinedNames::~CT_DefinedNames()
 
 bool CT_DefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_definedName))
@@ -1963,8 +1962,7 @@ bool CT_DefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1997,6 +1995,7 @@ CT_ExternalReferences::~CT_ExternalReferences()
 
 bool CT_ExternalReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_externalReference))
@@ -2025,8 +2024,7 @@ bool CT_ExternalReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2050,8 +2048,7 @@ bool CT_SheetBackgroundPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2070,6 +2067,7 @@ CT_PivotCaches::~CT_PivotCaches()
 
 bool CT_PivotCaches::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pivotCache))
@@ -2101,8 +2099,7 @@ bool CT_PivotCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2140,8 +2137,7 @@ bool CT_FileSharing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_SpinCount, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2173,8 +2169,7 @@ bool CT_OleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ref, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2231,8 +2226,7 @@ bool CT_WorkbookProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseUInt32(&m_WorkbookSpinCount, attribute.Value())) return false; m_presence |= (1u << 14); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2298,8 +2292,7 @@ bool CT_WebPublishing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_CharacterSet, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2354,8 +2347,7 @@ bool CT_FunctionGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Name, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2420,8 +2412,7 @@ bool CT_WebPublishObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseBool(&m_AutoRepublish, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

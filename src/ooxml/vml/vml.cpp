@@ -34,8 +34,7 @@ bool AG_Id::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -84,8 +83,7 @@ bool AG_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Style, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -134,8 +132,7 @@ bool AG_Type::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -184,8 +181,7 @@ bool AG_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Adj, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -234,8 +230,7 @@ bool AG_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Path, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -286,8 +281,7 @@ bool AG_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Fillcolor, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -345,8 +339,7 @@ bool AG_Chromakey::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Chromakey, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -395,8 +388,7 @@ bool AG_Ext::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Ext, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -469,8 +461,7 @@ bool AG_CoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Print, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -621,8 +612,7 @@ bool AG_ShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Insetpen, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -705,12 +695,7 @@ bool AG_ShapeAttributes::HasProperty(const wxString& name, XMLNSContext* context
 }
 
 AG_OfficeCoreAttributes::AG_OfficeCoreAttributes()
-    : m_O_regroupid(0),
-      m_O_hrpct(0),
-      m_O_hralign(s_left),
-      m_O_dgmlayout(0),
-      m_O_dgmnodekind(0),
-      m_O_dgmlayoutmru(0),
+    : m_O_hralign(s_left),
       m_O_insetmode(s_custom),
       m_presence(0)
 {
@@ -729,7 +714,7 @@ bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_o_oned))
         { if (!ParseString(&m_O_oned, attribute.Value())) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_o_regroupid))
-        { if (!ParseInt32(&m_O_regroupid, attribute.Value())) return false; m_presence |= (1u << 2); }
+        { if (!ParseString(&m_O_regroupid, attribute.Value())) return false; m_presence |= (1u << 2); }
         else if (attribute.Is(s_o_doubleclicknotify))
         { if (!ParseString(&m_O_doubleclicknotify, attribute.Value())) return false; m_presence |= (1u << 3); }
         else if (attribute.Is(s_o_button))
@@ -745,7 +730,7 @@ bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_o_hrnoshade))
         { if (!ParseString(&m_O_hrnoshade, attribute.Value())) return false; m_presence |= (1u << 9); }
         else if (attribute.Is(s_o_hrpct))
-        { if (!ParseFloat(&m_O_hrpct, attribute.Value())) return false; m_presence |= (1u << 10); }
+        { if (!ParseString(&m_O_hrpct, attribute.Value())) return false; m_presence |= (1u << 10); }
         else if (attribute.Is(s_o_hralign))
         { if (!ParseString(&m_O_hralign, attribute.Value())) return false; m_presence |= (1u << 11); }
         else if (attribute.Is(s_o_allowincell))
@@ -763,17 +748,16 @@ bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_o_borderrightcolor))
         { if (!ParseString(&m_O_borderrightcolor, attribute.Value())) return false; m_presence |= (1u << 18); }
         else if (attribute.Is(s_o_dgmlayout))
-        { if (!ParseInt32(&m_O_dgmlayout, attribute.Value())) return false; m_presence |= (1u << 19); }
+        { if (!ParseString(&m_O_dgmlayout, attribute.Value())) return false; m_presence |= (1u << 19); }
         else if (attribute.Is(s_o_dgmnodekind))
-        { if (!ParseInt32(&m_O_dgmnodekind, attribute.Value())) return false; m_presence |= (1u << 20); }
+        { if (!ParseString(&m_O_dgmnodekind, attribute.Value())) return false; m_presence |= (1u << 20); }
         else if (attribute.Is(s_o_dgmlayoutmru))
-        { if (!ParseInt32(&m_O_dgmlayoutmru, attribute.Value())) return false; m_presence |= (1u << 21); }
+        { if (!ParseString(&m_O_dgmlayoutmru, attribute.Value())) return false; m_presence |= (1u << 21); }
         else if (attribute.Is(s_o_insetmode))
         { if (!ParseString(&m_O_insetmode, attribute.Value())) return false; m_presence |= (1u << 22); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -781,6 +765,8 @@ wxString AG_OfficeCoreAttributes::GetO_spid() const { return m_O_spid; }
 void AG_OfficeCoreAttributes::SetO_spid(wxString value) { m_O_spid = std::move(value); m_presence |= (1u << 0); }
 wxString AG_OfficeCoreAttributes::GetO_oned() const { return m_O_oned; }
 void AG_OfficeCoreAttributes::SetO_oned(wxString value) { m_O_oned = std::move(value); m_presence |= (1u << 1); }
+wxString AG_OfficeCoreAttributes::GetO_regroupid() const { return m_O_regroupid; }
+void AG_OfficeCoreAttributes::SetO_regroupid(wxString value) { m_O_regroupid = std::move(value); m_presence |= (1u << 2); }
 wxString AG_OfficeCoreAttributes::GetO_doubleclicknotify() const { return m_O_doubleclicknotify; }
 void AG_OfficeCoreAttributes::SetO_doubleclicknotify(wxString value) { m_O_doubleclicknotify = std::move(value); m_presence |= (1u << 3); }
 wxString AG_OfficeCoreAttributes::GetO_button() const { return m_O_button; }
@@ -795,6 +781,8 @@ wxString AG_OfficeCoreAttributes::GetO_hrstd() const { return m_O_hrstd; }
 void AG_OfficeCoreAttributes::SetO_hrstd(wxString value) { m_O_hrstd = std::move(value); m_presence |= (1u << 8); }
 wxString AG_OfficeCoreAttributes::GetO_hrnoshade() const { return m_O_hrnoshade; }
 void AG_OfficeCoreAttributes::SetO_hrnoshade(wxString value) { m_O_hrnoshade = std::move(value); m_presence |= (1u << 9); }
+wxString AG_OfficeCoreAttributes::GetO_hrpct() const { return m_O_hrpct; }
+void AG_OfficeCoreAttributes::SetO_hrpct(wxString value) { m_O_hrpct = std::move(value); m_presence |= (1u << 10); }
 wxString AG_OfficeCoreAttributes::GetO_hralign() const { return m_O_hralign; }
 void AG_OfficeCoreAttributes::SetO_hralign(wxString value) { m_O_hralign = std::move(value); m_presence |= (1u << 11); }
 wxString AG_OfficeCoreAttributes::GetO_allowincell() const { return m_O_allowincell; }
@@ -811,6 +799,12 @@ wxString AG_OfficeCoreAttributes::GetO_borderbottomcolor() const { return m_O_bo
 void AG_OfficeCoreAttributes::SetO_borderbottomcolor(wxString value) { m_O_borderbottomcolor = std::move(value); m_presence |= (1u << 17); }
 wxString AG_OfficeCoreAttributes::GetO_borderrightcolor() const { return m_O_borderrightcolor; }
 void AG_OfficeCoreAttributes::SetO_borderrightcolor(wxString value) { m_O_borderrightcolor = std::move(value); m_presence |= (1u << 18); }
+wxString AG_OfficeCoreAttributes::GetO_dgmlayout() const { return m_O_dgmlayout; }
+void AG_OfficeCoreAttributes::SetO_dgmlayout(wxString value) { m_O_dgmlayout = std::move(value); m_presence |= (1u << 19); }
+wxString AG_OfficeCoreAttributes::GetO_dgmnodekind() const { return m_O_dgmnodekind; }
+void AG_OfficeCoreAttributes::SetO_dgmnodekind(wxString value) { m_O_dgmnodekind = std::move(value); m_presence |= (1u << 20); }
+wxString AG_OfficeCoreAttributes::GetO_dgmlayoutmru() const { return m_O_dgmlayoutmru; }
+void AG_OfficeCoreAttributes::SetO_dgmlayoutmru(wxString value) { m_O_dgmlayoutmru = std::move(value); m_presence |= (1u << 21); }
 wxString AG_OfficeCoreAttributes::GetO_insetmode() const { return m_O_insetmode; }
 void AG_OfficeCoreAttributes::SetO_insetmode(wxString value) { m_O_insetmode = std::move(value); m_presence |= (1u << 22); }
 
@@ -838,7 +832,7 @@ bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, 
     }
     if (match.Is(s_o_regroupid))
     {
-        if (!ParseInt32(&m_O_regroupid, value)) return false;
+        if (!ParseString(&m_O_regroupid, value)) return false;
         m_presence |= (1u << 2);
         return true;
     }
@@ -886,7 +880,7 @@ bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, 
     }
     if (match.Is(s_o_hrpct))
     {
-        if (!ParseFloat(&m_O_hrpct, value)) return false;
+        if (!ParseString(&m_O_hrpct, value)) return false;
         m_presence |= (1u << 10);
         return true;
     }
@@ -940,19 +934,19 @@ bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, 
     }
     if (match.Is(s_o_dgmlayout))
     {
-        if (!ParseInt32(&m_O_dgmlayout, value)) return false;
+        if (!ParseString(&m_O_dgmlayout, value)) return false;
         m_presence |= (1u << 19);
         return true;
     }
     if (match.Is(s_o_dgmnodekind))
     {
-        if (!ParseInt32(&m_O_dgmnodekind, value)) return false;
+        if (!ParseString(&m_O_dgmnodekind, value)) return false;
         m_presence |= (1u << 20);
         return true;
     }
     if (match.Is(s_o_dgmlayoutmru))
     {
-        if (!ParseInt32(&m_O_dgmlayoutmru, value)) return false;
+        if (!ParseString(&m_O_dgmlayoutmru, value)) return false;
         m_presence |= (1u << 21);
         return true;
     }
@@ -994,8 +988,7 @@ bool AG_OfficeCoreAttributes::HasProperty(const wxString& name, XMLNSContext* co
 }
 
 AG_OfficeShapeAttributes::AG_OfficeShapeAttributes()
-    : m_O_spt(0),
-      m_O_connectortype(s_straight),
+    : m_O_connectortype(s_straight),
       m_presence(0)
 {
 }
@@ -1009,7 +1002,7 @@ bool AG_OfficeShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
         if (attribute.Is(s_o_spt))
-        { if (!ParseFloat(&m_O_spt, attribute.Value())) return false; m_presence |= (1u << 0); }
+        { if (!ParseString(&m_O_spt, attribute.Value())) return false; m_presence |= (1u << 0); }
         else if (attribute.Is(s_o_connectortype))
         { if (!ParseString(&m_O_connectortype, attribute.Value())) return false; m_presence |= (1u << 1); }
         else if (attribute.Is(s_o_bwmode))
@@ -1032,11 +1025,12 @@ bool AG_OfficeShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_O_clip, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
+wxString AG_OfficeShapeAttributes::GetO_spt() const { return m_O_spt; }
+void AG_OfficeShapeAttributes::SetO_spt(wxString value) { m_O_spt = std::move(value); m_presence |= (1u << 0); }
 wxString AG_OfficeShapeAttributes::GetO_connectortype() const { return m_O_connectortype; }
 void AG_OfficeShapeAttributes::SetO_connectortype(wxString value) { m_O_connectortype = std::move(value); m_presence |= (1u << 1); }
 wxString AG_OfficeShapeAttributes::GetO_bwmode() const { return m_O_bwmode; }
@@ -1070,7 +1064,7 @@ bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxString value,
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_o_spt))
     {
-        if (!ParseFloat(&m_O_spt, value)) return false;
+        if (!ParseString(&m_O_spt, value)) return false;
         m_presence |= (1u << 0);
         return true;
     }
@@ -1176,8 +1170,7 @@ bool AG_AllCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!SetAttribute(m_AG_OfficeCoreAttributes, attribute.Name(), attribute.Value(), context)) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1234,8 +1227,7 @@ bool AG_AllShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!SetAttribute(m_AG_OfficeShapeAttributes, attribute.Name(), attribute.Value(), context)) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1304,8 +1296,7 @@ bool AG_ImageAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Bilevel, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1419,8 +1410,7 @@ bool AG_ImageAttributes::HasProperty(const wxString& name, XMLNSContext* context
 }
 
 AG_StrokeAttributes::AG_StrokeAttributes()
-    : m_Miterlimit(0),
-      m_presence(0)
+    : m_presence(0)
 {
 }
 
@@ -1443,7 +1433,7 @@ bool AG_StrokeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (attribute.Is(s_linestyle))
         { if (!ParseString(&m_Linestyle, attribute.Value())) return false; m_presence |= (1u << 4); }
         else if (attribute.Is(s_miterlimit))
-        { if (!ParseDouble(&m_Miterlimit, attribute.Value())) return false; m_presence |= (1u << 5); }
+        { if (!ParseString(&m_Miterlimit, attribute.Value())) return false; m_presence |= (1u << 5); }
         else if (attribute.Is(s_joinstyle))
         { if (!ParseString(&m_Joinstyle, attribute.Value())) return false; m_presence |= (1u << 6); }
         else if (attribute.Is(s_endcap))
@@ -1490,8 +1480,7 @@ bool AG_StrokeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_O_relid, attribute.Value())) return false; m_presence |= (1u << 27); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1505,6 +1494,8 @@ wxString AG_StrokeAttributes::GetOpacity() const { return m_Opacity; }
 void AG_StrokeAttributes::SetOpacity(wxString value) { m_Opacity = std::move(value); m_presence |= (1u << 3); }
 wxString AG_StrokeAttributes::GetLinestyle() const { return m_Linestyle; }
 void AG_StrokeAttributes::SetLinestyle(wxString value) { m_Linestyle = std::move(value); m_presence |= (1u << 4); }
+wxString AG_StrokeAttributes::GetMiterlimit() const { return m_Miterlimit; }
+void AG_StrokeAttributes::SetMiterlimit(wxString value) { m_Miterlimit = std::move(value); m_presence |= (1u << 5); }
 wxString AG_StrokeAttributes::GetJoinstyle() const { return m_Joinstyle; }
 void AG_StrokeAttributes::SetJoinstyle(wxString value) { m_Joinstyle = std::move(value); m_presence |= (1u << 6); }
 wxString AG_StrokeAttributes::GetEndcap() const { return m_Endcap; }
@@ -1592,7 +1583,7 @@ bool AG_StrokeAttributes::SetProperty(const wxString& name, wxString value, XMLN
     }
     if (match.Is(s_miterlimit))
     {
-        if (!ParseDouble(&m_Miterlimit, value)) return false;
+        if (!ParseString(&m_Miterlimit, value)) return false;
         m_presence |= (1u << 5);
         return true;
     }
@@ -1777,6 +1768,7 @@ EG_ShapeElements::~EG_ShapeElements()
 
 bool EG_ShapeElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElementsData__::HasProperty(child.Name(), context))
@@ -1866,6 +1858,7 @@ EG_ShapeElementsData__::~EG_ShapeElementsData__()
 
 bool EG_ShapeElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_path))
@@ -2171,6 +2164,7 @@ CT_ShapeData__::~CT_ShapeData__()
 
 bool CT_ShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))
@@ -2365,6 +2359,7 @@ CT_GroupData__::~CT_GroupData__()
 
 bool CT_GroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))
@@ -2700,6 +2695,7 @@ CT_Formulas::~CT_Formulas()
 
 bool CT_Formulas::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_f))
@@ -2728,8 +2724,7 @@ bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Eqn, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2748,6 +2743,7 @@ CT_Handles::~CT_Handles()
 
 bool CT_Handles::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_h))
@@ -2792,8 +2788,7 @@ bool CT_H::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Radiusrange, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2869,8 +2864,7 @@ bool CT_ImageData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_href, attribute.Value())) return false; m_presence |= (1u << 14); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2942,8 +2936,7 @@ bool CT_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_O_extrusionok, attribute.Value())) return false; m_presence |= (1u << 14); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3015,8 +3008,7 @@ bool CT_Shadow::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Matrix, attribute.Value())) return false; m_presence |= (1u << 10); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3148,6 +3140,7 @@ CT_TextboxData__::~CT_TextboxData__()
 
 bool CT_TextboxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_w_txbxContent))
@@ -3217,8 +3210,7 @@ bool CT_TextPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_String, attribute.Value())) return false; m_presence |= (1u << 7); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3451,6 +3443,7 @@ CT_OvalData__::~CT_OvalData__()
 
 bool CT_OvalData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))
@@ -3539,6 +3532,7 @@ CT_PolyLineData__::~CT_PolyLineData__()
 
 bool CT_PolyLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))
@@ -3628,6 +3622,7 @@ CT_RectData__::~CT_RectData__()
 
 bool CT_RectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))
@@ -3713,6 +3708,7 @@ CT_RoundRectData__::~CT_RoundRectData__()
 
 bool CT_RoundRectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ShapeElements::HasProperty(child.Name(), context))

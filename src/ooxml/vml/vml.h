@@ -410,8 +410,8 @@ public:
     wxString GetO_oned() const;
     void SetO_oned(wxString value);
     bool CheckO_oned() const { return (m_presence & (1u << 1)) != 0; }
-    int GetO_regroupid() const { return m_O_regroupid; }
-    void SetO_regroupid(int value) { m_O_regroupid = value; m_presence |= (1u << 2); }
+    wxString GetO_regroupid() const;
+    void SetO_regroupid(wxString value);
     bool CheckO_regroupid() const { return (m_presence & (1u << 2)) != 0; }
     wxString GetO_doubleclicknotify() const;
     void SetO_doubleclicknotify(wxString value);
@@ -434,8 +434,8 @@ public:
     wxString GetO_hrnoshade() const;
     void SetO_hrnoshade(wxString value);
     bool CheckO_hrnoshade() const { return (m_presence & (1u << 9)) != 0; }
-    float GetO_hrpct() const { return m_O_hrpct; }
-    void SetO_hrpct(float value) { m_O_hrpct = value; m_presence |= (1u << 10); }
+    wxString GetO_hrpct() const;
+    void SetO_hrpct(wxString value);
     bool CheckO_hrpct() const { return (m_presence & (1u << 10)) != 0; }
     wxString GetO_hralign() const;
     void SetO_hralign(wxString value);
@@ -461,14 +461,14 @@ public:
     wxString GetO_borderrightcolor() const;
     void SetO_borderrightcolor(wxString value);
     bool CheckO_borderrightcolor() const { return (m_presence & (1u << 18)) != 0; }
-    int GetO_dgmlayout() const { return m_O_dgmlayout; }
-    void SetO_dgmlayout(int value) { m_O_dgmlayout = value; m_presence |= (1u << 19); }
+    wxString GetO_dgmlayout() const;
+    void SetO_dgmlayout(wxString value);
     bool CheckO_dgmlayout() const { return (m_presence & (1u << 19)) != 0; }
-    int GetO_dgmnodekind() const { return m_O_dgmnodekind; }
-    void SetO_dgmnodekind(int value) { m_O_dgmnodekind = value; m_presence |= (1u << 20); }
+    wxString GetO_dgmnodekind() const;
+    void SetO_dgmnodekind(wxString value);
     bool CheckO_dgmnodekind() const { return (m_presence & (1u << 20)) != 0; }
-    int GetO_dgmlayoutmru() const { return m_O_dgmlayoutmru; }
-    void SetO_dgmlayoutmru(int value) { m_O_dgmlayoutmru = value; m_presence |= (1u << 21); }
+    wxString GetO_dgmlayoutmru() const;
+    void SetO_dgmlayoutmru(wxString value);
     bool CheckO_dgmlayoutmru() const { return (m_presence & (1u << 21)) != 0; }
     wxString GetO_insetmode() const;
     void SetO_insetmode(wxString value);
@@ -477,7 +477,7 @@ public:
 private:
     wxString m_O_spid;
     wxString m_O_oned;
-    int m_O_regroupid;
+    wxString m_O_regroupid;
     wxString m_O_doubleclicknotify;
     wxString m_O_button;
     wxString m_O_userhidden;
@@ -485,7 +485,7 @@ private:
     wxString m_O_hr;
     wxString m_O_hrstd;
     wxString m_O_hrnoshade;
-    float m_O_hrpct;
+    wxString m_O_hrpct;
     wxString m_O_hralign;
     wxString m_O_allowincell;
     wxString m_O_allowoverlap;
@@ -494,9 +494,9 @@ private:
     wxString m_O_borderleftcolor;
     wxString m_O_borderbottomcolor;
     wxString m_O_borderrightcolor;
-    int m_O_dgmlayout;
-    int m_O_dgmnodekind;
-    int m_O_dgmlayoutmru;
+    wxString m_O_dgmlayout;
+    wxString m_O_dgmnodekind;
+    wxString m_O_dgmlayoutmru;
     wxString m_O_insetmode;
     std::uint32_t m_presence;
 };
@@ -517,8 +517,8 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
-    float GetO_spt() const { return m_O_spt; }
-    void SetO_spt(float value) { m_O_spt = value; m_presence |= (1u << 0); }
+    wxString GetO_spt() const;
+    void SetO_spt(wxString value);
     bool CheckO_spt() const { return (m_presence & (1u << 0)) != 0; }
     wxString GetO_connectortype() const;
     void SetO_connectortype(wxString value);
@@ -552,7 +552,7 @@ public:
     bool CheckO_clip() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
-    float m_O_spt;
+    wxString m_O_spt;
     wxString m_O_connectortype;
     wxString m_O_bwmode;
     wxString m_O_bwpure;
@@ -716,8 +716,8 @@ public:
     wxString GetLinestyle() const;
     void SetLinestyle(wxString value);
     bool CheckLinestyle() const { return (m_presence & (1u << 4)) != 0; }
-    double GetMiterlimit() const { return m_Miterlimit; }
-    void SetMiterlimit(double value) { m_Miterlimit = value; m_presence |= (1u << 5); }
+    wxString GetMiterlimit() const;
+    void SetMiterlimit(wxString value);
     bool CheckMiterlimit() const { return (m_presence & (1u << 5)) != 0; }
     wxString GetJoinstyle() const;
     void SetJoinstyle(wxString value);
@@ -792,7 +792,7 @@ private:
     wxString m_Color;
     wxString m_Opacity;
     wxString m_Linestyle;
-    double m_Miterlimit;
+    wxString m_Miterlimit;
     wxString m_Joinstyle;
     wxString m_Endcap;
     wxString m_Dashstyle;

@@ -126,8 +126,7 @@ bool CT_Ink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_ContentType, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -181,8 +180,7 @@ bool CT_SignatureLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Sigprovurl, attribute.Value())) return false; m_presence |= (1u << 12); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -268,8 +266,7 @@ bool CT_IdMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Data, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -327,8 +324,7 @@ bool CT_Entry::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Old, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -430,8 +426,7 @@ bool CT_Proxy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Connectloc, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -519,8 +514,7 @@ bool CT_EquationXml::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_ContentType, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -582,8 +576,7 @@ bool CT_Relation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Idcntr, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -615,8 +608,7 @@ bool CT_ColorMru::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Colors, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -650,8 +642,7 @@ bool CT_ColorMenu::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Extrusioncolor, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -693,8 +684,7 @@ bool CT_Skew::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Matrix, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -798,8 +788,7 @@ bool CT_Extrusion::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Lightharsh2, attribute.Value())) return false; m_presence |= (std::uint64_t(1) << 32); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -908,8 +897,7 @@ bool CT_Callout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Minusy, attribute.Value())) return false; m_presence |= (1u << 13); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -981,8 +969,7 @@ bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Shapetype, attribute.Value())) return false; m_presence |= (1u << 11); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1089,8 +1076,7 @@ bool CT_Complex::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!SetAttribute(m_V_AG_Ext, attribute.Name(), attribute.Value(), context)) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1166,8 +1152,7 @@ bool CT_StrokeChild::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Forcedash, attribute.Value())) return false; m_presence |= (1u << 26); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1239,8 +1224,7 @@ bool CT_ClipPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_V, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1268,8 +1252,7 @@ bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

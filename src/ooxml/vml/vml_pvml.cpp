@@ -23,9 +23,9 @@ CT_Empty::~CT_Empty()
 
 bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -46,8 +46,7 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

@@ -34,8 +34,7 @@ bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Shadow, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -67,8 +66,7 @@ bool CT_Wrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Anchory, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -92,9 +90,9 @@ CT_AnchorLock::~CT_AnchorLock()
 
 bool CT_AnchorLock::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

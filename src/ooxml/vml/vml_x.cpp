@@ -70,6 +70,7 @@ CT_ClientDataData__::~CT_ClientDataData__()
 
 bool CT_ClientDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_MoveWithCells))

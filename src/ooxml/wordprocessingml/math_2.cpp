@@ -28,6 +28,7 @@ CT_GroupChr::~CT_GroupChr()
 
 bool CT_GroupChr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_groupChrPr))
@@ -51,6 +52,7 @@ CT_LimLowPr::~CT_LimLowPr()
 
 bool CT_LimLowPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ctrlPr))
@@ -76,6 +78,7 @@ CT_LimLow::~CT_LimLow()
 
 bool CT_LimLow::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_limLowPr))
@@ -101,6 +104,7 @@ CT_LimUppPr::~CT_LimUppPr()
 
 bool CT_LimUppPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ctrlPr))
@@ -126,6 +130,7 @@ CT_LimUpp::~CT_LimUpp()
 
 bool CT_LimUpp::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_limUppPr))
@@ -153,6 +158,7 @@ CT_MCPr::~CT_MCPr()
 
 bool CT_MCPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_count))
@@ -176,6 +182,7 @@ CT_MC::~CT_MC()
 
 bool CT_MC::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_mcPr))
@@ -196,6 +203,7 @@ CT_MCS::~CT_MCS()
 
 bool CT_MCS::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_mc))
@@ -236,6 +244,7 @@ CT_MPr::~CT_MPr()
 
 bool CT_MPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_baseJc))
@@ -272,6 +281,7 @@ CT_MR::~CT_MR()
 
 bool CT_MR::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_e))
@@ -297,6 +307,7 @@ CT_M::~CT_M()
 
 bool CT_M::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_mPr))
@@ -333,6 +344,7 @@ CT_NaryPr::~CT_NaryPr()
 
 bool CT_NaryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_chr))
@@ -370,6 +382,7 @@ CT_Nary::~CT_Nary()
 
 bool CT_Nary::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_naryPr))
@@ -407,6 +420,7 @@ CT_PhantPr::~CT_PhantPr()
 
 bool CT_PhantPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_show))
@@ -440,6 +454,7 @@ CT_Phant::~CT_Phant()
 
 bool CT_Phant::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_phantPr))
@@ -465,6 +480,7 @@ CT_RadPr::~CT_RadPr()
 
 bool CT_RadPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_degHide))
@@ -492,6 +508,7 @@ CT_Rad::~CT_Rad()
 
 bool CT_Rad::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_radPr))
@@ -517,6 +534,7 @@ CT_SPrePr::~CT_SPrePr()
 
 bool CT_SPrePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ctrlPr))
@@ -544,6 +562,7 @@ CT_SPre::~CT_SPre()
 
 bool CT_SPre::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sPrePr))
@@ -571,6 +590,7 @@ CT_SSubPr::~CT_SSubPr()
 
 bool CT_SSubPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ctrlPr))
@@ -596,6 +616,7 @@ CT_SSub::~CT_SSub()
 
 bool CT_SSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sSubPr))
@@ -623,6 +644,7 @@ CT_SSubSupPr::~CT_SSubSupPr()
 
 bool CT_SSubSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_alnScr))
@@ -652,6 +674,7 @@ CT_SSubSup::~CT_SSubSup()
 
 bool CT_SSubSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sSubSupPr))
@@ -679,6 +702,7 @@ CT_SSupPr::~CT_SSupPr()
 
 bool CT_SSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ctrlPr))
@@ -704,6 +728,7 @@ CT_SSup::~CT_SSup()
 
 bool CT_SSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sSupPr))
@@ -729,6 +754,7 @@ EG_OMathMathElements::~EG_OMathMathElements()
 
 bool EG_OMathMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OMathMathElementsData__::HasProperty(child.Name(), context))
@@ -812,6 +838,7 @@ EG_OMathMathElementsData__::~EG_OMathMathElementsData__()
 
 bool EG_OMathMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_acc))
@@ -1030,6 +1057,7 @@ EG_OMathElements::~EG_OMathElements()
 
 bool EG_OMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OMathElementsData__::HasProperty(child.Name(), context))
@@ -1075,6 +1103,7 @@ EG_OMathElementsData__::~EG_OMathElementsData__()
 
 bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OMathMathElements::HasProperty(child.Name(), context))
@@ -1134,6 +1163,7 @@ CT_OMathArgPr::~CT_OMathArgPr()
 
 bool CT_OMathArgPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_argSz))
@@ -1158,6 +1188,7 @@ CT_OMathArg::~CT_OMathArg()
 
 bool CT_OMathArg::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_argPr))
@@ -1190,8 +1221,7 @@ bool CT_OMathJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1211,6 +1241,7 @@ CT_OMathParaPr::~CT_OMathParaPr()
 
 bool CT_OMathParaPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_jc))
@@ -1236,8 +1267,7 @@ bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1261,8 +1291,7 @@ bool CT_BreakBin::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1286,8 +1315,7 @@ bool CT_BreakBinSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1335,6 +1363,7 @@ CT_MathPr::~CT_MathPr()
 
 bool CT_MathPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_mathFont))
@@ -1386,6 +1415,7 @@ CT_MathPrData__::~CT_MathPrData__()
 
 bool CT_MathPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wrapIndent))
@@ -1443,6 +1473,7 @@ CT_OMathPara::~CT_OMathPara()
 
 bool CT_OMathPara::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_oMathParaPr))
@@ -1468,6 +1499,7 @@ CT_OMath::~CT_OMath()
 
 bool CT_OMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_OMathElements::HasProperty(child.Name(), context))

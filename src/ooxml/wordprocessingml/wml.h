@@ -9068,8 +9068,8 @@ public:
     CT_OnOff* GetHideGrammaticalErrors() const { return m_HideGrammaticalErrors; }
     void SetHideGrammaticalErrors(CT_OnOff* value) { m_HideGrammaticalErrors = value; m_presence[0] |= (std::uint64_t(1) << 20); }
     bool CheckHideGrammaticalErrors() const { return (m_presence[0] & (std::uint64_t(1) << 20)) != 0; }
-    XMLPtrArray<CT_WritingStyle> GetActiveWritingStyle() const;
-    void SetActiveWritingStyle(XMLPtrArray<CT_WritingStyle> value);
+    CT_WritingStyle* GetActiveWritingStyle() const { return m_ActiveWritingStyle; }
+    void SetActiveWritingStyle(CT_WritingStyle* value) { m_ActiveWritingStyle = value; m_presence[0] |= (std::uint64_t(1) << 21); }
     bool CheckActiveWritingStyle() const { return (m_presence[0] & (std::uint64_t(1) << 21)) != 0; }
     CT_Proof* GetProofState() const { return m_ProofState; }
     void SetProofState(CT_Proof* value) { m_ProofState = value; m_presence[0] |= (std::uint64_t(1) << 22); }
@@ -9257,8 +9257,8 @@ public:
     schemas_openxmlformats_org_officeDocument_x2006_math::CT_MathPr* GetM_mathPr() const { return m_M_mathPr; }
     void SetM_mathPr(schemas_openxmlformats_org_officeDocument_x2006_math::CT_MathPr* value) { m_M_mathPr = value; m_presence[1] |= (std::uint64_t(1) << 19); }
     bool CheckM_mathPr() const { return (m_presence[1] & (std::uint64_t(1) << 19)) != 0; }
-    XMLPtrArray<CT_String> GetAttachedSchema() const;
-    void SetAttachedSchema(XMLPtrArray<CT_String> value);
+    CT_String* GetAttachedSchema() const { return m_AttachedSchema; }
+    void SetAttachedSchema(CT_String* value) { m_AttachedSchema = value; m_presence[1] |= (std::uint64_t(1) << 20); }
     bool CheckAttachedSchema() const { return (m_presence[1] & (std::uint64_t(1) << 20)) != 0; }
     CT_Language* GetThemeFontLang() const { return m_ThemeFontLang; }
     void SetThemeFontLang(CT_Language* value) { m_ThemeFontLang = value; m_presence[1] |= (std::uint64_t(1) << 21); }
@@ -9281,8 +9281,8 @@ public:
     CT_ReadingModeInkLockDown* GetReadModeInkLockDown() const { return m_ReadModeInkLockDown; }
     void SetReadModeInkLockDown(CT_ReadingModeInkLockDown* value) { m_ReadModeInkLockDown = value; m_presence[1] |= (std::uint64_t(1) << 27); }
     bool CheckReadModeInkLockDown() const { return (m_presence[1] & (std::uint64_t(1) << 27)) != 0; }
-    XMLPtrArray<CT_SmartTagType> GetSmartTagType() const;
-    void SetSmartTagType(XMLPtrArray<CT_SmartTagType> value);
+    CT_SmartTagType* GetSmartTagType() const { return m_SmartTagType; }
+    void SetSmartTagType(CT_SmartTagType* value) { m_SmartTagType = value; m_presence[1] |= (std::uint64_t(1) << 28); }
     bool CheckSmartTagType() const { return (m_presence[1] & (std::uint64_t(1) << 28)) != 0; }
     schemas_openxmlformats_org_schemaLibrary_x2006_main::CT_SchemaLibrary* GetSl_schemaLibrary() const { return m_Sl_schemaLibrary; }
     void SetSl_schemaLibrary(schemas_openxmlformats_org_schemaLibrary_x2006_main::CT_SchemaLibrary* value) { m_Sl_schemaLibrary = value; m_presence[1] |= (std::uint64_t(1) << 29); }
@@ -9322,7 +9322,7 @@ private:
     CT_OnOff* m_GutterAtTop;
     CT_OnOff* m_HideSpellingErrors;
     CT_OnOff* m_HideGrammaticalErrors;
-    XMLPtrArray<CT_WritingStyle> m_ActiveWritingStyle;
+    CT_WritingStyle* m_ActiveWritingStyle;
     CT_Proof* m_ProofState;
     CT_OnOff* m_FormsDesign;
     CT_Rel* m_AttachedTemplate;
@@ -9385,7 +9385,7 @@ private:
     CT_DocVars* m_DocVars;
     CT_DocRsids* m_Rsids;
     schemas_openxmlformats_org_officeDocument_x2006_math::CT_MathPr* m_M_mathPr;
-    XMLPtrArray<CT_String> m_AttachedSchema;
+    CT_String* m_AttachedSchema;
     CT_Language* m_ThemeFontLang;
     CT_ColorSchemeMapping* m_ClrSchemeMapping;
     CT_OnOff* m_DoNotIncludeSubdocsInStats;
@@ -9393,7 +9393,7 @@ private:
     CT_Empty* m_ForceUpgrade;
     CT_Captions* m_Captions;
     CT_ReadingModeInkLockDown* m_ReadModeInkLockDown;
-    XMLPtrArray<CT_SmartTagType> m_SmartTagType;
+    CT_SmartTagType* m_SmartTagType;
     schemas_openxmlformats_org_schemaLibrary_x2006_main::CT_SchemaLibrary* m_Sl_schemaLibrary;
     CT_ShapeDefaults* m_ShapeDefaults;
     CT_OnOff* m_DoNotEmbedSmartTags;

@@ -29,6 +29,7 @@ CT_RunTrackChangeData__::~CT_RunTrackChangeData__()
 
 bool CT_RunTrackChangeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRunContent::HasProperty(child.Name(), context))
@@ -83,6 +84,7 @@ EG_PContentMath::~EG_PContentMath()
 
 bool EG_PContentMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PContentMathData__::HasProperty(child.Name(), context))
@@ -128,6 +130,7 @@ EG_PContentMathData__::~EG_PContentMathData__()
 
 bool EG_PContentMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PContentBase::HasProperty(child.Name(), context))
@@ -187,6 +190,7 @@ EG_PContentBase::~EG_PContentBase()
 
 bool EG_PContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PContentBaseData__::HasProperty(child.Name(), context))
@@ -235,6 +239,7 @@ EG_PContentBaseData__::~EG_PContentBaseData__()
 
 bool EG_PContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customXml))
@@ -303,6 +308,7 @@ EG_ContentRunContentBase::~EG_ContentRunContentBase()
 
 bool EG_ContentRunContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRunContentBaseData__::HasProperty(child.Name(), context))
@@ -351,6 +357,7 @@ EG_ContentRunContentBaseData__::~EG_ContentRunContentBaseData__()
 
 bool EG_ContentRunContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_smartTag))
@@ -419,6 +426,7 @@ EG_CellMarkupElements::~EG_CellMarkupElements()
 
 bool EG_CellMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_CellMarkupElementsData__::HasProperty(child.Name(), context))
@@ -468,6 +476,7 @@ EG_CellMarkupElementsData__::~EG_CellMarkupElementsData__()
 
 bool EG_CellMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cellIns))
@@ -533,6 +542,7 @@ EG_RangeMarkupElements::~EG_RangeMarkupElements()
 
 bool EG_RangeMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RangeMarkupElementsData__::HasProperty(child.Name(), context))
@@ -608,6 +618,7 @@ EG_RangeMarkupElementsData__::~EG_RangeMarkupElementsData__()
 
 bool EG_RangeMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_bookmarkStart))
@@ -796,6 +807,7 @@ CT_NumPr::~CT_NumPr()
 
 bool CT_NumPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ilvl))
@@ -833,6 +845,7 @@ CT_PBdr::~CT_PBdr()
 
 bool CT_PBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -863,6 +876,7 @@ CT_Tabs::~CT_Tabs()
 
 bool CT_Tabs::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tab))
@@ -891,8 +905,7 @@ bool CT_TextboxTightWrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -976,6 +989,7 @@ CT_PPrBase::~CT_PPrBase()
 
 bool CT_PPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pStyle))
@@ -1065,6 +1079,7 @@ CT_PPr::~CT_PPr()
 
 bool CT_PPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -1090,6 +1105,7 @@ CT_PPrGeneral::~CT_PPrGeneral()
 
 bool CT_PPrGeneral::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pPrChange))
@@ -1119,8 +1135,7 @@ bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1190,8 +1205,7 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1254,6 +1268,7 @@ CT_ObjectData__::~CT_ObjectData__()
 
 bool CT_ObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_control))
@@ -1330,6 +1345,7 @@ CT_Picture::~CT_Picture()
 
 bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_movie))
@@ -1365,8 +1381,7 @@ bool CT_ObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_FieldCodes, attribute.Value())) return false; m_presence |= (1u << 4); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1400,8 +1415,7 @@ bool CT_ObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_LockedField, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1422,6 +1436,7 @@ CT_Drawing::~CT_Drawing()
 
 bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_DrawingData__::HasProperty(child.Name(), context))
@@ -1448,6 +1463,7 @@ CT_DrawingData__::~CT_DrawingData__()
 
 bool CT_DrawingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_wp_anchor))
@@ -1550,8 +1566,7 @@ bool CT_FFTextType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1575,8 +1590,7 @@ bool CT_FFName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1637,6 +1651,7 @@ CT_FldCharData__::~CT_FldCharData__()
 
 bool CT_FldCharData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_fldData))
@@ -1751,6 +1766,7 @@ CT_FFData::~CT_FFData()
 
 bool CT_FFData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_FFDataData__::HasProperty(child.Name(), context))
@@ -1793,6 +1809,7 @@ CT_FFDataData__::~CT_FFDataData__()
 
 bool CT_FFDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -1925,6 +1942,7 @@ CT_FFDataData__Data__::~CT_FFDataData__Data__()
 
 bool CT_FFDataData__Data__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_checkBox))
@@ -1996,8 +2014,7 @@ bool CT_FFHelpText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2025,8 +2042,7 @@ bool CT_FFStatusText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2052,6 +2068,7 @@ CT_FFCheckBox::~CT_FFCheckBox()
 
 bool CT_FFCheckBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_FFCheckBoxData__::HasProperty(child.Name(), context))
@@ -2079,6 +2096,7 @@ CT_FFCheckBoxData__::~CT_FFCheckBoxData__()
 
 bool CT_FFCheckBoxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_size))
@@ -2138,6 +2156,7 @@ CT_FFDDList::~CT_FFDDList()
 
 bool CT_FFDDList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_result))
@@ -2172,6 +2191,7 @@ CT_FFTextInput::~CT_FFTextInput()
 
 bool CT_FFTextInput::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_type))
@@ -2203,8 +2223,7 @@ bool CT_SectType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2232,8 +2251,7 @@ bool CT_PaperSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Other, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2261,8 +2279,7 @@ bool CT_PageSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Code, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2302,8 +2319,7 @@ bool CT_PageMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Gutter, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2390,8 +2406,7 @@ bool CT_PageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2417,8 +2432,7 @@ bool CT_BottomPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_bottomRight, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2446,8 +2460,7 @@ bool CT_TopPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_R_topRight, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2482,8 +2495,7 @@ bool CT_LineNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Restart, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2519,8 +2531,7 @@ bool CT_PageNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_ChapSep, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2549,8 +2560,7 @@ bool CT_Column::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Space, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2618,8 +2628,7 @@ bool CT_VerticalJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2649,8 +2658,7 @@ bool CT_DocGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_CharSpace, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2674,8 +2682,7 @@ bool CT_HdrFtrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2695,6 +2702,7 @@ EG_HdrFtrReferences::~EG_HdrFtrReferences()
 
 bool EG_HdrFtrReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_HdrFtrReferencesData__::HasProperty(child.Name(), context))
@@ -2742,6 +2750,7 @@ EG_HdrFtrReferencesData__::~EG_HdrFtrReferencesData__()
 
 bool EG_HdrFtrReferencesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_headerReference))
@@ -2797,6 +2806,7 @@ CT_HdrFtr::~CT_HdrFtr()
 
 bool CT_HdrFtr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelElts::HasProperty(child.Name(), context))
@@ -2857,6 +2867,7 @@ EG_SectPrContents::~EG_SectPrContents()
 
 bool EG_SectPrContents::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_footnotePr))
@@ -3076,8 +3087,7 @@ bool AG_SectPrAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_RsidSect, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3221,8 +3231,7 @@ bool CT_Br::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Clear, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3252,8 +3261,7 @@ bool CT_PTab::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Leader, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3283,8 +3291,7 @@ bool CT_Sym::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Char, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3310,8 +3317,7 @@ bool CT_ProofErr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3337,8 +3343,7 @@ bool CT_Perm::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_DisplacedByCustomXml, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 

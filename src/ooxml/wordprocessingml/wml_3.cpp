@@ -37,8 +37,7 @@ bool CT_PermStart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_ColLast, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -67,8 +66,7 @@ bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
     if (!ReadValue(m_Value, node, ParseString))
         return false;
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -90,6 +88,7 @@ EG_RunInnerContent::~EG_RunInnerContent()
 
 bool EG_RunInnerContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RunInnerContentData__::HasProperty(child.Name(), context))
@@ -199,6 +198,7 @@ EG_RunInnerContentData__::~EG_RunInnerContentData__()
 
 bool EG_RunInnerContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_br))
@@ -596,8 +596,7 @@ bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Cstheme, attribute.Value())) return false; m_presence |= (1u << 8); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -633,6 +632,7 @@ EG_RPrBase::~EG_RPrBase()
 
 bool EG_RPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPrBaseData__::HasProperty(child.Name(), context))
@@ -754,6 +754,7 @@ EG_RPrBaseData__::~EG_RPrBaseData__()
 
 bool EG_RPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rStyle))
@@ -1144,6 +1145,7 @@ EG_RPrContent::~EG_RPrContent()
 
 bool EG_RPrContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPrBase::HasProperty(child.Name(), context))
@@ -1205,6 +1207,7 @@ CT_RPr::~CT_RPr()
 
 bool CT_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPrBase::HasProperty(child.Name(), context))
@@ -1228,6 +1231,7 @@ EG_RPr::~EG_RPr()
 
 bool EG_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -1275,6 +1279,7 @@ EG_RPrMath::~EG_RPrMath()
 
 bool EG_RPrMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPrMathData__::HasProperty(child.Name(), context))
@@ -1324,6 +1329,7 @@ EG_RPrMathData__::~EG_RPrMathData__()
 
 bool EG_RPrMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPr::HasProperty(child.Name(), context))
@@ -1389,6 +1395,7 @@ CT_MathCtrlIns::~CT_MathCtrlIns()
 
 bool CT_MathCtrlIns::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_MathCtrlInsData__::HasProperty(child.Name(), context))
@@ -1412,6 +1419,7 @@ CT_MathCtrlInsData__::~CT_MathCtrlInsData__()
 
 bool CT_MathCtrlInsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_del))
@@ -1468,6 +1476,7 @@ CT_MathCtrlDel::~CT_MathCtrlDel()
 
 bool CT_MathCtrlDel::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_MathCtrlDelData__::HasProperty(child.Name(), context))
@@ -1489,6 +1498,7 @@ CT_MathCtrlDelData__::~CT_MathCtrlDelData__()
 
 bool CT_MathCtrlDelData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -1535,6 +1545,7 @@ CT_RPrOriginal::~CT_RPrOriginal()
 
 bool CT_RPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RPrBase::HasProperty(child.Name(), context))
@@ -1560,6 +1571,7 @@ CT_ParaRPrOriginal::~CT_ParaRPrOriginal()
 
 bool CT_ParaRPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ParaRPrTrackChanges::HasProperty(child.Name(), context))
@@ -1589,6 +1601,7 @@ CT_ParaRPr::~CT_ParaRPr()
 
 bool CT_ParaRPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ParaRPrTrackChanges::HasProperty(child.Name(), context))
@@ -1623,6 +1636,7 @@ EG_ParaRPrTrackChanges::~EG_ParaRPrTrackChanges()
 
 bool EG_ParaRPrTrackChanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ins))
@@ -1726,6 +1740,7 @@ CT_AltChunkPr::~CT_AltChunkPr()
 
 bool CT_AltChunkPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_matchSrc))
@@ -1751,8 +1766,7 @@ bool CT_RubyAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1782,6 +1796,7 @@ CT_RubyPr::~CT_RubyPr()
 
 bool CT_RubyPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rubyAlign))
@@ -1813,6 +1828,7 @@ EG_RubyContent::~EG_RubyContent()
 
 bool EG_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RubyContentData__::HasProperty(child.Name(), context))
@@ -1859,6 +1875,7 @@ EG_RubyContentData__::~EG_RubyContentData__()
 
 bool EG_RubyContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_r))
@@ -1917,6 +1934,7 @@ CT_RubyContent::~CT_RubyContent()
 
 bool CT_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RubyContent::HasProperty(child.Name(), context))
@@ -1945,6 +1963,7 @@ CT_Ruby::~CT_Ruby()
 
 bool CT_Ruby::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rubyPr))
@@ -1974,8 +1993,7 @@ bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2001,8 +2019,7 @@ bool CT_SdtListItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Value, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2028,8 +2045,7 @@ bool CT_SdtDateMappingType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2053,8 +2069,7 @@ bool CT_CalendarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2150,6 +2165,7 @@ CT_SdtDocPart::~CT_SdtDocPart()
 
 bool CT_SdtDocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docPartGallery))
@@ -2206,6 +2222,7 @@ CT_Placeholder::~CT_Placeholder()
 
 bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docPart))
@@ -2231,8 +2248,7 @@ bool CT_SdtText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_MultiLine, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2260,8 +2276,7 @@ bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_StoreItemID, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2307,6 +2322,7 @@ CT_SdtPr::~CT_SdtPr()
 
 bool CT_SdtPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -2372,6 +2388,7 @@ CT_SdtPrData__::~CT_SdtPrData__()
 
 bool CT_SdtPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_equation))
@@ -2517,6 +2534,7 @@ CT_SdtEndPr::~CT_SdtEndPr()
 
 bool CT_SdtEndPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_SdtEndPrData__::HasProperty(child.Name(), context))
@@ -2541,6 +2559,7 @@ CT_SdtEndPrData__::~CT_SdtEndPrData__()
 
 bool CT_SdtEndPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -2588,6 +2607,7 @@ EG_ContentRunContent::~EG_ContentRunContent()
 
 bool EG_ContentRunContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRunContentData__::HasProperty(child.Name(), context))
@@ -2644,6 +2664,7 @@ EG_ContentRunContentData__::~EG_ContentRunContentData__()
 
 bool EG_ContentRunContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customXml))
@@ -2807,6 +2828,7 @@ CT_SdtContentRun::~CT_SdtContentRun()
 
 bool CT_SdtContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PContent::HasProperty(child.Name(), context))
@@ -2831,6 +2853,7 @@ EG_ContentBlockContent::~EG_ContentBlockContent()
 
 bool EG_ContentBlockContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentBlockContentData__::HasProperty(child.Name(), context))
@@ -2881,6 +2904,7 @@ EG_ContentBlockContentData__::~EG_ContentBlockContentData__()
 
 bool EG_ContentBlockContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_customXml))
@@ -2970,6 +2994,7 @@ CT_SdtContentBlock::~CT_SdtContentBlock()
 
 bool CT_SdtContentBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentBlockContent::HasProperty(child.Name(), context))
@@ -2994,6 +3019,7 @@ EG_ContentRowContent::~EG_ContentRowContent()
 
 bool EG_ContentRowContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRowContentData__::HasProperty(child.Name(), context))
@@ -3043,6 +3069,7 @@ EG_ContentRowContentData__::~EG_ContentRowContentData__()
 
 bool EG_ContentRowContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tr))
@@ -3121,6 +3148,7 @@ CT_SdtContentRow::~CT_SdtContentRow()
 
 bool CT_SdtContentRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRowContent::HasProperty(child.Name(), context))
@@ -3145,6 +3173,7 @@ EG_ContentCellContent::~EG_ContentCellContent()
 
 bool EG_ContentCellContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentCellContentData__::HasProperty(child.Name(), context))
@@ -3194,6 +3223,7 @@ EG_ContentCellContentData__::~EG_ContentCellContentData__()
 
 bool EG_ContentCellContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tc))
@@ -3272,6 +3302,7 @@ CT_SdtContentCell::~CT_SdtContentCell()
 
 bool CT_SdtContentCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentCellContent::HasProperty(child.Name(), context))
@@ -3300,6 +3331,7 @@ CT_SdtBlock::~CT_SdtBlock()
 
 bool CT_SdtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sdtPr))
@@ -3329,6 +3361,7 @@ CT_SdtRun::~CT_SdtRun()
 
 bool CT_SdtRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sdtPr))
@@ -3358,6 +3391,7 @@ CT_SdtCell::~CT_SdtCell()
 
 bool CT_SdtCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sdtPr))
@@ -3387,6 +3421,7 @@ CT_SdtRow::~CT_SdtRow()
 
 bool CT_SdtRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sdtPr))
@@ -3420,8 +3455,7 @@ bool CT_Attr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3560,6 +3594,7 @@ CT_CustomXmlPr::~CT_CustomXmlPr()
 
 bool CT_CustomXmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_placeholder))
@@ -3661,6 +3696,7 @@ CT_SmartTagPr::~CT_SmartTagPr()
 
 bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_attr))

@@ -27,6 +27,7 @@ EG_PContent::~EG_PContent()
 
 bool EG_PContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_PContentData__::HasProperty(child.Name(), context))
@@ -76,6 +77,7 @@ EG_PContentData__::~EG_PContentData__()
 
 bool EG_PContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentRunContent::HasProperty(child.Name(), context))
@@ -211,8 +213,7 @@ bool CT_Height::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_HRule, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -240,8 +241,7 @@ bool CT_TblWidth::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -267,8 +267,7 @@ bool CT_TblGridCol::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_W, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -287,6 +286,7 @@ CT_TblGridBase::~CT_TblGridBase()
 
 bool CT_TblGridBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_gridCol))
@@ -311,6 +311,7 @@ CT_TblGrid::~CT_TblGrid()
 
 bool CT_TblGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblGridChange))
@@ -350,6 +351,7 @@ CT_TcBorders::~CT_TcBorders()
 
 bool CT_TcBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -399,6 +401,7 @@ CT_TcMar::~CT_TcMar()
 
 bool CT_TcMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -434,8 +437,7 @@ bool CT_VMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -459,8 +461,7 @@ bool CT_HMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -506,6 +507,7 @@ CT_TcPrBase::~CT_TcPrBase()
 
 bool CT_TcPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cnfStyle))
@@ -553,6 +555,7 @@ CT_TcPr::~CT_TcPr()
 
 bool CT_TcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tcPrChange))
@@ -574,6 +577,7 @@ CT_TcPrInner::~CT_TcPrInner()
 
 bool CT_TcPrInner::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_CellMarkupElements::HasProperty(child.Name(), context))
@@ -657,8 +661,7 @@ bool CT_Cnf::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_LastRowLastColumn, attribute.Value())) return false; m_presence |= (1u << 12); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -701,6 +704,7 @@ CT_Headers::~CT_Headers()
 
 bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_header))
@@ -724,6 +728,7 @@ CT_TrPrBase::~CT_TrPrBase()
 
 bool CT_TrPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_TrPrBaseData__::HasProperty(child.Name(), context))
@@ -770,6 +775,7 @@ CT_TrPrBaseData__::~CT_TrPrBaseData__()
 
 bool CT_TrPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_cnfStyle))
@@ -920,6 +926,7 @@ CT_TrPr::~CT_TrPr()
 
 bool CT_TrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_ins))
@@ -999,8 +1006,7 @@ bool CT_TblLayoutType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Type, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1024,8 +1030,7 @@ bool CT_TblOverlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1067,8 +1072,7 @@ bool CT_TblPPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_TblpY, attribute.Value())) return false; m_presence |= (1u << 9); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1116,6 +1120,7 @@ CT_TblCellMar::~CT_TblCellMar()
 
 bool CT_TblCellMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -1161,6 +1166,7 @@ CT_TblBorders::~CT_TblBorders()
 
 bool CT_TblBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -1228,6 +1234,7 @@ CT_TblPrBase::~CT_TblPrBase()
 
 bool CT_TblPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblStyle))
@@ -1281,6 +1288,7 @@ CT_TblPr::~CT_TblPr()
 
 bool CT_TblPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblPrChange))
@@ -1318,6 +1326,7 @@ CT_TblPrExBase::~CT_TblPrExBase()
 
 bool CT_TblPrExBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblW))
@@ -1355,6 +1364,7 @@ CT_TblPrEx::~CT_TblPrEx()
 
 bool CT_TblPrEx::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_tblPrExChange))
@@ -1380,6 +1390,7 @@ CT_Tbl::~CT_Tbl()
 
 bool CT_Tbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RangeMarkupElements::HasProperty(child.Name(), context))
@@ -1428,8 +1439,7 @@ bool CT_TblLook::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1465,8 +1475,7 @@ bool CT_FtnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1490,8 +1499,7 @@ bool CT_EdnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1517,8 +1525,7 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Format, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1544,8 +1551,7 @@ bool CT_NumRestart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1572,8 +1578,7 @@ bool CT_FtnEdnRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Id, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1598,8 +1603,7 @@ bool CT_FtnEdnSepRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseInt32(&m_Id, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1651,6 +1655,7 @@ EG_FtnEdnNumProps::~EG_FtnEdnNumProps()
 
 bool EG_FtnEdnNumProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numStart))
@@ -1711,6 +1716,7 @@ CT_FtnProps::~CT_FtnProps()
 
 bool CT_FtnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pos))
@@ -1740,6 +1746,7 @@ CT_EdnProps::~CT_EdnProps()
 
 bool CT_EdnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pos))
@@ -1764,6 +1771,7 @@ CT_FtnDocProps::~CT_FtnDocProps()
 
 bool CT_FtnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_footnote))
@@ -1787,6 +1795,7 @@ CT_EdnDocProps::~CT_EdnDocProps()
 
 bool CT_EdnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_endnote))
@@ -1815,6 +1824,7 @@ CT_RecipientData::~CT_RecipientData()
 
 bool CT_RecipientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_active))
@@ -1844,8 +1854,7 @@ bool CT_Base64Binary::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1864,6 +1873,7 @@ CT_Recipients::~CT_Recipients()
 
 bool CT_Recipients::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_recipientData))
@@ -1898,6 +1908,7 @@ CT_OdsoFieldMapData::~CT_OdsoFieldMapData()
 
 bool CT_OdsoFieldMapData::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_type))
@@ -1933,8 +1944,7 @@ bool CT_MailMergeSourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1966,6 +1976,7 @@ CT_Odso::~CT_Odso()
 
 bool CT_Odso::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_udl))
@@ -2036,6 +2047,7 @@ CT_MailMerge::~CT_MailMerge()
 
 bool CT_MailMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_mainDocumentType))
@@ -2091,8 +2103,7 @@ bool CT_TargetScreenSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2241,6 +2252,7 @@ CT_Compat::~CT_Compat()
 
 bool CT_Compat::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_useSingleBorderforContiguousCells))
@@ -2403,8 +2415,7 @@ bool CT_CompatSetting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2434,8 +2445,7 @@ bool CT_DocVar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2456,6 +2466,7 @@ CT_DocVars::~CT_DocVars()
 
 bool CT_DocVars::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docVar))
@@ -2481,6 +2492,7 @@ CT_DocRsids::~CT_DocRsids()
 
 bool CT_DocRsids::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rsidRoot))
@@ -2511,8 +2523,7 @@ bool CT_CharacterSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2538,8 +2549,7 @@ bool CT_SaveThroughXslt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_SolutionID, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2561,6 +2571,7 @@ CT_RPrDefault::~CT_RPrDefault()
 
 bool CT_RPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPr))
@@ -2582,6 +2593,7 @@ CT_PPrDefault::~CT_PPrDefault()
 
 bool CT_PPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pPr))
@@ -2605,6 +2617,7 @@ CT_DocDefaults::~CT_DocDefaults()
 
 bool CT_DocDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_rPrDefault))
@@ -2654,8 +2667,7 @@ bool CT_ColorSchemeMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_FollowedHyperlink, attribute.Value())) return false; m_presence |= (1u << 11); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2709,8 +2721,7 @@ bool CT_ReadingModeInkLockDown::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_FontSz, attribute.Value())) return false; m_presence |= (1u << 3); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2744,8 +2755,7 @@ bool CT_WriteProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!SetAttribute(m_AG_TransitionalPassword, attribute.Name(), attribute.Value(), context)) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2774,6 +2784,7 @@ CT_Settings::CT_Settings()
       m_GutterAtTop(nullptr),
       m_HideSpellingErrors(nullptr),
       m_HideGrammaticalErrors(nullptr),
+      m_ActiveWritingStyle(nullptr),
       m_ProofState(nullptr),
       m_FormsDesign(nullptr),
       m_AttachedTemplate(nullptr),
@@ -2836,6 +2847,7 @@ CT_Settings::CT_Settings()
       m_DocVars(nullptr),
       m_Rsids(nullptr),
       m_M_mathPr(nullptr),
+      m_AttachedSchema(nullptr),
       m_ThemeFontLang(nullptr),
       m_ClrSchemeMapping(nullptr),
       m_DoNotIncludeSubdocsInStats(nullptr),
@@ -2843,6 +2855,7 @@ CT_Settings::CT_Settings()
       m_ForceUpgrade(nullptr),
       m_Captions(nullptr),
       m_ReadModeInkLockDown(nullptr),
+      m_SmartTagType(nullptr),
       m_Sl_schemaLibrary(nullptr),
       m_ShapeDefaults(nullptr),
       m_DoNotEmbedSmartTags(nullptr),
@@ -2875,7 +2888,7 @@ CT_Settings::~CT_Settings()
     delete m_GutterAtTop;
     delete m_HideSpellingErrors;
     delete m_HideGrammaticalErrors;
-    DeleteAll(m_ActiveWritingStyle);
+    delete m_ActiveWritingStyle;
     delete m_ProofState;
     delete m_FormsDesign;
     delete m_AttachedTemplate;
@@ -2938,7 +2951,7 @@ CT_Settings::~CT_Settings()
     delete m_DocVars;
     delete m_Rsids;
     delete m_M_mathPr;
-    DeleteAll(m_AttachedSchema);
+    delete m_AttachedSchema;
     delete m_ThemeFontLang;
     delete m_ClrSchemeMapping;
     delete m_DoNotIncludeSubdocsInStats;
@@ -2946,7 +2959,7 @@ CT_Settings::~CT_Settings()
     delete m_ForceUpgrade;
     delete m_Captions;
     delete m_ReadModeInkLockDown;
-    DeleteAll(m_SmartTagType);
+    delete m_SmartTagType;
     delete m_Sl_schemaLibrary;
     delete m_ShapeDefaults;
     delete m_DoNotEmbedSmartTags;
@@ -2956,6 +2969,7 @@ CT_Settings::~CT_Settings()
 
 bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_writeProtection))
@@ -3001,7 +3015,7 @@ bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (child.Is(s_hideGrammaticalErrors))
         { if (!ReadSingle(m_HideGrammaticalErrors, child.Node(), context)) return false; m_presence[0] |= (std::uint64_t(1) << 20); }
         else if (child.Is(s_activeWritingStyle))
-        { if (!ReadAppend(m_ActiveWritingStyle, child.Node(), context)) return false; m_presence[0] |= (std::uint64_t(1) << 21); }
+        { if (!ReadSingle(m_ActiveWritingStyle, child.Node(), context)) return false; m_presence[0] |= (std::uint64_t(1) << 21); }
         else if (child.Is(s_proofState))
         { if (!ReadSingle(m_ProofState, child.Node(), context)) return false; m_presence[0] |= (std::uint64_t(1) << 22); }
         else if (child.Is(s_formsDesign))
@@ -3127,7 +3141,7 @@ bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (child.Is(s_m_mathPr))
         { if (!ReadSingle(m_M_mathPr, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 19); }
         else if (child.Is(s_attachedSchema))
-        { if (!ReadAppend(m_AttachedSchema, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 20); }
+        { if (!ReadSingle(m_AttachedSchema, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 20); }
         else if (child.Is(s_themeFontLang))
         { if (!ReadSingle(m_ThemeFontLang, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 21); }
         else if (child.Is(s_clrSchemeMapping))
@@ -3143,7 +3157,7 @@ bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
         else if (child.Is(s_readModeInkLockDown))
         { if (!ReadSingle(m_ReadModeInkLockDown, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 27); }
         else if (child.Is(s_smartTagType))
-        { if (!ReadAppend(m_SmartTagType, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 28); }
+        { if (!ReadSingle(m_SmartTagType, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 28); }
         else if (child.Is(s_sl_schemaLibrary))
         { if (!ReadSingle(m_Sl_schemaLibrary, child.Node(), context)) return false; m_presence[1] |= (std::uint64_t(1) << 29); }
         else if (child.Is(s_shapeDefaults))
@@ -3157,13 +3171,6 @@ bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
-
-XMLPtrArray<CT_WritingStyle> CT_Settings::GetActiveWritingStyle() const { return m_ActiveWritingStyle; }
-void CT_Settings::SetActiveWritingStyle(XMLPtrArray<CT_WritingStyle> value) { m_ActiveWritingStyle = std::move(value); m_presence[0] |= (std::uint64_t(1) << 21); }
-XMLPtrArray<CT_String> CT_Settings::GetAttachedSchema() const { return m_AttachedSchema; }
-void CT_Settings::SetAttachedSchema(XMLPtrArray<CT_String> value) { m_AttachedSchema = std::move(value); m_presence[1] |= (std::uint64_t(1) << 20); }
-XMLPtrArray<CT_SmartTagType> CT_Settings::GetSmartTagType() const { return m_SmartTagType; }
-void CT_Settings::SetSmartTagType(XMLPtrArray<CT_SmartTagType> value) { m_SmartTagType = std::move(value); m_presence[1] |= (std::uint64_t(1) << 28); }
 
 CT_StyleSort::CT_StyleSort()
     : m_presence(0)
@@ -3182,8 +3189,7 @@ bool CT_StyleSort::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3237,8 +3243,7 @@ bool CT_StylePaneFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 15); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -3312,6 +3317,7 @@ CT_WebSettings::~CT_WebSettings()
 
 bool CT_WebSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_frameset))

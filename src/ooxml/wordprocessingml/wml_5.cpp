@@ -30,8 +30,7 @@ bool CT_FrameScrollbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -55,8 +54,7 @@ bool CT_OptimizeForBrowser::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Target, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -94,6 +92,7 @@ CT_Frame::~CT_Frame()
 
 bool CT_Frame::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sz))
@@ -137,8 +136,7 @@ bool CT_FrameLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -164,6 +162,7 @@ CT_FramesetSplitbar::~CT_FramesetSplitbar()
 
 bool CT_FramesetSplitbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_w))
@@ -198,6 +197,7 @@ CT_Frameset::~CT_Frameset()
 
 bool CT_Frameset::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_sz))
@@ -230,6 +230,7 @@ CT_FramesetData__::~CT_FramesetData__()
 
 bool CT_FramesetData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_frameset))
@@ -320,6 +321,7 @@ CT_NumPicBulletData__::~CT_NumPicBulletData__()
 
 bool CT_NumPicBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_pict))
@@ -380,8 +382,7 @@ bool CT_LevelSuffix::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -407,8 +408,7 @@ bool CT_LevelText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Null, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -438,8 +438,7 @@ bool CT_LvlLegacy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_LegacyIndent, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -547,8 +546,7 @@ bool CT_MultiLevelType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -688,6 +686,7 @@ CT_Numbering::~CT_Numbering()
 
 bool CT_Numbering::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_numPicBullet))
@@ -908,8 +907,7 @@ bool CT_LsdException::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_QFormat, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -988,6 +986,7 @@ CT_Styles::~CT_Styles()
 
 bool CT_Styles::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docDefaults))
@@ -1020,8 +1019,7 @@ bool CT_Panose::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1045,8 +1043,7 @@ bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1070,8 +1067,7 @@ bool CT_Pitch::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1105,8 +1101,7 @@ bool CT_FontSig::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Csb1, attribute.Value())) return false; m_presence |= (1u << 5); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1142,8 +1137,7 @@ bool CT_FontRel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Subsetted, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1233,6 +1227,7 @@ CT_FontsList::~CT_FontsList()
 
 bool CT_FontsList::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_font))
@@ -1263,6 +1258,7 @@ CT_DivBdr::~CT_DivBdr()
 
 bool CT_DivBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_top))
@@ -1346,6 +1342,7 @@ CT_Divs::~CT_Divs()
 
 bool CT_Divs::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_div))
@@ -1369,6 +1366,7 @@ CT_TxbxContent::~CT_TxbxContent()
 
 bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelElts::HasProperty(child.Name(), context))
@@ -1393,6 +1391,7 @@ EG_MathContent::~EG_MathContent()
 
 bool EG_MathContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_MathContentData__::HasProperty(child.Name(), context))
@@ -1440,6 +1439,7 @@ EG_MathContentData__::~EG_MathContentData__()
 
 bool EG_MathContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_m_oMathPara))
@@ -1496,6 +1496,7 @@ EG_BlockLevelChunkElts::~EG_BlockLevelChunkElts()
 
 bool EG_BlockLevelChunkElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelChunkEltsData__::HasProperty(child.Name(), context))
@@ -1540,6 +1541,7 @@ EG_BlockLevelChunkEltsData__::~EG_BlockLevelChunkEltsData__()
 
 bool EG_BlockLevelChunkEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_ContentBlockContent::HasProperty(child.Name(), context))
@@ -1588,6 +1590,7 @@ EG_BlockLevelElts::~EG_BlockLevelElts()
 
 bool EG_BlockLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelEltsData__::HasProperty(child.Name(), context))
@@ -1633,6 +1636,7 @@ EG_BlockLevelEltsData__::~EG_BlockLevelEltsData__()
 
 bool EG_BlockLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelChunkElts::HasProperty(child.Name(), context))
@@ -1694,6 +1698,7 @@ EG_RunLevelElts::~EG_RunLevelElts()
 
 bool EG_RunLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_RunLevelEltsData__::HasProperty(child.Name(), context))
@@ -1753,6 +1758,7 @@ EG_RunLevelEltsData__::~EG_RunLevelEltsData__()
 
 bool EG_RunLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_proofErr))
@@ -1878,6 +1884,7 @@ CT_Body::~CT_Body()
 
 bool CT_Body::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (EG_BlockLevelElts::HasProperty(child.Name(), context))
@@ -1903,6 +1910,7 @@ CT_ShapeDefaults::~CT_ShapeDefaults()
 
 bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_ShapeDefaultsData__::HasProperty(child.Name(), context))
@@ -1925,9 +1933,9 @@ CT_ShapeDefaultsData__::~CT_ShapeDefaultsData__()
 
 bool CT_ShapeDefaultsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -1966,6 +1974,7 @@ CT_Comments::~CT_Comments()
 
 bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_comment))
@@ -1989,6 +1998,7 @@ CT_Footnotes::~CT_Footnotes()
 
 bool CT_Footnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_footnote))
@@ -2012,6 +2022,7 @@ CT_Endnotes::~CT_Endnotes()
 
 bool CT_Endnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_endnote))
@@ -2044,8 +2055,7 @@ bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Url, attribute.Value())) return false; m_presence |= (1u << 2); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2073,8 +2083,7 @@ bool CT_DocPartBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2094,6 +2103,7 @@ CT_DocPartBehaviors::~CT_DocPartBehaviors()
 
 bool CT_DocPartBehaviors::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_DocPartBehaviorsData__::HasProperty(child.Name(), context))
@@ -2114,6 +2124,7 @@ CT_DocPartBehaviorsData__::~CT_DocPartBehaviorsData__()
 
 bool CT_DocPartBehaviorsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_behavior))
@@ -2168,8 +2179,7 @@ bool CT_DocPartType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2217,6 +2227,7 @@ CT_DocPartTypesData__::~CT_DocPartTypesData__()
 
 bool CT_DocPartTypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_type))
@@ -2271,8 +2282,7 @@ bool CT_DocPartGallery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Val, attribute.Value())) return false; m_presence |= (1u << 0); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2294,6 +2304,7 @@ CT_DocPartCategory::~CT_DocPartCategory()
 
 bool CT_DocPartCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -2323,8 +2334,7 @@ bool CT_DocPartName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseVariant(&m_Decorated, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2358,6 +2368,7 @@ CT_DocPartPr::~CT_DocPartPr()
 
 bool CT_DocPartPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_name))
@@ -2393,6 +2404,7 @@ CT_DocPart::~CT_DocPart()
 
 bool CT_DocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docPartPr))
@@ -2416,6 +2428,7 @@ CT_DocParts::~CT_DocParts()
 
 bool CT_DocParts::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (CT_DocPartsData__::HasProperty(child.Name(), context))
@@ -2436,6 +2449,7 @@ CT_DocPartsData__::~CT_DocPartsData__()
 
 bool CT_DocPartsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docPart))
@@ -2503,8 +2517,7 @@ bool CT_Caption::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Sep, attribute.Value())) return false; m_presence |= (1u << 6); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2540,8 +2553,7 @@ bool CT_AutoCaption::ReadXML(wxXmlNode* node, XMLNSContext* context)
         { if (!ParseString(&m_Caption, attribute.Value())) return false; m_presence |= (1u << 1); }
     }
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
-    {
-    }
+        context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
 
@@ -2562,6 +2574,7 @@ CT_AutoCaptions::~CT_AutoCaptions()
 
 bool CT_AutoCaptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_autoCaption))
@@ -2587,6 +2600,7 @@ CT_Captions::~CT_Captions()
 
 bool CT_Captions::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_caption))
@@ -2613,6 +2627,7 @@ CT_DocumentBase::~CT_DocumentBase()
 
 bool CT_DocumentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_background))
@@ -2663,6 +2678,7 @@ CT_GlossaryDocument::~CT_GlossaryDocument()
 
 bool CT_GlossaryDocument::ReadXML(wxXmlNode* node, XMLNSContext* context)
 {
+    CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
     {
         if (child.Is(s_docParts))

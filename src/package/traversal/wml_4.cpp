@@ -692,7 +692,7 @@ void Visit_CT_Settings(const void* object, Visitor& visitor)
     VisitObject(visitor, Member{"GutterAtTop", "gutterAtTop", MemberKind::Child, 18, o.CheckGutterAtTop(), false, 0, &info::wml::CT_Settings}, o.GetGutterAtTop(), info::wml::CT_OnOff);
     VisitObject(visitor, Member{"HideSpellingErrors", "hideSpellingErrors", MemberKind::Child, 19, o.CheckHideSpellingErrors(), false, 0, &info::wml::CT_Settings}, o.GetHideSpellingErrors(), info::wml::CT_OnOff);
     VisitObject(visitor, Member{"HideGrammaticalErrors", "hideGrammaticalErrors", MemberKind::Child, 20, o.CheckHideGrammaticalErrors(), false, 0, &info::wml::CT_Settings}, o.GetHideGrammaticalErrors(), info::wml::CT_OnOff);
-    VisitObjects(visitor, Member{"ActiveWritingStyle", "activeWritingStyle", MemberKind::Child, 21, o.CheckActiveWritingStyle(), true, 0, &info::wml::CT_Settings}, o.GetActiveWritingStyle(), info::wml::CT_WritingStyle);
+    VisitObject(visitor, Member{"ActiveWritingStyle", "activeWritingStyle", MemberKind::Child, 21, o.CheckActiveWritingStyle(), false, 0, &info::wml::CT_Settings}, o.GetActiveWritingStyle(), info::wml::CT_WritingStyle);
     VisitObject(visitor, Member{"ProofState", "proofState", MemberKind::Child, 22, o.CheckProofState(), false, 0, &info::wml::CT_Settings}, o.GetProofState(), info::wml::CT_Proof);
     VisitObject(visitor, Member{"FormsDesign", "formsDesign", MemberKind::Child, 23, o.CheckFormsDesign(), false, 0, &info::wml::CT_Settings}, o.GetFormsDesign(), info::wml::CT_OnOff);
     VisitObject(visitor, Member{"AttachedTemplate", "attachedTemplate", MemberKind::Child, 24, o.CheckAttachedTemplate(), false, 0, &info::wml::CT_Settings}, o.GetAttachedTemplate(), info::wml::CT_Rel);
@@ -755,7 +755,7 @@ void Visit_CT_Settings(const void* object, Visitor& visitor)
     VisitObject(visitor, Member{"DocVars", "docVars", MemberKind::Child, 81, o.CheckDocVars(), false, 0, &info::wml::CT_Settings}, o.GetDocVars(), info::wml::CT_DocVars);
     VisitObject(visitor, Member{"Rsids", "rsids", MemberKind::Child, 82, o.CheckRsids(), false, 0, &info::wml::CT_Settings}, o.GetRsids(), info::wml::CT_DocRsids);
     VisitObject(visitor, Member{"M_mathPr", "m:mathPr", MemberKind::Child, 83, o.CheckM_mathPr(), false, 0, &info::wml::CT_Settings}, o.GetM_mathPr(), info::math::CT_MathPr);
-    VisitObjects(visitor, Member{"AttachedSchema", "attachedSchema", MemberKind::Child, 84, o.CheckAttachedSchema(), true, 0, &info::wml::CT_Settings}, o.GetAttachedSchema(), info::wml::CT_String);
+    VisitObject(visitor, Member{"AttachedSchema", "attachedSchema", MemberKind::Child, 84, o.CheckAttachedSchema(), false, 0, &info::wml::CT_Settings}, o.GetAttachedSchema(), info::wml::CT_String);
     VisitObject(visitor, Member{"ThemeFontLang", "themeFontLang", MemberKind::Child, 85, o.CheckThemeFontLang(), false, 0, &info::wml::CT_Settings}, o.GetThemeFontLang(), info::wml::CT_Language);
     VisitObject(visitor, Member{"ClrSchemeMapping", "clrSchemeMapping", MemberKind::Child, 86, o.CheckClrSchemeMapping(), false, 0, &info::wml::CT_Settings}, o.GetClrSchemeMapping(), info::wml::CT_ColorSchemeMapping);
     VisitObject(visitor, Member{"DoNotIncludeSubdocsInStats", "doNotIncludeSubdocsInStats", MemberKind::Child, 87, o.CheckDoNotIncludeSubdocsInStats(), false, 0, &info::wml::CT_Settings}, o.GetDoNotIncludeSubdocsInStats(), info::wml::CT_OnOff);
@@ -763,7 +763,7 @@ void Visit_CT_Settings(const void* object, Visitor& visitor)
     VisitObject(visitor, Member{"ForceUpgrade", "forceUpgrade", MemberKind::Child, 89, o.CheckForceUpgrade(), false, 0, &info::wml::CT_Settings}, o.GetForceUpgrade(), info::wml::CT_Empty);
     VisitObject(visitor, Member{"Captions", "captions", MemberKind::Child, 90, o.CheckCaptions(), false, 0, &info::wml::CT_Settings}, o.GetCaptions(), info::wml::CT_Captions);
     VisitObject(visitor, Member{"ReadModeInkLockDown", "readModeInkLockDown", MemberKind::Child, 91, o.CheckReadModeInkLockDown(), false, 0, &info::wml::CT_Settings}, o.GetReadModeInkLockDown(), info::wml::CT_ReadingModeInkLockDown);
-    VisitObjects(visitor, Member{"SmartTagType", "smartTagType", MemberKind::Child, 92, o.CheckSmartTagType(), true, 0, &info::wml::CT_Settings}, o.GetSmartTagType(), info::wml::CT_SmartTagType);
+    VisitObject(visitor, Member{"SmartTagType", "smartTagType", MemberKind::Child, 92, o.CheckSmartTagType(), false, 0, &info::wml::CT_Settings}, o.GetSmartTagType(), info::wml::CT_SmartTagType);
     VisitObject(visitor, Member{"Sl_schemaLibrary", "sl:schemaLibrary", MemberKind::Child, 93, o.CheckSl_schemaLibrary(), false, 0, &info::wml::CT_Settings}, o.GetSl_schemaLibrary(), info::sl::CT_SchemaLibrary);
     VisitObject(visitor, Member{"ShapeDefaults", "shapeDefaults", MemberKind::Child, 94, o.CheckShapeDefaults(), false, 0, &info::wml::CT_Settings}, o.GetShapeDefaults(), info::wml::CT_ShapeDefaults);
     VisitObject(visitor, Member{"DoNotEmbedSmartTags", "doNotEmbedSmartTags", MemberKind::Child, 95, o.CheckDoNotEmbedSmartTags(), false, 0, &info::wml::CT_Settings}, o.GetDoNotEmbedSmartTags(), info::wml::CT_OnOff);
