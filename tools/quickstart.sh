@@ -7,9 +7,19 @@
 #                              and the libFuzzer targets, each of which runs for a short time
 #   tools/quickstart.sh fuzz   only that sanitizer and fuzz build, and only the fuzz targets
 #
-# Builds go to build/ and build-sanitize/ (ccache makes rebuilds quick).
+# Builds go to build/ and build-sanitize/ (ccache makes rebuilds quick).  Each
+# step prints how long it took, so that slow steps show in CI's log.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+
+# Runs a command as a named step and reports its wall time.
+step() {
+    local name=$1 start=$SECONDS
+    shift
+    echo "quickstart: -- $name"
+    "$@"
+    echo "quickstart: -- $name took $((SECONDS - start)) s"
+}
 
 PACKAGES="cmake g++ make python3 pkg-config ccache libwxgtk3.2-dev libgtest-dev"
 FUZZ_PACKAGES="clang-14 libfuzzer-14-dev libclang-rt-14-dev"
@@ -48,11 +58,12 @@ case "${1:-}" in
         build/apps/ooxml-dump
         ;;
     test)
-        install_missing $FUZZ_PACKAGES
-        build build -DOOXML_BUILD_TESTS=ON
-        ctest --test-dir build --output-on-failure
-        build_sanitize_fuzz
-        ctest --test-dir build-sanitize --output-on-failure
+        step "install" install_missing $FUZZ_PACKAGES
+        step "build" build build -DOOXML_BUILD_TESTS=ON
+        step "tests" ctest --test-dir build --output-on-failure
+        step "sanitizer build" build_sanitize_fuzz
+        step "sanitizer tests" ctest --test-dir build-sanitize --output-on-failure -LE fuzz
+        step "fuzz runs" ctest --test-dir build-sanitize --output-on-failure -L fuzz
         ;;
     fuzz)
         install_missing $FUZZ_PACKAGES

@@ -36,7 +36,8 @@ const char* const kUsage =
     "\n"
     "  FILE           print the package overview: parts, content types, the root class\n"
     "                 that reads each XML part and whether it read, relationships\n"
-    "  FILE PART      print the typed tree of one part (\"/xl/workbook.xml\")\n"
+    "  FILE PART      print the typed tree of one part (\"/xl/workbook.xml\", or as a ZIP\n"
+    "                 listing names it, \"xl/workbook.xml\")\n"
     "  (no FILE)      the same for the sample document built into the program\n"
     "\n"
     "options:\n"
@@ -52,6 +53,7 @@ const char* const kUsage =
 struct Options
 {
     wxString file;
+    bool hasPart = false;   // even an empty PART is a part asked for, not the overview
     wxString part;
     bool all = false;
     bool json = false;
@@ -149,8 +151,8 @@ wxString ClassName(const traversal::Node& node)
 }
 
 // Whether a value is printed: present, or asked for all, or the element's own
-// text, whose presence bit the library leaves clear (Part 2.2) but which holds
-// the content once it is not empty.
+// text: ReadXML leaves its presence bit clear, so it is shown once it is not
+// empty (the words of a w:t, the value of a cell).
 bool Shown(const traversal::Member& member, const wxAny& value, bool allMembers)
 {
     if (member.present || allMembers)
@@ -303,7 +305,8 @@ struct PartResult
     const opc::RootClass* root = nullptr;
     bool loaded = false;
     bool readOk = false;
-    wxString problem;
+    wxString problem;       // what went wrong, for the part's line
+    opc::Error error;       // the same naming package and part, for stderr
     double milliseconds = 0;
 };
 
@@ -317,10 +320,10 @@ PartResult ReadOne(const opc::Package& package, const wxString& name, opc::PartR
         std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     result.root = result.loaded ? root->GetClass() : opc::FindRootClass(package, name);
     result.readOk = result.loaded && root->ReadOk();
-    if (!result.loaded)
-        result.problem = error.message;
-    else if (!result.readOk)
-        result.problem = "ReadXML returned false";
+    if (result.loaded && !result.readOk)
+        error = opc::Error{package.GetPath(), package.FindPart(name)->name, "ReadXML returned false"};
+    result.problem = error.message;
+    result.error = error;
     return result;
 }
 
@@ -352,7 +355,7 @@ int Overview(const opc::Package& package)
             line << "\n      " << (result.root ? wxString(result.root->name) : wxString("no root class")) << ": "
                  << Status(result);
             if (!result.readOk)
-                Fail(package.GetPath() + ": " + part.name + ": " + result.problem);
+                Fail(result.error.ToString());
             allRead = allRead && result.readOk;
         }
         Line(line);
@@ -397,7 +400,7 @@ int All(const opc::Package& package)
         Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, part.name,
                               result.root ? result.root->name : "-", Status(result)));
         if (!result.readOk)
-            Fail(package.GetPath() + ": " + part.name + ": " + result.problem);
+            Fail(result.error.ToString());
         allRead = allRead && result.readOk;
         total += result.milliseconds;
         ++count;
@@ -411,13 +414,13 @@ int Tree(const opc::Package& package, const Options& options)
     opc::PartRoot root;
     const PartResult result = ReadOne(package, options.part, &root);
     if (!result.loaded)
-        return Fail(package.GetPath() + ": " + options.part + ": " + result.problem);
+        return Fail(result.error.ToString()); // a part that is not there too: one line, no output
     if (options.json)
         JsonPrinter(options.allMembers).Print(root.GetNode());
     else
         TextPrinter(options.allMembers).Print(root.GetNode());
     if (!result.readOk)
-        return Fail(package.GetPath() + ": " + options.part + ": ReadXML returned false (the tree above is partial)");
+        return Fail(result.error.ToString() + " (the tree above is partial)");
     return 0;
 }
 
@@ -498,7 +501,8 @@ int ParseArguments(int argc, char** argv, Options* options)
     }
     if (!positional.empty())
         options->file = positional[0];
-    if (positional.size() == 2)
+    options->hasPart = positional.size() == 2;
+    if (options->hasPart)
         options->part = positional[1];
     return 0;
 }
@@ -528,7 +532,7 @@ int main(int argc, char** argv)
                             : package.Open(options.file, &error);
     if (!opened)
         return Fail(error.ToString());
-    if (!options.part.empty())
+    if (options.hasPart)
         return Tree(package, options);
     return options.all ? All(package) : Overview(package);
 }

@@ -187,10 +187,7 @@ bool Package::Impl::ReadDirectory(Error* error)
             return Fail(error, "", wxString::Format("more than %zu ZIP entries", limits.maxParts));
         if (entry->IsDir())
             continue;
-        wxString name = entry->GetInternalName();
-        name.Replace("\\", "/");
-        if (!name.StartsWith("/"))
-            name = "/" + name;
+        const wxString name = NormalPartName(entry->GetInternalName());
         const wxString key = Key(name);
         if (index.count(key))
         {
@@ -229,9 +226,8 @@ bool Package::Impl::ReadContentTypes(Package& package, Error* error)
             defaults[Key(entry->GetDefault()->GetExtension())] = entry->GetDefault()->GetContentType();
         if (entry->GetOverride())
         {
-            wxString partName = entry->GetOverride()->GetPartName();
-            partName.Replace("\\", "/");
-            overrides[Key(partName)] = entry->GetOverride()->GetContentType();
+            overrides[Key(NormalPartName(entry->GetOverride()->GetPartName()))] =
+                entry->GetOverride()->GetContentType();
         }
     }
     for (Part& p : parts)
@@ -239,19 +235,22 @@ bool Package::Impl::ReadContentTypes(Package& package, Error* error)
     return true;
 }
 
-const Part* Package::FindPart(const wxString& name) const
+wxString Package::NormalPartName(const wxString& name)
 {
     wxString normal = name;
     normal.Replace("\\", "/");
-    if (!normal.StartsWith("/"))
-        normal = "/" + normal;
-    const auto found = m_impl->index.find(Key(normal));
+    return normal.StartsWith("/") ? normal : "/" + normal;
+}
+
+const Part* Package::FindPart(const wxString& name) const
+{
+    const auto found = m_impl->index.find(Key(NormalPartName(name)));
     return found == m_impl->index.end() ? nullptr : &m_impl->parts[found->second];
 }
 
 wxString Package::GetContentType(const wxString& partName) const
 {
-    const auto byOverride = m_impl->overrides.find(Key(partName));
+    const auto byOverride = m_impl->overrides.find(Key(NormalPartName(partName)));
     if (byOverride != m_impl->overrides.end())
         return byOverride->second;
     const auto byDefault = m_impl->defaults.find(Key(ExtensionOf(partName)));
@@ -262,7 +261,7 @@ bool Package::ReadPart(const wxString& partName, std::string* bytes, Error* erro
 {
     const Part* part = FindPart(partName);
     if (!part)
-        return m_impl->Fail(error, partName, "no such part in the package");
+        return m_impl->Fail(error, "", "no part named " + NormalPartName(partName));
     if (!part->problem.empty())
         return m_impl->Fail(error, part->name, part->problem);
     const Limits& limits = m_impl->limits;
@@ -340,7 +339,10 @@ bool Package::ReadRelationships(const wxString& source, bool transitional, std::
     ooxml::relationships::CT_Relationships rels;
     if (!rels.ReadXML(document.GetRoot(), &context))
         return m_impl->Fail(error, FindPart(relsName)->name, "relationships do not read");
-    const wxString base = source.empty() ? wxString("/") : source;
+    // Targets resolve against the part's name as the package spells it,
+    // however the caller spelled the source.
+    const Part* sourcePart = FindPart(source);
+    const wxString base = sourcePart ? sourcePart->name : NormalPartName(source);
     for (ooxml::relationships::CT_Relationship* item : rels.GetRelationship())
     {
         Relationship r;
@@ -357,15 +359,15 @@ bool Package::ReadRelationships(const wxString& source, bool transitional, std::
 
 wxString Package::RelationshipsPartName(const wxString& source)
 {
-    if (source.empty() || source == "/")
+    const wxString name = NormalPartName(source);
+    if (name == "/")
         return "/_rels/.rels";
-    const wxString folder = source.BeforeLast('/');
-    return folder + "/_rels/" + source.AfterLast('/') + ".rels";
+    return name.BeforeLast('/') + "/_rels/" + name.AfterLast('/') + ".rels";
 }
 
 bool Package::IsRelationshipsPart(const wxString& partName)
 {
-    const wxString key = Key(partName);
+    const wxString key = Key(NormalPartName(partName));
     return key.EndsWith(".rels") && key.BeforeLast('/').AfterLast('/') == "_rels";
 }
 

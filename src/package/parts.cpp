@@ -1,5 +1,5 @@
-// The table of root classes (spec root tables, by content type and by root
-// element) and the reading of a part into its root class.
+// The table of root classes (by content type, and by root element for parts
+// declared as plain XML) and the reading of a part into its root class.
 #include "ooxml/opc/parts.h"
 
 #include <cstring>
@@ -60,8 +60,8 @@ struct ByContentType
     RootClass root;
 };
 
-// Content types of ECMA-376 Part 1 (Annex) and of the Microsoft extensions,
-// with the root class of each Part's root table.
+// The content types of XML parts that ECMA-376 and the Microsoft extensions
+// define, each with the class of the part's root element.
 const std::vector<ByContentType>& ContentTypeTable()
 {
     static const std::vector<ByContentType> table = [] {
@@ -69,7 +69,7 @@ const std::vector<ByContentType>& ContentTypeTable()
         // Stored lower-case: content types compare without case.
         auto add = [&t](const wxString& type, const RootClass& root) { t.push_back(ByContentType{type.Lower(), root}); };
         const wxString sml = kSml, wml = kWml, pml = kPml, dml = kDml;
-        // Part 3.1 to 3.4
+        // Package-wide parts: relationships, document properties, custom XML properties
         add("application/vnd.openxmlformats-package.relationships+xml",
             Root<relationships::CT_Relationships>("relationships::CT_Relationships"));
         add("application/vnd.openxmlformats-package.core-properties+xml",
@@ -80,7 +80,7 @@ const std::vector<ByContentType>& ContentTypeTable()
             Root<custom_properties::CT_Properties>("custom_properties::CT_Properties"));
         add("application/vnd.openxmlformats-officedocument.customXmlProperties+xml",
             Root<custom_xml::CT_DatastoreItem>("custom_xml::CT_DatastoreItem"));
-        // Part 4.1 to 4.3
+        // SpreadsheetML
         const RootClass workbook = Root<sml::CT_Workbook>("sml::CT_Workbook");
         add(sml + "sheet.main+xml", workbook);
         add(sml + "template.main+xml", workbook);
@@ -110,7 +110,7 @@ const std::vector<ByContentType>& ContentTypeTable()
         add(sml + "tableSingleCells+xml", Root<sml::CT_SingleXmlCells>("sml::CT_SingleXmlCells"));
         add(sml + "volatileDependencies+xml", Root<sml::CT_VolTypes>("sml::CT_VolTypes"));
         add("application/vnd.openxmlformats-officedocument.drawing+xml", Root<xdr::CT_Drawing>("xdr::CT_Drawing"));
-        // Part 5.1 to 5.3
+        // WordprocessingML
         const RootClass document = Root<wml::CT_Document>("wml::CT_Document");
         add(wml + "document.main+xml", document);
         add(wml + "template.main+xml", document);
@@ -128,7 +128,7 @@ const std::vector<ByContentType>& ContentTypeTable()
         add(wml + "comments+xml", Root<wml::CT_Comments>("wml::CT_Comments"));
         add(wml + "header+xml", Root<wml::CT_HdrFtr>("wml::CT_HdrFtr"));
         add(wml + "footer+xml", Root<wml::CT_HdrFtr>("wml::CT_HdrFtr"));
-        // Part 6.1 to 6.5
+        // DrawingML: themes, table styles, charts, diagrams
         add("application/vnd.openxmlformats-officedocument.theme+xml",
             Root<dml::CT_OfficeStyleSheet>("dml::CT_OfficeStyleSheet"));
         add("application/vnd.openxmlformats-officedocument.themeOverride+xml",
@@ -144,7 +144,7 @@ const std::vector<ByContentType>& ContentTypeTable()
         add(dml + "diagramStyle+xml", Root<dgm::CT_StyleDefinition>("dgm::CT_StyleDefinition"));
         add(dml + "diagramColors+xml", Root<dgm::CT_ColorTransform>("dgm::CT_ColorTransform"));
         add("application/vnd.ms-office.drawingml.diagramDrawing+xml", Root<dsp::CT_Drawing>("dsp::CT_Drawing"));
-        // Part 7.1
+        // PresentationML
         const RootClass presentation = Root<pml::CT_Presentation>("pml::CT_Presentation");
         add(pml + "presentation.main+xml", presentation);
         add(pml + "slideshow.main+xml", presentation);
@@ -164,9 +164,10 @@ const std::vector<ByContentType>& ContentTypeTable()
         add(pml + "presProps+xml", Root<pml::CT_PresentationProperties>("pml::CT_PresentationProperties"));
         add(pml + "viewProps+xml", Root<pml::CT_ViewProperties>("pml::CT_ViewProperties"));
         add(pml + "tags+xml", Root<pml::CT_TagList>("pml::CT_TagList"));
-        // Part 8.1: a VML drawing part has no root class of its own in the
-        // spec; its root element ("xml") holds shapes, shape types and groups
-        // as a VML group does, so the group class reads it.
+        // VML drawings (comment boxes, form controls, legacy shapes): the
+        // schemas give the part no root element of its own; its root ("xml")
+        // holds shapes, shape types and groups as a VML group does, so the
+        // group class reads it.
         add("application/vnd.openxmlformats-officedocument.vmlDrawing", Root<vml::CT_Group>("vml::CT_Group"));
         return t;
     }();
@@ -227,7 +228,7 @@ const RootClass* FindRootClassByElement(const wxString& namespaceUri, const wxSt
 
 const RootClass* FindRootClass(const Package& package, const wxString& partName)
 {
-    if (partName.CmpNoCase("/[Content_Types].xml") == 0)
+    if (Package::NormalPartName(partName).CmpNoCase("/[Content_Types].xml") == 0)
         return FindRootClassByElement("http://schemas.openxmlformats.org/package/2006/content-types", "Types");
     return FindRootClassByContentType(package.GetContentType(partName));
 }
@@ -306,11 +307,21 @@ static wxString NamespaceOf(const wxXmlNode* element)
     return wxString();
 }
 
-bool ReadPart(const Package& package, const wxString& partName, PartRoot* root, Error* error, PrepareStats* stats)
+bool ReadPart(const Package& package, const wxString& name, PartRoot* root, Error* error, PrepareStats* stats)
 {
     Error ignored;
     if (!error)
         error = &ignored;
+    // Checked first: a name that is not there would otherwise be judged by the
+    // Default content type of its extension, and fail as a class problem.
+    const Part* part = package.FindPart(name);
+    if (!part)
+    {
+        *error = Error{package.GetPath(), wxString(), "no part named " + Package::NormalPartName(name)};
+        return false;
+    }
+    // From here on the part's name as the package spells it, in messages too.
+    const wxString& partName = part->name;
     const RootClass* cls = FindRootClass(package, partName);
     const wxString contentType = package.GetContentType(partName);
     const bool genericXml = contentType.EndsWith("/xml") || contentType.empty();

@@ -1,6 +1,7 @@
 # Run by CTest: installs the build into a scratch prefix, then builds and runs
 # the consumer project against it, once through find_package(ooxml CONFIG)
-# and once through pkg-config.
+# and once through pkg-config.  The installed ooxml-dump must run, without
+# LD_LIBRARY_PATH, from a copy of the prefix in another folder.
 # Then the examples (a project of their own) are built against the same
 # prefix and run on the samples, their output compared with examples/expected.
 #   cmake -DBUILD_DIR=... -DSOURCE_DIR=... -DWORK_DIR=... -DEXAMPLES_DIR=... -DSAMPLES_DIR=...
@@ -40,13 +41,32 @@ if(PKG_CONFIG)
   string(STRIP "${last_output}" flags)
   separate_arguments(flags UNIX_COMMAND "${flags}")
   run(c++ -std=c++17 ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/pc-consumer ${flags})
-  set(ENV{LD_LIBRARY_PATH} ${prefix}/lib)
-  run(${WORK_DIR}/pc-consumer)
+  # pkg-config gives no run path: this program alone is told where the libraries are.
+  run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${WORK_DIR}/pc-consumer)
 endif()
 message(STATUS "installed package builds and runs: ${last_output}")
 
-# The installed ooxml-dump finds its libraries in the prefix.
-run(${prefix}/bin/ooxml-dump ${SAMPLES_DIR}/sample.xlsx)
+# The installed ooxml-dump finds its libraries by itself, also once the prefix
+# is moved: a copy elsewhere, run without LD_LIBRARY_PATH, must load the
+# libraries of the copy (ldd shows which), not of the first prefix.
+set(moved ${WORK_DIR}/moved/elsewhere)
+file(MAKE_DIRECTORY ${moved})
+file(COPY ${prefix}/ DESTINATION ${moved})
+find_program(LDD ldd)
+if(LDD)
+  run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${LDD} ${moved}/bin/ooxml-dump)
+  foreach(library libooxml-package libooxml)
+    string(REGEX MATCH "${library}\\.so[^\n]*" line "${last_output}")
+    string(FIND "${line}" "=> ${moved}/" at)
+    if(at EQUAL -1)
+      message(FATAL_ERROR "the moved ooxml-dump does not load ${library} of its own prefix:\n${last_output}")
+    endif()
+  endforeach()
+endif()
+run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${moved}/bin/ooxml-dump ${SAMPLES_DIR}/sample.xlsx)
+if(NOT last_output MATCHES "/xl/worksheets/sheet1.xml")
+  message(FATAL_ERROR "the moved ooxml-dump does not list the sample's worksheet:\n${last_output}")
+endif()
 
 # The examples, against the installed packages only.
 run(${CMAKE_COMMAND} -S ${EXAMPLES_DIR} -B ${WORK_DIR}/examples-build -DCMAKE_PREFIX_PATH=${prefix}

@@ -10,6 +10,10 @@
 //
 // Every failure is an Error value naming the package and the part; hostile
 // input is bounded by Limits (sizes, nesting depth, number of parts).
+//
+// Part names are accepted as the package writes them ("/word/document.xml")
+// and as a ZIP listing shows them ("word/document.xml"), in any case; every
+// function taking a part name goes through NormalPartName.
 #ifndef OOXML_OPC_PACKAGE_H
 #define OOXML_OPC_PACKAGE_H
 
@@ -45,8 +49,9 @@ struct Limits
 struct OOXML_API Error
 {
     wxString package;   // the file
-    wxString part;      // the part name ("/xl/workbook.xml"), empty for the whole package
-    wxString message;   // what is wrong
+    wxString part;      // the part name ("/xl/workbook.xml"); empty for the whole package, and
+                        // for a part the package does not have (the message names it)
+    wxString message;   // what is wrong ("no part named /x/y.xml", ...)
 
     // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line).
     wxString ToString() const;
@@ -113,6 +118,11 @@ public:
     // The part of that name (compared case-insensitively, as OPC says), or null.
     const Part* FindPart(const wxString& name) const;
 
+    // A part name as the package spells it: "/" in front of a ZIP item name
+    // ("word/document.xml" -> "/word/document.xml"), backslashes made "/";
+    // "" is "/", the package itself.  Case is kept (names compare without it).
+    static wxString NormalPartName(const wxString& name);
+
     // The content type of a part name: its Override, else the Default of its
     // extension (case-insensitive), else empty.
     wxString GetContentType(const wxString& partName) const;
@@ -124,7 +134,8 @@ public:
     bool GetRelationships(const wxString& source, std::vector<Relationship>* relationships,
                           Error* error) const;
 
-    // The uncompressed bytes of a part, within the limits.
+    // The uncompressed bytes of a part, within the limits.  A part the
+    // package does not have fails with "no part named /x/y.xml".
     bool ReadPart(const wxString& partName, std::string* bytes, Error* error) const;
 
     // Parses a part into `document`: within the limits, nesting depth checked

@@ -1,5 +1,6 @@
-// Reading a package part into the root class that the spec's root tables name
-// for it, without a common base class of the generated classes.
+// Reading a package part into the class of its root element (found by the
+// part's content type, or by the root element for parts declared as plain
+// XML), without a common base class of the generated classes.
 //
 //   ooxml::opc::PartRoot root;
 //   ooxml::opc::Error error;
@@ -43,8 +44,9 @@ struct OOXML_API RootClass
     traversal::Node (*node)(const void*);            // its traversal node
 };
 
-// The root class for parts of a content type (Parts 3.1 to 7.1, with the
-// content types of ECMA-376 Part 1 and the Microsoft extensions), or null.
+// The root class for parts of a content type (the XML parts of ECMA-376 and
+// the Microsoft extensions: workbook, worksheet, document, slide, theme,
+// chart ...), or null.  Case and parameters (";charset=...") do not matter.
 OOXML_API const RootClass* FindRootClassByContentType(const wxString& contentType);
 
 // The root class for a root element, by its namespace URI and local name: for
@@ -53,7 +55,8 @@ OOXML_API const RootClass* FindRootClassByContentType(const wxString& contentTyp
 OOXML_API const RootClass* FindRootClassByElement(const wxString& namespaceUri, const wxString& localName);
 
 // The root class of a part of `package`: by content type, by its name for the
-// content types part, else null.  Does not read the part.
+// content types part, else null.  Does not read the part.  The part name may
+// be written either way ("/xl/workbook.xml" or "xl/workbook.xml").
 OOXML_API const RootClass* FindRootClass(const Package& package, const wxString& partName);
 
 // Whether a part holds XML that ReadPart would read: the content types part,
@@ -95,8 +98,11 @@ private:
 };
 
 // Loads a part (within the package's limits) and reads it into its root
-// class.  False with `error` if the part cannot be loaded, is not XML, or has
-// no root class; true otherwise, with ReadXML's own result in root->ReadOk().
+// class.  False with `error` if the package has no such part ("no part named
+// /x/y.xml"), or it cannot be loaded, is not XML, or has no root class; true
+// otherwise, with ReadXML's own result in root->ReadOk().  The part name may
+// be written either way ("/xl/workbook.xml" or "xl/workbook.xml"); messages
+// use the package's own spelling.
 // The preprocessing follows the package's ReadOptions; `stats`, if given,
 // receives what it did.
 OOXML_API bool ReadPart(const Package& package, const wxString& partName, PartRoot* root, Error* error,
