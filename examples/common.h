@@ -28,36 +28,27 @@ inline void Print(const wxString& text)
     std::exit(1);
 }
 
-// The relationships of `source`; dies with a message if they do not read.
-inline std::vector<ooxml::opc::Relationship> Relationships(const ooxml::opc::Package& package, const wxString& source,
-                                                           const wxString& program)
-{
-    std::vector<ooxml::opc::Relationship> relationships;
-    ooxml::opc::Error error;
-    if (!package.GetRelationships(source, &relationships, &error))
-        Die(program, error.ToString());
-    return relationships;
-}
-
-// The first relationship of `source` whose type ends with "/<kind>"
-// ("officeDocument", "sharedStrings"), resolved to a part name; empty if none.
-inline wxString Target(const ooxml::opc::Package& package, const wxString& source, const wxString& kind,
+// The part that `source` points to by its first relationship of `type`
+// ("officeDocument", "sharedStrings"); empty if none.
+inline wxString Target(const ooxml::opc::Package& package, const wxString& source, const wxString& type,
                        const wxString& program)
 {
-    for (const ooxml::opc::Relationship& r : Relationships(package, source, program))
-        if (r.type.EndsWith("/" + kind) && !r.external)
-            return r.resolved;
-    return wxString();
+    wxString part;
+    ooxml::opc::Error error;
+    if (!package.FindRelatedPart(source, type, &part, &error))
+        Die(program, error.ToString());
+    return part;
 }
 
-// The target of relationship `id` of `source`, resolved; empty if none.
+// The target of relationship `id` of `source`; empty if none.
 inline wxString TargetById(const ooxml::opc::Package& package, const wxString& source, const wxString& id,
                            const wxString& program)
 {
-    for (const ooxml::opc::Relationship& r : Relationships(package, source, program))
-        if (r.id == id)
-            return r.resolved;
-    return wxString();
+    wxString part;
+    ooxml::opc::Error error;
+    if (!package.FindRelatedPartById(source, id, &part, &error))
+        Die(program, error.ToString());
+    return part;
 }
 
 // Reads a part into its root class T; dies with a message if it cannot.

@@ -8,7 +8,6 @@
 
 #include <wx/init.h>
 #include <wx/log.h>
-#include <wx/mstream.h>
 #include <wx/xml/xml.h>
 
 #include "ooxml/aliases.h"
@@ -28,14 +27,12 @@ template <class Root>
 int ReadPart(const std::uint8_t* data, std::size_t size)
 {
     Initialise();
-    // The package reader bounds nesting before parsing; so does the target,
-    // with the same default, so that it exercises the readers rather than the stack.
-    const std::size_t limit = ooxml::opc::Limits().maxDepth;
-    if (ooxml::opc::XmlNestingDepth(reinterpret_cast<const char*>(data), size, limit) > limit)
-        return 0;
-    wxMemoryInputStream input(data, size);
+    // Loaded as the package reader loads a part (nesting bounded before the
+    // tree is built), so that the target exercises the readers, not the stack.
     wxXmlDocument document;
-    if (!document.Load(input) || !document.GetRoot())
+    wxString problem;
+    if (!ooxml::opc::ParseXml(reinterpret_cast<const char*>(data), size, ooxml::opc::Limits().maxDepth, &document,
+                              &problem))
         return 0;
     XMLNSContext context(&document);
     Root root;

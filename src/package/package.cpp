@@ -299,24 +299,67 @@ bool Package::ReadPart(const wxString& partName, std::string* bytes, Error* erro
     return true;
 }
 
+bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document, wxString* problem)
+{
+    if (size == 0)
+    {
+        *problem = "empty part, not XML";
+        return false;
+    }
+    if (XmlNestingDepth(bytes, size, maxDepth) > maxDepth)
+    {
+        *problem = wxString::Format("XML nested deeper than %zu elements", maxDepth);
+        return false;
+    }
+    wxMemoryInputStream input(bytes, size);
+    ErrorCollector collector;
+    if (!document->Load(input) || !document->IsOk() || !document->GetRoot())
+    {
+        const wxString why = collector.Text();
+        *problem = why.empty() ? wxString("XML does not parse") : "XML does not parse: " + why;
+        return false;
+    }
+    return true;
+}
+
 bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const
 {
     std::string bytes;
     if (!ReadPart(partName, &bytes, error))
         return false;
-    const Part* part = FindPart(partName);
-    if (bytes.empty())
-        return m_impl->Fail(error, part->name, "empty part, not XML");
-    const std::size_t limit = m_impl->limits.maxDepth;
-    if (XmlNestingDepth(bytes.data(), bytes.size(), limit) > limit)
-        return m_impl->Fail(error, part->name, wxString::Format("XML nested deeper than %zu elements", limit));
-    wxMemoryInputStream input(bytes.data(), bytes.size());
-    ErrorCollector collector;
-    if (!document->Load(input) || !document->IsOk() || !document->GetRoot())
-    {
-        wxString why = collector.Text();
-        return m_impl->Fail(error, part->name, why.empty() ? wxString("XML does not parse") : "XML does not parse: " + why);
-    }
+    wxString problem;
+    if (!ParseXml(bytes.data(), bytes.size(), m_impl->limits.maxDepth, document, &problem))
+        return m_impl->Fail(error, FindPart(partName)->name, problem);
+    return true;
+}
+
+bool Package::FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const
+{
+    part->clear();
+    std::vector<Relationship> relationships;
+    if (!GetRelationships(source, &relationships, error))
+        return false;
+    for (const Relationship& r : relationships)
+        if (!r.external && (r.type == type || r.type.EndsWith("/" + type)))
+        {
+            *part = r.resolved;
+            break;
+        }
+    return true;
+}
+
+bool Package::FindRelatedPartById(const wxString& source, const wxString& id, wxString* part, Error* error) const
+{
+    part->clear();
+    std::vector<Relationship> relationships;
+    if (!GetRelationships(source, &relationships, error))
+        return false;
+    for (const Relationship& r : relationships)
+        if (r.id == id)
+        {
+            *part = r.resolved;
+            break;
+        }
     return true;
 }
 

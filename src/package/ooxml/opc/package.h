@@ -142,6 +142,15 @@ public:
     // before wxWidgets builds the tree, parse errors reported, not logged.
     bool LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const;
 
+    // The part that `source` points to by its first internal relationship of
+    // `type`, given whole or by its last segment ("officeDocument",
+    // "sharedStrings"), resolved ("/xl/workbook.xml"); empty if it has none.
+    // False only if the relationships do not read.
+    bool FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const;
+
+    // The same by relationship id ("rId3"), external targets included.
+    bool FindRelatedPartById(const wxString& source, const wxString& id, wxString* part, Error* error) const;
+
     // "/xl/workbook.xml" -> "/xl/_rels/workbook.xml.rels"; the package's own
     // relationships are "/_rels/.rels".
     static wxString RelationshipsPartName(const wxString& source);
@@ -163,6 +172,12 @@ private:
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };
+
+// Parses the bytes of one XML part as Package::LoadXml does: an empty part and
+// nesting deeper than `maxDepth` are refused before wxWidgets builds a tree;
+// a parse error is returned in `problem`, not logged.
+OOXML_API bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document,
+                        wxString* problem);
 
 // The deepest element nesting of XML text, found without building a tree;
 // stops counting at `limit + 1`.
