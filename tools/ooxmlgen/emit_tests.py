@@ -14,9 +14,9 @@ from __future__ import annotations
 import struct
 from typing import Dict, List, Optional, Set, Tuple
 
-from .emit_cpp import BANNER, _cpp_string
-from .model import (ATTRIBUTE, ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER, TEXT, VALUE_ELEMENT, Class, Member,
-                    Model, Schema, ValueType)
+from .cpp import BANNER, string_literal
+from .kinds import ATTRIBUTES, CHILDREN, CONTENT
+from .model import Class, Member, Model, Schema, ValueType
 
 XML_NS = "http://www.w3.org/XML/1998/namespace"
 
@@ -143,41 +143,37 @@ def declarations(schema: Schema) -> str:
 
 # -- what a group takes ------------------------------------------------------------
 
-def _first_leaf(cls: Class, kinds: "_Kinds") -> Optional[Tuple[Member, Class]]:
+# `side` below is kinds.ATTRIBUTES or kinds.CHILDREN: the names of one side of an element.
+
+def _leaves(cls: Class, side: str) -> List[Member]:
+    """The members of `cls` compared by their own name on `side`."""
+    return [m for m in cls.members_from(side) if m.kind.by_name]
+
+
+def _first_leaf(cls: Class, side: str) -> Optional[Tuple[Member, Class]]:
     """The first element (or attribute) that a group, holder or attribute group takes."""
-    for m in cls.members:
-        if m.kind in kinds.leaves and m.xml:
+    for m in cls.members_from(side):
+        if m.kind.by_name:
             return m, cls
-        if m.kind in kinds.nests and m.target is not None:
-            leaf = _first_leaf(m.target, kinds)
-            if leaf:
-                return leaf
+        leaf = _first_leaf(m.target, side)
+        if leaf:
+            return leaf
     return None
 
 
-def _takes(cls: Class, names: _Names, kinds: "_Kinds", seen: Optional[Set[int]] = None) -> Set[Tuple[str, str]]:
+def _takes(cls: Class, names: _Names, side: str, seen: Optional[Set[int]] = None) -> Set[Tuple[str, str]]:
     """Every name (resolved) that a group class takes."""
     seen = seen if seen is not None else set()
     if id(cls) in seen:
         return set()
     seen.add(id(cls))
     out: Set[Tuple[str, str]] = set()
-    for m in cls.members:
-        if m.kind in kinds.nests and m.target is not None:
-            out |= _takes(m.target, names, kinds, seen)
-        elif m.kind in kinds.leaves and m.xml:
+    for m in cls.members_from(side):
+        if m.kind.nested:
+            out |= _takes(m.target, names, side, seen)
+        else:
             out.add(names.resolve(m.xml, cls.schema))
     return out
-
-
-class _Kinds:
-    def __init__(self, leaves: Tuple[str, ...], nests: Tuple[str, ...]):
-        self.leaves = leaves    # members compared by name
-        self.nests = nests      # members that pass the name on to a group class
-
-
-_ELEMENTS = _Kinds((VALUE_ELEMENT, CHILD), (GROUP, HOLDER))
-_ATTRIBUTES = _Kinds((ATTRIBUTE,), (ATTRIBUTE_GROUP,))
 
 
 class _Sample:
@@ -198,29 +194,28 @@ class _Sample:
     def build(self) -> None:
         cls = self.cls
         self._attributes()
-        text = cls.text_member()
-        if text is not None:
+        for text in cls.members_from(CONTENT):
             lexical, reported = self.next_sample(text.value)
             self.text = lexical
             self.present[cls.members.index(text)] = [reported]   # read, though its bit stays clear
         self._elements()
 
-    def _leaf_name(self, m: Member, owner: Class, kinds: _Kinds) -> Tuple[Optional[Member], Tuple[str, str]]:
+    def _leaf_name(self, m: Member, owner: Class, side: str) -> Tuple[Optional[Member], Tuple[str, str]]:
         """The member that gives the sample a name for `m`, and that name, resolved."""
-        if m.target is not None and m.kind in (GROUP, HOLDER, ATTRIBUTE_GROUP):
-            leaf = _first_leaf(m.target, kinds)
+        if m.kind.nested:
+            leaf = _first_leaf(m.target, side)
             if leaf is None:
                 return None, ("", "")
             m, owner = leaf
         return m, self.names.resolve(m.xml, owner.schema)
 
-    def _acceptor(self, name: Tuple[str, str], candidates: List[int], kinds: _Kinds) -> Optional[int]:
+    def _acceptor(self, name: Tuple[str, str], candidates: List[int], side: str) -> Optional[int]:
         """The member that the reader's comparison chain gives `name`."""
         cls = self.cls
         for i in candidates:
             m = cls.members[i]
-            if m.target is not None and m.kind in (GROUP, HOLDER, ATTRIBUTE_GROUP):
-                if name in _takes(m.target, self.names, kinds):
+            if m.kind.nested:
+                if name in _takes(m.target, self.names, side):
                     return i
             elif self.names.resolve(m.xml, cls.schema) == name:
                 if not m.branch_guard or any(b in self.present for b in m.branch_guard):
@@ -229,16 +224,16 @@ class _Sample:
 
     def _attributes(self) -> None:
         cls = self.cls
-        candidates = [i for i, m in enumerate(cls.members) if m.kind in (ATTRIBUTE, ATTRIBUTE_GROUP)]
+        candidates = [i for i, m in enumerate(cls.members) if m.kind.source == ATTRIBUTES]
         # The base class's attributes too: a derived class must leave them unread.
-        inherited = [(m, base) for base in _bases(cls) for m in base.members if m.kind == ATTRIBUTE]
+        inherited = [(m, base) for base in _bases(cls) for m in _leaves(base, ATTRIBUTES)]
         written: Set[Tuple[str, str]] = set()
         for m, declaring in [(cls.members[i], cls) for i in candidates] + inherited:
-            leaf, name = self._leaf_name(m, declaring, _ATTRIBUTES)
+            leaf, name = self._leaf_name(m, declaring, ATTRIBUTES)
             if leaf is None or name in written:
                 continue
             written.add(name)
-            owner = self._acceptor(name, candidates, _ATTRIBUTES)
+            owner = self._acceptor(name, candidates, ATTRIBUTES)
             if owner is None and declaring is not cls:
                 lexical, _ = _sample(leaf.value, 0)
             else:
@@ -251,30 +246,30 @@ class _Sample:
                     lexical, reported = self.next_sample(value)
                     reported = [reported]
                 if owner is not None:
-                    self.present[owner] = reported if cls.members[owner].kind == ATTRIBUTE else [""]
+                    self.present[owner] = reported if cls.members[owner].value is not None else [""]
             self.attributes.append(f"{self.names.write(name)}='{lexical}'")
 
     def _elements(self) -> None:
         cls = self.cls
-        candidates = [i for i, m in enumerate(cls.members) if m.kind in (VALUE_ELEMENT, CHILD, GROUP, HOLDER)]
-        inherited = [(m, base) for base in _bases(cls) for m in base.members if m.kind in (VALUE_ELEMENT, CHILD)]
+        candidates = [i for i, m in enumerate(cls.members) if m.kind.source == CHILDREN]
+        inherited = [(m, base) for base in _bases(cls) for m in _leaves(base, CHILDREN)]
         written: Set[Tuple[str, str]] = set()
         for m, declaring in [(cls.members[i], cls) for i in candidates] + inherited:
-            leaf, name = self._leaf_name(m, declaring, _ELEMENTS)
+            leaf, name = self._leaf_name(m, declaring, CHILDREN)
             if leaf is None or name in written:
                 continue
             written.add(name)
-            owner = self._acceptor(name, candidates, _ELEMENTS)
+            owner = self._acceptor(name, candidates, CHILDREN)
             reported = [""]
             tag = self.names.write(name)
-            if leaf.kind == VALUE_ELEMENT:
+            if leaf.value is not None:
                 lexical, rep = self.next_sample(leaf.value) if owner is not None else _sample(leaf.value, 0)
                 self.elements.append(f"<{tag}>{lexical}</{tag}>")
                 reported = [rep]
             else:
                 self.elements.append(f"<{tag}/>")
             if owner is not None:
-                self.present[owner] = reported if cls.members[owner].kind == VALUE_ELEMENT else [""]
+                self.present[owner] = reported if cls.members[owner].value is not None else [""]
 
     def expected(self) -> str:
         tokens = []
@@ -299,9 +294,9 @@ def _tokens(cls: Class, present: Dict[int, List[str]]) -> List[str]:
     if cls.any_base:
         out.append("Value-?")
     for i, m in enumerate(cls.members):
-        listed = m.repeated or (m.value is not None and m.value.is_list)
+        listed = m.kind.listed(m)
         values = present.get(i)
-        if m.kind == TEXT:
+        if not m.kind.marks_presence:
             shown = values[0] if values else _reported_default(m.value, m.default)
             out.append(f"{m.name}-{shown}")
         elif values is not None:
@@ -319,7 +314,7 @@ def emit_samples(model: Model) -> str:
              "// attributes, content, and the members as the traversal reports them (see class_samples_test.cpp).",
              "", "const SchemaDeclarations kSchemaDeclarations[] = {"]
     for schema in model.class_schemas():
-        lines.append(f"    {{{_cpp_string(schema.key)}, {_cpp_string(declarations(schema))}}},")
+        lines.append(f"    {{{string_literal(schema.key)}, {string_literal(declarations(schema))}}},")
     lines += ["};", "", "const ClassSample kClassSamples[] = {"]
     for schema in model.class_schemas():
         for cls in schema.classes:
@@ -327,9 +322,9 @@ def emit_samples(model: Model) -> str:
             sample.build()
             attributes = [f"xmlns:{p}='{u}'" for u, p in sample.names.extra.items()] + sample.attributes
             content = sample.text + "".join(sample.elements)
-            lines.append(f"    {{{_cpp_string(schema.key)}, {_cpp_string(cls.name)}, "
-                         f"{_cpp_string(' '.join(attributes))}, {_cpp_string(content)}, "
-                         f"{_cpp_string(sample.expected())}}},")
+            lines.append(f"    {{{string_literal(schema.key)}, {string_literal(cls.name)}, "
+                         f"{string_literal(' '.join(attributes))}, {string_literal(content)}, "
+                         f"{string_literal(sample.expected())}}},")
     lines += ["};"]
     return "\n".join(lines) + "\n"
 

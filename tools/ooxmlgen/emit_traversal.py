@@ -8,12 +8,9 @@ from __future__ import annotations
 import math
 from typing import Dict, List
 
-from .emit_cpp import BANNER, CLASSES_PER_SOURCE, _guard
-from .model import (ATTRIBUTE, ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER, TEXT, VALUE_ELEMENT, Class,
-                    Member, Model, Schema)
-
-_KINDS = {ATTRIBUTE: "Attribute", TEXT: "Text", VALUE_ELEMENT: "ValueElement", CHILD: "Child",
-          GROUP: "Group", HOLDER: "Holder", ATTRIBUTE_GROUP: "AttributeGroup"}
+from .cpp import BANNER, guard
+from .emit_cpp import CLASSES_PER_SOURCE
+from .model import Class, Member, Model, Schema
 
 
 def _info(cls: Class) -> str:
@@ -27,12 +24,12 @@ def _qualified(cls: Class) -> str:
 def emit_header(schema: Schema) -> str:
     path = f"ooxml/traversal/{schema.key}.h"
     out = [BANNER, f"// Traversal of the classes of {schema.uri}: see ooxml/traversal/traversal.h.",
-           f"#ifndef {_guard(path)}", f"#define {_guard(path)}", "", '#include "ooxml/traversal/traversal.h"', "",
+           f"#ifndef {guard(path)}", f"#define {guard(path)}", "", '#include "ooxml/traversal/traversal.h"', "",
            f"namespace {schema.cpp_namespace}", "{"]
     out += [f"class {cls.name};" for cls in schema.classes]
     out += ["}", "", "namespace ooxml", "{", "namespace traversal", "{", ""]
     out += [f"OOXML_API Node NodeOf(const {_qualified(cls)}& object);" for cls in schema.classes]
-    out += ["", "} // namespace traversal", "} // namespace ooxml", "", f"#endif // {_guard(path)}"]
+    out += ["", "} // namespace traversal", "} // namespace ooxml", "", f"#endif // {guard(path)}"]
     return "\n".join(out) + "\n"
 
 
@@ -65,8 +62,8 @@ def emit_registry(model: Model) -> str:
 
 def _member_literal(cls: Class, m: Member, present: str) -> str:
     xml = m.xml or ""
-    repeated = "true" if m.repeated or (m.value is not None and m.value.is_list) else "false"
-    return (f'Member{{"{m.name}", "{xml}", MemberKind::{_KINDS[m.kind]}, {m.bit}, {present}, '
+    repeated = "true" if m.kind.listed(m) else "false"
+    return (f'Member{{"{m.name}", "{xml}", MemberKind::{m.kind.label}, {m.bit}, {present}, '
             f'{repeated}, 0, &{_info(cls)}}}')
 
 
@@ -84,13 +81,7 @@ def _visit_function(cls: Class) -> List[str]:
                      f'&{_info(cls)}}}, static_cast<const wxAny&>(o));')
     for m in cls.members:
         member = _member_literal(cls, m, f"o.Check{m.name}()")
-        getter = f"o.Get{m.name}()"
-        if m.target is not None:
-            call = "VisitObjects" if m.repeated else "VisitObject"
-            lines.append(f"    {call}(visitor, {member}, {getter}, {_info(m.target)});")
-        else:
-            call = "VisitValues" if (m.repeated or m.value.is_list) else "VisitValue"
-            lines.append(f"    {call}(visitor, {member}, {getter});")
+        lines.append(f"    {m.kind.visit(m, member, f'o.Get{m.name}()', _info)}")
     lines.append("}")
     return lines
 

@@ -1,15 +1,18 @@
 """The generator's intermediate representation.
 
 Every rule of class shape, storage and reading is applied while this model is
-built (rules.py);
-the emitters only print it.  Names here are already the C++ names, and member
-lists are already in presence-bit order.
+built (rules.py), name constants included; the emitters only print it, asking
+each member's kind (kinds.py) how.  Names here are already the C++ names, and
+member lists are already in presence-bit order.
 """
 
 from __future__ import annotations
 
 from dataclasses import dataclass, field
-from typing import Dict, List, Optional
+from typing import TYPE_CHECKING, Dict, List, Optional
+
+if TYPE_CHECKING:
+    from .kinds import MemberKind
 
 
 @dataclass(frozen=True)
@@ -24,36 +27,19 @@ class ValueType:
         return f"std::vector<{self.cpp}>" if self.is_list else self.cpp
 
 
-# Member kinds.
-ATTRIBUTE = "attribute"          # attribute value, stored natively
-ATTRIBUTE_GROUP = "attribute_group"  # owned AG_ object, fed by the attribute SetProperty
-TEXT = "text"                    # simple content of the element itself ("Value")
-VALUE_ELEMENT = "value_element"  # child element of simple type, stored natively
-CHILD = "child"                  # child element of complex type, owned object(s)
-GROUP = "group"                  # element group or Group_ object(s)
-HOLDER = "holder"                # choice holder object(s) Data__
-
-SCALAR_KINDS = (ATTRIBUTE, TEXT, VALUE_ELEMENT)
-OBJECT_KINDS = (ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER)
-
-
 @dataclass
 class Member:
     name: str                       # "ZoomScale", "R_id", "Data__1", "EG_SerShared"
-    kind: str
+    kind: "MemberKind"              # one of the objects of kinds.py
     bit: int = 0
     xml: Optional[str] = None       # compared name in mapped form: "val", "r:id"
     repeated: bool = False          # growable array
-    value: Optional[ValueType] = None   # ATTRIBUTE, TEXT, VALUE_ELEMENT
-    target: Optional["Class"] = None    # ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER
+    value: Optional[ValueType] = None   # kinds that hold a value: attribute, text, value element
+    target: Optional["Class"] = None    # kinds that own objects: child, group, holder, attribute group
     default: Optional[str] = None   # schema default, lexical form
     # A member of a choice branch that another branch also names: taken only
     # when a member of its own branch was already read (see rules.py).
     branch_guard: List[int] = field(default_factory=list)
-
-    @property
-    def is_value(self) -> bool:
-        return self.kind in (ATTRIBUTE, TEXT, VALUE_ELEMENT)
 
 
 # Class kinds.
@@ -75,10 +61,6 @@ class Class:
     order: int = 0                   # position among the schema's classes
 
     @property
-    def qualified(self) -> str:
-        return f"{self.schema.cpp_namespace}::{self.name}"
-
-    @property
     def is_group(self) -> bool:
         """Has the choice operations SetProperty/HasProperty/GetProperty."""
         return self.kind in (ELEMENT_GROUP, ATTR_GROUP, HOLDER_CLASS)
@@ -90,17 +72,9 @@ class Class:
             return 32
         return 64 * ((n + 63) // 64)
 
-    def element_members(self) -> List[Member]:
-        return [m for m in self.members if m.kind in (VALUE_ELEMENT, CHILD, GROUP, HOLDER)]
-
-    def attribute_members(self) -> List[Member]:
-        return [m for m in self.members if m.kind in (ATTRIBUTE, ATTRIBUTE_GROUP)]
-
-    def text_member(self) -> Optional[Member]:
-        for m in self.members:
-            if m.kind == TEXT:
-                return m
-        return None
+    def members_from(self, source: str) -> List[Member]:
+        """The members that the reader finds in `source` (kinds.ATTRIBUTES, CHILDREN, CONTENT)."""
+        return [m for m in self.members if m.kind.source == source]
 
 
 @dataclass(eq=False)
@@ -113,39 +87,13 @@ class Schema:
     map: Dict[str, str]              # namespace map: URI -> prefix (own URI -> "")
     expected_classes: int
     classes: List[Class] = field(default_factory=list)
-    # name text -> C++ identifier of its constant, in first-use order
+    # name text -> C++ identifier of its constant, in creation order (rules.py)
     names: Dict[str, str] = field(default_factory=dict)
     enumerations: List[str] = field(default_factory=list)
 
     @property
     def header(self) -> str:
         return f"ooxml/{self.family}/{self.key}.h"
-
-    def constant(self, text: str) -> str:
-        """C++ identifier of the name constant for `text`, created on first use."""
-        ident = self.names.get(text)
-        if ident is None:
-            ident = constant_identifier(text)
-            if ident in self.names.values():
-                suffix = 1
-                while f"{ident}_{suffix}" in self.names.values():
-                    suffix += 1
-                ident = f"{ident}_{suffix}"
-            self.names[text] = ident
-        return ident
-
-
-def constant_identifier(text: str) -> str:
-    """A readable C++ identifier for a name or enumeration text: s_val, s_r_id."""
-    out = []
-    for ch in text:
-        if ch.isascii() and (ch.isalnum() or ch == "_"):
-            out.append(ch)
-        elif ch == ":":
-            out.append("_")
-        else:
-            out.append(f"_x{ord(ch):02X}_")
-    return "s_" + "".join(out)
 
 
 @dataclass

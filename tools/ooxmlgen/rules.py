@@ -9,22 +9,23 @@ shape, storage, reading):
   writes them; names of other schemas in mapped form with the comparing schema's
   prefix; repeated names numbered "_1", "_2";
 - storage of simple values by the table below; presence bit i for member i;
+- one name constant per distinct text that the readers compare or offer,
+  created in this order: member names, enumeration values, string defaults
+  (the emitters only look them up);
 - the deviations of binding.toml, where the classes differ from what the XSDs
   alone would give, applied to the XSD records first.
 """
 
 from __future__ import annotations
 
-import copy
 import re
 import tomllib
-import xml.etree.ElementTree as ET
 from typing import Dict, List, Optional, Tuple
 
 from . import xsd
-from .model import (ATTR_GROUP, ATTRIBUTE, ATTRIBUTE_GROUP, CHILD, COMPLEX_TYPE,
-                    ELEMENT_GROUP, GROUP, HOLDER, HOLDER_CLASS, TEXT, VALUE_ELEMENT,
-                    Class, Member, Model, Schema, ValueType)
+from .kinds import ATTRIBUTE, ATTRIBUTE_GROUP, CHILD, GROUP, HOLDER, TEXT, VALUE_ELEMENT
+from .model import (ATTR_GROUP, COMPLEX_TYPE, ELEMENT_GROUP, HOLDER_CLASS, Class, Member, Model,
+                    Schema, ValueType)
 
 UNBOUNDED = 1 << 30
 
@@ -117,6 +118,7 @@ class Builder:
         for schema in self.schemas.values():
             self._number_classes(schema)
             self._collect_enumerations(schema)
+            self._name_defaults(schema)
         return Model(list(self.schemas.values()))
 
     # -- schemas and maps -------------------------------------------------------------
@@ -506,7 +508,7 @@ class Builder:
             value = self._value_type(elem_type, simple)
             cls.members.append(Member(name, VALUE_ELEMENT, xml=xml, repeated=count > 1,
                                       value=value, default=elem.default))
-        schema.constant(xml)
+        _name_constant(schema, xml)
 
     def _add_group(self, cls: Class, ref: xsd.GroupRef, count: int) -> None:
         target = self.groups.get(ref.ref)
@@ -549,7 +551,7 @@ class Builder:
             xml = self._mapped(schema, uri, local, x.prefixes)
             cls.members.append(Member(self._member_name(xml), ATTRIBUTE, xml=xml,
                                       value=self._value_type(attr_type, simple), default=default))
-            schema.constant(xml)
+            _name_constant(schema, xml)
 
     # -- simple types ---------------------------------------------------------------
     def _value_type(self, qname: Optional[xsd.QName], simple: Optional[xsd.SimpleType] = None) -> ValueType:
@@ -583,7 +585,7 @@ class Builder:
         seen: Dict[str, int] = {}
         for i, member in enumerate(cls.members):
             member.bit = i
-            if member.kind == HOLDER:
+            if member.kind is HOLDER:
                 continue
             n = seen.get(member.name, 0)
             seen[member.name] = n + 1
@@ -605,7 +607,44 @@ class Builder:
                 if value not in seen:
                     seen.add(value)
                     schema.enumerations.append(value)
-                    schema.constant(value)
+                    _name_constant(schema, value)
+
+    def _name_defaults(self, schema: Schema) -> None:
+        """Constants of the string defaults that the constructors assign."""
+        for cls in schema.classes:
+            for member in cls.members:
+                for text in member.kind.default_names(member):
+                    _name_constant(schema, text)
+
+
+# -- name constants -------------------------------------------------------------------
+
+def _constant_identifier(text: str) -> str:
+    """A readable C++ identifier for a name or enumeration text: s_val, s_r_id."""
+    out = []
+    for ch in text:
+        if ch.isascii() and (ch.isalnum() or ch == "_"):
+            out.append(ch)
+        elif ch == ":":
+            out.append("_")
+        else:
+            out.append(f"_x{ord(ch):02X}_")
+    return "s_" + "".join(out)
+
+
+def _name_constant(schema: Schema, text: str) -> str:
+    """The identifier of `schema`'s constant for `text`, created on first use;
+    an identifier already taken by another text gets a suffix "_1", "_2" ..."""
+    ident = schema.names.get(text)
+    if ident is None:
+        ident = _constant_identifier(text)
+        if ident in schema.names.values():
+            suffix = 1
+            while f"{ident}_{suffix}" in schema.names.values():
+                suffix += 1
+            ident = f"{ident}_{suffix}"
+        schema.names[text] = ident
+    return ident
 
 
 def build(schema_root: str, binding_path: str) -> Model:

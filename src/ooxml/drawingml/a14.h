@@ -87,9 +87,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group a:AG_Locking
     schemas_openxmlformats_org_drawingml_x2006_main::AG_Locking* GetA_AG_Locking() const { return m_A_AG_Locking; }
     void SetA_AG_Locking(schemas_openxmlformats_org_drawingml_x2006_main::AG_Locking* value) { m_A_AG_Locking = value; m_presence |= (1u << 1); }
     bool CheckA_AG_Locking() const { return (m_presence & (1u << 1)) != 0; }
@@ -111,12 +113,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cpLocks": child element
     CT_ContentPartLocking* GetCpLocks() const { return m_CpLocks; }
     void SetCpLocks(CT_ContentPartLocking* value) { m_CpLocks = value; m_presence |= (1u << 0); }
     bool CheckCpLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "isComment": attribute, bool, default "true"
     bool GetIsComment() const { return m_IsComment; }
     void SetIsComment(bool value) { m_IsComment = value; m_presence |= (1u << 2); }
     bool CheckIsComment() const { return (m_presence & (1u << 2)) != 0; }
@@ -139,9 +144,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellRange": attribute, wxString
     wxString GetCellRange() const;
     void SetCellRange(wxString value);
     bool CheckCellRange() const { return (m_presence & (1u << 0)) != 0; }
+    // "spid": attribute, wxString, default "0"
     wxString GetSpid() const;
     void SetSpid(wxString value);
     bool CheckSpid() const { return (m_presence & (1u << 1)) != 0; }
@@ -163,6 +170,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spid": attribute, wxString
     wxString GetSpid() const;
     void SetSpid(wxString value);
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
@@ -183,6 +191,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -203,9 +212,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvContentPartPr": child element
     CT_NonVisualInkContentPartProperties* GetCNvContentPartPr() const { return m_CNvContentPartPr; }
     void SetCNvContentPartPr(CT_NonVisualInkContentPartProperties* value) { m_CNvContentPartPr = value; m_presence |= (1u << 1); }
     bool CheckCNvContentPartPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -227,18 +238,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvContentPartPr": child element
     CT_GvmlContentPartNonVisual* GetNvContentPartPr() const { return m_NvContentPartPr; }
     void SetNvContentPartPr(CT_GvmlContentPartNonVisual* value) { m_NvContentPartPr = value; m_presence |= (1u << 0); }
     bool CheckNvContentPartPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "xfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 1); }
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "bwMode": attribute, wxString
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 3)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 4)) != 0; }
@@ -263,6 +279,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "false"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -283,6 +300,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "radius": attribute, int, default "10"
     int GetRadius() const { return m_Radius; }
     void SetRadius(int value) { m_Radius = value; m_presence |= (1u << 0); }
     bool CheckRadius() const { return (m_presence & (1u << 0)) != 0; }
@@ -303,9 +321,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "crackSpacing": attribute, int, default "24"
     int GetCrackSpacing() const { return m_CrackSpacing; }
     void SetCrackSpacing(int value) { m_CrackSpacing = value; m_presence |= (1u << 1); }
     bool CheckCrackSpacing() const { return (m_presence & (1u << 1)) != 0; }
@@ -327,9 +347,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pressure": attribute, int, default "0"
     int GetPressure() const { return m_Pressure; }
     void SetPressure(int value) { m_Pressure = value; m_presence |= (1u << 1); }
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
@@ -351,9 +373,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "75"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pressure": attribute, int, default "30"
     int GetPressure() const { return m_Pressure; }
     void SetPressure(int value) { m_Pressure = value; m_presence |= (1u << 1); }
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
@@ -375,9 +399,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "numberOfShades": attribute, int, default "2"
     int GetNumberOfShades() const { return m_NumberOfShades; }
     void SetNumberOfShades(int value) { m_NumberOfShades = value; m_presence |= (1u << 1); }
     bool CheckNumberOfShades() const { return (m_presence & (1u << 1)) != 0; }
@@ -399,9 +425,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "grainSize": attribute, int, default "40"
     int GetGrainSize() const { return m_GrainSize; }
     void SetGrainSize(int value) { m_GrainSize = value; m_presence |= (1u << 1); }
     bool CheckGrainSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -423,9 +451,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "scaling": attribute, int, default "34"
     int GetScaling() const { return m_Scaling; }
     void SetScaling(int value) { m_Scaling = value; m_presence |= (1u << 1); }
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
@@ -447,9 +477,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "intensity": attribute, int, default "5"
     int GetIntensity() const { return m_Intensity; }
     void SetIntensity(int value) { m_Intensity = value; m_presence |= (1u << 1); }
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
@@ -471,9 +503,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "15"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "smoothness": attribute, int, default "3"
     int GetSmoothness() const { return m_Smoothness; }
     void SetSmoothness(int value) { m_Smoothness = value; m_presence |= (1u << 1); }
     bool CheckSmoothness() const { return (m_presence & (1u << 1)) != 0; }
@@ -495,9 +529,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "gridSize": attribute, int, default "4"
     int GetGridSize() const { return m_GridSize; }
     void SetGridSize(int value) { m_GridSize = value; m_presence |= (1u << 1); }
     bool CheckGridSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -519,9 +555,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "25"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pencilSize": attribute, int, default "0"
     int GetPencilSize() const { return m_PencilSize; }
     void SetPencilSize(int value) { m_PencilSize = value; m_presence |= (1u << 1); }
     bool CheckPencilSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -543,9 +581,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "size": attribute, int, default "97"
     int GetSize() const { return m_Size; }
     void SetSize(int value) { m_Size = value; m_presence |= (1u << 1); }
     bool CheckSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -567,9 +607,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pressure": attribute, int, default "14"
     int GetPressure() const { return m_Pressure; }
     void SetPressure(int value) { m_Pressure = value; m_presence |= (1u << 1); }
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
@@ -591,9 +633,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "brushSize": attribute, int, default "2"
     int GetBrushSize() const { return m_BrushSize; }
     void SetBrushSize(int value) { m_BrushSize = value; m_presence |= (1u << 1); }
     bool CheckBrushSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -615,9 +659,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "intensity": attribute, int, default "5"
     int GetIntensity() const { return m_Intensity; }
     void SetIntensity(int value) { m_Intensity = value; m_presence |= (1u << 1); }
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
@@ -639,9 +685,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "scaling": attribute, int, default "34"
     int GetScaling() const { return m_Scaling; }
     void SetScaling(int value) { m_Scaling = value; m_presence |= (1u << 1); }
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
@@ -663,9 +711,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pencilSize": attribute, int, default "27"
     int GetPencilSize() const { return m_PencilSize; }
     void SetPencilSize(int value) { m_PencilSize = value; m_presence |= (1u << 1); }
     bool CheckPencilSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -687,9 +737,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "pressure": attribute, int, default "22"
     int GetPressure() const { return m_Pressure; }
     void SetPressure(int value) { m_Pressure = value; m_presence |= (1u << 1); }
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
@@ -711,9 +763,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "30"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "detail": attribute, int, default "3"
     int GetDetail() const { return m_Detail; }
     void SetDetail(int value) { m_Detail = value; m_presence |= (1u << 1); }
     bool CheckDetail() const { return (m_presence & (1u << 1)) != 0; }
@@ -735,9 +789,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "smoothness": attribute, int, default "5"
     int GetSmoothness() const { return m_Smoothness; }
     void SetSmoothness(int value) { m_Smoothness = value; m_presence |= (1u << 1); }
     bool CheckSmoothness() const { return (m_presence & (1u << 1)) != 0; }
@@ -759,9 +815,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "scaling": attribute, int, default "34"
     int GetScaling() const { return m_Scaling; }
     void SetScaling(int value) { m_Scaling = value; m_presence |= (1u << 1); }
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
@@ -783,9 +841,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trans": attribute, wxAny, default "0"
     wxAny GetTrans() const;
     void SetTrans(wxAny value);
     bool CheckTrans() const { return (m_presence & (1u << 0)) != 0; }
+    // "brushSize": attribute, int, default "2"
     int GetBrushSize() const { return m_BrushSize; }
     void SetBrushSize(int value) { m_BrushSize = value; m_presence |= (1u << 1); }
     bool CheckBrushSize() const { return (m_presence & (1u << 1)) != 0; }
@@ -807,15 +867,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x1": attribute, wxAny
     wxAny GetX1() const;
     void SetX1(wxAny value);
     bool CheckX1() const { return (m_presence & (1u << 0)) != 0; }
+    // "y1": attribute, wxAny
     wxAny GetY1() const;
     void SetY1(wxAny value);
     bool CheckY1() const { return (m_presence & (1u << 1)) != 0; }
+    // "x2": attribute, wxAny
     wxAny GetX2() const;
     void SetX2(wxAny value);
     bool CheckX2() const { return (m_presence & (1u << 2)) != 0; }
+    // "y2": attribute, wxAny
     wxAny GetY2() const;
     void SetY2(wxAny value);
     bool CheckY2() const { return (m_presence & (1u << 3)) != 0; }
@@ -839,15 +903,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x1": attribute, wxAny
     wxAny GetX1() const;
     void SetX1(wxAny value);
     bool CheckX1() const { return (m_presence & (1u << 0)) != 0; }
+    // "y1": attribute, wxAny
     wxAny GetY1() const;
     void SetY1(wxAny value);
     bool CheckY1() const { return (m_presence & (1u << 1)) != 0; }
+    // "x2": attribute, wxAny
     wxAny GetX2() const;
     void SetX2(wxAny value);
     bool CheckX2() const { return (m_presence & (1u << 2)) != 0; }
+    // "y2": attribute, wxAny
     wxAny GetY2() const;
     void SetY2(wxAny value);
     bool CheckY2() const { return (m_presence & (1u << 3)) != 0; }
@@ -871,21 +939,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "foregroundMark": child element, repeated
     XMLPtrArray<CT_PictureEffectBackgroundRemovalForegroundMark> GetForegroundMark() const;
     void SetForegroundMark(XMLPtrArray<CT_PictureEffectBackgroundRemovalForegroundMark> value);
     bool CheckForegroundMark() const { return (m_presence & (1u << 0)) != 0; }
+    // "backgroundMark": child element, repeated
     XMLPtrArray<CT_PictureEffectBackgroundRemovalBackgroundMark> GetBackgroundMark() const;
     void SetBackgroundMark(XMLPtrArray<CT_PictureEffectBackgroundRemovalBackgroundMark> value);
     bool CheckBackgroundMark() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": attribute, wxAny
     wxAny GetT() const;
     void SetT(wxAny value);
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxAny
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "l": attribute, wxAny
     wxAny GetL() const;
     void SetL(wxAny value);
     bool CheckL() const { return (m_presence & (1u << 4)) != 0; }
+    // "r": attribute, wxAny
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 5)) != 0; }
@@ -911,9 +985,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bright": attribute, wxAny, default "0"
     wxAny GetBright() const;
     void SetBright(wxAny value);
     bool CheckBright() const { return (m_presence & (1u << 0)) != 0; }
+    // "contrast": attribute, wxAny, default "0"
     wxAny GetContrast() const;
     void SetContrast(wxAny value);
     bool CheckContrast() const { return (m_presence & (1u << 1)) != 0; }
@@ -935,6 +1011,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "colorTemp": attribute, int, default "6500"
     int GetColorTemp() const { return m_ColorTemp; }
     void SetColorTemp(int value) { m_ColorTemp = value; m_presence |= (1u << 0); }
     bool CheckColorTemp() const { return (m_presence & (1u << 0)) != 0; }
@@ -955,6 +1032,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sat": attribute, wxAny, default "100"
     wxAny GetSat() const;
     void SetSat(wxAny value);
     bool CheckSat() const { return (m_presence & (1u << 0)) != 0; }
@@ -975,6 +1053,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "amount": attribute, wxAny, default "0"
     wxAny GetAmount() const;
     void SetAmount(wxAny value);
     bool CheckAmount() const { return (m_presence & (1u << 0)) != 0; }
@@ -995,9 +1074,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_PictureEffectData__* GetData__() const { return m_Data__; }
     void SetData__(CT_PictureEffectData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "visible": attribute, bool, default "true"
     bool GetVisible() const { return m_Visible; }
     void SetVisible(bool value) { m_Visible = value; m_presence |= (1u << 1); }
     bool CheckVisible() const { return (m_presence & (1u << 1)) != 0; }
@@ -1024,84 +1105,111 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "artisticBlur": child element
     CT_PictureEffectBlur* GetArtisticBlur() const { return m_ArtisticBlur; }
     void SetArtisticBlur(CT_PictureEffectBlur* value) { m_ArtisticBlur = value; m_presence |= (1u << 0); }
     bool CheckArtisticBlur() const { return (m_presence & (1u << 0)) != 0; }
+    // "artisticCement": child element
     CT_PictureEffectCement* GetArtisticCement() const { return m_ArtisticCement; }
     void SetArtisticCement(CT_PictureEffectCement* value) { m_ArtisticCement = value; m_presence |= (1u << 1); }
     bool CheckArtisticCement() const { return (m_presence & (1u << 1)) != 0; }
+    // "artisticChalkSketch": child element
     CT_PictureEffectChalkSketch* GetArtisticChalkSketch() const { return m_ArtisticChalkSketch; }
     void SetArtisticChalkSketch(CT_PictureEffectChalkSketch* value) { m_ArtisticChalkSketch = value; m_presence |= (1u << 2); }
     bool CheckArtisticChalkSketch() const { return (m_presence & (1u << 2)) != 0; }
+    // "artisticCrisscrossEtching": child element
     CT_PictureEffectCrisscrossEtching* GetArtisticCrisscrossEtching() const { return m_ArtisticCrisscrossEtching; }
     void SetArtisticCrisscrossEtching(CT_PictureEffectCrisscrossEtching* value) { m_ArtisticCrisscrossEtching = value; m_presence |= (1u << 3); }
     bool CheckArtisticCrisscrossEtching() const { return (m_presence & (1u << 3)) != 0; }
+    // "artisticCutout": child element
     CT_PictureEffectCutout* GetArtisticCutout() const { return m_ArtisticCutout; }
     void SetArtisticCutout(CT_PictureEffectCutout* value) { m_ArtisticCutout = value; m_presence |= (1u << 4); }
     bool CheckArtisticCutout() const { return (m_presence & (1u << 4)) != 0; }
+    // "artisticFilmGrain": child element
     CT_PictureEffectFilmGrain* GetArtisticFilmGrain() const { return m_ArtisticFilmGrain; }
     void SetArtisticFilmGrain(CT_PictureEffectFilmGrain* value) { m_ArtisticFilmGrain = value; m_presence |= (1u << 5); }
     bool CheckArtisticFilmGrain() const { return (m_presence & (1u << 5)) != 0; }
+    // "artisticGlass": child element
     CT_PictureEffectGlass* GetArtisticGlass() const { return m_ArtisticGlass; }
     void SetArtisticGlass(CT_PictureEffectGlass* value) { m_ArtisticGlass = value; m_presence |= (1u << 6); }
     bool CheckArtisticGlass() const { return (m_presence & (1u << 6)) != 0; }
+    // "artisticGlowDiffused": child element
     CT_PictureEffectGlowDiffused* GetArtisticGlowDiffused() const { return m_ArtisticGlowDiffused; }
     void SetArtisticGlowDiffused(CT_PictureEffectGlowDiffused* value) { m_ArtisticGlowDiffused = value; m_presence |= (1u << 7); }
     bool CheckArtisticGlowDiffused() const { return (m_presence & (1u << 7)) != 0; }
+    // "artisticGlowEdges": child element
     CT_PictureEffectGlowEdges* GetArtisticGlowEdges() const { return m_ArtisticGlowEdges; }
     void SetArtisticGlowEdges(CT_PictureEffectGlowEdges* value) { m_ArtisticGlowEdges = value; m_presence |= (1u << 8); }
     bool CheckArtisticGlowEdges() const { return (m_presence & (1u << 8)) != 0; }
+    // "artisticLightScreen": child element
     CT_PictureEffectLightScreen* GetArtisticLightScreen() const { return m_ArtisticLightScreen; }
     void SetArtisticLightScreen(CT_PictureEffectLightScreen* value) { m_ArtisticLightScreen = value; m_presence |= (1u << 9); }
     bool CheckArtisticLightScreen() const { return (m_presence & (1u << 9)) != 0; }
+    // "artisticLineDrawing": child element
     CT_PictureEffectLineDrawing* GetArtisticLineDrawing() const { return m_ArtisticLineDrawing; }
     void SetArtisticLineDrawing(CT_PictureEffectLineDrawing* value) { m_ArtisticLineDrawing = value; m_presence |= (1u << 10); }
     bool CheckArtisticLineDrawing() const { return (m_presence & (1u << 10)) != 0; }
+    // "artisticMarker": child element
     CT_PictureEffectMarker* GetArtisticMarker() const { return m_ArtisticMarker; }
     void SetArtisticMarker(CT_PictureEffectMarker* value) { m_ArtisticMarker = value; m_presence |= (1u << 11); }
     bool CheckArtisticMarker() const { return (m_presence & (1u << 11)) != 0; }
+    // "artisticMosiaicBubbles": child element
     CT_PictureEffectMosiaicBubbles* GetArtisticMosiaicBubbles() const { return m_ArtisticMosiaicBubbles; }
     void SetArtisticMosiaicBubbles(CT_PictureEffectMosiaicBubbles* value) { m_ArtisticMosiaicBubbles = value; m_presence |= (1u << 12); }
     bool CheckArtisticMosiaicBubbles() const { return (m_presence & (1u << 12)) != 0; }
+    // "artisticPaintStrokes": child element
     CT_PictureEffectPaintStrokes* GetArtisticPaintStrokes() const { return m_ArtisticPaintStrokes; }
     void SetArtisticPaintStrokes(CT_PictureEffectPaintStrokes* value) { m_ArtisticPaintStrokes = value; m_presence |= (1u << 13); }
     bool CheckArtisticPaintStrokes() const { return (m_presence & (1u << 13)) != 0; }
+    // "artisticPaintBrush": child element
     CT_PictureEffectPaintBrush* GetArtisticPaintBrush() const { return m_ArtisticPaintBrush; }
     void SetArtisticPaintBrush(CT_PictureEffectPaintBrush* value) { m_ArtisticPaintBrush = value; m_presence |= (1u << 14); }
     bool CheckArtisticPaintBrush() const { return (m_presence & (1u << 14)) != 0; }
+    // "artisticPastelsSmooth": child element
     CT_PictureEffectPastelsSmooth* GetArtisticPastelsSmooth() const { return m_ArtisticPastelsSmooth; }
     void SetArtisticPastelsSmooth(CT_PictureEffectPastelsSmooth* value) { m_ArtisticPastelsSmooth = value; m_presence |= (1u << 15); }
     bool CheckArtisticPastelsSmooth() const { return (m_presence & (1u << 15)) != 0; }
+    // "artisticPencilGrayscale": child element
     CT_PictureEffectPencilGrayscale* GetArtisticPencilGrayscale() const { return m_ArtisticPencilGrayscale; }
     void SetArtisticPencilGrayscale(CT_PictureEffectPencilGrayscale* value) { m_ArtisticPencilGrayscale = value; m_presence |= (1u << 16); }
     bool CheckArtisticPencilGrayscale() const { return (m_presence & (1u << 16)) != 0; }
+    // "artisticPencilSketch": child element
     CT_PictureEffectPencilSketch* GetArtisticPencilSketch() const { return m_ArtisticPencilSketch; }
     void SetArtisticPencilSketch(CT_PictureEffectPencilSketch* value) { m_ArtisticPencilSketch = value; m_presence |= (1u << 17); }
     bool CheckArtisticPencilSketch() const { return (m_presence & (1u << 17)) != 0; }
+    // "artisticPhotocopy": child element
     CT_PictureEffectPhotocopy* GetArtisticPhotocopy() const { return m_ArtisticPhotocopy; }
     void SetArtisticPhotocopy(CT_PictureEffectPhotocopy* value) { m_ArtisticPhotocopy = value; m_presence |= (1u << 18); }
     bool CheckArtisticPhotocopy() const { return (m_presence & (1u << 18)) != 0; }
+    // "artisticPlasticWrap": child element
     CT_PictureEffectPlasticWrap* GetArtisticPlasticWrap() const { return m_ArtisticPlasticWrap; }
     void SetArtisticPlasticWrap(CT_PictureEffectPlasticWrap* value) { m_ArtisticPlasticWrap = value; m_presence |= (1u << 19); }
     bool CheckArtisticPlasticWrap() const { return (m_presence & (1u << 19)) != 0; }
+    // "artisticTexturizer": child element
     CT_PictureEffectTexturizer* GetArtisticTexturizer() const { return m_ArtisticTexturizer; }
     void SetArtisticTexturizer(CT_PictureEffectTexturizer* value) { m_ArtisticTexturizer = value; m_presence |= (1u << 20); }
     bool CheckArtisticTexturizer() const { return (m_presence & (1u << 20)) != 0; }
+    // "artisticWatercolorSponge": child element
     CT_PictureEffectWatercolorSponge* GetArtisticWatercolorSponge() const { return m_ArtisticWatercolorSponge; }
     void SetArtisticWatercolorSponge(CT_PictureEffectWatercolorSponge* value) { m_ArtisticWatercolorSponge = value; m_presence |= (1u << 21); }
     bool CheckArtisticWatercolorSponge() const { return (m_presence & (1u << 21)) != 0; }
+    // "backgroundRemoval": child element
     CT_PictureEffectBackgroundRemoval* GetBackgroundRemoval() const { return m_BackgroundRemoval; }
     void SetBackgroundRemoval(CT_PictureEffectBackgroundRemoval* value) { m_BackgroundRemoval = value; m_presence |= (1u << 22); }
     bool CheckBackgroundRemoval() const { return (m_presence & (1u << 22)) != 0; }
+    // "brightnessContrast": child element
     CT_PictureEffectBrightnessContrast* GetBrightnessContrast() const { return m_BrightnessContrast; }
     void SetBrightnessContrast(CT_PictureEffectBrightnessContrast* value) { m_BrightnessContrast = value; m_presence |= (1u << 23); }
     bool CheckBrightnessContrast() const { return (m_presence & (1u << 23)) != 0; }
+    // "colorTemperature": child element
     CT_PictureEffectColorTemperature* GetColorTemperature() const { return m_ColorTemperature; }
     void SetColorTemperature(CT_PictureEffectColorTemperature* value) { m_ColorTemperature = value; m_presence |= (1u << 24); }
     bool CheckColorTemperature() const { return (m_presence & (1u << 24)) != 0; }
+    // "saturation": child element
     CT_PictureEffectSaturation* GetSaturation() const { return m_Saturation; }
     void SetSaturation(CT_PictureEffectSaturation* value) { m_Saturation = value; m_presence |= (1u << 25); }
     bool CheckSaturation() const { return (m_presence & (1u << 25)) != 0; }
+    // "sharpenSoften": child element
     CT_PictureEffectSharpenSoften* GetSharpenSoften() const { return m_SharpenSoften; }
     void SetSharpenSoften(CT_PictureEffectSharpenSoften* value) { m_SharpenSoften = value; m_presence |= (1u << 26); }
     bool CheckSharpenSoften() const { return (m_presence & (1u << 26)) != 0; }
@@ -1148,9 +1256,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "imgEffect": child element, repeated
     XMLPtrArray<CT_PictureEffect> GetImgEffect() const;
     void SetImgEffect(XMLPtrArray<CT_PictureEffect> value);
     bool CheckImgEffect() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:embed": attribute, wxString, default ""
     wxString GetR_embed() const;
     void SetR_embed(wxString value);
     bool CheckR_embed() const { return (m_presence & (1u << 1)) != 0; }
@@ -1172,6 +1282,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "imgLayer": child element
     CT_PictureLayer* GetImgLayer() const { return m_ImgLayer; }
     void SetImgLayer(CT_PictureLayer* value) { m_ImgLayer = value; m_presence |= (1u << 0); }
     bool CheckImgLayer() const { return (m_presence & (1u << 0)) != 0; }
@@ -1192,6 +1303,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "true"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }

@@ -32,12 +32,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "animPr": child element
     schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties* GetAnimPr() const { return m_AnimPr; }
     void SetAnimPr(schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties* value) { m_AnimPr = value; m_presence |= (1u << 0); }
     bool CheckAnimPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "animId": attribute, unsigned int
     unsigned int GetAnimId() const { return m_AnimId; }
     void SetAnimId(unsigned int value) { m_AnimId = value; m_presence |= (1u << 2); }
     bool CheckAnimId() const { return (m_presence & (1u << 2)) != 0; }
@@ -60,9 +63,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "animId": attribute, unsigned int
     unsigned int GetAnimId() const { return m_AnimId; }
     void SetAnimId(unsigned int value) { m_AnimId = value; m_presence |= (1u << 0); }
     bool CheckAnimId() const { return (m_presence & (1u << 0)) != 0; }
+    // "frame": attribute, wxAny, default "0"
     wxAny GetFrame() const;
     void SetFrame(wxAny value);
     bool CheckFrame() const { return (m_presence & (1u << 1)) != 0; }

@@ -30,27 +30,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "length": attribute, wxString
     wxString GetLength() const;
     void SetLength(wxString value);
     bool CheckLength() const { return (m_presence & (1u << 2)) != 0; }
+    // "count": attribute, wxAny, default "1"
     wxAny GetCount() const;
     void SetCount(wxAny value);
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
+    // "auto": attribute, bool, default "true"
     bool GetAuto() const { return m_Auto; }
     void SetAuto(bool value) { m_Auto = value; m_presence |= (1u << 4); }
     bool CheckAuto() const { return (m_presence & (1u << 4)) != 0; }
+    // "offset": attribute, wxString, default "0"
     wxString GetOffset() const;
     void SetOffset(wxString value);
     bool CheckOffset() const { return (m_presence & (1u << 5)) != 0; }
+    // "st": attribute, wxString, default "0"
     wxString GetSt() const;
     void SetSt(wxString value);
     bool CheckSt() const { return (m_presence & (1u << 6)) != 0; }
+    // "end": attribute, wxString, default "0"
     wxString GetEnd() const;
     void SetEnd(wxString value);
     bool CheckEnd() const { return (m_presence & (1u << 7)) != 0; }

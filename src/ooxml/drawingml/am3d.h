@@ -49,9 +49,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": attribute, unsigned long long
     unsigned long long GetN() const { return m_N; }
     void SetN(unsigned long long value) { m_N = value; m_presence |= (1u << 0); }
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "d": attribute, unsigned long long
     unsigned long long GetD() const { return m_D; }
     void SetD(unsigned long long value) { m_D = value; m_presence |= (1u << 1); }
     bool CheckD() const { return (m_presence & (1u << 1)) != 0; }
@@ -73,12 +75,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ax": attribute, int, default "0"
     int GetAx() const { return m_Ax; }
     void SetAx(int value) { m_Ax = value; m_presence |= (1u << 0); }
     bool CheckAx() const { return (m_presence & (1u << 0)) != 0; }
+    // "ay": attribute, int, default "0"
     int GetAy() const { return m_Ay; }
     void SetAy(int value) { m_Ay = value; m_presence |= (1u << 1); }
     bool CheckAy() const { return (m_presence & (1u << 1)) != 0; }
+    // "az": attribute, int, default "0"
     int GetAz() const { return m_Az; }
     void SetAz(int value) { m_Az = value; m_presence |= (1u << 2); }
     bool CheckAz() const { return (m_presence & (1u << 2)) != 0; }
@@ -101,12 +106,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sx": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* GetSx() const { return m_Sx; }
     void SetSx(schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* value) { m_Sx = value; m_presence |= (1u << 0); }
     bool CheckSx() const { return (m_presence & (1u << 0)) != 0; }
+    // "sy": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* GetSy() const { return m_Sy; }
     void SetSy(schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* value) { m_Sy = value; m_presence |= (1u << 1); }
     bool CheckSy() const { return (m_presence & (1u << 1)) != 0; }
+    // "sz": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* GetSz() const { return m_Sz; }
     void SetSz(schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* value) { m_Sz = value; m_presence |= (1u << 2); }
     bool CheckSz() const { return (m_presence & (1u << 2)) != 0; }
@@ -129,21 +137,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "meterPerModelUnit": child element
     CT_PositiveRatio* GetMeterPerModelUnit() const { return m_MeterPerModelUnit; }
     void SetMeterPerModelUnit(CT_PositiveRatio* value) { m_MeterPerModelUnit = value; m_presence |= (1u << 0); }
     bool CheckMeterPerModelUnit() const { return (m_presence & (1u << 0)) != 0; }
+    // "preTrans": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* GetPreTrans() const { return m_PreTrans; }
     void SetPreTrans(schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* value) { m_PreTrans = value; m_presence |= (1u << 1); }
     bool CheckPreTrans() const { return (m_presence & (1u << 1)) != 0; }
+    // "scale": child element
     CT_Scale3D* GetScale() const { return m_Scale; }
     void SetScale(CT_Scale3D* value) { m_Scale = value; m_presence |= (1u << 2); }
     bool CheckScale() const { return (m_presence & (1u << 2)) != 0; }
+    // "rot": child element
     CT_Rotate3D* GetRot() const { return m_Rot; }
     void SetRot(CT_Rotate3D* value) { m_Rot = value; m_presence |= (1u << 3); }
     bool CheckRot() const { return (m_presence & (1u << 3)) != 0; }
+    // "postTrans": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* GetPostTrans() const { return m_PostTrans; }
     void SetPostTrans(schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* value) { m_PostTrans = value; m_presence |= (1u << 4); }
     bool CheckPostTrans() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -169,9 +183,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sz": child element
     CT_PositiveRatio* GetSz() const { return m_Sz; }
     void SetSz(CT_PositiveRatio* value) { m_Sz = value; m_presence |= (1u << 0); }
     bool CheckSz() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -193,9 +209,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "fov": attribute, int
     int GetFov() const { return m_Fov; }
     void SetFov(int value) { m_Fov = value; m_presence |= (1u << 1); }
     bool CheckFov() const { return (m_presence & (1u << 1)) != 0; }
@@ -217,18 +235,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "up": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* GetUp() const { return m_Up; }
     void SetUp(schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* value) { m_Up = value; m_presence |= (1u << 1); }
     bool CheckUp() const { return (m_presence & (1u << 1)) != 0; }
+    // "lookAt": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetLookAt() const { return m_LookAt; }
     void SetLookAt(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_LookAt = value; m_presence |= (1u << 2); }
     bool CheckLookAt() const { return (m_presence & (1u << 2)) != 0; }
+    // choice holder
     CT_Model3DCameraData__* GetData__() const { return m_Data__; }
     void SetData__(CT_Model3DCameraData__* value) { m_Data__ = value; m_presence |= (1u << 3); }
     bool CheckData__() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -258,9 +281,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "orthographic": child element
     CT_OrthographicProjection* GetOrthographic() const { return m_Orthographic; }
     void SetOrthographic(CT_OrthographicProjection* value) { m_Orthographic = value; m_presence |= (1u << 0); }
     bool CheckOrthographic() const { return (m_presence & (1u << 0)) != 0; }
+    // "perspective": child element
     CT_PerspectiveProjection* GetPerspective() const { return m_Perspective; }
     void SetPerspective(CT_PerspectiveProjection* value) { m_Perspective = value; m_presence |= (1u << 1); }
     bool CheckPerspective() const { return (m_presence & (1u << 1)) != 0; }
@@ -282,12 +307,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blip": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Blip* GetBlip() const { return m_Blip; }
     void SetBlip(schemas_openxmlformats_org_drawingml_x2006_main::CT_Blip* value) { m_Blip = value; m_presence |= (1u << 0); }
     bool CheckBlip() const { return (m_presence & (1u << 0)) != 0; }
+    // "rName": attribute, wxString
     wxString GetRName() const;
     void SetRName(wxString value);
     bool CheckRName() const { return (m_presence & (1u << 1)) != 0; }
+    // "rVer": attribute, wxString
     wxString GetRVer() const;
     void SetRVer(wxString value);
     bool CheckRVer() const { return (m_presence & (1u << 2)) != 0; }
@@ -310,9 +338,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "viewportSz": attribute, long long
     long long GetViewportSz() const { return m_ViewportSz; }
     void SetViewportSz(long long value) { m_ViewportSz = value; m_presence |= (1u << 1); }
     bool CheckViewportSz() const { return (m_presence & (1u << 1)) != 0; }
@@ -334,6 +364,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
@@ -354,15 +385,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClr() const { return m_Clr; }
     void SetClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_Clr = value; m_presence |= (1u << 0); }
     bool CheckClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "illuminance": child element
     CT_PositiveRatio* GetIlluminance() const { return m_Illuminance; }
     void SetIlluminance(CT_PositiveRatio* value) { m_Illuminance = value; m_presence |= (1u << 1); }
     bool CheckIlluminance() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "enabled": attribute, bool, default "true"
     bool GetEnabled() const { return m_Enabled; }
     void SetEnabled(bool value) { m_Enabled = value; m_presence |= (1u << 3); }
     bool CheckEnabled() const { return (m_presence & (1u << 3)) != 0; }
@@ -386,21 +421,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClr() const { return m_Clr; }
     void SetClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_Clr = value; m_presence |= (1u << 0); }
     bool CheckClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "intensity": child element
     CT_PositiveRatio* GetIntensity() const { return m_Intensity; }
     void SetIntensity(CT_PositiveRatio* value) { m_Intensity = value; m_presence |= (1u << 1); }
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_Pos = value; m_presence |= (1u << 2); }
     bool CheckPos() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "enabled": attribute, bool, default "true"
     bool GetEnabled() const { return m_Enabled; }
     void SetEnabled(bool value) { m_Enabled = value; m_presence |= (1u << 4); }
     bool CheckEnabled() const { return (m_presence & (1u << 4)) != 0; }
+    // "rad": attribute, long long
     long long GetRad() const { return m_Rad; }
     void SetRad(long long value) { m_Rad = value; m_presence |= (1u << 5); }
     bool CheckRad() const { return (m_presence & (1u << 5)) != 0; }
@@ -426,27 +467,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClr() const { return m_Clr; }
     void SetClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_Clr = value; m_presence |= (1u << 0); }
     bool CheckClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "intensity": child element
     CT_PositiveRatio* GetIntensity() const { return m_Intensity; }
     void SetIntensity(CT_PositiveRatio* value) { m_Intensity = value; m_presence |= (1u << 1); }
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_Pos = value; m_presence |= (1u << 2); }
     bool CheckPos() const { return (m_presence & (1u << 2)) != 0; }
+    // "lookAt": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetLookAt() const { return m_LookAt; }
     void SetLookAt(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_LookAt = value; m_presence |= (1u << 3); }
     bool CheckLookAt() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "enabled": attribute, bool, default "true"
     bool GetEnabled() const { return m_Enabled; }
     void SetEnabled(bool value) { m_Enabled = value; m_presence |= (1u << 5); }
     bool CheckEnabled() const { return (m_presence & (1u << 5)) != 0; }
+    // "rad": attribute, long long
     long long GetRad() const { return m_Rad; }
     void SetRad(long long value) { m_Rad = value; m_presence |= (1u << 6); }
     bool CheckRad() const { return (m_presence & (1u << 6)) != 0; }
+    // "spotAng": attribute, int
     int GetSpotAng() const { return m_SpotAng; }
     void SetSpotAng(int value) { m_SpotAng = value; m_presence |= (1u << 7); }
     bool CheckSpotAng() const { return (m_presence & (1u << 7)) != 0; }
@@ -474,24 +523,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClr() const { return m_Clr; }
     void SetClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_Clr = value; m_presence |= (1u << 0); }
     bool CheckClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "illuminance": child element
     CT_PositiveRatio* GetIlluminance() const { return m_Illuminance; }
     void SetIlluminance(CT_PositiveRatio* value) { m_Illuminance = value; m_presence |= (1u << 1); }
     bool CheckIlluminance() const { return (m_presence & (1u << 1)) != 0; }
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_Pos = value; m_presence |= (1u << 2); }
     bool CheckPos() const { return (m_presence & (1u << 2)) != 0; }
+    // "lookAt": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* GetLookAt() const { return m_LookAt; }
     void SetLookAt(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* value) { m_LookAt = value; m_presence |= (1u << 3); }
     bool CheckLookAt() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "enabled": attribute, bool, default "true"
     bool GetEnabled() const { return m_Enabled; }
     void SetEnabled(bool value) { m_Enabled = value; m_presence |= (1u << 5); }
     bool CheckEnabled() const { return (m_presence & (1u << 5)) != 0; }
+    // "angularRad": attribute, int
     int GetAngularRad() const { return m_AngularRad; }
     void SetAngularRad(int value) { m_AngularRad = value; m_presence |= (1u << 6); }
     bool CheckAngularRad() const { return (m_presence & (1u << 6)) != 0; }
@@ -533,33 +589,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "camera": child element
     CT_Model3DCamera* GetCamera() const { return m_Camera; }
     void SetCamera(CT_Model3DCamera* value) { m_Camera = value; m_presence |= (1u << 1); }
     bool CheckCamera() const { return (m_presence & (1u << 1)) != 0; }
+    // "trans": child element
     CT_Model3DTransform* GetTrans() const { return m_Trans; }
     void SetTrans(CT_Model3DTransform* value) { m_Trans = value; m_presence |= (1u << 2); }
     bool CheckTrans() const { return (m_presence & (1u << 2)) != 0; }
+    // "raster": child element
     CT_Model3DRaster* GetRaster() const { return m_Raster; }
     void SetRaster(CT_Model3DRaster* value) { m_Raster = value; m_presence |= (1u << 3); }
     bool CheckRaster() const { return (m_presence & (1u << 3)) != 0; }
+    // "attrSrcUrl": child element
     CT_PictureAttributionSourceURL* GetAttrSrcUrl() const { return m_AttrSrcUrl; }
     void SetAttrSrcUrl(CT_PictureAttributionSourceURL* value) { m_AttrSrcUrl = value; m_presence |= (1u << 4); }
     bool CheckAttrSrcUrl() const { return (m_presence & (1u << 4)) != 0; }
+    // "ambientLight": child element
     CT_AmbientLight* GetAmbientLight() const { return m_AmbientLight; }
     void SetAmbientLight(CT_AmbientLight* value) { m_AmbientLight = value; m_presence |= (1u << 5); }
     bool CheckAmbientLight() const { return (m_presence & (1u << 5)) != 0; }
+    // choice holder
     CT_Model3DData__* GetData__() const { return m_Data__; }
     void SetData__(CT_Model3DData__* value) { m_Data__ = value; m_presence |= (1u << 6); }
     bool CheckData__() const { return (m_presence & (1u << 6)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_Model3DData__1> GetData__1() const;
     void SetData__1(XMLPtrArray<CT_Model3DData__1> value);
     bool CheckData__1() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
+    // attribute group a:AG_Blob
     schemas_openxmlformats_org_drawingml_x2006_main::AG_Blob* GetA_AG_Blob() const { return m_A_AG_Blob; }
     void SetA_AG_Blob(schemas_openxmlformats_org_drawingml_x2006_main::AG_Blob* value) { m_A_AG_Blob = value; m_presence |= (1u << 9); }
     bool CheckA_AG_Blob() const { return (m_presence & (1u << 9)) != 0; }
@@ -594,9 +660,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "objViewport": child element
     CT_ObjectViewport* GetObjViewport() const { return m_ObjViewport; }
     void SetObjViewport(CT_ObjectViewport* value) { m_ObjViewport = value; m_presence |= (1u << 0); }
     bool CheckObjViewport() const { return (m_presence & (1u << 0)) != 0; }
+    // "winViewport": child element
     CT_WindowViewport* GetWinViewport() const { return m_WinViewport; }
     void SetWinViewport(CT_WindowViewport* value) { m_WinViewport = value; m_presence |= (1u << 1); }
     bool CheckWinViewport() const { return (m_presence & (1u << 1)) != 0; }
@@ -623,15 +691,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ptLight": child element
     CT_PointLight* GetPtLight() const { return m_PtLight; }
     void SetPtLight(CT_PointLight* value) { m_PtLight = value; m_presence |= (1u << 0); }
     bool CheckPtLight() const { return (m_presence & (1u << 0)) != 0; }
+    // "spotLight": child element
     CT_SpotLight* GetSpotLight() const { return m_SpotLight; }
     void SetSpotLight(CT_SpotLight* value) { m_SpotLight = value; m_presence |= (1u << 1); }
     bool CheckSpotLight() const { return (m_presence & (1u << 1)) != 0; }
+    // "dirLight": child element
     CT_DirectionalLight* GetDirLight() const { return m_DirLight; }
     void SetDirLight(CT_DirectionalLight* value) { m_DirLight = value; m_presence |= (1u << 2); }
     bool CheckDirLight() const { return (m_presence & (1u << 2)) != 0; }
+    // "unkLight": child element
     CT_UnknownLight* GetUnkLight() const { return m_UnkLight; }
     void SetUnkLight(CT_UnknownLight* value) { m_UnkLight = value; m_presence |= (1u << 3); }
     bool CheckUnkLight() const { return (m_presence & (1u << 3)) != 0; }
@@ -655,6 +727,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }

@@ -48,6 +48,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sqref": value element, wxString
     wxString GetSqref() const;
     void SetSqref(wxString value);
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
@@ -68,6 +69,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sqref": value element, wxString
     wxString GetSqref() const;
     void SetSqref(wxString value);
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
@@ -88,6 +90,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sqref": value element, wxString
     wxString GetSqref() const;
     void SetSqref(wxString value);
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
@@ -108,6 +111,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* GetTx() const { return m_Tx; }
     void SetTx(schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
@@ -128,6 +132,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cat": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(schemas_openxmlformats_org_drawingml_x2006_chart::CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 0); }
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
@@ -148,6 +153,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_BarSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_BarSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -168,6 +174,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_LineSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_LineSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -188,6 +195,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_ScatterSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_ScatterSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -208,6 +216,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_AreaSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_AreaSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -228,6 +237,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_PieSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_PieSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -248,6 +258,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_BubbleSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_BubbleSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -268,6 +279,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_RadarSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_RadarSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -288,6 +300,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_SurfaceSer* GetSer() const { return m_Ser; }
     void SetSer(schemas_openxmlformats_org_drawingml_x2006_chart::CT_SurfaceSer* value) { m_Ser = value; m_presence |= (1u << 0); }
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
@@ -308,9 +321,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": value element, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "dlblRangeCache": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* GetDlblRangeCache() const { return m_DlblRangeCache; }
     void SetDlblRangeCache(schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* value) { m_DlblRangeCache = value; m_presence |= (1u << 1); }
     bool CheckDlblRangeCache() const { return (m_presence & (1u << 1)) != 0; }
@@ -332,24 +347,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sqref": value element, wxString
     wxString GetSqref() const;
     void SetSqref(wxString value);
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "explosion": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_UnsignedInt* GetExplosion() const { return m_Explosion; }
     void SetExplosion(schemas_openxmlformats_org_drawingml_x2006_chart::CT_UnsignedInt* value) { m_Explosion = value; m_presence |= (1u << 2); }
     bool CheckExplosion() const { return (m_presence & (1u << 2)) != 0; }
+    // "invertIfNegative": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_Boolean* GetInvertIfNegative() const { return m_InvertIfNegative; }
     void SetInvertIfNegative(schemas_openxmlformats_org_drawingml_x2006_chart::CT_Boolean* value) { m_InvertIfNegative = value; m_presence |= (1u << 3); }
     bool CheckInvertIfNegative() const { return (m_presence & (1u << 3)) != 0; }
+    // "bubble3D": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_Boolean* GetBubble3D() const { return m_Bubble3D; }
     void SetBubble3D(schemas_openxmlformats_org_drawingml_x2006_chart::CT_Boolean* value) { m_Bubble3D = value; m_presence |= (1u << 4); }
     bool CheckBubble3D() const { return (m_presence & (1u << 4)) != 0; }
+    // "marker": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(schemas_openxmlformats_org_drawingml_x2006_chart::CT_Marker* value) { m_Marker = value; m_presence |= (1u << 5); }
     bool CheckMarker() const { return (m_presence & (1u << 5)) != 0; }
+    // "dLbl": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_DLbl* GetDLbl() const { return m_DLbl; }
     void SetDLbl(schemas_openxmlformats_org_drawingml_x2006_chart::CT_DLbl* value) { m_DLbl = value; m_presence |= (1u << 6); }
     bool CheckDLbl() const { return (m_presence & (1u << 6)) != 0; }
@@ -376,6 +398,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "categoryFilterException": child element, repeated
     XMLPtrArray<CT_CategoryFilterException> GetCategoryFilterException() const;
     void SetCategoryFilterException(XMLPtrArray<CT_CategoryFilterException> value);
     bool CheckCategoryFilterException() const { return (m_presence & (1u << 0)) != 0; }
@@ -396,12 +419,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "txfldGUID": value element, wxString
     wxString GetTxfldGUID() const;
     void SetTxfldGUID(wxString value);
     bool CheckTxfldGUID() const { return (m_presence & (1u << 0)) != 0; }
+    // "f": value element, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 1)) != 0; }
+    // "dlblFieldTableCache": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* GetDlblFieldTableCache() const { return m_DlblFieldTableCache; }
     void SetDlblFieldTableCache(schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* value) { m_DlblFieldTableCache = value; m_presence |= (1u << 2); }
     bool CheckDlblFieldTableCache() const { return (m_presence & (1u << 2)) != 0; }
@@ -424,6 +450,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dlblFTEntry": child element, repeated
     XMLPtrArray<CT_DataLabelFieldTableEntry> GetDlblFTEntry() const;
     void SetDlblFTEntry(XMLPtrArray<CT_DataLabelFieldTableEntry> value);
     bool CheckDlblFTEntry() const { return (m_presence & (1u << 0)) != 0; }

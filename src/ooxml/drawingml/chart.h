@@ -188,6 +188,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "true"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -208,6 +209,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -228,6 +230,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -248,6 +251,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -268,12 +272,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "c15:filteredSeriesTitle": child element
     schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredSeriesTitle* GetC15_filteredSeriesTitle() const { return m_C15_filteredSeriesTitle; }
     void SetC15_filteredSeriesTitle(schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredSeriesTitle* value) { m_C15_filteredSeriesTitle = value; m_presence |= (1u << 0); }
     bool CheckC15_filteredSeriesTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "c15:filteredCategoryTitle": child element
     schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredCategoryTitle* GetC15_filteredCategoryTitle() const { return m_C15_filteredCategoryTitle; }
     void SetC15_filteredCategoryTitle(schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredCategoryTitle* value) { m_C15_filteredCategoryTitle = value; m_presence |= (1u << 1); }
     bool CheckC15_filteredCategoryTitle() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
@@ -296,6 +303,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ext": child element, repeated
     XMLPtrArray<CT_Extension> GetExt() const;
     void SetExt(XMLPtrArray<CT_Extension> value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -316,12 +324,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
+    // "formatCode": attribute, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 2)) != 0; }
@@ -344,15 +355,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formatCode": value element, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 0)) != 0; }
+    // "ptCount": child element
     CT_UnsignedInt* GetPtCount() const { return m_PtCount; }
     void SetPtCount(CT_UnsignedInt* value) { m_PtCount = value; m_presence |= (1u << 1); }
     bool CheckPtCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "pt": child element, repeated
     XMLPtrArray<CT_NumVal> GetPt() const;
     void SetPt(XMLPtrArray<CT_NumVal> value);
     bool CheckPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -376,12 +391,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": value element, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "numCache": child element
     CT_NumData* GetNumCache() const { return m_NumCache; }
     void SetNumCache(CT_NumData* value) { m_NumCache = value; m_presence |= (1u << 1); }
     bool CheckNumCache() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -404,6 +422,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_NumDataSourceData__* GetData__() const { return m_Data__; }
     void SetData__(CT_NumDataSourceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -429,9 +448,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "numRef": child element
     CT_NumRef* GetNumRef() const { return m_NumRef; }
     void SetNumRef(CT_NumRef* value) { m_NumRef = value; m_presence |= (1u << 0); }
     bool CheckNumRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "numLit": child element
     CT_NumData* GetNumLit() const { return m_NumLit; }
     void SetNumLit(CT_NumData* value) { m_NumLit = value; m_presence |= (1u << 1); }
     bool CheckNumLit() const { return (m_presence & (1u << 1)) != 0; }
@@ -453,9 +474,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -477,12 +500,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ptCount": child element
     CT_UnsignedInt* GetPtCount() const { return m_PtCount; }
     void SetPtCount(CT_UnsignedInt* value) { m_PtCount = value; m_presence |= (1u << 0); }
     bool CheckPtCount() const { return (m_presence & (1u << 0)) != 0; }
+    // "pt": child element, repeated
     XMLPtrArray<CT_StrVal> GetPt() const;
     void SetPt(XMLPtrArray<CT_StrVal> value);
     bool CheckPt() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -505,12 +531,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": value element, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "strCache": child element
     CT_StrData* GetStrCache() const { return m_StrCache; }
     void SetStrCache(CT_StrData* value) { m_StrCache = value; m_presence |= (1u << 1); }
     bool CheckStrCache() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -533,6 +562,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TxData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TxData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -558,9 +588,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "strRef": child element
     CT_StrRef* GetStrRef() const { return m_StrRef; }
     void SetStrRef(CT_StrRef* value) { m_StrRef = value; m_presence |= (1u << 0); }
     bool CheckStrRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "rich": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetRich() const { return m_Rich; }
     void SetRich(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_Rich = value; m_presence |= (1u << 1); }
     bool CheckRich() const { return (m_presence & (1u << 1)) != 0; }
@@ -582,6 +614,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -602,6 +635,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_StrVal> GetPt() const;
     void SetPt(XMLPtrArray<CT_StrVal> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -622,12 +656,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ptCount": child element
     CT_UnsignedInt* GetPtCount() const { return m_PtCount; }
     void SetPtCount(CT_UnsignedInt* value) { m_PtCount = value; m_presence |= (1u << 0); }
     bool CheckPtCount() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_Lvl> GetLvl() const;
     void SetLvl(XMLPtrArray<CT_Lvl> value);
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -650,12 +687,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": value element, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "multiLvlStrCache": child element
     CT_MultiLvlStrData* GetMultiLvlStrCache() const { return m_MultiLvlStrCache; }
     void SetMultiLvlStrCache(CT_MultiLvlStrData* value) { m_MultiLvlStrCache = value; m_presence |= (1u << 1); }
     bool CheckMultiLvlStrCache() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -678,6 +718,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_AxDataSourceData__* GetData__() const { return m_Data__; }
     void SetData__(CT_AxDataSourceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -703,18 +744,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "multiLvlStrRef": child element
     CT_MultiLvlStrRef* GetMultiLvlStrRef() const { return m_MultiLvlStrRef; }
     void SetMultiLvlStrRef(CT_MultiLvlStrRef* value) { m_MultiLvlStrRef = value; m_presence |= (1u << 0); }
     bool CheckMultiLvlStrRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "numRef": child element
     CT_NumRef* GetNumRef() const { return m_NumRef; }
     void SetNumRef(CT_NumRef* value) { m_NumRef = value; m_presence |= (1u << 1); }
     bool CheckNumRef() const { return (m_presence & (1u << 1)) != 0; }
+    // "numLit": child element
     CT_NumData* GetNumLit() const { return m_NumLit; }
     void SetNumLit(CT_NumData* value) { m_NumLit = value; m_presence |= (1u << 2); }
     bool CheckNumLit() const { return (m_presence & (1u << 2)) != 0; }
+    // "strRef": child element
     CT_StrRef* GetStrRef() const { return m_StrRef; }
     void SetStrRef(CT_StrRef* value) { m_StrRef = value; m_presence |= (1u << 3); }
     bool CheckStrRef() const { return (m_presence & (1u << 3)) != 0; }
+    // "strLit": child element
     CT_StrData* GetStrLit() const { return m_StrLit; }
     void SetStrLit(CT_StrData* value) { m_StrLit = value; m_presence |= (1u << 4); }
     bool CheckStrLit() const { return (m_presence & (1u << 4)) != 0; }
@@ -739,6 +785,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_SerTxData__* GetData__() const { return m_Data__; }
     void SetData__(CT_SerTxData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -764,9 +811,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "strRef": child element
     CT_StrRef* GetStrRef() const { return m_StrRef; }
     void SetStrRef(CT_StrRef* value) { m_StrRef = value; m_presence |= (1u << 0); }
     bool CheckStrRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
@@ -788,6 +837,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "outer"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -808,6 +858,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "factor"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -828,33 +879,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "layoutTarget": child element
     CT_LayoutTarget* GetLayoutTarget() const { return m_LayoutTarget; }
     void SetLayoutTarget(CT_LayoutTarget* value) { m_LayoutTarget = value; m_presence |= (1u << 0); }
     bool CheckLayoutTarget() const { return (m_presence & (1u << 0)) != 0; }
+    // "xMode": child element
     CT_LayoutMode* GetXMode() const { return m_XMode; }
     void SetXMode(CT_LayoutMode* value) { m_XMode = value; m_presence |= (1u << 1); }
     bool CheckXMode() const { return (m_presence & (1u << 1)) != 0; }
+    // "yMode": child element
     CT_LayoutMode* GetYMode() const { return m_YMode; }
     void SetYMode(CT_LayoutMode* value) { m_YMode = value; m_presence |= (1u << 2); }
     bool CheckYMode() const { return (m_presence & (1u << 2)) != 0; }
+    // "wMode": child element
     CT_LayoutMode* GetWMode() const { return m_WMode; }
     void SetWMode(CT_LayoutMode* value) { m_WMode = value; m_presence |= (1u << 3); }
     bool CheckWMode() const { return (m_presence & (1u << 3)) != 0; }
+    // "hMode": child element
     CT_LayoutMode* GetHMode() const { return m_HMode; }
     void SetHMode(CT_LayoutMode* value) { m_HMode = value; m_presence |= (1u << 4); }
     bool CheckHMode() const { return (m_presence & (1u << 4)) != 0; }
+    // "x": child element
     CT_Double* GetX() const { return m_X; }
     void SetX(CT_Double* value) { m_X = value; m_presence |= (1u << 5); }
     bool CheckX() const { return (m_presence & (1u << 5)) != 0; }
+    // "y": child element
     CT_Double* GetY() const { return m_Y; }
     void SetY(CT_Double* value) { m_Y = value; m_presence |= (1u << 6); }
     bool CheckY() const { return (m_presence & (1u << 6)) != 0; }
+    // "w": child element
     CT_Double* GetW() const { return m_W; }
     void SetW(CT_Double* value) { m_W = value; m_presence |= (1u << 7); }
     bool CheckW() const { return (m_presence & (1u << 7)) != 0; }
+    // "h": child element
     CT_Double* GetH() const { return m_H; }
     void SetH(CT_Double* value) { m_H = value; m_presence |= (1u << 8); }
     bool CheckH() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
@@ -884,9 +945,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "manualLayout": child element
     CT_ManualLayout* GetManualLayout() const { return m_ManualLayout; }
     void SetManualLayout(CT_ManualLayout* value) { m_ManualLayout = value; m_presence |= (1u << 0); }
     bool CheckManualLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -908,21 +971,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     CT_Tx* GetTx() const { return m_Tx; }
     void SetTx(CT_Tx* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 1); }
     bool CheckLayout() const { return (m_presence & (1u << 1)) != 0; }
+    // "overlay": child element
     CT_Boolean* GetOverlay() const { return m_Overlay; }
     void SetOverlay(CT_Boolean* value) { m_Overlay = value; m_presence |= (1u << 2); }
     bool CheckOverlay() const { return (m_presence & (1u << 2)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 3); }
     bool CheckSpPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 4); }
     bool CheckTxPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -948,6 +1017,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, char, default "0"
     char GetVal() const { return m_Val; }
     void SetVal(char value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -968,6 +1038,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "100%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -988,6 +1059,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned short, default "0"
     unsigned short GetVal() const { return m_Val; }
     void SetVal(unsigned short value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1008,6 +1080,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "100%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1028,6 +1101,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned char, default "30"
     unsigned char GetVal() const { return m_Val; }
     void SetVal(unsigned char value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1048,24 +1122,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rotX": child element
     CT_RotX* GetRotX() const { return m_RotX; }
     void SetRotX(CT_RotX* value) { m_RotX = value; m_presence |= (1u << 0); }
     bool CheckRotX() const { return (m_presence & (1u << 0)) != 0; }
+    // "hPercent": child element
     CT_HPercent* GetHPercent() const { return m_HPercent; }
     void SetHPercent(CT_HPercent* value) { m_HPercent = value; m_presence |= (1u << 1); }
     bool CheckHPercent() const { return (m_presence & (1u << 1)) != 0; }
+    // "rotY": child element
     CT_RotY* GetRotY() const { return m_RotY; }
     void SetRotY(CT_RotY* value) { m_RotY = value; m_presence |= (1u << 2); }
     bool CheckRotY() const { return (m_presence & (1u << 2)) != 0; }
+    // "depthPercent": child element
     CT_DepthPercent* GetDepthPercent() const { return m_DepthPercent; }
     void SetDepthPercent(CT_DepthPercent* value) { m_DepthPercent = value; m_presence |= (1u << 3); }
     bool CheckDepthPercent() const { return (m_presence & (1u << 3)) != 0; }
+    // "rAngAx": child element
     CT_Boolean* GetRAngAx() const { return m_RAngAx; }
     void SetRAngAx(CT_Boolean* value) { m_RAngAx = value; m_presence |= (1u << 4); }
     bool CheckRAngAx() const { return (m_presence & (1u << 4)) != 0; }
+    // "perspective": child element
     CT_Perspective* GetPerspective() const { return m_Perspective; }
     void SetPerspective(CT_Perspective* value) { m_Perspective = value; m_presence |= (1u << 5); }
     bool CheckPerspective() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -1092,15 +1173,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "thickness": child element
     CT_Thickness* GetThickness() const { return m_Thickness; }
     void SetThickness(CT_Thickness* value) { m_Thickness = value; m_presence |= (1u << 0); }
     bool CheckThickness() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "pictureOptions": child element
     CT_PictureOptions* GetPictureOptions() const { return m_PictureOptions; }
     void SetPictureOptions(CT_PictureOptions* value) { m_PictureOptions = value; m_presence |= (1u << 2); }
     bool CheckPictureOptions() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -1124,6 +1209,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1144,24 +1230,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "showHorzBorder": child element
     CT_Boolean* GetShowHorzBorder() const { return m_ShowHorzBorder; }
     void SetShowHorzBorder(CT_Boolean* value) { m_ShowHorzBorder = value; m_presence |= (1u << 0); }
     bool CheckShowHorzBorder() const { return (m_presence & (1u << 0)) != 0; }
+    // "showVertBorder": child element
     CT_Boolean* GetShowVertBorder() const { return m_ShowVertBorder; }
     void SetShowVertBorder(CT_Boolean* value) { m_ShowVertBorder = value; m_presence |= (1u << 1); }
     bool CheckShowVertBorder() const { return (m_presence & (1u << 1)) != 0; }
+    // "showOutline": child element
     CT_Boolean* GetShowOutline() const { return m_ShowOutline; }
     void SetShowOutline(CT_Boolean* value) { m_ShowOutline = value; m_presence |= (1u << 2); }
     bool CheckShowOutline() const { return (m_presence & (1u << 2)) != 0; }
+    // "showKeys": child element
     CT_Boolean* GetShowKeys() const { return m_ShowKeys; }
     void SetShowKeys(CT_Boolean* value) { m_ShowKeys = value; m_presence |= (1u << 3); }
     bool CheckShowKeys() const { return (m_presence & (1u << 3)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 4); }
     bool CheckSpPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 5); }
     bool CheckTxPr() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -1188,6 +1281,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "150%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1208,6 +1302,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "0%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1228,6 +1323,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "100%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1248,6 +1344,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "area"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1268,6 +1365,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned short, default "0"
     unsigned short GetVal() const { return m_Val; }
     void SetVal(unsigned short value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1288,6 +1386,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "10%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1308,6 +1407,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "auto"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1328,6 +1428,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "secondPiePt": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetSecondPiePt() const;
     void SetSecondPiePt(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckSecondPiePt() const { return (m_presence & (1u << 0)) != 0; }
@@ -1348,6 +1449,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "75%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1368,9 +1470,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formatCode": attribute, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 0)) != 0; }
+    // "sourceLinked": attribute, bool
     bool GetSourceLinked() const { return m_SourceLinked; }
     void SetSourceLinked(bool value) { m_SourceLinked = value; m_presence |= (1u << 1); }
     bool CheckSourceLinked() const { return (m_presence & (1u << 1)) != 0; }
@@ -1392,6 +1496,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1412,6 +1517,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1437,36 +1543,47 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 0); }
     bool CheckNumFmt() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLblPos": child element
     CT_DLblPos* GetDLblPos() const { return m_DLblPos; }
     void SetDLblPos(CT_DLblPos* value) { m_DLblPos = value; m_presence |= (1u << 3); }
     bool CheckDLblPos() const { return (m_presence & (1u << 3)) != 0; }
+    // "showLegendKey": child element
     CT_Boolean* GetShowLegendKey() const { return m_ShowLegendKey; }
     void SetShowLegendKey(CT_Boolean* value) { m_ShowLegendKey = value; m_presence |= (1u << 4); }
     bool CheckShowLegendKey() const { return (m_presence & (1u << 4)) != 0; }
+    // "showVal": child element
     CT_Boolean* GetShowVal() const { return m_ShowVal; }
     void SetShowVal(CT_Boolean* value) { m_ShowVal = value; m_presence |= (1u << 5); }
     bool CheckShowVal() const { return (m_presence & (1u << 5)) != 0; }
+    // "showCatName": child element
     CT_Boolean* GetShowCatName() const { return m_ShowCatName; }
     void SetShowCatName(CT_Boolean* value) { m_ShowCatName = value; m_presence |= (1u << 6); }
     bool CheckShowCatName() const { return (m_presence & (1u << 6)) != 0; }
+    // "showSerName": child element
     CT_Boolean* GetShowSerName() const { return m_ShowSerName; }
     void SetShowSerName(CT_Boolean* value) { m_ShowSerName = value; m_presence |= (1u << 7); }
     bool CheckShowSerName() const { return (m_presence & (1u << 7)) != 0; }
+    // "showPercent": child element
     CT_Boolean* GetShowPercent() const { return m_ShowPercent; }
     void SetShowPercent(CT_Boolean* value) { m_ShowPercent = value; m_presence |= (1u << 8); }
     bool CheckShowPercent() const { return (m_presence & (1u << 8)) != 0; }
+    // "showBubbleSize": child element
     CT_Boolean* GetShowBubbleSize() const { return m_ShowBubbleSize; }
     void SetShowBubbleSize(CT_Boolean* value) { m_ShowBubbleSize = value; m_presence |= (1u << 9); }
     bool CheckShowBubbleSize() const { return (m_presence & (1u << 9)) != 0; }
+    // "separator": value element, wxString
     wxString GetSeparator() const;
     void SetSeparator(wxString value);
     bool CheckSeparator() const { return (m_presence & (1u << 10)) != 0; }
@@ -1502,12 +1619,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 0); }
     bool CheckLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // "tx": child element
     CT_Tx* GetTx() const { return m_Tx; }
     void SetTx(CT_Tx* value) { m_Tx = value; m_presence |= (1u << 1); }
     bool CheckTx() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_DLblShared
     EG_DLblShared* GetEG_DLblShared() const { return m_EG_DLblShared; }
     void SetEG_DLblShared(EG_DLblShared* value) { m_EG_DLblShared = value; m_presence |= (1u << 2); }
     bool CheckEG_DLblShared() const { return (m_presence & (1u << 2)) != 0; }
@@ -1530,12 +1650,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_DLblData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DLblData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -1563,9 +1686,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "delete": child element
     CT_Boolean* GetDelete() const { return m_Delete; }
     void SetDelete(CT_Boolean* value) { m_Delete = value; m_presence |= (1u << 0); }
     bool CheckDelete() const { return (m_presence & (1u << 0)) != 0; }
+    // group Group_DLbl
     Group_DLbl* GetGroup_DLbl() const { return m_Group_DLbl; }
     void SetGroup_DLbl(Group_DLbl* value) { m_Group_DLbl = value; m_presence |= (1u << 1); }
     bool CheckGroup_DLbl() const { return (m_presence & (1u << 1)) != 0; }
@@ -1592,12 +1717,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_DLblShared
     EG_DLblShared* GetEG_DLblShared() const { return m_EG_DLblShared; }
     void SetEG_DLblShared(EG_DLblShared* value) { m_EG_DLblShared = value; m_presence |= (1u << 0); }
     bool CheckEG_DLblShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "showLeaderLines": child element
     CT_Boolean* GetShowLeaderLines() const { return m_ShowLeaderLines; }
     void SetShowLeaderLines(CT_Boolean* value) { m_ShowLeaderLines = value; m_presence |= (1u << 1); }
     bool CheckShowLeaderLines() const { return (m_presence & (1u << 1)) != 0; }
+    // "leaderLines": child element
     CT_ChartLines* GetLeaderLines() const { return m_LeaderLines; }
     void SetLeaderLines(CT_ChartLines* value) { m_LeaderLines = value; m_presence |= (1u << 2); }
     bool CheckLeaderLines() const { return (m_presence & (1u << 2)) != 0; }
@@ -1620,12 +1748,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dLbl": child element, repeated
     XMLPtrArray<CT_DLbl> GetDLbl() const;
     void SetDLbl(XMLPtrArray<CT_DLbl> value);
     bool CheckDLbl() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_DLblsData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DLblsData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -1653,9 +1784,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "delete": child element
     CT_Boolean* GetDelete() const { return m_Delete; }
     void SetDelete(CT_Boolean* value) { m_Delete = value; m_presence |= (1u << 0); }
     bool CheckDelete() const { return (m_presence & (1u << 0)) != 0; }
+    // group Group_DLbls
     Group_DLbls* GetGroup_DLbls() const { return m_Group_DLbls; }
     void SetGroup_DLbls(Group_DLbls* value) { m_Group_DLbls = value; m_presence |= (1u << 1); }
     bool CheckGroup_DLbls() const { return (m_presence & (1u << 1)) != 0; }
@@ -1677,6 +1810,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1697,6 +1831,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned char, default "5"
     unsigned char GetVal() const { return m_Val; }
     void SetVal(unsigned char value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1717,15 +1852,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "symbol": child element
     CT_MarkerStyle* GetSymbol() const { return m_Symbol; }
     void SetSymbol(CT_MarkerStyle* value) { m_Symbol = value; m_presence |= (1u << 0); }
     bool CheckSymbol() const { return (m_presence & (1u << 0)) != 0; }
+    // "size": child element
     CT_MarkerSize* GetSize() const { return m_Size; }
     void SetSize(CT_MarkerSize* value) { m_Size = value; m_presence |= (1u << 1); }
     bool CheckSize() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -1749,27 +1888,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "invertIfNegative": child element
     CT_Boolean* GetInvertIfNegative() const { return m_InvertIfNegative; }
     void SetInvertIfNegative(CT_Boolean* value) { m_InvertIfNegative = value; m_presence |= (1u << 1); }
     bool CheckInvertIfNegative() const { return (m_presence & (1u << 1)) != 0; }
+    // "marker": child element
     CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Marker* value) { m_Marker = value; m_presence |= (1u << 2); }
     bool CheckMarker() const { return (m_presence & (1u << 2)) != 0; }
+    // "bubble3D": child element
     CT_Boolean* GetBubble3D() const { return m_Bubble3D; }
     void SetBubble3D(CT_Boolean* value) { m_Bubble3D = value; m_presence |= (1u << 3); }
     bool CheckBubble3D() const { return (m_presence & (1u << 3)) != 0; }
+    // "explosion": child element
     CT_UnsignedInt* GetExplosion() const { return m_Explosion; }
     void SetExplosion(CT_UnsignedInt* value) { m_Explosion = value; m_presence |= (1u << 4); }
     bool CheckExplosion() const { return (m_presence & (1u << 4)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 5); }
     bool CheckSpPr() const { return (m_presence & (1u << 5)) != 0; }
+    // "pictureOptions": child element
     CT_PictureOptions* GetPictureOptions() const { return m_PictureOptions; }
     void SetPictureOptions(CT_PictureOptions* value) { m_PictureOptions = value; m_presence |= (1u << 6); }
     bool CheckPictureOptions() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
@@ -1797,6 +1944,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "linear"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1817,6 +1965,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned char, default "2"
     unsigned char GetVal() const { return m_Val; }
     void SetVal(unsigned char value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1837,6 +1986,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int, default "2"
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1857,21 +2007,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 0); }
     bool CheckLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // "tx": child element
     CT_Tx* GetTx() const { return m_Tx; }
     void SetTx(CT_Tx* value) { m_Tx = value; m_presence |= (1u << 1); }
     bool CheckTx() const { return (m_presence & (1u << 1)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 2); }
     bool CheckNumFmt() const { return (m_presence & (1u << 2)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 3); }
     bool CheckSpPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 4); }
     bool CheckTxPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -1897,39 +2053,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": value element, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "trendlineType": child element
     CT_TrendlineType* GetTrendlineType() const { return m_TrendlineType; }
     void SetTrendlineType(CT_TrendlineType* value) { m_TrendlineType = value; m_presence |= (1u << 2); }
     bool CheckTrendlineType() const { return (m_presence & (1u << 2)) != 0; }
+    // "order": child element
     CT_Order* GetOrder() const { return m_Order; }
     void SetOrder(CT_Order* value) { m_Order = value; m_presence |= (1u << 3); }
     bool CheckOrder() const { return (m_presence & (1u << 3)) != 0; }
+    // "period": child element
     CT_Period* GetPeriod() const { return m_Period; }
     void SetPeriod(CT_Period* value) { m_Period = value; m_presence |= (1u << 4); }
     bool CheckPeriod() const { return (m_presence & (1u << 4)) != 0; }
+    // "forward": child element
     CT_Double* GetForward() const { return m_Forward; }
     void SetForward(CT_Double* value) { m_Forward = value; m_presence |= (1u << 5); }
     bool CheckForward() const { return (m_presence & (1u << 5)) != 0; }
+    // "backward": child element
     CT_Double* GetBackward() const { return m_Backward; }
     void SetBackward(CT_Double* value) { m_Backward = value; m_presence |= (1u << 6); }
     bool CheckBackward() const { return (m_presence & (1u << 6)) != 0; }
+    // "intercept": child element
     CT_Double* GetIntercept() const { return m_Intercept; }
     void SetIntercept(CT_Double* value) { m_Intercept = value; m_presence |= (1u << 7); }
     bool CheckIntercept() const { return (m_presence & (1u << 7)) != 0; }
+    // "dispRSqr": child element
     CT_Boolean* GetDispRSqr() const { return m_DispRSqr; }
     void SetDispRSqr(CT_Boolean* value) { m_DispRSqr = value; m_presence |= (1u << 8); }
     bool CheckDispRSqr() const { return (m_presence & (1u << 8)) != 0; }
+    // "dispEq": child element
     CT_Boolean* GetDispEq() const { return m_DispEq; }
     void SetDispEq(CT_Boolean* value) { m_DispEq = value; m_presence |= (1u << 9); }
     bool CheckDispEq() const { return (m_presence & (1u << 9)) != 0; }
+    // "trendlineLbl": child element
     CT_TrendlineLbl* GetTrendlineLbl() const { return m_TrendlineLbl; }
     void SetTrendlineLbl(CT_TrendlineLbl* value) { m_TrendlineLbl = value; m_presence |= (1u << 10); }
     bool CheckTrendlineLbl() const { return (m_presence & (1u << 10)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 11); }
     bool CheckExtLst() const { return (m_presence & (1u << 11)) != 0; }
@@ -1961,6 +2129,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1981,6 +2150,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "both"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2001,6 +2171,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "fixedVal"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2021,30 +2192,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "errDir": child element
     CT_ErrDir* GetErrDir() const { return m_ErrDir; }
     void SetErrDir(CT_ErrDir* value) { m_ErrDir = value; m_presence |= (1u << 0); }
     bool CheckErrDir() const { return (m_presence & (1u << 0)) != 0; }
+    // "errBarType": child element
     CT_ErrBarType* GetErrBarType() const { return m_ErrBarType; }
     void SetErrBarType(CT_ErrBarType* value) { m_ErrBarType = value; m_presence |= (1u << 1); }
     bool CheckErrBarType() const { return (m_presence & (1u << 1)) != 0; }
+    // "errValType": child element
     CT_ErrValType* GetErrValType() const { return m_ErrValType; }
     void SetErrValType(CT_ErrValType* value) { m_ErrValType = value; m_presence |= (1u << 2); }
     bool CheckErrValType() const { return (m_presence & (1u << 2)) != 0; }
+    // "noEndCap": child element
     CT_Boolean* GetNoEndCap() const { return m_NoEndCap; }
     void SetNoEndCap(CT_Boolean* value) { m_NoEndCap = value; m_presence |= (1u << 3); }
     bool CheckNoEndCap() const { return (m_presence & (1u << 3)) != 0; }
+    // "plus": child element
     CT_NumDataSource* GetPlus() const { return m_Plus; }
     void SetPlus(CT_NumDataSource* value) { m_Plus = value; m_presence |= (1u << 4); }
     bool CheckPlus() const { return (m_presence & (1u << 4)) != 0; }
+    // "minus": child element
     CT_NumDataSource* GetMinus() const { return m_Minus; }
     void SetMinus(CT_NumDataSource* value) { m_Minus = value; m_presence |= (1u << 5); }
     bool CheckMinus() const { return (m_presence & (1u << 5)) != 0; }
+    // "val": child element
     CT_Double* GetVal() const { return m_Val; }
     void SetVal(CT_Double* value) { m_Val = value; m_presence |= (1u << 6); }
     bool CheckVal() const { return (m_presence & (1u << 6)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 7); }
     bool CheckSpPr() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -2073,6 +2253,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2093,15 +2274,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gapWidth": child element
     CT_GapAmount* GetGapWidth() const { return m_GapWidth; }
     void SetGapWidth(CT_GapAmount* value) { m_GapWidth = value; m_presence |= (1u << 0); }
     bool CheckGapWidth() const { return (m_presence & (1u << 0)) != 0; }
+    // "upBars": child element
     CT_UpDownBar* GetUpBars() const { return m_UpBars; }
     void SetUpBars(CT_UpDownBar* value) { m_UpBars = value; m_presence |= (1u << 1); }
     bool CheckUpBars() const { return (m_presence & (1u << 1)) != 0; }
+    // "downBars": child element
     CT_UpDownBar* GetDownBars() const { return m_DownBars; }
     void SetDownBars(CT_UpDownBar* value) { m_DownBars = value; m_presence |= (1u << 2); }
     bool CheckDownBars() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2130,15 +2315,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "order": child element
     CT_UnsignedInt* GetOrder() const { return m_Order; }
     void SetOrder(CT_UnsignedInt* value) { m_Order = value; m_presence |= (1u << 1); }
     bool CheckOrder() const { return (m_presence & (1u << 1)) != 0; }
+    // "tx": child element
     CT_SerTx* GetTx() const { return m_Tx; }
     void SetTx(CT_SerTx* value) { m_Tx = value; m_presence |= (1u << 2); }
     bool CheckTx() const { return (m_presence & (1u << 2)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 3); }
     bool CheckSpPr() const { return (m_presence & (1u << 3)) != 0; }
@@ -2162,33 +2351,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "marker": child element
     CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Marker* value) { m_Marker = value; m_presence |= (1u << 1); }
     bool CheckMarker() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "trendline": child element, repeated
     XMLPtrArray<CT_Trendline> GetTrendline() const;
     void SetTrendline(XMLPtrArray<CT_Trendline> value);
     bool CheckTrendline() const { return (m_presence & (1u << 4)) != 0; }
+    // "errBars": child element
     CT_ErrBars* GetErrBars() const { return m_ErrBars; }
     void SetErrBars(CT_ErrBars* value) { m_ErrBars = value; m_presence |= (1u << 5); }
     bool CheckErrBars() const { return (m_presence & (1u << 5)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 6); }
     bool CheckCat() const { return (m_presence & (1u << 6)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 7); }
     bool CheckVal() const { return (m_presence & (1u << 7)) != 0; }
+    // "smooth": child element
     CT_Boolean* GetSmooth() const { return m_Smooth; }
     void SetSmooth(CT_Boolean* value) { m_Smooth = value; m_presence |= (1u << 8); }
     bool CheckSmooth() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
@@ -2218,33 +2417,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "marker": child element
     CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Marker* value) { m_Marker = value; m_presence |= (1u << 1); }
     bool CheckMarker() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "trendline": child element, repeated
     XMLPtrArray<CT_Trendline> GetTrendline() const;
     void SetTrendline(XMLPtrArray<CT_Trendline> value);
     bool CheckTrendline() const { return (m_presence & (1u << 4)) != 0; }
+    // "errBars": child element, repeated
     XMLPtrArray<CT_ErrBars> GetErrBars() const;
     void SetErrBars(XMLPtrArray<CT_ErrBars> value);
     bool CheckErrBars() const { return (m_presence & (1u << 5)) != 0; }
+    // "xVal": child element
     CT_AxDataSource* GetXVal() const { return m_XVal; }
     void SetXVal(CT_AxDataSource* value) { m_XVal = value; m_presence |= (1u << 6); }
     bool CheckXVal() const { return (m_presence & (1u << 6)) != 0; }
+    // "yVal": child element
     CT_NumDataSource* GetYVal() const { return m_YVal; }
     void SetYVal(CT_NumDataSource* value) { m_YVal = value; m_presence |= (1u << 7); }
     bool CheckYVal() const { return (m_presence & (1u << 7)) != 0; }
+    // "smooth": child element
     CT_Boolean* GetSmooth() const { return m_Smooth; }
     void SetSmooth(CT_Boolean* value) { m_Smooth = value; m_presence |= (1u << 8); }
     bool CheckSmooth() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
@@ -2274,24 +2483,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "marker": child element
     CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Marker* value) { m_Marker = value; m_presence |= (1u << 1); }
     bool CheckMarker() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 4); }
     bool CheckCat() const { return (m_presence & (1u << 4)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 5); }
     bool CheckVal() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -2318,36 +2534,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "invertIfNegative": child element
     CT_Boolean* GetInvertIfNegative() const { return m_InvertIfNegative; }
     void SetInvertIfNegative(CT_Boolean* value) { m_InvertIfNegative = value; m_presence |= (1u << 1); }
     bool CheckInvertIfNegative() const { return (m_presence & (1u << 1)) != 0; }
+    // "pictureOptions": child element
     CT_PictureOptions* GetPictureOptions() const { return m_PictureOptions; }
     void SetPictureOptions(CT_PictureOptions* value) { m_PictureOptions = value; m_presence |= (1u << 2); }
     bool CheckPictureOptions() const { return (m_presence & (1u << 2)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 3)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 4); }
     bool CheckDLbls() const { return (m_presence & (1u << 4)) != 0; }
+    // "trendline": child element, repeated
     XMLPtrArray<CT_Trendline> GetTrendline() const;
     void SetTrendline(XMLPtrArray<CT_Trendline> value);
     bool CheckTrendline() const { return (m_presence & (1u << 5)) != 0; }
+    // "errBars": child element
     CT_ErrBars* GetErrBars() const { return m_ErrBars; }
     void SetErrBars(CT_ErrBars* value) { m_ErrBars = value; m_presence |= (1u << 6); }
     bool CheckErrBars() const { return (m_presence & (1u << 6)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 7); }
     bool CheckCat() const { return (m_presence & (1u << 7)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 8); }
     bool CheckVal() const { return (m_presence & (1u << 8)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 9); }
     bool CheckShape() const { return (m_presence & (1u << 9)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 10); }
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
@@ -2378,30 +2605,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "pictureOptions": child element
     CT_PictureOptions* GetPictureOptions() const { return m_PictureOptions; }
     void SetPictureOptions(CT_PictureOptions* value) { m_PictureOptions = value; m_presence |= (1u << 1); }
     bool CheckPictureOptions() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "trendline": child element, repeated
     XMLPtrArray<CT_Trendline> GetTrendline() const;
     void SetTrendline(XMLPtrArray<CT_Trendline> value);
     bool CheckTrendline() const { return (m_presence & (1u << 4)) != 0; }
+    // "errBars": child element, repeated
     XMLPtrArray<CT_ErrBars> GetErrBars() const;
     void SetErrBars(XMLPtrArray<CT_ErrBars> value);
     bool CheckErrBars() const { return (m_presence & (1u << 5)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 6); }
     bool CheckCat() const { return (m_presence & (1u << 6)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 7); }
     bool CheckVal() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -2430,24 +2666,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "explosion": child element
     CT_UnsignedInt* GetExplosion() const { return m_Explosion; }
     void SetExplosion(CT_UnsignedInt* value) { m_Explosion = value; m_presence |= (1u << 1); }
     bool CheckExplosion() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 4); }
     bool CheckCat() const { return (m_presence & (1u << 4)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 5); }
     bool CheckVal() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -2474,36 +2717,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "invertIfNegative": child element
     CT_Boolean* GetInvertIfNegative() const { return m_InvertIfNegative; }
     void SetInvertIfNegative(CT_Boolean* value) { m_InvertIfNegative = value; m_presence |= (1u << 1); }
     bool CheckInvertIfNegative() const { return (m_presence & (1u << 1)) != 0; }
+    // "dPt": child element, repeated
     XMLPtrArray<CT_DPt> GetDPt() const;
     void SetDPt(XMLPtrArray<CT_DPt> value);
     bool CheckDPt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "trendline": child element, repeated
     XMLPtrArray<CT_Trendline> GetTrendline() const;
     void SetTrendline(XMLPtrArray<CT_Trendline> value);
     bool CheckTrendline() const { return (m_presence & (1u << 4)) != 0; }
+    // "errBars": child element, repeated
     XMLPtrArray<CT_ErrBars> GetErrBars() const;
     void SetErrBars(XMLPtrArray<CT_ErrBars> value);
     bool CheckErrBars() const { return (m_presence & (1u << 5)) != 0; }
+    // "xVal": child element
     CT_AxDataSource* GetXVal() const { return m_XVal; }
     void SetXVal(CT_AxDataSource* value) { m_XVal = value; m_presence |= (1u << 6); }
     bool CheckXVal() const { return (m_presence & (1u << 6)) != 0; }
+    // "yVal": child element
     CT_NumDataSource* GetYVal() const { return m_YVal; }
     void SetYVal(CT_NumDataSource* value) { m_YVal = value; m_presence |= (1u << 7); }
     bool CheckYVal() const { return (m_presence & (1u << 7)) != 0; }
+    // "bubbleSize": child element
     CT_NumDataSource* GetBubbleSize() const { return m_BubbleSize; }
     void SetBubbleSize(CT_NumDataSource* value) { m_BubbleSize = value; m_presence |= (1u << 8); }
     bool CheckBubbleSize() const { return (m_presence & (1u << 8)) != 0; }
+    // "bubble3D": child element
     CT_Boolean* GetBubble3D() const { return m_Bubble3D; }
     void SetBubble3D(CT_Boolean* value) { m_Bubble3D = value; m_presence |= (1u << 9); }
     bool CheckBubble3D() const { return (m_presence & (1u << 9)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 10); }
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
@@ -2534,15 +2788,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SerShared
     EG_SerShared* GetEG_SerShared() const { return m_EG_SerShared; }
     void SetEG_SerShared(EG_SerShared* value) { m_EG_SerShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SerShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "cat": child element
     CT_AxDataSource* GetCat() const { return m_Cat; }
     void SetCat(CT_AxDataSource* value) { m_Cat = value; m_presence |= (1u << 1); }
     bool CheckCat() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": child element
     CT_NumDataSource* GetVal() const { return m_Val; }
     void SetVal(CT_NumDataSource* value) { m_Val = value; m_presence |= (1u << 2); }
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2566,6 +2824,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "standard"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2586,6 +2845,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2611,18 +2871,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "grouping": child element
     CT_Grouping* GetGrouping() const { return m_Grouping; }
     void SetGrouping(CT_Grouping* value) { m_Grouping = value; m_presence |= (1u << 0); }
     bool CheckGrouping() const { return (m_presence & (1u << 0)) != 0; }
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 1); }
     bool CheckVaryColors() const { return (m_presence & (1u << 1)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_LineSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_LineSer> value);
     bool CheckSer() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "dropLines": child element
     CT_ChartLines* GetDropLines() const { return m_DropLines; }
     void SetDropLines(CT_ChartLines* value) { m_DropLines = value; m_presence |= (1u << 4); }
     bool CheckDropLines() const { return (m_presence & (1u << 4)) != 0; }
@@ -2647,24 +2912,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_LineChartShared
     EG_LineChartShared* GetEG_LineChartShared() const { return m_EG_LineChartShared; }
     void SetEG_LineChartShared(EG_LineChartShared* value) { m_EG_LineChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_LineChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "hiLowLines": child element
     CT_ChartLines* GetHiLowLines() const { return m_HiLowLines; }
     void SetHiLowLines(CT_ChartLines* value) { m_HiLowLines = value; m_presence |= (1u << 1); }
     bool CheckHiLowLines() const { return (m_presence & (1u << 1)) != 0; }
+    // "upDownBars": child element
     CT_UpDownBars* GetUpDownBars() const { return m_UpDownBars; }
     void SetUpDownBars(CT_UpDownBars* value) { m_UpDownBars = value; m_presence |= (1u << 2); }
     bool CheckUpDownBars() const { return (m_presence & (1u << 2)) != 0; }
+    // "marker": child element
     CT_Boolean* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Boolean* value) { m_Marker = value; m_presence |= (1u << 3); }
     bool CheckMarker() const { return (m_presence & (1u << 3)) != 0; }
+    // "smooth": child element
     CT_Boolean* GetSmooth() const { return m_Smooth; }
     void SetSmooth(CT_Boolean* value) { m_Smooth = value; m_presence |= (1u << 4); }
     bool CheckSmooth() const { return (m_presence & (1u << 4)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -2691,15 +2963,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_LineChartShared
     EG_LineChartShared* GetEG_LineChartShared() const { return m_EG_LineChartShared; }
     void SetEG_LineChartShared(EG_LineChartShared* value) { m_EG_LineChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_LineChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "gapDepth": child element
     CT_GapAmount* GetGapDepth() const { return m_GapDepth; }
     void SetGapDepth(CT_GapAmount* value) { m_GapDepth = value; m_presence |= (1u << 1); }
     bool CheckGapDepth() const { return (m_presence & (1u << 1)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2723,24 +2999,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ser": child element, repeated
     XMLPtrArray<CT_LineSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_LineSer> value);
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 1); }
     bool CheckDLbls() const { return (m_presence & (1u << 1)) != 0; }
+    // "dropLines": child element
     CT_ChartLines* GetDropLines() const { return m_DropLines; }
     void SetDropLines(CT_ChartLines* value) { m_DropLines = value; m_presence |= (1u << 2); }
     bool CheckDropLines() const { return (m_presence & (1u << 2)) != 0; }
+    // "hiLowLines": child element
     CT_ChartLines* GetHiLowLines() const { return m_HiLowLines; }
     void SetHiLowLines(CT_ChartLines* value) { m_HiLowLines = value; m_presence |= (1u << 3); }
     bool CheckHiLowLines() const { return (m_presence & (1u << 3)) != 0; }
+    // "upDownBars": child element
     CT_UpDownBars* GetUpDownBars() const { return m_UpDownBars; }
     void SetUpDownBars(CT_UpDownBars* value) { m_UpDownBars = value; m_presence |= (1u << 4); }
     bool CheckUpDownBars() const { return (m_presence & (1u << 4)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -2767,6 +3050,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "marker"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2787,21 +3071,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "scatterStyle": child element
     CT_ScatterStyle* GetScatterStyle() const { return m_ScatterStyle; }
     void SetScatterStyle(CT_ScatterStyle* value) { m_ScatterStyle = value; m_presence |= (1u << 0); }
     bool CheckScatterStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 1); }
     bool CheckVaryColors() const { return (m_presence & (1u << 1)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_ScatterSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_ScatterSer> value);
     bool CheckSer() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -2827,6 +3117,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "standard"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2847,21 +3138,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "radarStyle": child element
     CT_RadarStyle* GetRadarStyle() const { return m_RadarStyle; }
     void SetRadarStyle(CT_RadarStyle* value) { m_RadarStyle = value; m_presence |= (1u << 0); }
     bool CheckRadarStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 1); }
     bool CheckVaryColors() const { return (m_presence & (1u << 1)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_RadarSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_RadarSer> value);
     bool CheckSer() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -2887,6 +3184,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "clustered"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2907,6 +3205,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "col"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2927,6 +3226,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "box"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2952,18 +3252,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "barDir": child element
     CT_BarDir* GetBarDir() const { return m_BarDir; }
     void SetBarDir(CT_BarDir* value) { m_BarDir = value; m_presence |= (1u << 0); }
     bool CheckBarDir() const { return (m_presence & (1u << 0)) != 0; }
+    // "grouping": child element
     CT_BarGrouping* GetGrouping() const { return m_Grouping; }
     void SetGrouping(CT_BarGrouping* value) { m_Grouping = value; m_presence |= (1u << 1); }
     bool CheckGrouping() const { return (m_presence & (1u << 1)) != 0; }
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 2); }
     bool CheckVaryColors() const { return (m_presence & (1u << 2)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_BarSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_BarSer> value);
     bool CheckSer() const { return (m_presence & (1u << 3)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 4); }
     bool CheckDLbls() const { return (m_presence & (1u << 4)) != 0; }
@@ -2988,21 +3293,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BarChartShared
     EG_BarChartShared* GetEG_BarChartShared() const { return m_EG_BarChartShared; }
     void SetEG_BarChartShared(EG_BarChartShared* value) { m_EG_BarChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_BarChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "gapWidth": child element
     CT_GapAmount* GetGapWidth() const { return m_GapWidth; }
     void SetGapWidth(CT_GapAmount* value) { m_GapWidth = value; m_presence |= (1u << 1); }
     bool CheckGapWidth() const { return (m_presence & (1u << 1)) != 0; }
+    // "overlap": child element
     CT_Overlap* GetOverlap() const { return m_Overlap; }
     void SetOverlap(CT_Overlap* value) { m_Overlap = value; m_presence |= (1u << 2); }
     bool CheckOverlap() const { return (m_presence & (1u << 2)) != 0; }
+    // "serLines": child element, repeated
     XMLPtrArray<CT_ChartLines> GetSerLines() const;
     void SetSerLines(XMLPtrArray<CT_ChartLines> value);
     bool CheckSerLines() const { return (m_presence & (1u << 3)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -3028,21 +3339,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BarChartShared
     EG_BarChartShared* GetEG_BarChartShared() const { return m_EG_BarChartShared; }
     void SetEG_BarChartShared(EG_BarChartShared* value) { m_EG_BarChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_BarChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "gapWidth": child element
     CT_GapAmount* GetGapWidth() const { return m_GapWidth; }
     void SetGapWidth(CT_GapAmount* value) { m_GapWidth = value; m_presence |= (1u << 1); }
     bool CheckGapWidth() const { return (m_presence & (1u << 1)) != 0; }
+    // "gapDepth": child element
     CT_GapAmount* GetGapDepth() const { return m_GapDepth; }
     void SetGapDepth(CT_GapAmount* value) { m_GapDepth = value; m_presence |= (1u << 2); }
     bool CheckGapDepth() const { return (m_presence & (1u << 2)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 3); }
     bool CheckShape() const { return (m_presence & (1u << 3)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -3073,18 +3390,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "grouping": child element
     CT_Grouping* GetGrouping() const { return m_Grouping; }
     void SetGrouping(CT_Grouping* value) { m_Grouping = value; m_presence |= (1u << 0); }
     bool CheckGrouping() const { return (m_presence & (1u << 0)) != 0; }
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 1); }
     bool CheckVaryColors() const { return (m_presence & (1u << 1)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_AreaSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_AreaSer> value);
     bool CheckSer() const { return (m_presence & (1u << 2)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 3); }
     bool CheckDLbls() const { return (m_presence & (1u << 3)) != 0; }
+    // "dropLines": child element
     CT_ChartLines* GetDropLines() const { return m_DropLines; }
     void SetDropLines(CT_ChartLines* value) { m_DropLines = value; m_presence |= (1u << 4); }
     bool CheckDropLines() const { return (m_presence & (1u << 4)) != 0; }
@@ -3109,12 +3431,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AreaChartShared
     EG_AreaChartShared* GetEG_AreaChartShared() const { return m_EG_AreaChartShared; }
     void SetEG_AreaChartShared(EG_AreaChartShared* value) { m_EG_AreaChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AreaChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3137,15 +3462,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AreaChartShared
     EG_AreaChartShared* GetEG_AreaChartShared() const { return m_EG_AreaChartShared; }
     void SetEG_AreaChartShared(EG_AreaChartShared* value) { m_EG_AreaChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AreaChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "gapDepth": child element
     CT_GapAmount* GetGapDepth() const { return m_GapDepth; }
     void SetGapDepth(CT_GapAmount* value) { m_GapDepth = value; m_presence |= (1u << 1); }
     bool CheckGapDepth() const { return (m_presence & (1u << 1)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3174,12 +3503,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 0); }
     bool CheckVaryColors() const { return (m_presence & (1u << 0)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_PieSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_PieSer> value);
     bool CheckSer() const { return (m_presence & (1u << 1)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 2); }
     bool CheckDLbls() const { return (m_presence & (1u << 2)) != 0; }
@@ -3202,12 +3534,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PieChartShared
     EG_PieChartShared* GetEG_PieChartShared() const { return m_EG_PieChartShared; }
     void SetEG_PieChartShared(EG_PieChartShared* value) { m_EG_PieChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_PieChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "firstSliceAng": child element
     CT_FirstSliceAng* GetFirstSliceAng() const { return m_FirstSliceAng; }
     void SetFirstSliceAng(CT_FirstSliceAng* value) { m_FirstSliceAng = value; m_presence |= (1u << 1); }
     bool CheckFirstSliceAng() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3230,9 +3565,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PieChartShared
     EG_PieChartShared* GetEG_PieChartShared() const { return m_EG_PieChartShared; }
     void SetEG_PieChartShared(EG_PieChartShared* value) { m_EG_PieChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_PieChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -3254,15 +3591,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PieChartShared
     EG_PieChartShared* GetEG_PieChartShared() const { return m_EG_PieChartShared; }
     void SetEG_PieChartShared(EG_PieChartShared* value) { m_EG_PieChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_PieChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "firstSliceAng": child element
     CT_FirstSliceAng* GetFirstSliceAng() const { return m_FirstSliceAng; }
     void SetFirstSliceAng(CT_FirstSliceAng* value) { m_FirstSliceAng = value; m_presence |= (1u << 1); }
     bool CheckFirstSliceAng() const { return (m_presence & (1u << 1)) != 0; }
+    // "holeSize": child element
     CT_HoleSize* GetHoleSize() const { return m_HoleSize; }
     void SetHoleSize(CT_HoleSize* value) { m_HoleSize = value; m_presence |= (1u << 2); }
     bool CheckHoleSize() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3286,6 +3627,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "pie"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3306,30 +3648,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ofPieType": child element
     CT_OfPieType* GetOfPieType() const { return m_OfPieType; }
     void SetOfPieType(CT_OfPieType* value) { m_OfPieType = value; m_presence |= (1u << 0); }
     bool CheckOfPieType() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_PieChartShared
     EG_PieChartShared* GetEG_PieChartShared() const { return m_EG_PieChartShared; }
     void SetEG_PieChartShared(EG_PieChartShared* value) { m_EG_PieChartShared = value; m_presence |= (1u << 1); }
     bool CheckEG_PieChartShared() const { return (m_presence & (1u << 1)) != 0; }
+    // "gapWidth": child element
     CT_GapAmount* GetGapWidth() const { return m_GapWidth; }
     void SetGapWidth(CT_GapAmount* value) { m_GapWidth = value; m_presence |= (1u << 2); }
     bool CheckGapWidth() const { return (m_presence & (1u << 2)) != 0; }
+    // "splitType": child element
     CT_SplitType* GetSplitType() const { return m_SplitType; }
     void SetSplitType(CT_SplitType* value) { m_SplitType = value; m_presence |= (1u << 3); }
     bool CheckSplitType() const { return (m_presence & (1u << 3)) != 0; }
+    // "splitPos": child element
     CT_Double* GetSplitPos() const { return m_SplitPos; }
     void SetSplitPos(CT_Double* value) { m_SplitPos = value; m_presence |= (1u << 4); }
     bool CheckSplitPos() const { return (m_presence & (1u << 4)) != 0; }
+    // "custSplit": child element
     CT_CustSplit* GetCustSplit() const { return m_CustSplit; }
     void SetCustSplit(CT_CustSplit* value) { m_CustSplit = value; m_presence |= (1u << 5); }
     bool CheckCustSplit() const { return (m_presence & (1u << 5)) != 0; }
+    // "secondPieSize": child element
     CT_SecondPieSize* GetSecondPieSize() const { return m_SecondPieSize; }
     void SetSecondPieSize(CT_SecondPieSize* value) { m_SecondPieSize = value; m_presence |= (1u << 6); }
     bool CheckSecondPieSize() const { return (m_presence & (1u << 6)) != 0; }
+    // "serLines": child element, repeated
     XMLPtrArray<CT_ChartLines> GetSerLines() const;
     void SetSerLines(XMLPtrArray<CT_ChartLines> value);
     bool CheckSerLines() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -3358,30 +3709,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "varyColors": child element
     CT_Boolean* GetVaryColors() const { return m_VaryColors; }
     void SetVaryColors(CT_Boolean* value) { m_VaryColors = value; m_presence |= (1u << 0); }
     bool CheckVaryColors() const { return (m_presence & (1u << 0)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_BubbleSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_BubbleSer> value);
     bool CheckSer() const { return (m_presence & (1u << 1)) != 0; }
+    // "dLbls": child element
     CT_DLbls* GetDLbls() const { return m_DLbls; }
     void SetDLbls(CT_DLbls* value) { m_DLbls = value; m_presence |= (1u << 2); }
     bool CheckDLbls() const { return (m_presence & (1u << 2)) != 0; }
+    // "bubble3D": child element
     CT_Boolean* GetBubble3D() const { return m_Bubble3D; }
     void SetBubble3D(CT_Boolean* value) { m_Bubble3D = value; m_presence |= (1u << 3); }
     bool CheckBubble3D() const { return (m_presence & (1u << 3)) != 0; }
+    // "bubbleScale": child element
     CT_BubbleScale* GetBubbleScale() const { return m_BubbleScale; }
     void SetBubbleScale(CT_BubbleScale* value) { m_BubbleScale = value; m_presence |= (1u << 4); }
     bool CheckBubbleScale() const { return (m_presence & (1u << 4)) != 0; }
+    // "showNegBubbles": child element
     CT_Boolean* GetShowNegBubbles() const { return m_ShowNegBubbles; }
     void SetShowNegBubbles(CT_Boolean* value) { m_ShowNegBubbles = value; m_presence |= (1u << 5); }
     bool CheckShowNegBubbles() const { return (m_presence & (1u << 5)) != 0; }
+    // "sizeRepresents": child element
     CT_SizeRepresents* GetSizeRepresents() const { return m_SizeRepresents; }
     void SetSizeRepresents(CT_SizeRepresents* value) { m_SizeRepresents = value; m_presence |= (1u << 6); }
     bool CheckSizeRepresents() const { return (m_presence & (1u << 6)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -3410,9 +3770,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -3434,6 +3796,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bandFmt": child element, repeated
     XMLPtrArray<CT_BandFmt> GetBandFmt() const;
     void SetBandFmt(XMLPtrArray<CT_BandFmt> value);
     bool CheckBandFmt() const { return (m_presence & (1u << 0)) != 0; }
@@ -3459,12 +3822,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wireframe": child element
     CT_Boolean* GetWireframe() const { return m_Wireframe; }
     void SetWireframe(CT_Boolean* value) { m_Wireframe = value; m_presence |= (1u << 0); }
     bool CheckWireframe() const { return (m_presence & (1u << 0)) != 0; }
+    // "ser": child element, repeated
     XMLPtrArray<CT_SurfaceSer> GetSer() const;
     void SetSer(XMLPtrArray<CT_SurfaceSer> value);
     bool CheckSer() const { return (m_presence & (1u << 1)) != 0; }
+    // "bandFmts": child element
     CT_BandFmts* GetBandFmts() const { return m_BandFmts; }
     void SetBandFmts(CT_BandFmts* value) { m_BandFmts = value; m_presence |= (1u << 2); }
     bool CheckBandFmts() const { return (m_presence & (1u << 2)) != 0; }
@@ -3487,12 +3853,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SurfaceChartShared
     EG_SurfaceChartShared* GetEG_SurfaceChartShared() const { return m_EG_SurfaceChartShared; }
     void SetEG_SurfaceChartShared(EG_SurfaceChartShared* value) { m_EG_SurfaceChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SurfaceChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3515,12 +3884,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SurfaceChartShared
     EG_SurfaceChartShared* GetEG_SurfaceChartShared() const { return m_EG_SurfaceChartShared; }
     void SetEG_SurfaceChartShared(EG_SurfaceChartShared* value) { m_EG_SurfaceChartShared = value; m_presence |= (1u << 0); }
     bool CheckEG_SurfaceChartShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "axId": child element, repeated
     XMLPtrArray<CT_UnsignedInt> GetAxId() const;
     void SetAxId(XMLPtrArray<CT_UnsignedInt> value);
     bool CheckAxId() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3543,6 +3915,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3563,6 +3936,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3583,6 +3957,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3603,6 +3978,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "cross"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3623,6 +3999,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "nextTo"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3643,6 +4020,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3663,6 +4041,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "days"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3683,6 +4062,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3703,6 +4083,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "thousands"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3723,6 +4104,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3743,6 +4125,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3763,18 +4146,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "applyToFront": child element
     CT_Boolean* GetApplyToFront() const { return m_ApplyToFront; }
     void SetApplyToFront(CT_Boolean* value) { m_ApplyToFront = value; m_presence |= (1u << 0); }
     bool CheckApplyToFront() const { return (m_presence & (1u << 0)) != 0; }
+    // "applyToSides": child element
     CT_Boolean* GetApplyToSides() const { return m_ApplyToSides; }
     void SetApplyToSides(CT_Boolean* value) { m_ApplyToSides = value; m_presence |= (1u << 1); }
     bool CheckApplyToSides() const { return (m_presence & (1u << 1)) != 0; }
+    // "applyToEnd": child element
     CT_Boolean* GetApplyToEnd() const { return m_ApplyToEnd; }
     void SetApplyToEnd(CT_Boolean* value) { m_ApplyToEnd = value; m_presence |= (1u << 2); }
     bool CheckApplyToEnd() const { return (m_presence & (1u << 2)) != 0; }
+    // "pictureFormat": child element
     CT_PictureFormat* GetPictureFormat() const { return m_PictureFormat; }
     void SetPictureFormat(CT_PictureFormat* value) { m_PictureFormat = value; m_presence |= (1u << 3); }
     bool CheckPictureFormat() const { return (m_presence & (1u << 3)) != 0; }
+    // "pictureStackUnit": child element
     CT_PictureStackUnit* GetPictureStackUnit() const { return m_PictureStackUnit; }
     void SetPictureStackUnit(CT_PictureStackUnit* value) { m_PictureStackUnit = value; m_presence |= (1u << 4); }
     bool CheckPictureStackUnit() const { return (m_presence & (1u << 4)) != 0; }
@@ -3799,15 +4187,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 0); }
     bool CheckLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // "tx": child element
     CT_Tx* GetTx() const { return m_Tx; }
     void SetTx(CT_Tx* value) { m_Tx = value; m_presence |= (1u << 1); }
     bool CheckTx() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 3); }
     bool CheckTxPr() const { return (m_presence & (1u << 3)) != 0; }
@@ -3831,12 +4223,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_DispUnitsData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DispUnitsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "dispUnitsLbl": child element
     CT_DispUnitsLbl* GetDispUnitsLbl() const { return m_DispUnitsLbl; }
     void SetDispUnitsLbl(CT_DispUnitsLbl* value) { m_DispUnitsLbl = value; m_presence |= (1u << 1); }
     bool CheckDispUnitsLbl() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3864,9 +4259,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "custUnit": child element
     CT_Double* GetCustUnit() const { return m_CustUnit; }
     void SetCustUnit(CT_Double* value) { m_CustUnit = value; m_presence |= (1u << 0); }
     bool CheckCustUnit() const { return (m_presence & (1u << 0)) != 0; }
+    // "builtInUnit": child element
     CT_BuiltInUnit* GetBuiltInUnit() const { return m_BuiltInUnit; }
     void SetBuiltInUnit(CT_BuiltInUnit* value) { m_BuiltInUnit = value; m_presence |= (1u << 1); }
     bool CheckBuiltInUnit() const { return (m_presence & (1u << 1)) != 0; }
@@ -3888,6 +4285,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "minMax"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3908,6 +4306,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3928,18 +4327,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "logBase": child element
     CT_LogBase* GetLogBase() const { return m_LogBase; }
     void SetLogBase(CT_LogBase* value) { m_LogBase = value; m_presence |= (1u << 0); }
     bool CheckLogBase() const { return (m_presence & (1u << 0)) != 0; }
+    // "orientation": child element
     CT_Orientation* GetOrientation() const { return m_Orientation; }
     void SetOrientation(CT_Orientation* value) { m_Orientation = value; m_presence |= (1u << 1); }
     bool CheckOrientation() const { return (m_presence & (1u << 1)) != 0; }
+    // "max": child element
     CT_Double* GetMax() const { return m_Max; }
     void SetMax(CT_Double* value) { m_Max = value; m_presence |= (1u << 2); }
     bool CheckMax() const { return (m_presence & (1u << 2)) != 0; }
+    // "min": child element
     CT_Double* GetMin() const { return m_Min; }
     void SetMin(CT_Double* value) { m_Min = value; m_presence |= (1u << 3); }
     bool CheckMin() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -3964,6 +4368,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "100%"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3989,48 +4394,63 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "axId": child element
     CT_UnsignedInt* GetAxId() const { return m_AxId; }
     void SetAxId(CT_UnsignedInt* value) { m_AxId = value; m_presence |= (1u << 0); }
     bool CheckAxId() const { return (m_presence & (1u << 0)) != 0; }
+    // "scaling": child element
     CT_Scaling* GetScaling() const { return m_Scaling; }
     void SetScaling(CT_Scaling* value) { m_Scaling = value; m_presence |= (1u << 1); }
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
+    // "delete": child element
     CT_Boolean* GetDelete() const { return m_Delete; }
     void SetDelete(CT_Boolean* value) { m_Delete = value; m_presence |= (1u << 2); }
     bool CheckDelete() const { return (m_presence & (1u << 2)) != 0; }
+    // "axPos": child element
     CT_AxPos* GetAxPos() const { return m_AxPos; }
     void SetAxPos(CT_AxPos* value) { m_AxPos = value; m_presence |= (1u << 3); }
     bool CheckAxPos() const { return (m_presence & (1u << 3)) != 0; }
+    // "majorGridlines": child element
     CT_ChartLines* GetMajorGridlines() const { return m_MajorGridlines; }
     void SetMajorGridlines(CT_ChartLines* value) { m_MajorGridlines = value; m_presence |= (1u << 4); }
     bool CheckMajorGridlines() const { return (m_presence & (1u << 4)) != 0; }
+    // "minorGridlines": child element
     CT_ChartLines* GetMinorGridlines() const { return m_MinorGridlines; }
     void SetMinorGridlines(CT_ChartLines* value) { m_MinorGridlines = value; m_presence |= (1u << 5); }
     bool CheckMinorGridlines() const { return (m_presence & (1u << 5)) != 0; }
+    // "title": child element
     CT_Title* GetTitle() const { return m_Title; }
     void SetTitle(CT_Title* value) { m_Title = value; m_presence |= (1u << 6); }
     bool CheckTitle() const { return (m_presence & (1u << 6)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 7); }
     bool CheckNumFmt() const { return (m_presence & (1u << 7)) != 0; }
+    // "majorTickMark": child element
     CT_TickMark* GetMajorTickMark() const { return m_MajorTickMark; }
     void SetMajorTickMark(CT_TickMark* value) { m_MajorTickMark = value; m_presence |= (1u << 8); }
     bool CheckMajorTickMark() const { return (m_presence & (1u << 8)) != 0; }
+    // "minorTickMark": child element
     CT_TickMark* GetMinorTickMark() const { return m_MinorTickMark; }
     void SetMinorTickMark(CT_TickMark* value) { m_MinorTickMark = value; m_presence |= (1u << 9); }
     bool CheckMinorTickMark() const { return (m_presence & (1u << 9)) != 0; }
+    // "tickLblPos": child element
     CT_TickLblPos* GetTickLblPos() const { return m_TickLblPos; }
     void SetTickLblPos(CT_TickLblPos* value) { m_TickLblPos = value; m_presence |= (1u << 10); }
     bool CheckTickLblPos() const { return (m_presence & (1u << 10)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 11); }
     bool CheckSpPr() const { return (m_presence & (1u << 11)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 12); }
     bool CheckTxPr() const { return (m_presence & (1u << 12)) != 0; }
+    // "crossAx": child element
     CT_UnsignedInt* GetCrossAx() const { return m_CrossAx; }
     void SetCrossAx(CT_UnsignedInt* value) { m_CrossAx = value; m_presence |= (1u << 13); }
     bool CheckCrossAx() const { return (m_presence & (1u << 13)) != 0; }
+    // choice holder
     EG_AxSharedData__* GetData__() const { return m_Data__; }
     void SetData__(EG_AxSharedData__* value) { m_Data__ = value; m_presence |= (1u << 14); }
     bool CheckData__() const { return (m_presence & (1u << 14)) != 0; }
@@ -4070,9 +4490,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "crosses": child element
     CT_Crosses* GetCrosses() const { return m_Crosses; }
     void SetCrosses(CT_Crosses* value) { m_Crosses = value; m_presence |= (1u << 0); }
     bool CheckCrosses() const { return (m_presence & (1u << 0)) != 0; }
+    // "crossesAt": child element
     CT_Double* GetCrossesAt() const { return m_CrossesAt; }
     void SetCrossesAt(CT_Double* value) { m_CrossesAt = value; m_presence |= (1u << 1); }
     bool CheckCrossesAt() const { return (m_presence & (1u << 1)) != 0; }
@@ -4094,27 +4516,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AxShared
     EG_AxShared* GetEG_AxShared() const { return m_EG_AxShared; }
     void SetEG_AxShared(EG_AxShared* value) { m_EG_AxShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AxShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "auto": child element
     CT_Boolean* GetAuto() const { return m_Auto; }
     void SetAuto(CT_Boolean* value) { m_Auto = value; m_presence |= (1u << 1); }
     bool CheckAuto() const { return (m_presence & (1u << 1)) != 0; }
+    // "lblAlgn": child element
     CT_LblAlgn* GetLblAlgn() const { return m_LblAlgn; }
     void SetLblAlgn(CT_LblAlgn* value) { m_LblAlgn = value; m_presence |= (1u << 2); }
     bool CheckLblAlgn() const { return (m_presence & (1u << 2)) != 0; }
+    // "lblOffset": child element
     CT_LblOffset* GetLblOffset() const { return m_LblOffset; }
     void SetLblOffset(CT_LblOffset* value) { m_LblOffset = value; m_presence |= (1u << 3); }
     bool CheckLblOffset() const { return (m_presence & (1u << 3)) != 0; }
+    // "tickLblSkip": child element
     CT_Skip* GetTickLblSkip() const { return m_TickLblSkip; }
     void SetTickLblSkip(CT_Skip* value) { m_TickLblSkip = value; m_presence |= (1u << 4); }
     bool CheckTickLblSkip() const { return (m_presence & (1u << 4)) != 0; }
+    // "tickMarkSkip": child element
     CT_Skip* GetTickMarkSkip() const { return m_TickMarkSkip; }
     void SetTickMarkSkip(CT_Skip* value) { m_TickMarkSkip = value; m_presence |= (1u << 5); }
     bool CheckTickMarkSkip() const { return (m_presence & (1u << 5)) != 0; }
+    // "noMultiLvlLbl": child element
     CT_Boolean* GetNoMultiLvlLbl() const { return m_NoMultiLvlLbl; }
     void SetNoMultiLvlLbl(CT_Boolean* value) { m_NoMultiLvlLbl = value; m_presence |= (1u << 6); }
     bool CheckNoMultiLvlLbl() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
@@ -4142,30 +4572,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AxShared
     EG_AxShared* GetEG_AxShared() const { return m_EG_AxShared; }
     void SetEG_AxShared(EG_AxShared* value) { m_EG_AxShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AxShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "auto": child element
     CT_Boolean* GetAuto() const { return m_Auto; }
     void SetAuto(CT_Boolean* value) { m_Auto = value; m_presence |= (1u << 1); }
     bool CheckAuto() const { return (m_presence & (1u << 1)) != 0; }
+    // "lblOffset": child element
     CT_LblOffset* GetLblOffset() const { return m_LblOffset; }
     void SetLblOffset(CT_LblOffset* value) { m_LblOffset = value; m_presence |= (1u << 2); }
     bool CheckLblOffset() const { return (m_presence & (1u << 2)) != 0; }
+    // "baseTimeUnit": child element
     CT_TimeUnit* GetBaseTimeUnit() const { return m_BaseTimeUnit; }
     void SetBaseTimeUnit(CT_TimeUnit* value) { m_BaseTimeUnit = value; m_presence |= (1u << 3); }
     bool CheckBaseTimeUnit() const { return (m_presence & (1u << 3)) != 0; }
+    // "majorUnit": child element
     CT_AxisUnit* GetMajorUnit() const { return m_MajorUnit; }
     void SetMajorUnit(CT_AxisUnit* value) { m_MajorUnit = value; m_presence |= (1u << 4); }
     bool CheckMajorUnit() const { return (m_presence & (1u << 4)) != 0; }
+    // "majorTimeUnit": child element
     CT_TimeUnit* GetMajorTimeUnit() const { return m_MajorTimeUnit; }
     void SetMajorTimeUnit(CT_TimeUnit* value) { m_MajorTimeUnit = value; m_presence |= (1u << 5); }
     bool CheckMajorTimeUnit() const { return (m_presence & (1u << 5)) != 0; }
+    // "minorUnit": child element
     CT_AxisUnit* GetMinorUnit() const { return m_MinorUnit; }
     void SetMinorUnit(CT_AxisUnit* value) { m_MinorUnit = value; m_presence |= (1u << 6); }
     bool CheckMinorUnit() const { return (m_presence & (1u << 6)) != 0; }
+    // "minorTimeUnit": child element
     CT_TimeUnit* GetMinorTimeUnit() const { return m_MinorTimeUnit; }
     void SetMinorTimeUnit(CT_TimeUnit* value) { m_MinorTimeUnit = value; m_presence |= (1u << 7); }
     bool CheckMinorTimeUnit() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -4194,15 +4633,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AxShared
     EG_AxShared* GetEG_AxShared() const { return m_EG_AxShared; }
     void SetEG_AxShared(EG_AxShared* value) { m_EG_AxShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AxShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "tickLblSkip": child element
     CT_Skip* GetTickLblSkip() const { return m_TickLblSkip; }
     void SetTickLblSkip(CT_Skip* value) { m_TickLblSkip = value; m_presence |= (1u << 1); }
     bool CheckTickLblSkip() const { return (m_presence & (1u << 1)) != 0; }
+    // "tickMarkSkip": child element
     CT_Skip* GetTickMarkSkip() const { return m_TickMarkSkip; }
     void SetTickMarkSkip(CT_Skip* value) { m_TickMarkSkip = value; m_presence |= (1u << 2); }
     bool CheckTickMarkSkip() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -4226,21 +4669,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_AxShared
     EG_AxShared* GetEG_AxShared() const { return m_EG_AxShared; }
     void SetEG_AxShared(EG_AxShared* value) { m_EG_AxShared = value; m_presence |= (1u << 0); }
     bool CheckEG_AxShared() const { return (m_presence & (1u << 0)) != 0; }
+    // "crossBetween": child element
     CT_CrossBetween* GetCrossBetween() const { return m_CrossBetween; }
     void SetCrossBetween(CT_CrossBetween* value) { m_CrossBetween = value; m_presence |= (1u << 1); }
     bool CheckCrossBetween() const { return (m_presence & (1u << 1)) != 0; }
+    // "majorUnit": child element
     CT_AxisUnit* GetMajorUnit() const { return m_MajorUnit; }
     void SetMajorUnit(CT_AxisUnit* value) { m_MajorUnit = value; m_presence |= (1u << 2); }
     bool CheckMajorUnit() const { return (m_presence & (1u << 2)) != 0; }
+    // "minorUnit": child element
     CT_AxisUnit* GetMinorUnit() const { return m_MinorUnit; }
     void SetMinorUnit(CT_AxisUnit* value) { m_MinorUnit = value; m_presence |= (1u << 3); }
     bool CheckMinorUnit() const { return (m_presence & (1u << 3)) != 0; }
+    // "dispUnits": child element
     CT_DispUnits* GetDispUnits() const { return m_DispUnits; }
     void SetDispUnits(CT_DispUnits* value) { m_DispUnits = value; m_presence |= (1u << 4); }
     bool CheckDispUnits() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -4266,21 +4715,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 0); }
     bool CheckLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_PlotAreaData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_PlotAreaData__> value);
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_PlotAreaData__1> GetData__1() const;
     void SetData__1(XMLPtrArray<CT_PlotAreaData__1> value);
     bool CheckData__1() const { return (m_presence & (1u << 2)) != 0; }
+    // "dTable": child element
     CT_DTable* GetDTable() const { return m_DTable; }
     void SetDTable(CT_DTable* value) { m_DTable = value; m_presence |= (1u << 3); }
     bool CheckDTable() const { return (m_presence & (1u << 3)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 4); }
     bool CheckSpPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -4311,51 +4766,67 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "areaChart": child element
     CT_AreaChart* GetAreaChart() const { return m_AreaChart; }
     void SetAreaChart(CT_AreaChart* value) { m_AreaChart = value; m_presence |= (1u << 0); }
     bool CheckAreaChart() const { return (m_presence & (1u << 0)) != 0; }
+    // "area3DChart": child element
     CT_Area3DChart* GetArea3DChart() const { return m_Area3DChart; }
     void SetArea3DChart(CT_Area3DChart* value) { m_Area3DChart = value; m_presence |= (1u << 1); }
     bool CheckArea3DChart() const { return (m_presence & (1u << 1)) != 0; }
+    // "lineChart": child element
     CT_LineChart* GetLineChart() const { return m_LineChart; }
     void SetLineChart(CT_LineChart* value) { m_LineChart = value; m_presence |= (1u << 2); }
     bool CheckLineChart() const { return (m_presence & (1u << 2)) != 0; }
+    // "line3DChart": child element
     CT_Line3DChart* GetLine3DChart() const { return m_Line3DChart; }
     void SetLine3DChart(CT_Line3DChart* value) { m_Line3DChart = value; m_presence |= (1u << 3); }
     bool CheckLine3DChart() const { return (m_presence & (1u << 3)) != 0; }
+    // "stockChart": child element
     CT_StockChart* GetStockChart() const { return m_StockChart; }
     void SetStockChart(CT_StockChart* value) { m_StockChart = value; m_presence |= (1u << 4); }
     bool CheckStockChart() const { return (m_presence & (1u << 4)) != 0; }
+    // "radarChart": child element
     CT_RadarChart* GetRadarChart() const { return m_RadarChart; }
     void SetRadarChart(CT_RadarChart* value) { m_RadarChart = value; m_presence |= (1u << 5); }
     bool CheckRadarChart() const { return (m_presence & (1u << 5)) != 0; }
+    // "scatterChart": child element
     CT_ScatterChart* GetScatterChart() const { return m_ScatterChart; }
     void SetScatterChart(CT_ScatterChart* value) { m_ScatterChart = value; m_presence |= (1u << 6); }
     bool CheckScatterChart() const { return (m_presence & (1u << 6)) != 0; }
+    // "pieChart": child element
     CT_PieChart* GetPieChart() const { return m_PieChart; }
     void SetPieChart(CT_PieChart* value) { m_PieChart = value; m_presence |= (1u << 7); }
     bool CheckPieChart() const { return (m_presence & (1u << 7)) != 0; }
+    // "pie3DChart": child element
     CT_Pie3DChart* GetPie3DChart() const { return m_Pie3DChart; }
     void SetPie3DChart(CT_Pie3DChart* value) { m_Pie3DChart = value; m_presence |= (1u << 8); }
     bool CheckPie3DChart() const { return (m_presence & (1u << 8)) != 0; }
+    // "doughnutChart": child element
     CT_DoughnutChart* GetDoughnutChart() const { return m_DoughnutChart; }
     void SetDoughnutChart(CT_DoughnutChart* value) { m_DoughnutChart = value; m_presence |= (1u << 9); }
     bool CheckDoughnutChart() const { return (m_presence & (1u << 9)) != 0; }
+    // "barChart": child element
     CT_BarChart* GetBarChart() const { return m_BarChart; }
     void SetBarChart(CT_BarChart* value) { m_BarChart = value; m_presence |= (1u << 10); }
     bool CheckBarChart() const { return (m_presence & (1u << 10)) != 0; }
+    // "bar3DChart": child element
     CT_Bar3DChart* GetBar3DChart() const { return m_Bar3DChart; }
     void SetBar3DChart(CT_Bar3DChart* value) { m_Bar3DChart = value; m_presence |= (1u << 11); }
     bool CheckBar3DChart() const { return (m_presence & (1u << 11)) != 0; }
+    // "ofPieChart": child element
     CT_OfPieChart* GetOfPieChart() const { return m_OfPieChart; }
     void SetOfPieChart(CT_OfPieChart* value) { m_OfPieChart = value; m_presence |= (1u << 12); }
     bool CheckOfPieChart() const { return (m_presence & (1u << 12)) != 0; }
+    // "surfaceChart": child element
     CT_SurfaceChart* GetSurfaceChart() const { return m_SurfaceChart; }
     void SetSurfaceChart(CT_SurfaceChart* value) { m_SurfaceChart = value; m_presence |= (1u << 13); }
     bool CheckSurfaceChart() const { return (m_presence & (1u << 13)) != 0; }
+    // "surface3DChart": child element
     CT_Surface3DChart* GetSurface3DChart() const { return m_Surface3DChart; }
     void SetSurface3DChart(CT_Surface3DChart* value) { m_Surface3DChart = value; m_presence |= (1u << 14); }
     bool CheckSurface3DChart() const { return (m_presence & (1u << 14)) != 0; }
+    // "bubbleChart": child element
     CT_BubbleChart* GetBubbleChart() const { return m_BubbleChart; }
     void SetBubbleChart(CT_BubbleChart* value) { m_BubbleChart = value; m_presence |= (1u << 15); }
     bool CheckBubbleChart() const { return (m_presence & (1u << 15)) != 0; }
@@ -4396,15 +4867,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "valAx": child element
     CT_ValAx* GetValAx() const { return m_ValAx; }
     void SetValAx(CT_ValAx* value) { m_ValAx = value; m_presence |= (1u << 0); }
     bool CheckValAx() const { return (m_presence & (1u << 0)) != 0; }
+    // "catAx": child element
     CT_CatAx* GetCatAx() const { return m_CatAx; }
     void SetCatAx(CT_CatAx* value) { m_CatAx = value; m_presence |= (1u << 1); }
     bool CheckCatAx() const { return (m_presence & (1u << 1)) != 0; }
+    // "dateAx": child element
     CT_DateAx* GetDateAx() const { return m_DateAx; }
     void SetDateAx(CT_DateAx* value) { m_DateAx = value; m_presence |= (1u << 2); }
     bool CheckDateAx() const { return (m_presence & (1u << 2)) != 0; }
+    // "serAx": child element
     CT_SerAx* GetSerAx() const { return m_SerAx; }
     void SetSerAx(CT_SerAx* value) { m_SerAx = value; m_presence |= (1u << 3); }
     bool CheckSerAx() const { return (m_presence & (1u << 3)) != 0; }
@@ -4428,21 +4903,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "marker": child element
     CT_Marker* GetMarker() const { return m_Marker; }
     void SetMarker(CT_Marker* value) { m_Marker = value; m_presence |= (1u << 3); }
     bool CheckMarker() const { return (m_presence & (1u << 3)) != 0; }
+    // "dLbl": child element
     CT_DLbl* GetDLbl() const { return m_DLbl; }
     void SetDLbl(CT_DLbl* value) { m_DLbl = value; m_presence |= (1u << 4); }
     bool CheckDLbl() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -4468,6 +4949,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotFmt": child element, repeated
     XMLPtrArray<CT_PivotFmt> GetPivotFmt() const;
     void SetPivotFmt(XMLPtrArray<CT_PivotFmt> value);
     bool CheckPivotFmt() const { return (m_presence & (1u << 0)) != 0; }
@@ -4488,6 +4970,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "r"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -4513,6 +4996,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 0); }
     bool CheckTxPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -4533,12 +5017,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": child element
     CT_UnsignedInt* GetIdx() const { return m_Idx; }
     void SetIdx(CT_UnsignedInt* value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_LegendEntryData__* GetData__() const { return m_Data__; }
     void SetData__(CT_LegendEntryData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -4566,9 +5053,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "delete": child element
     CT_Boolean* GetDelete() const { return m_Delete; }
     void SetDelete(CT_Boolean* value) { m_Delete = value; m_presence |= (1u << 0); }
     bool CheckDelete() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_LegendEntryData
     EG_LegendEntryData* GetEG_LegendEntryData() const { return m_EG_LegendEntryData; }
     void SetEG_LegendEntryData(EG_LegendEntryData* value) { m_EG_LegendEntryData = value; m_presence |= (1u << 1); }
     bool CheckEG_LegendEntryData() const { return (m_presence & (1u << 1)) != 0; }
@@ -4590,24 +5079,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "legendPos": child element
     CT_LegendPos* GetLegendPos() const { return m_LegendPos; }
     void SetLegendPos(CT_LegendPos* value) { m_LegendPos = value; m_presence |= (1u << 0); }
     bool CheckLegendPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "legendEntry": child element, repeated
     XMLPtrArray<CT_LegendEntry> GetLegendEntry() const;
     void SetLegendEntry(XMLPtrArray<CT_LegendEntry> value);
     bool CheckLegendEntry() const { return (m_presence & (1u << 1)) != 0; }
+    // "layout": child element
     CT_Layout* GetLayout() const { return m_Layout; }
     void SetLayout(CT_Layout* value) { m_Layout = value; m_presence |= (1u << 2); }
     bool CheckLayout() const { return (m_presence & (1u << 2)) != 0; }
+    // "overlay": child element
     CT_Boolean* GetOverlay() const { return m_Overlay; }
     void SetOverlay(CT_Boolean* value) { m_Overlay = value; m_presence |= (1u << 3); }
     bool CheckOverlay() const { return (m_presence & (1u << 3)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 4); }
     bool CheckSpPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 5); }
     bool CheckTxPr() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -4634,6 +5130,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "zero"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -4654,42 +5151,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element
     CT_Title* GetTitle() const { return m_Title; }
     void SetTitle(CT_Title* value) { m_Title = value; m_presence |= (1u << 0); }
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "autoTitleDeleted": child element
     CT_Boolean* GetAutoTitleDeleted() const { return m_AutoTitleDeleted; }
     void SetAutoTitleDeleted(CT_Boolean* value) { m_AutoTitleDeleted = value; m_presence |= (1u << 1); }
     bool CheckAutoTitleDeleted() const { return (m_presence & (1u << 1)) != 0; }
+    // "pivotFmts": child element
     CT_PivotFmts* GetPivotFmts() const { return m_PivotFmts; }
     void SetPivotFmts(CT_PivotFmts* value) { m_PivotFmts = value; m_presence |= (1u << 2); }
     bool CheckPivotFmts() const { return (m_presence & (1u << 2)) != 0; }
+    // "view3D": child element
     CT_View3D* GetView3D() const { return m_View3D; }
     void SetView3D(CT_View3D* value) { m_View3D = value; m_presence |= (1u << 3); }
     bool CheckView3D() const { return (m_presence & (1u << 3)) != 0; }
+    // "floor": child element
     CT_Surface* GetFloor() const { return m_Floor; }
     void SetFloor(CT_Surface* value) { m_Floor = value; m_presence |= (1u << 4); }
     bool CheckFloor() const { return (m_presence & (1u << 4)) != 0; }
+    // "sideWall": child element
     CT_Surface* GetSideWall() const { return m_SideWall; }
     void SetSideWall(CT_Surface* value) { m_SideWall = value; m_presence |= (1u << 5); }
     bool CheckSideWall() const { return (m_presence & (1u << 5)) != 0; }
+    // "backWall": child element
     CT_Surface* GetBackWall() const { return m_BackWall; }
     void SetBackWall(CT_Surface* value) { m_BackWall = value; m_presence |= (1u << 6); }
     bool CheckBackWall() const { return (m_presence & (1u << 6)) != 0; }
+    // "plotArea": child element
     CT_PlotArea* GetPlotArea() const { return m_PlotArea; }
     void SetPlotArea(CT_PlotArea* value) { m_PlotArea = value; m_presence |= (1u << 7); }
     bool CheckPlotArea() const { return (m_presence & (1u << 7)) != 0; }
+    // "legend": child element
     CT_Legend* GetLegend() const { return m_Legend; }
     void SetLegend(CT_Legend* value) { m_Legend = value; m_presence |= (1u << 8); }
     bool CheckLegend() const { return (m_presence & (1u << 8)) != 0; }
+    // "plotVisOnly": child element
     CT_Boolean* GetPlotVisOnly() const { return m_PlotVisOnly; }
     void SetPlotVisOnly(CT_Boolean* value) { m_PlotVisOnly = value; m_presence |= (1u << 9); }
     bool CheckPlotVisOnly() const { return (m_presence & (1u << 9)) != 0; }
+    // "dispBlanksAs": child element
     CT_DispBlanksAs* GetDispBlanksAs() const { return m_DispBlanksAs; }
     void SetDispBlanksAs(CT_DispBlanksAs* value) { m_DispBlanksAs = value; m_presence |= (1u << 10); }
     bool CheckDispBlanksAs() const { return (m_presence & (1u << 10)) != 0; }
+    // "showDLblsOverMax": child element
     CT_Boolean* GetShowDLblsOverMax() const { return m_ShowDLblsOverMax; }
     void SetShowDLblsOverMax(CT_Boolean* value) { m_ShowDLblsOverMax = value; m_presence |= (1u << 11); }
     bool CheckShowDLblsOverMax() const { return (m_presence & (1u << 11)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 12); }
     bool CheckExtLst() const { return (m_presence & (1u << 12)) != 0; }
@@ -4722,6 +5232,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned char
     unsigned char GetVal() const { return m_Val; }
     void SetVal(unsigned char value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -4742,12 +5253,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": value element, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "fmtId": child element
     CT_UnsignedInt* GetFmtId() const { return m_FmtId; }
     void SetFmtId(CT_UnsignedInt* value) { m_FmtId = value; m_presence |= (1u << 1); }
     bool CheckFmtId() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element, repeated
     XMLPtrArray<CT_ExtensionList> GetExtLst() const;
     void SetExtLst(XMLPtrArray<CT_ExtensionList> value);
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -4770,18 +5284,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chartObject": child element
     CT_Boolean* GetChartObject() const { return m_ChartObject; }
     void SetChartObject(CT_Boolean* value) { m_ChartObject = value; m_presence |= (1u << 0); }
     bool CheckChartObject() const { return (m_presence & (1u << 0)) != 0; }
+    // "data": child element
     CT_Boolean* GetData() const { return m_Data; }
     void SetData(CT_Boolean* value) { m_Data = value; m_presence |= (1u << 1); }
     bool CheckData() const { return (m_presence & (1u << 1)) != 0; }
+    // "formatting": child element
     CT_Boolean* GetFormatting() const { return m_Formatting; }
     void SetFormatting(CT_Boolean* value) { m_Formatting = value; m_presence |= (1u << 2); }
     bool CheckFormatting() const { return (m_presence & (1u << 2)) != 0; }
+    // "selection": child element
     CT_Boolean* GetSelection() const { return m_Selection; }
     void SetSelection(CT_Boolean* value) { m_Selection = value; m_presence |= (1u << 3); }
     bool CheckSelection() const { return (m_presence & (1u << 3)) != 0; }
+    // "userInterface": child element
     CT_Boolean* GetUserInterface() const { return m_UserInterface; }
     void SetUserInterface(CT_Boolean* value) { m_UserInterface = value; m_presence |= (1u << 4); }
     bool CheckUserInterface() const { return (m_presence & (1u << 4)) != 0; }
@@ -4806,30 +5325,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oddHeader": value element, wxString
     wxString GetOddHeader() const;
     void SetOddHeader(wxString value);
     bool CheckOddHeader() const { return (m_presence & (1u << 0)) != 0; }
+    // "oddFooter": value element, wxString
     wxString GetOddFooter() const;
     void SetOddFooter(wxString value);
     bool CheckOddFooter() const { return (m_presence & (1u << 1)) != 0; }
+    // "evenHeader": value element, wxString
     wxString GetEvenHeader() const;
     void SetEvenHeader(wxString value);
     bool CheckEvenHeader() const { return (m_presence & (1u << 2)) != 0; }
+    // "evenFooter": value element, wxString
     wxString GetEvenFooter() const;
     void SetEvenFooter(wxString value);
     bool CheckEvenFooter() const { return (m_presence & (1u << 3)) != 0; }
+    // "firstHeader": value element, wxString
     wxString GetFirstHeader() const;
     void SetFirstHeader(wxString value);
     bool CheckFirstHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstFooter": value element, wxString
     wxString GetFirstFooter() const;
     void SetFirstFooter(wxString value);
     bool CheckFirstFooter() const { return (m_presence & (1u << 5)) != 0; }
+    // "alignWithMargins": attribute, bool, default "true"
     bool GetAlignWithMargins() const { return m_AlignWithMargins; }
     void SetAlignWithMargins(bool value) { m_AlignWithMargins = value; m_presence |= (1u << 6); }
     bool CheckAlignWithMargins() const { return (m_presence & (1u << 6)) != 0; }
+    // "differentOddEven": attribute, bool, default "false"
     bool GetDifferentOddEven() const { return m_DifferentOddEven; }
     void SetDifferentOddEven(bool value) { m_DifferentOddEven = value; m_presence |= (1u << 7); }
     bool CheckDifferentOddEven() const { return (m_presence & (1u << 7)) != 0; }
+    // "differentFirst": attribute, bool, default "false"
     bool GetDifferentFirst() const { return m_DifferentFirst; }
     void SetDifferentFirst(bool value) { m_DifferentFirst = value; m_presence |= (1u << 8); }
     bool CheckDifferentFirst() const { return (m_presence & (1u << 8)) != 0; }
@@ -4858,21 +5386,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "l": attribute, double
     double GetL() const { return m_L; }
     void SetL(double value) { m_L = value; m_presence |= (1u << 0); }
     bool CheckL() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, double
     double GetR() const { return m_R; }
     void SetR(double value) { m_R = value; m_presence |= (1u << 1); }
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": attribute, double
     double GetT() const { return m_T; }
     void SetT(double value) { m_T = value; m_presence |= (1u << 2); }
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, double
     double GetB() const { return m_B; }
     void SetB(double value) { m_B = value; m_presence |= (1u << 3); }
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "header": attribute, double
     double GetHeader() const { return m_Header; }
     void SetHeader(double value) { m_Header = value; m_presence |= (1u << 4); }
     bool CheckHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "footer": attribute, double
     double GetFooter() const { return m_Footer; }
     void SetFooter(double value) { m_Footer = value; m_presence |= (1u << 5); }
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
@@ -4898,9 +5432,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoUpdate": child element
     CT_Boolean* GetAutoUpdate() const { return m_AutoUpdate; }
     void SetAutoUpdate(CT_Boolean* value) { m_AutoUpdate = value; m_presence |= (1u << 0); }
     bool CheckAutoUpdate() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -4922,36 +5458,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "paperSize": attribute, unsigned int, default "1"
     unsigned int GetPaperSize() const { return m_PaperSize; }
     void SetPaperSize(unsigned int value) { m_PaperSize = value; m_presence |= (1u << 0); }
     bool CheckPaperSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "paperHeight": attribute, wxString
     wxString GetPaperHeight() const;
     void SetPaperHeight(wxString value);
     bool CheckPaperHeight() const { return (m_presence & (1u << 1)) != 0; }
+    // "paperWidth": attribute, wxString
     wxString GetPaperWidth() const;
     void SetPaperWidth(wxString value);
     bool CheckPaperWidth() const { return (m_presence & (1u << 2)) != 0; }
+    // "firstPageNumber": attribute, unsigned int, default "1"
     unsigned int GetFirstPageNumber() const { return m_FirstPageNumber; }
     void SetFirstPageNumber(unsigned int value) { m_FirstPageNumber = value; m_presence |= (1u << 3); }
     bool CheckFirstPageNumber() const { return (m_presence & (1u << 3)) != 0; }
+    // "orientation": attribute, wxString, default "default"
     wxString GetOrientation() const;
     void SetOrientation(wxString value);
     bool CheckOrientation() const { return (m_presence & (1u << 4)) != 0; }
+    // "blackAndWhite": attribute, bool, default "false"
     bool GetBlackAndWhite() const { return m_BlackAndWhite; }
     void SetBlackAndWhite(bool value) { m_BlackAndWhite = value; m_presence |= (1u << 5); }
     bool CheckBlackAndWhite() const { return (m_presence & (1u << 5)) != 0; }
+    // "draft": attribute, bool, default "false"
     bool GetDraft() const { return m_Draft; }
     void SetDraft(bool value) { m_Draft = value; m_presence |= (1u << 6); }
     bool CheckDraft() const { return (m_presence & (1u << 6)) != 0; }
+    // "useFirstPageNumber": attribute, bool, default "false"
     bool GetUseFirstPageNumber() const { return m_UseFirstPageNumber; }
     void SetUseFirstPageNumber(bool value) { m_UseFirstPageNumber = value; m_presence |= (1u << 7); }
     bool CheckUseFirstPageNumber() const { return (m_presence & (1u << 7)) != 0; }
+    // "horizontalDpi": attribute, int, default "600"
     int GetHorizontalDpi() const { return m_HorizontalDpi; }
     void SetHorizontalDpi(int value) { m_HorizontalDpi = value; m_presence |= (1u << 8); }
     bool CheckHorizontalDpi() const { return (m_presence & (1u << 8)) != 0; }
+    // "verticalDpi": attribute, int, default "600"
     int GetVerticalDpi() const { return m_VerticalDpi; }
     void SetVerticalDpi(int value) { m_VerticalDpi = value; m_presence |= (1u << 9); }
     bool CheckVerticalDpi() const { return (m_presence & (1u << 9)) != 0; }
+    // "copies": attribute, unsigned int, default "1"
     unsigned int GetCopies() const { return m_Copies; }
     void SetCopies(unsigned int value) { m_Copies = value; m_presence |= (1u << 10); }
     bool CheckCopies() const { return (m_presence & (1u << 10)) != 0; }
@@ -4982,15 +5529,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 0); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 0)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 1); }
     bool CheckPageMargins() const { return (m_presence & (1u << 1)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (1u << 2); }
     bool CheckPageSetup() const { return (m_presence & (1u << 2)) != 0; }
+    // "legacyDrawingHF": child element
     CT_RelId* GetLegacyDrawingHF() const { return m_LegacyDrawingHF; }
     void SetLegacyDrawingHF(CT_RelId* value) { m_LegacyDrawingHF = value; m_presence |= (1u << 3); }
     bool CheckLegacyDrawingHF() const { return (m_presence & (1u << 3)) != 0; }
@@ -5014,45 +5565,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "date1904": child element
     CT_Boolean* GetDate1904() const { return m_Date1904; }
     void SetDate1904(CT_Boolean* value) { m_Date1904 = value; m_presence |= (1u << 0); }
     bool CheckDate1904() const { return (m_presence & (1u << 0)) != 0; }
+    // "lang": child element
     CT_TextLanguageID* GetLang() const { return m_Lang; }
     void SetLang(CT_TextLanguageID* value) { m_Lang = value; m_presence |= (1u << 1); }
     bool CheckLang() const { return (m_presence & (1u << 1)) != 0; }
+    // "roundedCorners": child element
     CT_Boolean* GetRoundedCorners() const { return m_RoundedCorners; }
     void SetRoundedCorners(CT_Boolean* value) { m_RoundedCorners = value; m_presence |= (1u << 2); }
     bool CheckRoundedCorners() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     CT_Style* GetStyle() const { return m_Style; }
     void SetStyle(CT_Style* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "clrMapOvr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* GetClrMapOvr() const { return m_ClrMapOvr; }
     void SetClrMapOvr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* value) { m_ClrMapOvr = value; m_presence |= (1u << 4); }
     bool CheckClrMapOvr() const { return (m_presence & (1u << 4)) != 0; }
+    // "pivotSource": child element
     CT_PivotSource* GetPivotSource() const { return m_PivotSource; }
     void SetPivotSource(CT_PivotSource* value) { m_PivotSource = value; m_presence |= (1u << 5); }
     bool CheckPivotSource() const { return (m_presence & (1u << 5)) != 0; }
+    // "protection": child element
     CT_Protection* GetProtection() const { return m_Protection; }
     void SetProtection(CT_Protection* value) { m_Protection = value; m_presence |= (1u << 6); }
     bool CheckProtection() const { return (m_presence & (1u << 6)) != 0; }
+    // "chart": child element
     CT_Chart* GetChart() const { return m_Chart; }
     void SetChart(CT_Chart* value) { m_Chart = value; m_presence |= (1u << 7); }
     bool CheckChart() const { return (m_presence & (1u << 7)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 8); }
     bool CheckSpPr() const { return (m_presence & (1u << 8)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 9); }
     bool CheckTxPr() const { return (m_presence & (1u << 9)) != 0; }
+    // "externalData": child element
     CT_ExternalData* GetExternalData() const { return m_ExternalData; }
     void SetExternalData(CT_ExternalData* value) { m_ExternalData = value; m_presence |= (1u << 10); }
     bool CheckExternalData() const { return (m_presence & (1u << 10)) != 0; }
+    // "printSettings": child element
     CT_PrintSettings* GetPrintSettings() const { return m_PrintSettings; }
     void SetPrintSettings(CT_PrintSettings* value) { m_PrintSettings = value; m_presence |= (1u << 11); }
     bool CheckPrintSettings() const { return (m_presence & (1u << 11)) != 0; }
+    // "userShapes": child element
     CT_RelId* GetUserShapes() const { return m_UserShapes; }
     void SetUserShapes(CT_RelId* value) { m_UserShapes = value; m_presence |= (1u << 12); }
     bool CheckUserShapes() const { return (m_presence & (1u << 12)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 13); }
     bool CheckExtLst() const { return (m_presence & (1u << 13)) != 0; }

@@ -131,6 +131,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
@@ -151,6 +152,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ext": child element, repeated
     XMLPtrArray<CT_Extension> GetExt() const;
     void SetExt(XMLPtrArray<CT_Extension> value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -171,9 +173,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formatCode": attribute, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 0)) != 0; }
+    // "sourceLinked": attribute, bool
     bool GetSourceLinked() const { return m_SourceLinked; }
     void SetSourceLinked(bool value) { m_SourceLinked = value; m_presence |= (1u << 1); }
     bool CheckSourceLinked() const { return (m_presence & (1u << 1)) != 0; }
@@ -195,6 +199,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -215,12 +220,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "minColor": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* GetMinColor() const { return m_MinColor; }
     void SetMinColor(schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* value) { m_MinColor = value; m_presence |= (1u << 0); }
     bool CheckMinColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "midColor": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* GetMidColor() const { return m_MidColor; }
     void SetMidColor(schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* value) { m_MidColor = value; m_presence |= (1u << 1); }
     bool CheckMidColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "maxColor": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* GetMaxColor() const { return m_MaxColor; }
     void SetMaxColor(schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* value) { m_MaxColor = value; m_presence |= (1u << 2); }
     bool CheckMaxColor() const { return (m_presence & (1u << 2)) != 0; }
@@ -243,9 +251,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
+    // "autoUpdate": attribute, bool
     bool GetAutoUpdate() const { return m_AutoUpdate; }
     void SetAutoUpdate(bool value) { m_AutoUpdate = value; m_presence |= (1u << 1); }
     bool CheckAutoUpdate() const { return (m_presence & (1u << 1)) != 0; }
@@ -267,9 +277,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "dir": attribute, wxString, default "col"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
@@ -291,6 +303,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -311,9 +324,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -335,12 +350,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_StringValue> GetPt() const;
     void SetPt(XMLPtrArray<CT_StringValue> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
+    // "ptCount": attribute, unsigned int
     unsigned int GetPtCount() const { return m_PtCount; }
     void SetPtCount(unsigned int value) { m_PtCount = value; m_presence |= (1u << 1); }
     bool CheckPtCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
@@ -363,9 +381,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_StringDimensionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_StringDimensionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
@@ -392,15 +412,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "f": child element
     CT_Formula* GetF() const { return m_F; }
     void SetF(CT_Formula* value) { m_F = value; m_presence |= (1u << 0); }
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "nf": child element
     CT_Formula* GetNf() const { return m_Nf; }
     void SetNf(CT_Formula* value) { m_Nf = value; m_presence |= (1u << 1); }
     bool CheckNf() const { return (m_presence & (1u << 1)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_StringLevel> GetLvl() const;
     void SetLvl(XMLPtrArray<CT_StringLevel> value);
     bool CheckLvl() const { return (m_presence & (1u << 2)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_StringLevel> GetLvl_1() const;
     void SetLvl_1(XMLPtrArray<CT_StringLevel> value);
     bool CheckLvl_1() const { return (m_presence & (1u << 3)) != 0; }
@@ -424,9 +448,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, double
     double GetValue() const { return m_Value; }
     void SetValue(double value) { m_Value = value; m_presence |= (1u << 0); }
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -448,15 +474,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_NumericValue> GetPt() const;
     void SetPt(XMLPtrArray<CT_NumericValue> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
+    // "ptCount": attribute, unsigned int
     unsigned int GetPtCount() const { return m_PtCount; }
     void SetPtCount(unsigned int value) { m_PtCount = value; m_presence |= (1u << 1); }
     bool CheckPtCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "formatCode": attribute, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
@@ -480,9 +510,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_NumericDimensionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_NumericDimensionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
@@ -509,15 +541,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "f": child element
     CT_Formula* GetF() const { return m_F; }
     void SetF(CT_Formula* value) { m_F = value; m_presence |= (1u << 0); }
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "nf": child element
     CT_Formula* GetNf() const { return m_Nf; }
     void SetNf(CT_Formula* value) { m_Nf = value; m_presence |= (1u << 1); }
     bool CheckNf() const { return (m_presence & (1u << 1)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_NumericLevel> GetLvl() const;
     void SetLvl(XMLPtrArray<CT_NumericLevel> value);
     bool CheckLvl() const { return (m_presence & (1u << 2)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_NumericLevel> GetLvl_1() const;
     void SetLvl_1(XMLPtrArray<CT_NumericLevel> value);
     bool CheckLvl_1() const { return (m_presence & (1u << 3)) != 0; }
@@ -541,12 +577,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_DataData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_DataData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
@@ -574,9 +613,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "numDim": child element
     CT_NumericDimension* GetNumDim() const { return m_NumDim; }
     void SetNumDim(CT_NumericDimension* value) { m_NumDim = value; m_presence |= (1u << 0); }
     bool CheckNumDim() const { return (m_presence & (1u << 0)) != 0; }
+    // "strDim": child element
     CT_StringDimension* GetStrDim() const { return m_StrDim; }
     void SetStrDim(CT_StringDimension* value) { m_StrDim = value; m_presence |= (1u << 1); }
     bool CheckStrDim() const { return (m_presence & (1u << 1)) != 0; }
@@ -598,12 +639,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "externalData": child element
     CT_ExternalData* GetExternalData() const { return m_ExternalData; }
     void SetExternalData(CT_ExternalData* value) { m_ExternalData = value; m_presence |= (1u << 0); }
     bool CheckExternalData() const { return (m_presence & (1u << 0)) != 0; }
+    // "data": child element, repeated
     XMLPtrArray<CT_Data> GetData() const;
     void SetData(XMLPtrArray<CT_Data> value);
     bool CheckData() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -626,6 +670,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TextDataData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TextDataData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -651,12 +696,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "f": child element
     CT_Formula* GetF() const { return m_F; }
     void SetF(CT_Formula* value) { m_F = value; m_presence |= (1u << 0); }
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
+    // "v": value element, wxString
     wxString GetV_1() const;
     void SetV_1(wxString value);
     bool CheckV_1() const { return (m_presence & (1u << 2)) != 0; }
@@ -679,6 +727,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TextData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TextData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -704,9 +753,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "txData": child element
     CT_TextData* GetTxData() const { return m_TxData; }
     void SetTxData(CT_TextData* value) { m_TxData = value; m_presence |= (1u << 0); }
     bool CheckTxData() const { return (m_presence & (1u << 0)) != 0; }
+    // "rich": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetRich() const { return m_Rich; }
     void SetRich(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_Rich = value; m_presence |= (1u << 1); }
     bool CheckRich() const { return (m_presence & (1u << 1)) != 0; }
@@ -728,24 +779,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     CT_Text* GetTx() const { return m_Tx; }
     void SetTx(CT_Text* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "pos": attribute, wxString, default "t"
     wxString GetPos() const;
     void SetPos(wxString value);
     bool CheckPos() const { return (m_presence & (1u << 4)) != 0; }
+    // "align": attribute, wxString, default "ctr"
     wxString GetAlign() const;
     void SetAlign(wxString value);
     bool CheckAlign() const { return (m_presence & (1u << 5)) != 0; }
+    // "overlay": attribute, bool, default "0"
     bool GetOverlay() const { return m_Overlay; }
     void SetOverlay(bool value) { m_Overlay = value; m_presence |= (1u << 6); }
     bool CheckOverlay() const { return (m_presence & (1u << 6)) != 0; }
@@ -772,6 +830,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gapWidth": attribute, wxAny
     wxAny GetGapWidth() const;
     void SetGapWidth(wxAny value);
     bool CheckGapWidth() const { return (m_presence & (1u << 0)) != 0; }
@@ -792,15 +851,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "max": attribute, wxAny
     wxAny GetMax() const;
     void SetMax(wxAny value);
     bool CheckMax() const { return (m_presence & (1u << 0)) != 0; }
+    // "min": attribute, wxAny
     wxAny GetMin() const;
     void SetMin(wxAny value);
     bool CheckMin() const { return (m_presence & (1u << 1)) != 0; }
+    // "majorUnit": attribute, wxAny
     wxAny GetMajorUnit() const;
     void SetMajorUnit(wxAny value);
     bool CheckMajorUnit() const { return (m_presence & (1u << 2)) != 0; }
+    // "minorUnit": attribute, wxAny
     wxAny GetMinorUnit() const;
     void SetMinorUnit(wxAny value);
     bool CheckMinorUnit() const { return (m_presence & (1u << 3)) != 0; }
@@ -824,15 +887,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     CT_Text* GetTx() const { return m_Tx; }
     void SetTx(CT_Text* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -856,15 +923,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     CT_Text* GetTx() const { return m_Tx; }
     void SetTx(CT_Text* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -888,12 +959,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "unitsLabel": child element
     CT_AxisUnitsLabel* GetUnitsLabel() const { return m_UnitsLabel; }
     void SetUnitsLabel(CT_AxisUnitsLabel* value) { m_UnitsLabel = value; m_presence |= (1u << 0); }
     bool CheckUnitsLabel() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "unit": attribute, wxString
     wxString GetUnit() const;
     void SetUnit(wxString value);
     bool CheckUnit() const { return (m_presence & (1u << 2)) != 0; }
@@ -916,9 +990,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -940,9 +1016,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
@@ -964,6 +1042,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
@@ -984,45 +1063,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_AxisData__* GetData__() const { return m_Data__; }
     void SetData__(CT_AxisData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "title": child element
     CT_AxisTitle* GetTitle() const { return m_Title; }
     void SetTitle(CT_AxisTitle* value) { m_Title = value; m_presence |= (1u << 1); }
     bool CheckTitle() const { return (m_presence & (1u << 1)) != 0; }
+    // "units": child element
     CT_AxisUnits* GetUnits() const { return m_Units; }
     void SetUnits(CT_AxisUnits* value) { m_Units = value; m_presence |= (1u << 2); }
     bool CheckUnits() const { return (m_presence & (1u << 2)) != 0; }
+    // "majorGridlines": child element
     CT_Gridlines* GetMajorGridlines() const { return m_MajorGridlines; }
     void SetMajorGridlines(CT_Gridlines* value) { m_MajorGridlines = value; m_presence |= (1u << 3); }
     bool CheckMajorGridlines() const { return (m_presence & (1u << 3)) != 0; }
+    // "minorGridlines": child element
     CT_Gridlines* GetMinorGridlines() const { return m_MinorGridlines; }
     void SetMinorGridlines(CT_Gridlines* value) { m_MinorGridlines = value; m_presence |= (1u << 4); }
     bool CheckMinorGridlines() const { return (m_presence & (1u << 4)) != 0; }
+    // "majorTickMarks": child element
     CT_TickMarks* GetMajorTickMarks() const { return m_MajorTickMarks; }
     void SetMajorTickMarks(CT_TickMarks* value) { m_MajorTickMarks = value; m_presence |= (1u << 5); }
     bool CheckMajorTickMarks() const { return (m_presence & (1u << 5)) != 0; }
+    // "minorTickMarks": child element
     CT_TickMarks* GetMinorTickMarks() const { return m_MinorTickMarks; }
     void SetMinorTickMarks(CT_TickMarks* value) { m_MinorTickMarks = value; m_presence |= (1u << 6); }
     bool CheckMinorTickMarks() const { return (m_presence & (1u << 6)) != 0; }
+    // "tickLabels": child element
     CT_TickLabels* GetTickLabels() const { return m_TickLabels; }
     void SetTickLabels(CT_TickLabels* value) { m_TickLabels = value; m_presence |= (1u << 7); }
     bool CheckTickLabels() const { return (m_presence & (1u << 7)) != 0; }
+    // "numFmt": child element
     CT_NumberFormat* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumberFormat* value) { m_NumFmt = value; m_presence |= (1u << 8); }
     bool CheckNumFmt() const { return (m_presence & (1u << 8)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 9); }
     bool CheckSpPr() const { return (m_presence & (1u << 9)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 10); }
     bool CheckTxPr() const { return (m_presence & (1u << 10)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 11); }
     bool CheckExtLst() const { return (m_presence & (1u << 11)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 12); }
     bool CheckId() const { return (m_presence & (1u << 12)) != 0; }
+    // "hidden": attribute, bool, default "0"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 13); }
     bool CheckHidden() const { return (m_presence & (1u << 13)) != 0; }
@@ -1061,9 +1154,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "catScaling": child element
     CT_CategoryAxisScaling* GetCatScaling() const { return m_CatScaling; }
     void SetCatScaling(CT_CategoryAxisScaling* value) { m_CatScaling = value; m_presence |= (1u << 0); }
     bool CheckCatScaling() const { return (m_presence & (1u << 0)) != 0; }
+    // "valScaling": child element
     CT_ValueAxisScaling* GetValScaling() const { return m_ValScaling; }
     void SetValScaling(CT_ValueAxisScaling* value) { m_ValScaling = value; m_presence |= (1u << 1); }
     bool CheckValScaling() const { return (m_presence & (1u << 1)) != 0; }
@@ -1085,6 +1180,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1105,6 +1201,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1125,18 +1222,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "connectorLines": attribute, bool
     bool GetConnectorLines() const { return m_ConnectorLines; }
     void SetConnectorLines(bool value) { m_ConnectorLines = value; m_presence |= (1u << 0); }
     bool CheckConnectorLines() const { return (m_presence & (1u << 0)) != 0; }
+    // "meanLine": attribute, bool
     bool GetMeanLine() const { return m_MeanLine; }
     void SetMeanLine(bool value) { m_MeanLine = value; m_presence |= (1u << 1); }
     bool CheckMeanLine() const { return (m_presence & (1u << 1)) != 0; }
+    // "meanMarker": attribute, bool
     bool GetMeanMarker() const { return m_MeanMarker; }
     void SetMeanMarker(bool value) { m_MeanMarker = value; m_presence |= (1u << 2); }
     bool CheckMeanMarker() const { return (m_presence & (1u << 2)) != 0; }
+    // "nonoutliers": attribute, bool
     bool GetNonoutliers() const { return m_Nonoutliers; }
     void SetNonoutliers(bool value) { m_Nonoutliers = value; m_presence |= (1u << 3); }
     bool CheckNonoutliers() const { return (m_presence & (1u << 3)) != 0; }
+    // "outliers": attribute, bool
     bool GetOutliers() const { return m_Outliers; }
     void SetOutliers(bool value) { m_Outliers = value; m_presence |= (1u << 4); }
     bool CheckOutliers() const { return (m_presence & (1u << 4)) != 0; }
@@ -1176,15 +1278,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_BinningData__* GetData__() const { return m_Data__; }
     void SetData__(CT_BinningData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "intervalClosed": attribute, wxString
     wxString GetIntervalClosed() const;
     void SetIntervalClosed(wxString value);
     bool CheckIntervalClosed() const { return (m_presence & (1u << 1)) != 0; }
+    // "underflow": attribute, wxAny
     wxAny GetUnderflow() const;
     void SetUnderflow(wxAny value);
     bool CheckUnderflow() const { return (m_presence & (1u << 2)) != 0; }
+    // "overflow": attribute, wxAny
     wxAny GetOverflow() const;
     void SetOverflow(wxAny value);
     bool CheckOverflow() const { return (m_presence & (1u << 3)) != 0; }
@@ -1213,9 +1319,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "binSize": value element, double
     double GetBinSize() const { return m_BinSize; }
     void SetBinSize(double value) { m_BinSize = value; m_presence |= (1u << 0); }
     bool CheckBinSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "binCount": value element, unsigned int
     unsigned int GetBinCount() const { return m_BinCount; }
     void SetBinCount(unsigned int value) { m_BinCount = value; m_presence |= (1u << 1); }
     bool CheckBinCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -1237,18 +1345,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "countryRegion": attribute, wxString
     wxString GetCountryRegion() const;
     void SetCountryRegion(wxString value);
     bool CheckCountryRegion() const { return (m_presence & (1u << 0)) != 0; }
+    // "adminDistrict1": attribute, wxString
     wxString GetAdminDistrict1() const;
     void SetAdminDistrict1(wxString value);
     bool CheckAdminDistrict1() const { return (m_presence & (1u << 1)) != 0; }
+    // "adminDistrict2": attribute, wxString
     wxString GetAdminDistrict2() const;
     void SetAdminDistrict2(wxString value);
     bool CheckAdminDistrict2() const { return (m_presence & (1u << 2)) != 0; }
+    // "postalCode": attribute, wxString
     wxString GetPostalCode() const;
     void SetPostalCode(wxString value);
     bool CheckPostalCode() const { return (m_presence & (1u << 3)) != 0; }
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 4)) != 0; }
@@ -1273,24 +1386,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "address1": attribute, wxString
     wxString GetAddress1() const;
     void SetAddress1(wxString value);
     bool CheckAddress1() const { return (m_presence & (1u << 0)) != 0; }
+    // "countryRegion": attribute, wxString
     wxString GetCountryRegion() const;
     void SetCountryRegion(wxString value);
     bool CheckCountryRegion() const { return (m_presence & (1u << 1)) != 0; }
+    // "adminDistrict1": attribute, wxString
     wxString GetAdminDistrict1() const;
     void SetAdminDistrict1(wxString value);
     bool CheckAdminDistrict1() const { return (m_presence & (1u << 2)) != 0; }
+    // "adminDistrict2": attribute, wxString
     wxString GetAdminDistrict2() const;
     void SetAdminDistrict2(wxString value);
     bool CheckAdminDistrict2() const { return (m_presence & (1u << 3)) != 0; }
+    // "postalCode": attribute, wxString
     wxString GetPostalCode() const;
     void SetPostalCode(wxString value);
     bool CheckPostalCode() const { return (m_presence & (1u << 4)) != 0; }
+    // "locality": attribute, wxString
     wxString GetLocality() const;
     void SetLocality(wxString value);
     bool CheckLocality() const { return (m_presence & (1u << 5)) != 0; }
+    // "isoCountryCode": attribute, wxString
     wxString GetIsoCountryCode() const;
     void SetIsoCountryCode(wxString value);
     bool CheckIsoCountryCode() const { return (m_presence & (1u << 6)) != 0; }
@@ -1317,18 +1437,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "address": child element
     CT_Address* GetAddress() const { return m_Address; }
     void SetAddress(CT_Address* value) { m_Address = value; m_presence |= (1u << 0); }
     bool CheckAddress() const { return (m_presence & (1u << 0)) != 0; }
+    // "latitude": attribute, double
     double GetLatitude() const { return m_Latitude; }
     void SetLatitude(double value) { m_Latitude = value; m_presence |= (1u << 1); }
     bool CheckLatitude() const { return (m_presence & (1u << 1)) != 0; }
+    // "longitude": attribute, double
     double GetLongitude() const { return m_Longitude; }
     void SetLongitude(double value) { m_Longitude = value; m_presence |= (1u << 2); }
     bool CheckLongitude() const { return (m_presence & (1u << 2)) != 0; }
+    // "entityName": attribute, wxString
     wxString GetEntityName() const;
     void SetEntityName(wxString value);
     bool CheckEntityName() const { return (m_presence & (1u << 3)) != 0; }
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 4)) != 0; }
@@ -1353,6 +1478,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoLocation": child element
     CT_GeoLocation* GetGeoLocation() const { return m_GeoLocation; }
     void SetGeoLocation(CT_GeoLocation* value) { m_GeoLocation = value; m_presence |= (1u << 0); }
     bool CheckGeoLocation() const { return (m_presence & (1u << 0)) != 0; }
@@ -1373,9 +1499,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoLocationQuery": child element
     CT_GeoLocationQuery* GetGeoLocationQuery() const { return m_GeoLocationQuery; }
     void SetGeoLocationQuery(CT_GeoLocationQuery* value) { m_GeoLocationQuery = value; m_presence |= (1u << 0); }
     bool CheckGeoLocationQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoLocations": child element
     CT_GeoLocations* GetGeoLocations() const { return m_GeoLocations; }
     void SetGeoLocations(CT_GeoLocations* value) { m_GeoLocations = value; m_presence |= (1u << 1); }
     bool CheckGeoLocations() const { return (m_presence & (1u << 1)) != 0; }
@@ -1397,6 +1525,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoLocationQueryResult": child element, repeated
     XMLPtrArray<CT_GeoLocationQueryResult> GetGeoLocationQueryResult() const;
     void SetGeoLocationQueryResult(XMLPtrArray<CT_GeoLocationQueryResult> value);
     bool CheckGeoLocationQueryResult() const { return (m_presence & (1u << 0)) != 0; }
@@ -1417,12 +1546,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "polygonId": attribute, wxString
     wxString GetPolygonId() const;
     void SetPolygonId(wxString value);
     bool CheckPolygonId() const { return (m_presence & (1u << 0)) != 0; }
+    // "numPoints": attribute, int
     int GetNumPoints() const { return m_NumPoints; }
     void SetNumPoints(int value) { m_NumPoints = value; m_presence |= (1u << 1); }
     bool CheckNumPoints() const { return (m_presence & (1u << 1)) != 0; }
+    // "pcaRings": attribute, wxString
     wxString GetPcaRings() const;
     void SetPcaRings(wxString value);
     bool CheckPcaRings() const { return (m_presence & (1u << 2)) != 0; }
@@ -1445,6 +1577,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoPolygon": child element, repeated
     XMLPtrArray<CT_GeoPolygon> GetGeoPolygon() const;
     void SetGeoPolygon(XMLPtrArray<CT_GeoPolygon> value);
     bool CheckGeoPolygon() const { return (m_presence & (1u << 0)) != 0; }
@@ -1465,6 +1598,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "copyright": value element, wxString, repeated
     std::vector<wxString> GetCopyright() const;
     void SetCopyright(std::vector<wxString> value);
     bool CheckCopyright() const { return (m_presence & (1u << 0)) != 0; }
@@ -1485,27 +1619,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoPolygons": child element
     CT_GeoPolygons* GetGeoPolygons() const { return m_GeoPolygons; }
     void SetGeoPolygons(CT_GeoPolygons* value) { m_GeoPolygons = value; m_presence |= (1u << 0); }
     bool CheckGeoPolygons() const { return (m_presence & (1u << 0)) != 0; }
+    // "copyrights": child element
     CT_Copyrights* GetCopyrights() const { return m_Copyrights; }
     void SetCopyrights(CT_Copyrights* value) { m_Copyrights = value; m_presence |= (1u << 1); }
     bool CheckCopyrights() const { return (m_presence & (1u << 1)) != 0; }
+    // "entityName": attribute, wxString
     wxString GetEntityName() const;
     void SetEntityName(wxString value);
     bool CheckEntityName() const { return (m_presence & (1u << 2)) != 0; }
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 3)) != 0; }
+    // "east": attribute, double
     double GetEast() const { return m_East; }
     void SetEast(double value) { m_East = value; m_presence |= (1u << 4); }
     bool CheckEast() const { return (m_presence & (1u << 4)) != 0; }
+    // "west": attribute, double
     double GetWest() const { return m_West; }
     void SetWest(double value) { m_West = value; m_presence |= (1u << 5); }
     bool CheckWest() const { return (m_presence & (1u << 5)) != 0; }
+    // "north": attribute, double
     double GetNorth() const { return m_North; }
     void SetNorth(double value) { m_North = value; m_presence |= (1u << 6); }
     bool CheckNorth() const { return (m_presence & (1u << 6)) != 0; }
+    // "south": attribute, double
     double GetSouth() const { return m_South; }
     void SetSouth(double value) { m_South = value; m_presence |= (1u << 7); }
     bool CheckSouth() const { return (m_presence & (1u << 7)) != 0; }
@@ -1533,9 +1675,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 0)) != 0; }
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
@@ -1557,9 +1701,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoDataEntityQuery": child element
     CT_GeoDataEntityQuery* GetGeoDataEntityQuery() const { return m_GeoDataEntityQuery; }
     void SetGeoDataEntityQuery(CT_GeoDataEntityQuery* value) { m_GeoDataEntityQuery = value; m_presence |= (1u << 0); }
     bool CheckGeoDataEntityQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoData": child element
     CT_GeoData* GetGeoData() const { return m_GeoData; }
     void SetGeoData(CT_GeoData* value) { m_GeoData = value; m_presence |= (1u << 1); }
     bool CheckGeoData() const { return (m_presence & (1u << 1)) != 0; }
@@ -1581,6 +1727,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoDataEntityQueryResult": child element, repeated
     XMLPtrArray<CT_GeoDataEntityQueryResult> GetGeoDataEntityQueryResult() const;
     void SetGeoDataEntityQueryResult(XMLPtrArray<CT_GeoDataEntityQueryResult> value);
     bool CheckGeoDataEntityQueryResult() const { return (m_presence & (1u << 0)) != 0; }
@@ -1601,12 +1748,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 0)) != 0; }
+    // "latitude": attribute, double
     double GetLatitude() const { return m_Latitude; }
     void SetLatitude(double value) { m_Latitude = value; m_presence |= (1u << 1); }
     bool CheckLatitude() const { return (m_presence & (1u << 1)) != 0; }
+    // "longitude": attribute, double
     double GetLongitude() const { return m_Longitude; }
     void SetLongitude(double value) { m_Longitude = value; m_presence |= (1u << 2); }
     bool CheckLongitude() const { return (m_presence & (1u << 2)) != 0; }
@@ -1629,9 +1779,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 0)) != 0; }
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
@@ -1653,9 +1805,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoDataPointQuery": child element
     CT_GeoDataPointQuery* GetGeoDataPointQuery() const { return m_GeoDataPointQuery; }
     void SetGeoDataPointQuery(CT_GeoDataPointQuery* value) { m_GeoDataPointQuery = value; m_presence |= (1u << 0); }
     bool CheckGeoDataPointQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoDataPointToEntityQuery": child element
     CT_GeoDataPointToEntityQuery* GetGeoDataPointToEntityQuery() const { return m_GeoDataPointToEntityQuery; }
     void SetGeoDataPointToEntityQuery(CT_GeoDataPointToEntityQuery* value) { m_GeoDataPointToEntityQuery = value; m_presence |= (1u << 1); }
     bool CheckGeoDataPointToEntityQuery() const { return (m_presence & (1u << 1)) != 0; }
@@ -1677,6 +1831,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoDataPointToEntityQueryResult": child element, repeated
     XMLPtrArray<CT_GeoDataPointToEntityQueryResult> GetGeoDataPointToEntityQueryResult() const;
     void SetGeoDataPointToEntityQueryResult(XMLPtrArray<CT_GeoDataPointToEntityQueryResult> value);
     bool CheckGeoDataPointToEntityQueryResult() const { return (m_presence & (1u << 0)) != 0; }
@@ -1697,6 +1852,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityType": value element, wxString, repeated
     std::vector<wxString> GetEntityType() const;
     void SetEntityType(std::vector<wxString> value);
     bool CheckEntityType() const { return (m_presence & (1u << 0)) != 0; }
@@ -1717,9 +1873,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoChildTypes": child element
     CT_GeoChildTypes* GetGeoChildTypes() const { return m_GeoChildTypes; }
     void SetGeoChildTypes(CT_GeoChildTypes* value) { m_GeoChildTypes = value; m_presence |= (1u << 0); }
     bool CheckGeoChildTypes() const { return (m_presence & (1u << 0)) != 0; }
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
@@ -1741,12 +1899,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityName": attribute, wxString
     wxString GetEntityName() const;
     void SetEntityName(wxString value);
     bool CheckEntityName() const { return (m_presence & (1u << 0)) != 0; }
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 2)) != 0; }
@@ -1769,6 +1930,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoHierarchyEntity": child element, repeated
     XMLPtrArray<CT_GeoHierarchyEntity> GetGeoHierarchyEntity() const;
     void SetGeoHierarchyEntity(XMLPtrArray<CT_GeoHierarchyEntity> value);
     bool CheckGeoHierarchyEntity() const { return (m_presence & (1u << 0)) != 0; }
@@ -1789,9 +1951,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoChildEntitiesQuery": child element
     CT_GeoChildEntitiesQuery* GetGeoChildEntitiesQuery() const { return m_GeoChildEntitiesQuery; }
     void SetGeoChildEntitiesQuery(CT_GeoChildEntitiesQuery* value) { m_GeoChildEntitiesQuery = value; m_presence |= (1u << 0); }
     bool CheckGeoChildEntitiesQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoChildEntities": child element
     CT_GeoChildEntities* GetGeoChildEntities() const { return m_GeoChildEntities; }
     void SetGeoChildEntities(CT_GeoChildEntities* value) { m_GeoChildEntities = value; m_presence |= (1u << 1); }
     bool CheckGeoChildEntities() const { return (m_presence & (1u << 1)) != 0; }
@@ -1813,6 +1977,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoChildEntitiesQueryResult": child element, repeated
     XMLPtrArray<CT_GeoChildEntitiesQueryResult> GetGeoChildEntitiesQueryResult() const;
     void SetGeoChildEntitiesQueryResult(XMLPtrArray<CT_GeoChildEntitiesQueryResult> value);
     bool CheckGeoChildEntitiesQueryResult() const { return (m_presence & (1u << 0)) != 0; }
@@ -1833,6 +1998,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 0)) != 0; }
@@ -1853,9 +2019,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityName": attribute, wxString
     wxString GetEntityName() const;
     void SetEntityName(wxString value);
     bool CheckEntityName() const { return (m_presence & (1u << 0)) != 0; }
+    // "entityType": attribute, wxString
     wxString GetEntityType() const;
     void SetEntityType(wxString value);
     bool CheckEntityType() const { return (m_presence & (1u << 1)) != 0; }
@@ -1877,6 +2045,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entityId": attribute, wxString
     wxString GetEntityId() const;
     void SetEntityId(wxString value);
     bool CheckEntityId() const { return (m_presence & (1u << 0)) != 0; }
@@ -1897,12 +2066,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoParentEntitiesQuery": child element
     CT_GeoParentEntitiesQuery* GetGeoParentEntitiesQuery() const { return m_GeoParentEntitiesQuery; }
     void SetGeoParentEntitiesQuery(CT_GeoParentEntitiesQuery* value) { m_GeoParentEntitiesQuery = value; m_presence |= (1u << 0); }
     bool CheckGeoParentEntitiesQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoEntity": child element
     CT_GeoEntity* GetGeoEntity() const { return m_GeoEntity; }
     void SetGeoEntity(CT_GeoEntity* value) { m_GeoEntity = value; m_presence |= (1u << 1); }
     bool CheckGeoEntity() const { return (m_presence & (1u << 1)) != 0; }
+    // "geoParentEntity": child element
     CT_GeoParentEntity* GetGeoParentEntity() const { return m_GeoParentEntity; }
     void SetGeoParentEntity(CT_GeoParentEntity* value) { m_GeoParentEntity = value; m_presence |= (1u << 2); }
     bool CheckGeoParentEntity() const { return (m_presence & (1u << 2)) != 0; }
@@ -1925,6 +2097,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoParentEntitiesQueryResult": child element, repeated
     XMLPtrArray<CT_GeoParentEntitiesQueryResult> GetGeoParentEntitiesQueryResult() const;
     void SetGeoParentEntitiesQueryResult(XMLPtrArray<CT_GeoParentEntitiesQueryResult> value);
     bool CheckGeoParentEntitiesQueryResult() const { return (m_presence & (1u << 0)) != 0; }
@@ -1945,18 +2118,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoLocationQueryResults": child element
     CT_GeoLocationQueryResults* GetGeoLocationQueryResults() const { return m_GeoLocationQueryResults; }
     void SetGeoLocationQueryResults(CT_GeoLocationQueryResults* value) { m_GeoLocationQueryResults = value; m_presence |= (1u << 0); }
     bool CheckGeoLocationQueryResults() const { return (m_presence & (1u << 0)) != 0; }
+    // "geoDataEntityQueryResults": child element
     CT_GeoDataEntityQueryResults* GetGeoDataEntityQueryResults() const { return m_GeoDataEntityQueryResults; }
     void SetGeoDataEntityQueryResults(CT_GeoDataEntityQueryResults* value) { m_GeoDataEntityQueryResults = value; m_presence |= (1u << 1); }
     bool CheckGeoDataEntityQueryResults() const { return (m_presence & (1u << 1)) != 0; }
+    // "geoDataPointToEntityQueryResults": child element
     CT_GeoDataPointToEntityQueryResults* GetGeoDataPointToEntityQueryResults() const { return m_GeoDataPointToEntityQueryResults; }
     void SetGeoDataPointToEntityQueryResults(CT_GeoDataPointToEntityQueryResults* value) { m_GeoDataPointToEntityQueryResults = value; m_presence |= (1u << 2); }
     bool CheckGeoDataPointToEntityQueryResults() const { return (m_presence & (1u << 2)) != 0; }
+    // "geoChildEntitiesQueryResults": child element
     CT_GeoChildEntitiesQueryResults* GetGeoChildEntitiesQueryResults() const { return m_GeoChildEntitiesQueryResults; }
     void SetGeoChildEntitiesQueryResults(CT_GeoChildEntitiesQueryResults* value) { m_GeoChildEntitiesQueryResults = value; m_presence |= (1u << 3); }
     bool CheckGeoChildEntitiesQueryResults() const { return (m_presence & (1u << 3)) != 0; }
+    // "geoParentEntitiesQueryResults": child element
     CT_GeoParentEntitiesQueryResults* GetGeoParentEntitiesQueryResults() const { return m_GeoParentEntitiesQueryResults; }
     void SetGeoParentEntitiesQueryResults(CT_GeoParentEntitiesQueryResults* value) { m_GeoParentEntitiesQueryResults = value; m_presence |= (1u << 4); }
     bool CheckGeoParentEntitiesQueryResults() const { return (m_presence & (1u << 4)) != 0; }
@@ -1981,9 +2159,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_GeoCacheData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GeoCacheData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "provider": attribute, wxString
     wxString GetProvider() const;
     void SetProvider(wxString value);
     bool CheckProvider() const { return (m_presence & (1u << 1)) != 0; }
@@ -2010,9 +2190,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "binary": value element, wxString
     wxString GetBinary() const;
     void SetBinary(wxString value);
     bool CheckBinary() const { return (m_presence & (1u << 0)) != 0; }
+    // "clear": child element
     CT_Clear* GetClear() const { return m_Clear; }
     void SetClear(CT_Clear* value) { m_Clear = value; m_presence |= (1u << 1); }
     bool CheckClear() const { return (m_presence & (1u << 1)) != 0; }
@@ -2034,21 +2216,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "geoCache": child element
     CT_GeoCache* GetGeoCache() const { return m_GeoCache; }
     void SetGeoCache(CT_GeoCache* value) { m_GeoCache = value; m_presence |= (1u << 0); }
     bool CheckGeoCache() const { return (m_presence & (1u << 0)) != 0; }
+    // "projectionType": attribute, wxString
     wxString GetProjectionType() const;
     void SetProjectionType(wxString value);
     bool CheckProjectionType() const { return (m_presence & (1u << 1)) != 0; }
+    // "viewedRegionType": attribute, wxString
     wxString GetViewedRegionType() const;
     void SetViewedRegionType(wxString value);
     bool CheckViewedRegionType() const { return (m_presence & (1u << 2)) != 0; }
+    // "cultureLanguage": attribute, wxString
     wxString GetCultureLanguage() const;
     void SetCultureLanguage(wxString value);
     bool CheckCultureLanguage() const { return (m_presence & (1u << 3)) != 0; }
+    // "cultureRegion": attribute, wxString
     wxString GetCultureRegion() const;
     void SetCultureRegion(wxString value);
     bool CheckCultureRegion() const { return (m_presence & (1u << 4)) != 0; }
+    // "attribution": attribute, wxString
     wxString GetAttribution() const;
     void SetAttribution(wxString value);
     bool CheckAttribution() const { return (m_presence & (1u << 5)) != 0; }
@@ -2074,6 +2262,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "quartileMethod": attribute, wxString
     wxString GetQuartileMethod() const;
     void SetQuartileMethod(wxString value);
     bool CheckQuartileMethod() const { return (m_presence & (1u << 0)) != 0; }
@@ -2094,6 +2283,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": value element, unsigned int, repeated
     std::vector<unsigned int> GetIdx() const;
     void SetIdx(std::vector<unsigned int> value);
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
@@ -2114,27 +2304,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "parentLabelLayout": child element
     CT_ParentLabelLayout* GetParentLabelLayout() const { return m_ParentLabelLayout; }
     void SetParentLabelLayout(CT_ParentLabelLayout* value) { m_ParentLabelLayout = value; m_presence |= (1u << 0); }
     bool CheckParentLabelLayout() const { return (m_presence & (1u << 0)) != 0; }
+    // "regionLabelLayout": child element
     CT_RegionLabelLayout* GetRegionLabelLayout() const { return m_RegionLabelLayout; }
     void SetRegionLabelLayout(CT_RegionLabelLayout* value) { m_RegionLabelLayout = value; m_presence |= (1u << 1); }
     bool CheckRegionLabelLayout() const { return (m_presence & (1u << 1)) != 0; }
+    // "visibility": child element
     CT_SeriesElementVisibilities* GetVisibility() const { return m_Visibility; }
     void SetVisibility(CT_SeriesElementVisibilities* value) { m_Visibility = value; m_presence |= (1u << 2); }
     bool CheckVisibility() const { return (m_presence & (1u << 2)) != 0; }
+    // choice holder
     CT_SeriesLayoutPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(CT_SeriesLayoutPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 3); }
     bool CheckData__() const { return (m_presence & (1u << 3)) != 0; }
+    // "geography": child element
     CT_Geography* GetGeography() const { return m_Geography; }
     void SetGeography(CT_Geography* value) { m_Geography = value; m_presence |= (1u << 4); }
     bool CheckGeography() const { return (m_presence & (1u << 4)) != 0; }
+    // "statistics": child element
     CT_Statistics* GetStatistics() const { return m_Statistics; }
     void SetStatistics(CT_Statistics* value) { m_Statistics = value; m_presence |= (1u << 5); }
     bool CheckStatistics() const { return (m_presence & (1u << 5)) != 0; }
+    // "subtotals": child element
     CT_Subtotals* GetSubtotals() const { return m_Subtotals; }
     void SetSubtotals(CT_Subtotals* value) { m_Subtotals = value; m_presence |= (1u << 6); }
     bool CheckSubtotals() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
@@ -2167,9 +2365,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "aggregation": child element
     CT_Aggregation* GetAggregation() const { return m_Aggregation; }
     void SetAggregation(CT_Aggregation* value) { m_Aggregation = value; m_presence |= (1u << 0); }
     bool CheckAggregation() const { return (m_presence & (1u << 0)) != 0; }
+    // "binning": child element
     CT_Binning* GetBinning() const { return m_Binning; }
     void SetBinning(CT_Binning* value) { m_Binning = value; m_presence |= (1u << 1); }
     bool CheckBinning() const { return (m_presence & (1u << 1)) != 0; }
@@ -2191,12 +2391,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 2); }
     bool CheckIdx() const { return (m_presence & (1u << 2)) != 0; }
@@ -2234,6 +2437,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2254,6 +2458,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2274,6 +2479,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_ValueColorEndPositionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ValueColorEndPositionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2299,12 +2505,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "extremeValue": child element
     CT_ExtremeValueColorPosition* GetExtremeValue() const { return m_ExtremeValue; }
     void SetExtremeValue(CT_ExtremeValueColorPosition* value) { m_ExtremeValue = value; m_presence |= (1u << 0); }
     bool CheckExtremeValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "number": child element
     CT_NumberColorPosition* GetNumber() const { return m_Number; }
     void SetNumber(CT_NumberColorPosition* value) { m_Number = value; m_presence |= (1u << 1); }
     bool CheckNumber() const { return (m_presence & (1u << 1)) != 0; }
+    // "percent": child element
     CT_PercentageColorPosition* GetPercent() const { return m_Percent; }
     void SetPercent(CT_PercentageColorPosition* value) { m_Percent = value; m_presence |= (1u << 2); }
     bool CheckPercent() const { return (m_presence & (1u << 2)) != 0; }
@@ -2327,6 +2536,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_ValueColorMiddlePositionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ValueColorMiddlePositionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2352,9 +2562,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "number": child element
     CT_NumberColorPosition* GetNumber() const { return m_Number; }
     void SetNumber(CT_NumberColorPosition* value) { m_Number = value; m_presence |= (1u << 0); }
     bool CheckNumber() const { return (m_presence & (1u << 0)) != 0; }
+    // "percent": child element
     CT_PercentageColorPosition* GetPercent() const { return m_Percent; }
     void SetPercent(CT_PercentageColorPosition* value) { m_Percent = value; m_presence |= (1u << 1); }
     bool CheckPercent() const { return (m_presence & (1u << 1)) != 0; }
@@ -2376,15 +2588,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "min": child element
     CT_ValueColorEndPosition* GetMin() const { return m_Min; }
     void SetMin(CT_ValueColorEndPosition* value) { m_Min = value; m_presence |= (1u << 0); }
     bool CheckMin() const { return (m_presence & (1u << 0)) != 0; }
+    // "mid": child element
     CT_ValueColorMiddlePosition* GetMid() const { return m_Mid; }
     void SetMid(CT_ValueColorMiddlePosition* value) { m_Mid = value; m_presence |= (1u << 1); }
     bool CheckMid() const { return (m_presence & (1u << 1)) != 0; }
+    // "max": child element
     CT_ValueColorEndPosition* GetMax() const { return m_Max; }
     void SetMax(CT_ValueColorEndPosition* value) { m_Max = value; m_presence |= (1u << 2); }
     bool CheckMax() const { return (m_presence & (1u << 2)) != 0; }
+    // "count": attribute, int, default "2"
     int GetCount() const { return m_Count; }
     void SetCount(int value) { m_Count = value; m_presence |= (1u << 3); }
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
@@ -2408,12 +2624,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "seriesName": attribute, bool
     bool GetSeriesName() const { return m_SeriesName; }
     void SetSeriesName(bool value) { m_SeriesName = value; m_presence |= (1u << 0); }
     bool CheckSeriesName() const { return (m_presence & (1u << 0)) != 0; }
+    // "categoryName": attribute, bool
     bool GetCategoryName() const { return m_CategoryName; }
     void SetCategoryName(bool value) { m_CategoryName = value; m_presence |= (1u << 1); }
     bool CheckCategoryName() const { return (m_presence & (1u << 1)) != 0; }
+    // "value": attribute, bool
     bool GetValue() const { return m_Value; }
     void SetValue(bool value) { m_Value = value; m_presence |= (1u << 2); }
     bool CheckValue() const { return (m_presence & (1u << 2)) != 0; }
@@ -2436,27 +2655,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numFmt": child element
     CT_NumberFormat* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumberFormat* value) { m_NumFmt = value; m_presence |= (1u << 0); }
     bool CheckNumFmt() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "visibility": child element
     CT_DataLabelVisibilities* GetVisibility() const { return m_Visibility; }
     void SetVisibility(CT_DataLabelVisibilities* value) { m_Visibility = value; m_presence |= (1u << 3); }
     bool CheckVisibility() const { return (m_presence & (1u << 3)) != 0; }
+    // "separator": value element, wxString
     wxString GetSeparator() const;
     void SetSeparator(wxString value);
     bool CheckSeparator() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 6); }
     bool CheckIdx() const { return (m_presence & (1u << 6)) != 0; }
+    // "pos": attribute, wxString
     wxString GetPos() const;
     void SetPos(wxString value);
     bool CheckPos() const { return (m_presence & (1u << 7)) != 0; }
@@ -2484,6 +2711,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
@@ -2504,30 +2732,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numFmt": child element
     CT_NumberFormat* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumberFormat* value) { m_NumFmt = value; m_presence |= (1u << 0); }
     bool CheckNumFmt() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "visibility": child element
     CT_DataLabelVisibilities* GetVisibility() const { return m_Visibility; }
     void SetVisibility(CT_DataLabelVisibilities* value) { m_Visibility = value; m_presence |= (1u << 3); }
     bool CheckVisibility() const { return (m_presence & (1u << 3)) != 0; }
+    // "separator": value element, wxString
     wxString GetSeparator() const;
     void SetSeparator(wxString value);
     bool CheckSeparator() const { return (m_presence & (1u << 4)) != 0; }
+    // "dataLabel": child element, repeated
     XMLPtrArray<CT_DataLabel> GetDataLabel() const;
     void SetDataLabel(XMLPtrArray<CT_DataLabel> value);
     bool CheckDataLabel() const { return (m_presence & (1u << 5)) != 0; }
+    // "dataLabelHidden": child element, repeated
     XMLPtrArray<CT_DataLabelHidden> GetDataLabelHidden() const;
     void SetDataLabelHidden(XMLPtrArray<CT_DataLabelHidden> value);
     bool CheckDataLabelHidden() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "pos": attribute, wxString
     wxString GetPos() const;
     void SetPos(wxString value);
     bool CheckPos() const { return (m_presence & (1u << 8)) != 0; }
@@ -2556,48 +2793,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": child element
     CT_Text* GetTx() const { return m_Tx; }
     void SetTx(CT_Text* value) { m_Tx = value; m_presence |= (1u << 0); }
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "valueColors": child element
     CT_ValueColors* GetValueColors() const { return m_ValueColors; }
     void SetValueColors(CT_ValueColors* value) { m_ValueColors = value; m_presence |= (1u << 2); }
     bool CheckValueColors() const { return (m_presence & (1u << 2)) != 0; }
+    // "valueColorPositions": child element
     CT_ValueColorPositions* GetValueColorPositions() const { return m_ValueColorPositions; }
     void SetValueColorPositions(CT_ValueColorPositions* value) { m_ValueColorPositions = value; m_presence |= (1u << 3); }
     bool CheckValueColorPositions() const { return (m_presence & (1u << 3)) != 0; }
+    // "dataPt": child element, repeated
     XMLPtrArray<CT_DataPoint> GetDataPt() const;
     void SetDataPt(XMLPtrArray<CT_DataPoint> value);
     bool CheckDataPt() const { return (m_presence & (1u << 4)) != 0; }
+    // "dataLabels": child element
     CT_DataLabels* GetDataLabels() const { return m_DataLabels; }
     void SetDataLabels(CT_DataLabels* value) { m_DataLabels = value; m_presence |= (1u << 5); }
     bool CheckDataLabels() const { return (m_presence & (1u << 5)) != 0; }
+    // "dataId": child element
     CT_DataId* GetDataId() const { return m_DataId; }
     void SetDataId(CT_DataId* value) { m_DataId = value; m_presence |= (1u << 6); }
     bool CheckDataId() const { return (m_presence & (1u << 6)) != 0; }
+    // "layoutPr": child element
     CT_SeriesLayoutProperties* GetLayoutPr() const { return m_LayoutPr; }
     void SetLayoutPr(CT_SeriesLayoutProperties* value) { m_LayoutPr = value; m_presence |= (1u << 7); }
     bool CheckLayoutPr() const { return (m_presence & (1u << 7)) != 0; }
+    // "axisId": value element, unsigned int, repeated
     std::vector<unsigned int> GetAxisId() const;
     void SetAxisId(std::vector<unsigned int> value);
     bool CheckAxisId() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
+    // "layoutId": attribute, wxString
     wxString GetLayoutId() const;
     void SetLayoutId(wxString value);
     bool CheckLayoutId() const { return (m_presence & (1u << 10)) != 0; }
+    // "hidden": attribute, bool, default "0"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 11); }
     bool CheckHidden() const { return (m_presence & (1u << 11)) != 0; }
+    // "ownerIdx": attribute, unsigned int
     unsigned int GetOwnerIdx() const { return m_OwnerIdx; }
     void SetOwnerIdx(unsigned int value) { m_OwnerIdx = value; m_presence |= (1u << 12); }
     bool CheckOwnerIdx() const { return (m_presence & (1u << 12)) != 0; }
+    // "uniqueId": attribute, wxString
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 13)) != 0; }
+    // "formatIdx": attribute, unsigned int
     unsigned int GetFormatIdx() const { return m_FormatIdx; }
     void SetFormatIdx(unsigned int value) { m_FormatIdx = value; m_presence |= (1u << 14); }
     bool CheckFormatIdx() const { return (m_presence & (1u << 14)) != 0; }
@@ -2632,21 +2884,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 1); }
     bool CheckTxPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "pos": attribute, wxString, default "r"
     wxString GetPos() const;
     void SetPos(wxString value);
     bool CheckPos() const { return (m_presence & (1u << 3)) != 0; }
+    // "align": attribute, wxString, default "ctr"
     wxString GetAlign() const;
     void SetAlign(wxString value);
     bool CheckAlign() const { return (m_presence & (1u << 4)) != 0; }
+    // "overlay": attribute, bool, default "0"
     bool GetOverlay() const { return m_Overlay; }
     void SetOverlay(bool value) { m_Overlay = value; m_presence |= (1u << 5); }
     bool CheckOverlay() const { return (m_presence & (1u << 5)) != 0; }
@@ -2672,9 +2930,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -2696,12 +2956,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "plotSurface": child element
     CT_PlotSurface* GetPlotSurface() const { return m_PlotSurface; }
     void SetPlotSurface(CT_PlotSurface* value) { m_PlotSurface = value; m_presence |= (1u << 0); }
     bool CheckPlotSurface() const { return (m_presence & (1u << 0)) != 0; }
+    // "series": child element, repeated
     XMLPtrArray<CT_Series> GetSeries() const;
     void SetSeries(XMLPtrArray<CT_Series> value);
     bool CheckSeries() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -2724,15 +2987,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "plotAreaRegion": child element
     CT_PlotAreaRegion* GetPlotAreaRegion() const { return m_PlotAreaRegion; }
     void SetPlotAreaRegion(CT_PlotAreaRegion* value) { m_PlotAreaRegion = value; m_presence |= (1u << 0); }
     bool CheckPlotAreaRegion() const { return (m_presence & (1u << 0)) != 0; }
+    // "axis": child element, repeated
     XMLPtrArray<CT_Axis> GetAxis() const;
     void SetAxis(XMLPtrArray<CT_Axis> value);
     bool CheckAxis() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2756,15 +3023,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element
     CT_ChartTitle* GetTitle() const { return m_Title; }
     void SetTitle(CT_ChartTitle* value) { m_Title = value; m_presence |= (1u << 0); }
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "plotArea": child element
     CT_PlotArea* GetPlotArea() const { return m_PlotArea; }
     void SetPlotArea(CT_PlotArea* value) { m_PlotArea = value; m_presence |= (1u << 1); }
     bool CheckPlotArea() const { return (m_presence & (1u << 1)) != 0; }
+    // "legend": child element
     CT_Legend* GetLegend() const { return m_Legend; }
     void SetLegend(CT_Legend* value) { m_Legend = value; m_presence |= (1u << 2); }
     bool CheckLegend() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2788,12 +3059,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 2); }
     bool CheckIdx() const { return (m_presence & (1u << 2)) != 0; }
@@ -2816,6 +3090,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fmtOvr": child element, repeated
     XMLPtrArray<CT_FormatOverride> GetFmtOvr() const;
     void SetFmtOvr(XMLPtrArray<CT_FormatOverride> value);
     bool CheckFmtOvr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2836,30 +3111,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oddHeader": value element, wxString
     wxString GetOddHeader() const;
     void SetOddHeader(wxString value);
     bool CheckOddHeader() const { return (m_presence & (1u << 0)) != 0; }
+    // "oddFooter": value element, wxString
     wxString GetOddFooter() const;
     void SetOddFooter(wxString value);
     bool CheckOddFooter() const { return (m_presence & (1u << 1)) != 0; }
+    // "evenHeader": value element, wxString
     wxString GetEvenHeader() const;
     void SetEvenHeader(wxString value);
     bool CheckEvenHeader() const { return (m_presence & (1u << 2)) != 0; }
+    // "evenFooter": value element, wxString
     wxString GetEvenFooter() const;
     void SetEvenFooter(wxString value);
     bool CheckEvenFooter() const { return (m_presence & (1u << 3)) != 0; }
+    // "firstHeader": value element, wxString
     wxString GetFirstHeader() const;
     void SetFirstHeader(wxString value);
     bool CheckFirstHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstFooter": value element, wxString
     wxString GetFirstFooter() const;
     void SetFirstFooter(wxString value);
     bool CheckFirstFooter() const { return (m_presence & (1u << 5)) != 0; }
+    // "alignWithMargins": attribute, bool, default "true"
     bool GetAlignWithMargins() const { return m_AlignWithMargins; }
     void SetAlignWithMargins(bool value) { m_AlignWithMargins = value; m_presence |= (1u << 6); }
     bool CheckAlignWithMargins() const { return (m_presence & (1u << 6)) != 0; }
+    // "differentOddEven": attribute, bool, default "false"
     bool GetDifferentOddEven() const { return m_DifferentOddEven; }
     void SetDifferentOddEven(bool value) { m_DifferentOddEven = value; m_presence |= (1u << 7); }
     bool CheckDifferentOddEven() const { return (m_presence & (1u << 7)) != 0; }
+    // "differentFirst": attribute, bool, default "false"
     bool GetDifferentFirst() const { return m_DifferentFirst; }
     void SetDifferentFirst(bool value) { m_DifferentFirst = value; m_presence |= (1u << 8); }
     bool CheckDifferentFirst() const { return (m_presence & (1u << 8)) != 0; }
@@ -2888,21 +3172,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "l": attribute, double
     double GetL() const { return m_L; }
     void SetL(double value) { m_L = value; m_presence |= (1u << 0); }
     bool CheckL() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, double
     double GetR() const { return m_R; }
     void SetR(double value) { m_R = value; m_presence |= (1u << 1); }
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": attribute, double
     double GetT() const { return m_T; }
     void SetT(double value) { m_T = value; m_presence |= (1u << 2); }
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, double
     double GetB() const { return m_B; }
     void SetB(double value) { m_B = value; m_presence |= (1u << 3); }
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "header": attribute, double
     double GetHeader() const { return m_Header; }
     void SetHeader(double value) { m_Header = value; m_presence |= (1u << 4); }
     bool CheckHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "footer": attribute, double
     double GetFooter() const { return m_Footer; }
     void SetFooter(double value) { m_Footer = value; m_presence |= (1u << 5); }
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
@@ -2928,30 +3218,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "paperSize": attribute, unsigned int, default "1"
     unsigned int GetPaperSize() const { return m_PaperSize; }
     void SetPaperSize(unsigned int value) { m_PaperSize = value; m_presence |= (1u << 0); }
     bool CheckPaperSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "firstPageNumber": attribute, unsigned int, default "1"
     unsigned int GetFirstPageNumber() const { return m_FirstPageNumber; }
     void SetFirstPageNumber(unsigned int value) { m_FirstPageNumber = value; m_presence |= (1u << 1); }
     bool CheckFirstPageNumber() const { return (m_presence & (1u << 1)) != 0; }
+    // "orientation": attribute, wxString, default "default"
     wxString GetOrientation() const;
     void SetOrientation(wxString value);
     bool CheckOrientation() const { return (m_presence & (1u << 2)) != 0; }
+    // "blackAndWhite": attribute, bool, default "false"
     bool GetBlackAndWhite() const { return m_BlackAndWhite; }
     void SetBlackAndWhite(bool value) { m_BlackAndWhite = value; m_presence |= (1u << 3); }
     bool CheckBlackAndWhite() const { return (m_presence & (1u << 3)) != 0; }
+    // "draft": attribute, bool, default "false"
     bool GetDraft() const { return m_Draft; }
     void SetDraft(bool value) { m_Draft = value; m_presence |= (1u << 4); }
     bool CheckDraft() const { return (m_presence & (1u << 4)) != 0; }
+    // "useFirstPageNumber": attribute, bool, default "false"
     bool GetUseFirstPageNumber() const { return m_UseFirstPageNumber; }
     void SetUseFirstPageNumber(bool value) { m_UseFirstPageNumber = value; m_presence |= (1u << 5); }
     bool CheckUseFirstPageNumber() const { return (m_presence & (1u << 5)) != 0; }
+    // "horizontalDpi": attribute, int, default "600"
     int GetHorizontalDpi() const { return m_HorizontalDpi; }
     void SetHorizontalDpi(int value) { m_HorizontalDpi = value; m_presence |= (1u << 6); }
     bool CheckHorizontalDpi() const { return (m_presence & (1u << 6)) != 0; }
+    // "verticalDpi": attribute, int, default "600"
     int GetVerticalDpi() const { return m_VerticalDpi; }
     void SetVerticalDpi(int value) { m_VerticalDpi = value; m_presence |= (1u << 7); }
     bool CheckVerticalDpi() const { return (m_presence & (1u << 7)) != 0; }
+    // "copies": attribute, unsigned int, default "1"
     unsigned int GetCopies() const { return m_Copies; }
     void SetCopies(unsigned int value) { m_Copies = value; m_presence |= (1u << 8); }
     bool CheckCopies() const { return (m_presence & (1u << 8)) != 0; }
@@ -2980,12 +3279,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 0); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 0)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 1); }
     bool CheckPageMargins() const { return (m_presence & (1u << 1)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (1u << 2); }
     bool CheckPageSetup() const { return (m_presence & (1u << 2)) != 0; }
@@ -3008,27 +3310,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chartData": child element
     CT_ChartData* GetChartData() const { return m_ChartData; }
     void SetChartData(CT_ChartData* value) { m_ChartData = value; m_presence |= (1u << 0); }
     bool CheckChartData() const { return (m_presence & (1u << 0)) != 0; }
+    // "chart": child element
     CT_Chart* GetChart() const { return m_Chart; }
     void SetChart(CT_Chart* value) { m_Chart = value; m_presence |= (1u << 1); }
     bool CheckChart() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "txPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxPr() const { return m_TxPr; }
     void SetTxPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxPr = value; m_presence |= (1u << 3); }
     bool CheckTxPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "clrMapOvr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* GetClrMapOvr() const { return m_ClrMapOvr; }
     void SetClrMapOvr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* value) { m_ClrMapOvr = value; m_presence |= (1u << 4); }
     bool CheckClrMapOvr() const { return (m_presence & (1u << 4)) != 0; }
+    // "fmtOvrs": child element
     CT_FormatOverrides* GetFmtOvrs() const { return m_FmtOvrs; }
     void SetFmtOvrs(CT_FormatOverrides* value) { m_FmtOvrs = value; m_presence |= (1u << 5); }
     bool CheckFmtOvrs() const { return (m_presence & (1u << 5)) != 0; }
+    // "printSettings": child element
     CT_PrintSettings* GetPrintSettings() const { return m_PrintSettings; }
     void SetPrintSettings(CT_PrintSettings* value) { m_PrintSettings = value; m_presence |= (1u << 6); }
     bool CheckPrintSettings() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }

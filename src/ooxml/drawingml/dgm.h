@@ -94,9 +94,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -118,9 +120,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -142,9 +146,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "pri": attribute, unsigned int
     unsigned int GetPri() const { return m_Pri; }
     void SetPri(unsigned int value) { m_Pri = value; m_presence |= (1u << 1); }
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
@@ -166,6 +172,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cat": child element, repeated
     XMLPtrArray<CT_CTCategory> GetCat() const;
     void SetCat(XMLPtrArray<CT_CTCategory> value);
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
@@ -186,12 +193,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group a:EG_ColorChoice, repeated
     XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::EG_ColorChoice> GetA_EG_ColorChoice() const;
     void SetA_EG_ColorChoice(XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::EG_ColorChoice> value);
     bool CheckA_EG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "meth": attribute, wxString, default "span"
     wxString GetMeth() const;
     void SetMeth(wxString value);
     bool CheckMeth() const { return (m_presence & (1u << 1)) != 0; }
+    // "hueDir": attribute, wxString, default "cw"
     wxString GetHueDir() const;
     void SetHueDir(wxString value);
     bool CheckHueDir() const { return (m_presence & (1u << 2)) != 0; }
@@ -214,27 +224,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fillClrLst": child element
     CT_Colors* GetFillClrLst() const { return m_FillClrLst; }
     void SetFillClrLst(CT_Colors* value) { m_FillClrLst = value; m_presence |= (1u << 0); }
     bool CheckFillClrLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "linClrLst": child element
     CT_Colors* GetLinClrLst() const { return m_LinClrLst; }
     void SetLinClrLst(CT_Colors* value) { m_LinClrLst = value; m_presence |= (1u << 1); }
     bool CheckLinClrLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "effectClrLst": child element
     CT_Colors* GetEffectClrLst() const { return m_EffectClrLst; }
     void SetEffectClrLst(CT_Colors* value) { m_EffectClrLst = value; m_presence |= (1u << 2); }
     bool CheckEffectClrLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "txLinClrLst": child element
     CT_Colors* GetTxLinClrLst() const { return m_TxLinClrLst; }
     void SetTxLinClrLst(CT_Colors* value) { m_TxLinClrLst = value; m_presence |= (1u << 3); }
     bool CheckTxLinClrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "txFillClrLst": child element
     CT_Colors* GetTxFillClrLst() const { return m_TxFillClrLst; }
     void SetTxFillClrLst(CT_Colors* value) { m_TxFillClrLst = value; m_presence |= (1u << 4); }
     bool CheckTxFillClrLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "txEffectClrLst": child element
     CT_Colors* GetTxEffectClrLst() const { return m_TxEffectClrLst; }
     void SetTxEffectClrLst(CT_Colors* value) { m_TxEffectClrLst = value; m_presence |= (1u << 5); }
     bool CheckTxEffectClrLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 7)) != 0; }
@@ -262,24 +280,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_CTName> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_CTName> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_CTDescription> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_CTDescription> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_CTCategories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_CTCategories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "styleLbl": child element, repeated
     XMLPtrArray<CT_CTStyleLabel> GetStyleLbl() const;
     void SetStyleLbl(XMLPtrArray<CT_CTStyleLabel> value);
     bool CheckStyleLbl() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "uniqueId": attribute, wxString, default ""
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 5)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 6)) != 0; }
@@ -306,24 +331,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_CTName> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_CTName> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_CTDescription> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_CTDescription> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_CTCategories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_CTCategories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "uniqueId": attribute, wxString
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 4)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 5)) != 0; }
+    // "resId": attribute, int, default "0"
     int GetResId() const { return m_ResId; }
     void SetResId(int value) { m_ResId = value; m_presence |= (1u << 6); }
     bool CheckResId() const { return (m_presence & (1u << 6)) != 0; }
@@ -350,6 +382,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "colorsDefHdr": child element, repeated
     XMLPtrArray<CT_ColorTransformHeader> GetColorsDefHdr() const;
     void SetColorsDefHdr(XMLPtrArray<CT_ColorTransformHeader> value);
     bool CheckColorsDefHdr() const { return (m_presence & (1u << 0)) != 0; }
@@ -370,24 +403,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "prSet": child element
     CT_ElemPropSet* GetPrSet() const { return m_PrSet; }
     void SetPrSet(CT_ElemPropSet* value) { m_PrSet = value; m_presence |= (1u << 0); }
     bool CheckPrSet() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetT() const { return m_T; }
     void SetT(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_T = value; m_presence |= (1u << 2); }
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "modelId": attribute, wxAny
     wxAny GetModelId() const;
     void SetModelId(wxAny value);
     bool CheckModelId() const { return (m_presence & (1u << 4)) != 0; }
+    // "type": attribute, wxString, default "node"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 5)) != 0; }
+    // "cxnId": attribute, wxAny, default "0"
     wxAny GetCxnId() const;
     void SetCxnId(wxAny value);
     bool CheckCxnId() const { return (m_presence & (1u << 6)) != 0; }
@@ -414,6 +454,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_Pt> GetPt() const;
     void SetPt(XMLPtrArray<CT_Pt> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -434,33 +475,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "modelId": attribute, wxAny
     wxAny GetModelId() const;
     void SetModelId(wxAny value);
     bool CheckModelId() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString, default "parOf"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "srcId": attribute, wxAny
     wxAny GetSrcId() const;
     void SetSrcId(wxAny value);
     bool CheckSrcId() const { return (m_presence & (1u << 3)) != 0; }
+    // "destId": attribute, wxAny
     wxAny GetDestId() const;
     void SetDestId(wxAny value);
     bool CheckDestId() const { return (m_presence & (1u << 4)) != 0; }
+    // "srcOrd": attribute, unsigned int
     unsigned int GetSrcOrd() const { return m_SrcOrd; }
     void SetSrcOrd(unsigned int value) { m_SrcOrd = value; m_presence |= (1u << 5); }
     bool CheckSrcOrd() const { return (m_presence & (1u << 5)) != 0; }
+    // "destOrd": attribute, unsigned int
     unsigned int GetDestOrd() const { return m_DestOrd; }
     void SetDestOrd(unsigned int value) { m_DestOrd = value; m_presence |= (1u << 6); }
     bool CheckDestOrd() const { return (m_presence & (1u << 6)) != 0; }
+    // "parTransId": attribute, wxAny, default "0"
     wxAny GetParTransId() const;
     void SetParTransId(wxAny value);
     bool CheckParTransId() const { return (m_presence & (1u << 7)) != 0; }
+    // "sibTransId": attribute, wxAny, default "0"
     wxAny GetSibTransId() const;
     void SetSibTransId(wxAny value);
     bool CheckSibTransId() const { return (m_presence & (1u << 8)) != 0; }
+    // "presId": attribute, wxString, default ""
     wxString GetPresId() const;
     void SetPresId(wxString value);
     bool CheckPresId() const { return (m_presence & (1u << 9)) != 0; }
@@ -490,6 +541,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cxn": child element, repeated
     XMLPtrArray<CT_Cxn> GetCxn() const;
     void SetCxn(XMLPtrArray<CT_Cxn> value);
     bool CheckCxn() const { return (m_presence & (1u << 0)) != 0; }
@@ -510,18 +562,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ptLst": child element
     CT_PtList* GetPtLst() const { return m_PtLst; }
     void SetPtLst(CT_PtList* value) { m_PtLst = value; m_presence |= (1u << 0); }
     bool CheckPtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "cxnLst": child element
     CT_CxnList* GetCxnLst() const { return m_CxnLst; }
     void SetCxnLst(CT_CxnList* value) { m_CxnLst = value; m_presence |= (1u << 1); }
     bool CheckCxnLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "bg": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* GetBg() const { return m_Bg; }
     void SetBg(schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* value) { m_Bg = value; m_presence |= (1u << 2); }
     bool CheckBg() const { return (m_presence & (1u << 2)) != 0; }
+    // "whole": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_WholeE2oFormatting* GetWhole() const { return m_Whole; }
     void SetWhole(schemas_openxmlformats_org_drawingml_x2006_main::CT_WholeE2oFormatting* value) { m_Whole = value; m_presence |= (1u << 3); }
     bool CheckWhole() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -551,21 +608,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "axis": attribute, list of wxString, default "none"
     std::vector<wxString> GetAxis() const;
     void SetAxis(std::vector<wxString> value);
     bool CheckAxis() const { return (m_presence & (1u << 0)) != 0; }
+    // "ptType": attribute, list of wxString, default "all"
     std::vector<wxString> GetPtType() const;
     void SetPtType(std::vector<wxString> value);
     bool CheckPtType() const { return (m_presence & (1u << 1)) != 0; }
+    // "hideLastTrans": attribute, list of bool, default "true"
     std::vector<bool> GetHideLastTrans() const;
     void SetHideLastTrans(std::vector<bool> value);
     bool CheckHideLastTrans() const { return (m_presence & (1u << 2)) != 0; }
+    // "st": attribute, list of int, default "1"
     std::vector<int> GetSt() const;
     void SetSt(std::vector<int> value);
     bool CheckSt() const { return (m_presence & (1u << 3)) != 0; }
+    // "cnt": attribute, list of unsigned int, default "0"
     std::vector<unsigned int> GetCnt() const;
     void SetCnt(std::vector<unsigned int> value);
     bool CheckCnt() const { return (m_presence & (1u << 4)) != 0; }
+    // "step": attribute, list of int, default "1"
     std::vector<int> GetStep() const;
     void SetStep(std::vector<int> value);
     bool CheckStep() const { return (m_presence & (1u << 5)) != 0; }
@@ -596,15 +659,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "for": attribute, wxString, default "self"
     wxString GetFor() const;
     void SetFor(wxString value);
     bool CheckFor() const { return (m_presence & (1u << 1)) != 0; }
+    // "forName": attribute, wxString, default ""
     wxString GetForName() const;
     void SetForName(wxString value);
     bool CheckForName() const { return (m_presence & (1u << 2)) != 0; }
+    // "ptType": attribute, wxString, default "all"
     wxString GetPtType() const;
     void SetPtType(wxString value);
     bool CheckPtType() const { return (m_presence & (1u << 3)) != 0; }
@@ -633,15 +700,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "refType": attribute, wxString, default "none"
     wxString GetRefType() const;
     void SetRefType(wxString value);
     bool CheckRefType() const { return (m_presence & (1u << 0)) != 0; }
+    // "refFor": attribute, wxString, default "self"
     wxString GetRefFor() const;
     void SetRefFor(wxString value);
     bool CheckRefFor() const { return (m_presence & (1u << 1)) != 0; }
+    // "refForName": attribute, wxString, default ""
     wxString GetRefForName() const;
     void SetRefForName(wxString value);
     bool CheckRefForName() const { return (m_presence & (1u << 2)) != 0; }
+    // "refPtType": attribute, wxString, default "all"
     wxString GetRefPtType() const;
     void SetRefPtType(wxString value);
     bool CheckRefPtType() const { return (m_presence & (1u << 3)) != 0; }
@@ -665,21 +736,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_ConstraintAttributes
     AG_ConstraintAttributes* GetAG_ConstraintAttributes() const { return m_AG_ConstraintAttributes; }
     void SetAG_ConstraintAttributes(AG_ConstraintAttributes* value) { m_AG_ConstraintAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_ConstraintAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_ConstraintRefAttributes
     AG_ConstraintRefAttributes* GetAG_ConstraintRefAttributes() const { return m_AG_ConstraintRefAttributes; }
     void SetAG_ConstraintRefAttributes(AG_ConstraintRefAttributes* value) { m_AG_ConstraintRefAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_ConstraintRefAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "op": attribute, wxString, default "none"
     wxString GetOp() const;
     void SetOp(wxString value);
     bool CheckOp() const { return (m_presence & (1u << 3)) != 0; }
+    // "val": attribute, double, default "0"
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 4); }
     bool CheckVal() const { return (m_presence & (1u << 4)) != 0; }
+    // "fact": attribute, double, default "1"
     double GetFact() const { return m_Fact; }
     void SetFact(double value) { m_Fact = value; m_presence |= (1u << 5); }
     bool CheckFact() const { return (m_presence & (1u << 5)) != 0; }
@@ -705,6 +782,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "constr": child element, repeated
     XMLPtrArray<CT_Constraint> GetConstr() const;
     void SetConstr(XMLPtrArray<CT_Constraint> value);
     bool CheckConstr() const { return (m_presence & (1u << 0)) != 0; }
@@ -725,18 +803,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_ConstraintAttributes
     AG_ConstraintAttributes* GetAG_ConstraintAttributes() const { return m_AG_ConstraintAttributes; }
     void SetAG_ConstraintAttributes(AG_ConstraintAttributes* value) { m_AG_ConstraintAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_ConstraintAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, double, default "NaN"
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 2); }
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "fact": attribute, double, default "NaN"
     double GetFact() const { return m_Fact; }
     void SetFact(double value) { m_Fact = value; m_presence |= (1u << 3); }
     bool CheckFact() const { return (m_presence & (1u << 3)) != 0; }
+    // "max": attribute, double, default "NaN"
     double GetMax() const { return m_Max; }
     void SetMax(double value) { m_Max = value; m_presence |= (1u << 4); }
     bool CheckMax() const { return (m_presence & (1u << 4)) != 0; }
@@ -761,6 +844,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rule": child element, repeated
     XMLPtrArray<CT_NumericRule> GetRule() const;
     void SetRule(XMLPtrArray<CT_NumericRule> value);
     bool CheckRule() const { return (m_presence & (1u << 0)) != 0; }
@@ -781,9 +865,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_IteratorAttributes
     AG_IteratorAttributes* GetAG_IteratorAttributes() const { return m_AG_IteratorAttributes; }
     void SetAG_IteratorAttributes(AG_IteratorAttributes* value) { m_AG_IteratorAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_IteratorAttributes() const { return (m_presence & (1u << 1)) != 0; }
@@ -805,9 +891,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 0); }
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 1); }
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -829,6 +917,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "adj": child element, repeated
     XMLPtrArray<CT_Adj> GetAdj() const;
     void SetAdj(XMLPtrArray<CT_Adj> value);
     bool CheckAdj() const { return (m_presence & (1u << 0)) != 0; }
@@ -849,30 +938,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "adjLst": child element
     CT_AdjLst* GetAdjLst() const { return m_AdjLst; }
     void SetAdjLst(CT_AdjLst* value) { m_AdjLst = value; m_presence |= (1u << 0); }
     bool CheckAdjLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "rot": attribute, double, default "0"
     double GetRot() const { return m_Rot; }
     void SetRot(double value) { m_Rot = value; m_presence |= (1u << 2); }
     bool CheckRot() const { return (m_presence & (1u << 2)) != 0; }
+    // "type": attribute, wxAny, default "none"
     wxAny GetType() const;
     void SetType(wxAny value);
     bool CheckType() const { return (m_presence & (1u << 3)) != 0; }
+    // "r:blip": attribute, wxString, default ""
     wxString GetR_blip() const;
     void SetR_blip(wxString value);
     bool CheckR_blip() const { return (m_presence & (1u << 4)) != 0; }
+    // "zOrderOff": attribute, int, default "0"
     int GetZOrderOff() const { return m_ZOrderOff; }
     void SetZOrderOff(int value) { m_ZOrderOff = value; m_presence |= (1u << 5); }
     bool CheckZOrderOff() const { return (m_presence & (1u << 5)) != 0; }
+    // "hideGeom": attribute, bool, default "false"
     bool GetHideGeom() const { return m_HideGeom; }
     void SetHideGeom(bool value) { m_HideGeom = value; m_presence |= (1u << 6); }
     bool CheckHideGeom() const { return (m_presence & (1u << 6)) != 0; }
+    // "lkTxEntry": attribute, bool, default "false"
     bool GetLkTxEntry() const { return m_LkTxEntry; }
     void SetLkTxEntry(bool value) { m_LkTxEntry = value; m_presence |= (1u << 7); }
     bool CheckLkTxEntry() const { return (m_presence & (1u << 7)) != 0; }
+    // "blipPhldr": attribute, bool, default "false"
     bool GetBlipPhldr() const { return m_BlipPhldr; }
     void SetBlipPhldr(bool value) { m_BlipPhldr = value; m_presence |= (1u << 8); }
     bool CheckBlipPhldr() const { return (m_presence & (1u << 8)) != 0; }
@@ -901,9 +999,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -925,15 +1025,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "param": child element, repeated
     XMLPtrArray<CT_Parameter> GetParam() const;
     void SetParam(XMLPtrArray<CT_Parameter> value);
     bool CheckParam() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "rev": attribute, unsigned int, default "0"
     unsigned int GetRev() const { return m_Rev; }
     void SetRev(unsigned int value) { m_Rev = value; m_presence |= (1u << 3); }
     bool CheckRev() const { return (m_presence & (1u << 3)) != 0; }
@@ -957,18 +1061,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_LayoutNodeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_LayoutNodeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "styleLbl": attribute, wxString, default ""
     wxString GetStyleLbl() const;
     void SetStyleLbl(wxString value);
     bool CheckStyleLbl() const { return (m_presence & (1u << 2)) != 0; }
+    // "chOrder": attribute, wxString, default "b"
     wxString GetChOrder() const;
     void SetChOrder(wxString value);
     bool CheckChOrder() const { return (m_presence & (1u << 3)) != 0; }
+    // "moveWith": attribute, wxString, default ""
     wxString GetMoveWith() const;
     void SetMoveWith(wxString value);
     bool CheckMoveWith() const { return (m_presence & (1u << 4)) != 0; }
@@ -998,33 +1107,43 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "alg": child element
     CT_Algorithm* GetAlg() const { return m_Alg; }
     void SetAlg(CT_Algorithm* value) { m_Alg = value; m_presence |= (1u << 0); }
     bool CheckAlg() const { return (m_presence & (1u << 0)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 1); }
     bool CheckShape() const { return (m_presence & (1u << 1)) != 0; }
+    // "presOf": child element
     CT_PresentationOf* GetPresOf() const { return m_PresOf; }
     void SetPresOf(CT_PresentationOf* value) { m_PresOf = value; m_presence |= (1u << 2); }
     bool CheckPresOf() const { return (m_presence & (1u << 2)) != 0; }
+    // "constrLst": child element
     CT_Constraints* GetConstrLst() const { return m_ConstrLst; }
     void SetConstrLst(CT_Constraints* value) { m_ConstrLst = value; m_presence |= (1u << 3); }
     bool CheckConstrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "ruleLst": child element
     CT_Rules* GetRuleLst() const { return m_RuleLst; }
     void SetRuleLst(CT_Rules* value) { m_RuleLst = value; m_presence |= (1u << 4); }
     bool CheckRuleLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "varLst": child element
     CT_LayoutVariablePropertySet* GetVarLst() const { return m_VarLst; }
     void SetVarLst(CT_LayoutVariablePropertySet* value) { m_VarLst = value; m_presence |= (1u << 5); }
     bool CheckVarLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "forEach": child element
     CT_ForEach* GetForEach() const { return m_ForEach; }
     void SetForEach(CT_ForEach* value) { m_ForEach = value; m_presence |= (1u << 6); }
     bool CheckForEach() const { return (m_presence & (1u << 6)) != 0; }
+    // "layoutNode": child element
     CT_LayoutNode* GetLayoutNode() const { return m_LayoutNode; }
     void SetLayoutNode(CT_LayoutNode* value) { m_LayoutNode = value; m_presence |= (1u << 7); }
     bool CheckLayoutNode() const { return (m_presence & (1u << 7)) != 0; }
+    // "choose": child element
     CT_Choose* GetChoose() const { return m_Choose; }
     void SetChoose(CT_Choose* value) { m_Choose = value; m_presence |= (1u << 8); }
     bool CheckChoose() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
@@ -1054,15 +1173,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ForEachData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ForEachData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "ref": attribute, wxString, default ""
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_IteratorAttributes
     AG_IteratorAttributes* GetAG_IteratorAttributes() const { return m_AG_IteratorAttributes; }
     void SetAG_IteratorAttributes(AG_IteratorAttributes* value) { m_AG_IteratorAttributes = value; m_presence |= (1u << 3); }
     bool CheckAG_IteratorAttributes() const { return (m_presence & (1u << 3)) != 0; }
@@ -1091,30 +1214,39 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "alg": child element
     CT_Algorithm* GetAlg() const { return m_Alg; }
     void SetAlg(CT_Algorithm* value) { m_Alg = value; m_presence |= (1u << 0); }
     bool CheckAlg() const { return (m_presence & (1u << 0)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 1); }
     bool CheckShape() const { return (m_presence & (1u << 1)) != 0; }
+    // "presOf": child element
     CT_PresentationOf* GetPresOf() const { return m_PresOf; }
     void SetPresOf(CT_PresentationOf* value) { m_PresOf = value; m_presence |= (1u << 2); }
     bool CheckPresOf() const { return (m_presence & (1u << 2)) != 0; }
+    // "constrLst": child element
     CT_Constraints* GetConstrLst() const { return m_ConstrLst; }
     void SetConstrLst(CT_Constraints* value) { m_ConstrLst = value; m_presence |= (1u << 3); }
     bool CheckConstrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "ruleLst": child element
     CT_Rules* GetRuleLst() const { return m_RuleLst; }
     void SetRuleLst(CT_Rules* value) { m_RuleLst = value; m_presence |= (1u << 4); }
     bool CheckRuleLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "forEach": child element
     CT_ForEach* GetForEach() const { return m_ForEach; }
     void SetForEach(CT_ForEach* value) { m_ForEach = value; m_presence |= (1u << 5); }
     bool CheckForEach() const { return (m_presence & (1u << 5)) != 0; }
+    // "layoutNode": child element
     CT_LayoutNode* GetLayoutNode() const { return m_LayoutNode; }
     void SetLayoutNode(CT_LayoutNode* value) { m_LayoutNode = value; m_presence |= (1u << 6); }
     bool CheckLayoutNode() const { return (m_presence & (1u << 6)) != 0; }
+    // "choose": child element
     CT_Choose* GetChoose() const { return m_Choose; }
     void SetChoose(CT_Choose* value) { m_Choose = value; m_presence |= (1u << 7); }
     bool CheckChoose() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -1143,24 +1275,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_WhenData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_WhenData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_IteratorAttributes
     AG_IteratorAttributes* GetAG_IteratorAttributes() const { return m_AG_IteratorAttributes; }
     void SetAG_IteratorAttributes(AG_IteratorAttributes* value) { m_AG_IteratorAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_IteratorAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "func": attribute, wxString
     wxString GetFunc() const;
     void SetFunc(wxString value);
     bool CheckFunc() const { return (m_presence & (1u << 3)) != 0; }
+    // "arg": attribute, wxAny, default "none"
     wxAny GetArg() const;
     void SetArg(wxAny value);
     bool CheckArg() const { return (m_presence & (1u << 4)) != 0; }
+    // "op": attribute, wxString
     wxString GetOp() const;
     void SetOp(wxString value);
     bool CheckOp() const { return (m_presence & (1u << 5)) != 0; }
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 6)) != 0; }
@@ -1192,30 +1331,39 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "alg": child element
     CT_Algorithm* GetAlg() const { return m_Alg; }
     void SetAlg(CT_Algorithm* value) { m_Alg = value; m_presence |= (1u << 0); }
     bool CheckAlg() const { return (m_presence & (1u << 0)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 1); }
     bool CheckShape() const { return (m_presence & (1u << 1)) != 0; }
+    // "presOf": child element
     CT_PresentationOf* GetPresOf() const { return m_PresOf; }
     void SetPresOf(CT_PresentationOf* value) { m_PresOf = value; m_presence |= (1u << 2); }
     bool CheckPresOf() const { return (m_presence & (1u << 2)) != 0; }
+    // "constrLst": child element
     CT_Constraints* GetConstrLst() const { return m_ConstrLst; }
     void SetConstrLst(CT_Constraints* value) { m_ConstrLst = value; m_presence |= (1u << 3); }
     bool CheckConstrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "ruleLst": child element
     CT_Rules* GetRuleLst() const { return m_RuleLst; }
     void SetRuleLst(CT_Rules* value) { m_RuleLst = value; m_presence |= (1u << 4); }
     bool CheckRuleLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "forEach": child element
     CT_ForEach* GetForEach() const { return m_ForEach; }
     void SetForEach(CT_ForEach* value) { m_ForEach = value; m_presence |= (1u << 5); }
     bool CheckForEach() const { return (m_presence & (1u << 5)) != 0; }
+    // "layoutNode": child element
     CT_LayoutNode* GetLayoutNode() const { return m_LayoutNode; }
     void SetLayoutNode(CT_LayoutNode* value) { m_LayoutNode = value; m_presence |= (1u << 6); }
     bool CheckLayoutNode() const { return (m_presence & (1u << 6)) != 0; }
+    // "choose": child element
     CT_Choose* GetChoose() const { return m_Choose; }
     void SetChoose(CT_Choose* value) { m_Choose = value; m_presence |= (1u << 7); }
     bool CheckChoose() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -1244,9 +1392,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_OtherwiseData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_OtherwiseData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
@@ -1273,30 +1423,39 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "alg": child element
     CT_Algorithm* GetAlg() const { return m_Alg; }
     void SetAlg(CT_Algorithm* value) { m_Alg = value; m_presence |= (1u << 0); }
     bool CheckAlg() const { return (m_presence & (1u << 0)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 1); }
     bool CheckShape() const { return (m_presence & (1u << 1)) != 0; }
+    // "presOf": child element
     CT_PresentationOf* GetPresOf() const { return m_PresOf; }
     void SetPresOf(CT_PresentationOf* value) { m_PresOf = value; m_presence |= (1u << 2); }
     bool CheckPresOf() const { return (m_presence & (1u << 2)) != 0; }
+    // "constrLst": child element
     CT_Constraints* GetConstrLst() const { return m_ConstrLst; }
     void SetConstrLst(CT_Constraints* value) { m_ConstrLst = value; m_presence |= (1u << 3); }
     bool CheckConstrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "ruleLst": child element
     CT_Rules* GetRuleLst() const { return m_RuleLst; }
     void SetRuleLst(CT_Rules* value) { m_RuleLst = value; m_presence |= (1u << 4); }
     bool CheckRuleLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "forEach": child element
     CT_ForEach* GetForEach() const { return m_ForEach; }
     void SetForEach(CT_ForEach* value) { m_ForEach = value; m_presence |= (1u << 5); }
     bool CheckForEach() const { return (m_presence & (1u << 5)) != 0; }
+    // "layoutNode": child element
     CT_LayoutNode* GetLayoutNode() const { return m_LayoutNode; }
     void SetLayoutNode(CT_LayoutNode* value) { m_LayoutNode = value; m_presence |= (1u << 6); }
     bool CheckLayoutNode() const { return (m_presence & (1u << 6)) != 0; }
+    // "choose": child element
     CT_Choose* GetChoose() const { return m_Choose; }
     void SetChoose(CT_Choose* value) { m_Choose = value; m_presence |= (1u << 7); }
     bool CheckChoose() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -1325,12 +1484,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "if": child element, repeated
     XMLPtrArray<CT_When> GetIf() const;
     void SetIf(XMLPtrArray<CT_When> value);
     bool CheckIf() const { return (m_presence & (1u << 0)) != 0; }
+    // "else": child element
     CT_Otherwise* GetElse() const { return m_Else; }
     void SetElse(CT_Otherwise* value) { m_Else = value; m_presence |= (1u << 1); }
     bool CheckElse() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
@@ -1353,9 +1515,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dataModel": child element
     CT_DataModel* GetDataModel() const { return m_DataModel; }
     void SetDataModel(CT_DataModel* value) { m_DataModel = value; m_presence |= (1u << 0); }
     bool CheckDataModel() const { return (m_presence & (1u << 0)) != 0; }
+    // "useDef": attribute, bool, default "false"
     bool GetUseDef() const { return m_UseDef; }
     void SetUseDef(bool value) { m_UseDef = value; m_presence |= (1u << 1); }
     bool CheckUseDef() const { return (m_presence & (1u << 1)) != 0; }
@@ -1377,9 +1541,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "pri": attribute, unsigned int
     unsigned int GetPri() const { return m_Pri; }
     void SetPri(unsigned int value) { m_Pri = value; m_presence |= (1u << 1); }
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
@@ -1401,6 +1567,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cat": child element, repeated
     XMLPtrArray<CT_Category> GetCat() const;
     void SetCat(XMLPtrArray<CT_Category> value);
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
@@ -1421,9 +1588,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1445,9 +1614,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1469,36 +1640,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_Name> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_Name> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_Description> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_Description> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_Categories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_Categories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "sampData": child element
     CT_SampleData* GetSampData() const { return m_SampData; }
     void SetSampData(CT_SampleData* value) { m_SampData = value; m_presence |= (1u << 3); }
     bool CheckSampData() const { return (m_presence & (1u << 3)) != 0; }
+    // "styleData": child element
     CT_SampleData* GetStyleData() const { return m_StyleData; }
     void SetStyleData(CT_SampleData* value) { m_StyleData = value; m_presence |= (1u << 4); }
     bool CheckStyleData() const { return (m_presence & (1u << 4)) != 0; }
+    // "clrData": child element
     CT_SampleData* GetClrData() const { return m_ClrData; }
     void SetClrData(CT_SampleData* value) { m_ClrData = value; m_presence |= (1u << 5); }
     bool CheckClrData() const { return (m_presence & (1u << 5)) != 0; }
+    // "layoutNode": child element
     CT_LayoutNode* GetLayoutNode() const { return m_LayoutNode; }
     void SetLayoutNode(CT_LayoutNode* value) { m_LayoutNode = value; m_presence |= (1u << 6); }
     bool CheckLayoutNode() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "uniqueId": attribute, wxString, default ""
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 8)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 9)) != 0; }
+    // "defStyle": attribute, wxString, default ""
     wxString GetDefStyle() const;
     void SetDefStyle(wxString value);
     bool CheckDefStyle() const { return (m_presence & (1u << 10)) != 0; }
@@ -1529,27 +1711,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_Name> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_Name> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_Description> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_Description> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_Categories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_Categories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "uniqueId": attribute, wxString
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 4)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 5)) != 0; }
+    // "defStyle": attribute, wxString, default ""
     wxString GetDefStyle() const;
     void SetDefStyle(wxString value);
     bool CheckDefStyle() const { return (m_presence & (1u << 6)) != 0; }
+    // "resId": attribute, int, default "0"
     int GetResId() const { return m_ResId; }
     void SetResId(int value) { m_ResId = value; m_presence |= (1u << 7); }
     bool CheckResId() const { return (m_presence & (1u << 7)) != 0; }
@@ -1577,6 +1767,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "layoutDefHdr": child element, repeated
     XMLPtrArray<CT_DiagramDefinitionHeader> GetLayoutDefHdr() const;
     void SetLayoutDefHdr(XMLPtrArray<CT_DiagramDefinitionHeader> value);
     bool CheckLayoutDefHdr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1597,15 +1788,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:dm": attribute, wxString, default ""
     wxString GetR_dm() const;
     void SetR_dm(wxString value);
     bool CheckR_dm() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:lo": attribute, wxString, default ""
     wxString GetR_lo() const;
     void SetR_lo(wxString value);
     bool CheckR_lo() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:qs": attribute, wxString, default ""
     wxString GetR_qs() const;
     void SetR_qs(wxString value);
     bool CheckR_qs() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:cs": attribute, wxString, default ""
     wxString GetR_cs() const;
     void SetR_cs(wxString value);
     bool CheckR_cs() const { return (m_presence & (1u << 3)) != 0; }
@@ -1629,93 +1824,123 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "presLayoutVars": child element
     CT_LayoutVariablePropertySet* GetPresLayoutVars() const { return m_PresLayoutVars; }
     void SetPresLayoutVars(CT_LayoutVariablePropertySet* value) { m_PresLayoutVars = value; m_presence |= (1u << 0); }
     bool CheckPresLayoutVars() const { return (m_presence & (1u << 0)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 1); }
     bool CheckStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "presAssocID": attribute, wxAny
     wxAny GetPresAssocID() const;
     void SetPresAssocID(wxAny value);
     bool CheckPresAssocID() const { return (m_presence & (1u << 2)) != 0; }
+    // "presName": attribute, wxString
     wxString GetPresName() const;
     void SetPresName(wxString value);
     bool CheckPresName() const { return (m_presence & (1u << 3)) != 0; }
+    // "presStyleLbl": attribute, wxString
     wxString GetPresStyleLbl() const;
     void SetPresStyleLbl(wxString value);
     bool CheckPresStyleLbl() const { return (m_presence & (1u << 4)) != 0; }
+    // "presStyleIdx": attribute, int
     int GetPresStyleIdx() const { return m_PresStyleIdx; }
     void SetPresStyleIdx(int value) { m_PresStyleIdx = value; m_presence |= (1u << 5); }
     bool CheckPresStyleIdx() const { return (m_presence & (1u << 5)) != 0; }
+    // "presStyleCnt": attribute, int
     int GetPresStyleCnt() const { return m_PresStyleCnt; }
     void SetPresStyleCnt(int value) { m_PresStyleCnt = value; m_presence |= (1u << 6); }
     bool CheckPresStyleCnt() const { return (m_presence & (1u << 6)) != 0; }
+    // "loTypeId": attribute, wxString
     wxString GetLoTypeId() const;
     void SetLoTypeId(wxString value);
     bool CheckLoTypeId() const { return (m_presence & (1u << 7)) != 0; }
+    // "loCatId": attribute, wxString
     wxString GetLoCatId() const;
     void SetLoCatId(wxString value);
     bool CheckLoCatId() const { return (m_presence & (1u << 8)) != 0; }
+    // "qsTypeId": attribute, wxString
     wxString GetQsTypeId() const;
     void SetQsTypeId(wxString value);
     bool CheckQsTypeId() const { return (m_presence & (1u << 9)) != 0; }
+    // "qsCatId": attribute, wxString
     wxString GetQsCatId() const;
     void SetQsCatId(wxString value);
     bool CheckQsCatId() const { return (m_presence & (1u << 10)) != 0; }
+    // "csTypeId": attribute, wxString
     wxString GetCsTypeId() const;
     void SetCsTypeId(wxString value);
     bool CheckCsTypeId() const { return (m_presence & (1u << 11)) != 0; }
+    // "csCatId": attribute, wxString
     wxString GetCsCatId() const;
     void SetCsCatId(wxString value);
     bool CheckCsCatId() const { return (m_presence & (1u << 12)) != 0; }
+    // "coherent3DOff": attribute, bool
     bool GetCoherent3DOff() const { return m_Coherent3DOff; }
     void SetCoherent3DOff(bool value) { m_Coherent3DOff = value; m_presence |= (1u << 13); }
     bool CheckCoherent3DOff() const { return (m_presence & (1u << 13)) != 0; }
+    // "phldrT": attribute, wxString
     wxString GetPhldrT() const;
     void SetPhldrT(wxString value);
     bool CheckPhldrT() const { return (m_presence & (1u << 14)) != 0; }
+    // "phldr": attribute, bool
     bool GetPhldr() const { return m_Phldr; }
     void SetPhldr(bool value) { m_Phldr = value; m_presence |= (1u << 15); }
     bool CheckPhldr() const { return (m_presence & (1u << 15)) != 0; }
+    // "custAng": attribute, int
     int GetCustAng() const { return m_CustAng; }
     void SetCustAng(int value) { m_CustAng = value; m_presence |= (1u << 16); }
     bool CheckCustAng() const { return (m_presence & (1u << 16)) != 0; }
+    // "custFlipVert": attribute, bool
     bool GetCustFlipVert() const { return m_CustFlipVert; }
     void SetCustFlipVert(bool value) { m_CustFlipVert = value; m_presence |= (1u << 17); }
     bool CheckCustFlipVert() const { return (m_presence & (1u << 17)) != 0; }
+    // "custFlipHor": attribute, bool
     bool GetCustFlipHor() const { return m_CustFlipHor; }
     void SetCustFlipHor(bool value) { m_CustFlipHor = value; m_presence |= (1u << 18); }
     bool CheckCustFlipHor() const { return (m_presence & (1u << 18)) != 0; }
+    // "custSzX": attribute, int
     int GetCustSzX() const { return m_CustSzX; }
     void SetCustSzX(int value) { m_CustSzX = value; m_presence |= (1u << 19); }
     bool CheckCustSzX() const { return (m_presence & (1u << 19)) != 0; }
+    // "custSzY": attribute, int
     int GetCustSzY() const { return m_CustSzY; }
     void SetCustSzY(int value) { m_CustSzY = value; m_presence |= (1u << 20); }
     bool CheckCustSzY() const { return (m_presence & (1u << 20)) != 0; }
+    // "custScaleX": attribute, wxAny
     wxAny GetCustScaleX() const;
     void SetCustScaleX(wxAny value);
     bool CheckCustScaleX() const { return (m_presence & (1u << 21)) != 0; }
+    // "custScaleY": attribute, wxAny
     wxAny GetCustScaleY() const;
     void SetCustScaleY(wxAny value);
     bool CheckCustScaleY() const { return (m_presence & (1u << 22)) != 0; }
+    // "custT": attribute, bool
     bool GetCustT() const { return m_CustT; }
     void SetCustT(bool value) { m_CustT = value; m_presence |= (1u << 23); }
     bool CheckCustT() const { return (m_presence & (1u << 23)) != 0; }
+    // "custLinFactX": attribute, wxAny
     wxAny GetCustLinFactX() const;
     void SetCustLinFactX(wxAny value);
     bool CheckCustLinFactX() const { return (m_presence & (1u << 24)) != 0; }
+    // "custLinFactY": attribute, wxAny
     wxAny GetCustLinFactY() const;
     void SetCustLinFactY(wxAny value);
     bool CheckCustLinFactY() const { return (m_presence & (1u << 25)) != 0; }
+    // "custLinFactNeighborX": attribute, wxAny
     wxAny GetCustLinFactNeighborX() const;
     void SetCustLinFactNeighborX(wxAny value);
     bool CheckCustLinFactNeighborX() const { return (m_presence & (1u << 26)) != 0; }
+    // "custLinFactNeighborY": attribute, wxAny
     wxAny GetCustLinFactNeighborY() const;
     void SetCustLinFactNeighborY(wxAny value);
     bool CheckCustLinFactNeighborY() const { return (m_presence & (1u << 27)) != 0; }
+    // "custRadScaleRad": attribute, wxAny
     wxAny GetCustRadScaleRad() const;
     void SetCustRadScaleRad(wxAny value);
     bool CheckCustRadScaleRad() const { return (m_presence & (1u << 28)) != 0; }
+    // "custRadScaleInc": attribute, wxAny
     wxAny GetCustRadScaleInc() const;
     void SetCustRadScaleInc(wxAny value);
     bool CheckCustRadScaleInc() const { return (m_presence & (1u << 29)) != 0; }
@@ -1765,6 +1990,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "false"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1785,6 +2011,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int, default "-1"
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1805,6 +2032,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int, default "-1"
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1825,6 +2053,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "false"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1845,6 +2074,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "norm"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1865,6 +2095,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "std"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1885,6 +2116,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "one"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1905,6 +2137,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "none"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1925,6 +2158,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "rel"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1945,30 +2179,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "orgChart": child element
     CT_OrgChart* GetOrgChart() const { return m_OrgChart; }
     void SetOrgChart(CT_OrgChart* value) { m_OrgChart = value; m_presence |= (1u << 0); }
     bool CheckOrgChart() const { return (m_presence & (1u << 0)) != 0; }
+    // "chMax": child element
     CT_ChildMax* GetChMax() const { return m_ChMax; }
     void SetChMax(CT_ChildMax* value) { m_ChMax = value; m_presence |= (1u << 1); }
     bool CheckChMax() const { return (m_presence & (1u << 1)) != 0; }
+    // "chPref": child element
     CT_ChildPref* GetChPref() const { return m_ChPref; }
     void SetChPref(CT_ChildPref* value) { m_ChPref = value; m_presence |= (1u << 2); }
     bool CheckChPref() const { return (m_presence & (1u << 2)) != 0; }
+    // "bulletEnabled": child element
     CT_BulletEnabled* GetBulletEnabled() const { return m_BulletEnabled; }
     void SetBulletEnabled(CT_BulletEnabled* value) { m_BulletEnabled = value; m_presence |= (1u << 3); }
     bool CheckBulletEnabled() const { return (m_presence & (1u << 3)) != 0; }
+    // "dir": child element
     CT_Direction* GetDir() const { return m_Dir; }
     void SetDir(CT_Direction* value) { m_Dir = value; m_presence |= (1u << 4); }
     bool CheckDir() const { return (m_presence & (1u << 4)) != 0; }
+    // "hierBranch": child element
     CT_HierBranchStyle* GetHierBranch() const { return m_HierBranch; }
     void SetHierBranch(CT_HierBranchStyle* value) { m_HierBranch = value; m_presence |= (1u << 5); }
     bool CheckHierBranch() const { return (m_presence & (1u << 5)) != 0; }
+    // "animOne": child element
     CT_AnimOne* GetAnimOne() const { return m_AnimOne; }
     void SetAnimOne(CT_AnimOne* value) { m_AnimOne = value; m_presence |= (1u << 6); }
     bool CheckAnimOne() const { return (m_presence & (1u << 6)) != 0; }
+    // "animLvl": child element
     CT_AnimLvl* GetAnimLvl() const { return m_AnimLvl; }
     void SetAnimLvl(CT_AnimLvl* value) { m_AnimLvl = value; m_presence |= (1u << 7); }
     bool CheckAnimLvl() const { return (m_presence & (1u << 7)) != 0; }
+    // "resizeHandles": child element
     CT_ResizeHandles* GetResizeHandles() const { return m_ResizeHandles; }
     void SetResizeHandles(CT_ResizeHandles* value) { m_ResizeHandles = value; m_presence |= (1u << 8); }
     bool CheckResizeHandles() const { return (m_presence & (1u << 8)) != 0; }
@@ -1997,9 +2240,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -2021,9 +2266,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString, default ""
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -2045,9 +2292,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "pri": attribute, unsigned int
     unsigned int GetPri() const { return m_Pri; }
     void SetPri(unsigned int value) { m_Pri = value; m_presence |= (1u << 1); }
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
@@ -2069,6 +2318,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cat": child element, repeated
     XMLPtrArray<CT_SDCategory> GetCat() const;
     void SetCat(XMLPtrArray<CT_SDCategory> value);
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
@@ -2089,6 +2339,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group a:EG_Text3D
     schemas_openxmlformats_org_drawingml_x2006_main::EG_Text3D* GetA_EG_Text3D() const { return m_A_EG_Text3D; }
     void SetA_EG_Text3D(schemas_openxmlformats_org_drawingml_x2006_main::EG_Text3D* value) { m_A_EG_Text3D = value; m_presence |= (1u << 0); }
     bool CheckA_EG_Text3D() const { return (m_presence & (1u << 0)) != 0; }
@@ -2109,21 +2360,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "scene3d": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(schemas_openxmlformats_org_drawingml_x2006_main::CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 0); }
     bool CheckScene3d() const { return (m_presence & (1u << 0)) != 0; }
+    // "sp3d": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Shape3D* GetSp3d() const { return m_Sp3d; }
     void SetSp3d(schemas_openxmlformats_org_drawingml_x2006_main::CT_Shape3D* value) { m_Sp3d = value; m_presence |= (1u << 1); }
     bool CheckSp3d() const { return (m_presence & (1u << 1)) != 0; }
+    // "txPr": child element
     CT_TextProps* GetTxPr() const { return m_TxPr; }
     void SetTxPr(CT_TextProps* value) { m_TxPr = value; m_presence |= (1u << 2); }
     bool CheckTxPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
@@ -2149,27 +2406,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_SDName> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_SDName> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_SDDescription> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_SDDescription> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_SDCategories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_SDCategories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "scene3d": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(schemas_openxmlformats_org_drawingml_x2006_main::CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 3); }
     bool CheckScene3d() const { return (m_presence & (1u << 3)) != 0; }
+    // "styleLbl": child element, repeated
     XMLPtrArray<CT_StyleLabel> GetStyleLbl() const;
     void SetStyleLbl(XMLPtrArray<CT_StyleLabel> value);
     bool CheckStyleLbl() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "uniqueId": attribute, wxString, default ""
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 6)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 7)) != 0; }
@@ -2197,24 +2462,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "title": child element, repeated
     XMLPtrArray<CT_SDName> GetTitle() const;
     void SetTitle(XMLPtrArray<CT_SDName> value);
     bool CheckTitle() const { return (m_presence & (1u << 0)) != 0; }
+    // "desc": child element, repeated
     XMLPtrArray<CT_SDDescription> GetDesc() const;
     void SetDesc(XMLPtrArray<CT_SDDescription> value);
     bool CheckDesc() const { return (m_presence & (1u << 1)) != 0; }
+    // "catLst": child element
     CT_SDCategories* GetCatLst() const { return m_CatLst; }
     void SetCatLst(CT_SDCategories* value) { m_CatLst = value; m_presence |= (1u << 2); }
     bool CheckCatLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "uniqueId": attribute, wxString
     wxString GetUniqueId() const;
     void SetUniqueId(wxString value);
     bool CheckUniqueId() const { return (m_presence & (1u << 4)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 5)) != 0; }
+    // "resId": attribute, int, default "0"
     int GetResId() const { return m_ResId; }
     void SetResId(int value) { m_ResId = value; m_presence |= (1u << 6); }
     bool CheckResId() const { return (m_presence & (1u << 6)) != 0; }
@@ -2241,6 +2513,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "styleDefHdr": child element, repeated
     XMLPtrArray<CT_StyleDefinitionHeader> GetStyleDefHdr() const;
     void SetStyleDefHdr(XMLPtrArray<CT_StyleDefinitionHeader> value);
     bool CheckStyleDefHdr() const { return (m_presence & (1u << 0)) != 0; }

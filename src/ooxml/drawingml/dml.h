@@ -330,12 +330,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:link": attribute, wxString
     wxString GetR_link() const;
     void SetR_link(wxString value);
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
+    // "contentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
@@ -358,12 +361,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:link": attribute, wxString
     wxString GetR_link() const;
     void SetR_link(wxString value);
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
+    // "contentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
@@ -386,9 +392,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:link": attribute, wxString
     wxString GetR_link() const;
     void SetR_link(wxString value);
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
@@ -410,9 +418,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "track": attribute, unsigned char
     unsigned char GetTrack() const { return m_Track; }
     void SetTrack(unsigned char value) { m_Track = value; m_presence |= (1u << 0); }
     bool CheckTrack() const { return (m_presence & (1u << 0)) != 0; }
+    // "time": attribute, unsigned int, default "0"
     unsigned int GetTime() const { return m_Time; }
     void SetTime(unsigned int value) { m_Time = value; m_presence |= (1u << 1); }
     bool CheckTime() const { return (m_presence & (1u << 1)) != 0; }
@@ -434,12 +444,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "st": child element
     CT_AudioCDTime* GetSt() const { return m_St; }
     void SetSt(CT_AudioCDTime* value) { m_St = value; m_presence |= (1u << 0); }
     bool CheckSt() const { return (m_presence & (1u << 0)) != 0; }
+    // "end": child element
     CT_AudioCDTime* GetEnd() const { return m_End; }
     void SetEnd(CT_AudioCDTime* value) { m_End = value; m_presence |= (1u << 1); }
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -467,6 +480,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_MediaData__* GetData__() const { return m_Data__; }
     void SetData__(EG_MediaData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -492,18 +506,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "audioCd": child element
     CT_AudioCD* GetAudioCd() const { return m_AudioCd; }
     void SetAudioCd(CT_AudioCD* value) { m_AudioCd = value; m_presence |= (1u << 0); }
     bool CheckAudioCd() const { return (m_presence & (1u << 0)) != 0; }
+    // "wavAudioFile": child element
     CT_EmbeddedWAVAudioFile* GetWavAudioFile() const { return m_WavAudioFile; }
     void SetWavAudioFile(CT_EmbeddedWAVAudioFile* value) { m_WavAudioFile = value; m_presence |= (1u << 1); }
     bool CheckWavAudioFile() const { return (m_presence & (1u << 1)) != 0; }
+    // "audioFile": child element
     CT_AudioFile* GetAudioFile() const { return m_AudioFile; }
     void SetAudioFile(CT_AudioFile* value) { m_AudioFile = value; m_presence |= (1u << 2); }
     bool CheckAudioFile() const { return (m_presence & (1u << 2)) != 0; }
+    // "videoFile": child element
     CT_VideoFile* GetVideoFile() const { return m_VideoFile; }
     void SetVideoFile(CT_VideoFile* value) { m_VideoFile = value; m_presence |= (1u << 3); }
     bool CheckVideoFile() const { return (m_presence & (1u << 3)) != 0; }
+    // "quickTimeFile": child element
     CT_QuickTimeFile* GetQuickTimeFile() const { return m_QuickTimeFile; }
     void SetQuickTimeFile(CT_QuickTimeFile* value) { m_QuickTimeFile = value; m_presence |= (1u << 4); }
     bool CheckQuickTimeFile() const { return (m_presence & (1u << 4)) != 0; }
@@ -528,45 +547,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dk1": child element
     CT_Color* GetDk1() const { return m_Dk1; }
     void SetDk1(CT_Color* value) { m_Dk1 = value; m_presence |= (1u << 0); }
     bool CheckDk1() const { return (m_presence & (1u << 0)) != 0; }
+    // "lt1": child element
     CT_Color* GetLt1() const { return m_Lt1; }
     void SetLt1(CT_Color* value) { m_Lt1 = value; m_presence |= (1u << 1); }
     bool CheckLt1() const { return (m_presence & (1u << 1)) != 0; }
+    // "dk2": child element
     CT_Color* GetDk2() const { return m_Dk2; }
     void SetDk2(CT_Color* value) { m_Dk2 = value; m_presence |= (1u << 2); }
     bool CheckDk2() const { return (m_presence & (1u << 2)) != 0; }
+    // "lt2": child element
     CT_Color* GetLt2() const { return m_Lt2; }
     void SetLt2(CT_Color* value) { m_Lt2 = value; m_presence |= (1u << 3); }
     bool CheckLt2() const { return (m_presence & (1u << 3)) != 0; }
+    // "accent1": child element
     CT_Color* GetAccent1() const { return m_Accent1; }
     void SetAccent1(CT_Color* value) { m_Accent1 = value; m_presence |= (1u << 4); }
     bool CheckAccent1() const { return (m_presence & (1u << 4)) != 0; }
+    // "accent2": child element
     CT_Color* GetAccent2() const { return m_Accent2; }
     void SetAccent2(CT_Color* value) { m_Accent2 = value; m_presence |= (1u << 5); }
     bool CheckAccent2() const { return (m_presence & (1u << 5)) != 0; }
+    // "accent3": child element
     CT_Color* GetAccent3() const { return m_Accent3; }
     void SetAccent3(CT_Color* value) { m_Accent3 = value; m_presence |= (1u << 6); }
     bool CheckAccent3() const { return (m_presence & (1u << 6)) != 0; }
+    // "accent4": child element
     CT_Color* GetAccent4() const { return m_Accent4; }
     void SetAccent4(CT_Color* value) { m_Accent4 = value; m_presence |= (1u << 7); }
     bool CheckAccent4() const { return (m_presence & (1u << 7)) != 0; }
+    // "accent5": child element
     CT_Color* GetAccent5() const { return m_Accent5; }
     void SetAccent5(CT_Color* value) { m_Accent5 = value; m_presence |= (1u << 8); }
     bool CheckAccent5() const { return (m_presence & (1u << 8)) != 0; }
+    // "accent6": child element
     CT_Color* GetAccent6() const { return m_Accent6; }
     void SetAccent6(CT_Color* value) { m_Accent6 = value; m_presence |= (1u << 9); }
     bool CheckAccent6() const { return (m_presence & (1u << 9)) != 0; }
+    // "hlink": child element
     CT_Color* GetHlink() const { return m_Hlink; }
     void SetHlink(CT_Color* value) { m_Hlink = value; m_presence |= (1u << 10); }
     bool CheckHlink() const { return (m_presence & (1u << 10)) != 0; }
+    // "folHlink": child element
     CT_Color* GetFolHlink() const { return m_FolHlink; }
     void SetFolHlink(CT_Color* value) { m_FolHlink = value; m_presence |= (1u << 11); }
     bool CheckFolHlink() const { return (m_presence & (1u << 11)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 12); }
     bool CheckExtLst() const { return (m_presence & (1u << 12)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 13)) != 0; }
@@ -600,9 +633,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
@@ -624,9 +659,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "script": attribute, wxString
     wxString GetScript() const;
     void SetScript(wxString value);
     bool CheckScript() const { return (m_presence & (1u << 0)) != 0; }
+    // "typeface": attribute, wxString
     wxString GetTypeface() const;
     void SetTypeface(wxString value);
     bool CheckTypeface() const { return (m_presence & (1u << 1)) != 0; }
@@ -648,6 +685,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "custClr": child element, repeated
     XMLPtrArray<CT_CustomColor> GetCustClr() const;
     void SetCustClr(XMLPtrArray<CT_CustomColor> value);
     bool CheckCustClr() const { return (m_presence & (1u << 0)) != 0; }
@@ -668,18 +706,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "latin": child element
     CT_TextFont* GetLatin() const { return m_Latin; }
     void SetLatin(CT_TextFont* value) { m_Latin = value; m_presence |= (1u << 0); }
     bool CheckLatin() const { return (m_presence & (1u << 0)) != 0; }
+    // "ea": child element
     CT_TextFont* GetEa() const { return m_Ea; }
     void SetEa(CT_TextFont* value) { m_Ea = value; m_presence |= (1u << 1); }
     bool CheckEa() const { return (m_presence & (1u << 1)) != 0; }
+    // "cs": child element
     CT_TextFont* GetCs() const { return m_Cs; }
     void SetCs(CT_TextFont* value) { m_Cs = value; m_presence |= (1u << 2); }
     bool CheckCs() const { return (m_presence & (1u << 2)) != 0; }
+    // "font": child element, repeated
     XMLPtrArray<CT_SupplementalFont> GetFont() const;
     void SetFont(XMLPtrArray<CT_SupplementalFont> value);
     bool CheckFont() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -704,12 +747,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // "scene3d": child element
     CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 1); }
     bool CheckScene3d() const { return (m_presence & (1u << 1)) != 0; }
+    // "sp3d": child element
     CT_Shape3D* GetSp3d() const { return m_Sp3d; }
     void SetSp3d(CT_Shape3D* value) { m_Sp3d = value; m_presence |= (1u << 2); }
     bool CheckSp3d() const { return (m_presence & (1u << 2)) != 0; }
@@ -732,15 +778,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "majorFont": child element
     CT_FontCollection* GetMajorFont() const { return m_MajorFont; }
     void SetMajorFont(CT_FontCollection* value) { m_MajorFont = value; m_presence |= (1u << 0); }
     bool CheckMajorFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "minorFont": child element
     CT_FontCollection* GetMinorFont() const { return m_MinorFont; }
     void SetMinorFont(CT_FontCollection* value) { m_MinorFont = value; m_presence |= (1u << 1); }
     bool CheckMinorFont() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
@@ -764,6 +814,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties, repeated
     XMLPtrArray<EG_FillProperties> GetEG_FillProperties() const;
     void SetEG_FillProperties(XMLPtrArray<EG_FillProperties> value);
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -784,6 +835,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ln": child element, repeated
     XMLPtrArray<CT_LineProperties> GetLn() const;
     void SetLn(XMLPtrArray<CT_LineProperties> value);
     bool CheckLn() const { return (m_presence & (1u << 0)) != 0; }
@@ -804,6 +856,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "effectStyle": child element, repeated
     XMLPtrArray<CT_EffectStyleItem> GetEffectStyle() const;
     void SetEffectStyle(XMLPtrArray<CT_EffectStyleItem> value);
     bool CheckEffectStyle() const { return (m_presence & (1u << 0)) != 0; }
@@ -824,6 +877,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties, repeated
     XMLPtrArray<EG_FillProperties> GetEG_FillProperties() const;
     void SetEG_FillProperties(XMLPtrArray<EG_FillProperties> value);
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -844,18 +898,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fillStyleLst": child element
     CT_FillStyleList* GetFillStyleLst() const { return m_FillStyleLst; }
     void SetFillStyleLst(CT_FillStyleList* value) { m_FillStyleLst = value; m_presence |= (1u << 0); }
     bool CheckFillStyleLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "lnStyleLst": child element
     CT_LineStyleList* GetLnStyleLst() const { return m_LnStyleLst; }
     void SetLnStyleLst(CT_LineStyleList* value) { m_LnStyleLst = value; m_presence |= (1u << 1); }
     bool CheckLnStyleLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "effectStyleLst": child element
     CT_EffectStyleList* GetEffectStyleLst() const { return m_EffectStyleLst; }
     void SetEffectStyleLst(CT_EffectStyleList* value) { m_EffectStyleLst = value; m_presence |= (1u << 2); }
     bool CheckEffectStyleLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "bgFillStyleLst": child element
     CT_BackgroundFillStyleList* GetBgFillStyleLst() const { return m_BgFillStyleLst; }
     void SetBgFillStyleLst(CT_BackgroundFillStyleList* value) { m_BgFillStyleLst = value; m_presence |= (1u << 3); }
     bool CheckBgFillStyleLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 4)) != 0; }
@@ -880,15 +939,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clrScheme": child element
     CT_ColorScheme* GetClrScheme() const { return m_ClrScheme; }
     void SetClrScheme(CT_ColorScheme* value) { m_ClrScheme = value; m_presence |= (1u << 0); }
     bool CheckClrScheme() const { return (m_presence & (1u << 0)) != 0; }
+    // "fontScheme": child element
     CT_FontScheme* GetFontScheme() const { return m_FontScheme; }
     void SetFontScheme(CT_FontScheme* value) { m_FontScheme = value; m_presence |= (1u << 1); }
     bool CheckFontScheme() const { return (m_presence & (1u << 1)) != 0; }
+    // "fmtScheme": child element
     CT_StyleMatrix* GetFmtScheme() const { return m_FmtScheme; }
     void SetFmtScheme(CT_StyleMatrix* value) { m_FmtScheme = value; m_presence |= (1u << 2); }
     bool CheckFmtScheme() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -912,15 +975,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dsp:dataModelExt": child element
     schemas_microsoft_com_office_drawing_x2008_diagram::CT_DataModelExtBlock* GetDsp_dataModelExt() const { return m_Dsp_dataModelExt; }
     void SetDsp_dataModelExt(schemas_microsoft_com_office_drawing_x2008_diagram::CT_DataModelExtBlock* value) { m_Dsp_dataModelExt = value; m_presence |= (1u << 0); }
     bool CheckDsp_dataModelExt() const { return (m_presence & (1u << 0)) != 0; }
+    // "a3danim:embedAnim": child element
     schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_EmbeddedAnimation* GetA3danim_embedAnim() const { return m_A3danim_embedAnim; }
     void SetA3danim_embedAnim(schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_EmbeddedAnimation* value) { m_A3danim_embedAnim = value; m_presence |= (1u << 1); }
     bool CheckA3danim_embedAnim() const { return (m_presence & (1u << 1)) != 0; }
+    // "a3danim:posterFrame": child element
     schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_PosterFrame* GetA3danim_posterFrame() const { return m_A3danim_posterFrame; }
     void SetA3danim_posterFrame(schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_PosterFrame* value) { m_A3danim_posterFrame = value; m_presence |= (1u << 2); }
     bool CheckA3danim_posterFrame() const { return (m_presence & (1u << 2)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 3)) != 0; }
@@ -944,6 +1011,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -964,6 +1032,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -984,6 +1053,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1004,6 +1074,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1024,6 +1095,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1044,6 +1116,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1064,9 +1137,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": attribute, long long
     long long GetN() const { return m_N; }
     void SetN(long long value) { m_N = value; m_presence |= (1u << 0); }
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "d": attribute, long long
     long long GetD() const { return m_D; }
     void SetD(long long value) { m_D = value; m_presence |= (1u << 1); }
     bool CheckD() const { return (m_presence & (1u << 1)) != 0; }
@@ -1088,9 +1163,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
@@ -1112,9 +1189,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cx": attribute, long long
     long long GetCx() const { return m_Cx; }
     void SetCx(long long value) { m_Cx = value; m_presence |= (1u << 0); }
     bool CheckCx() const { return (m_presence & (1u << 0)) != 0; }
+    // "cy": attribute, long long
     long long GetCy() const { return m_Cy; }
     void SetCy(long long value) { m_Cy = value; m_presence |= (1u << 1); }
     bool CheckCy() const { return (m_presence & (1u << 1)) != 0; }
@@ -1216,6 +1295,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ColorTransformData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ColorTransformData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1241,87 +1321,115 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tint": child element
     CT_PositiveFixedPercentage* GetTint() const { return m_Tint; }
     void SetTint(CT_PositiveFixedPercentage* value) { m_Tint = value; m_presence |= (1u << 0); }
     bool CheckTint() const { return (m_presence & (1u << 0)) != 0; }
+    // "shade": child element
     CT_PositiveFixedPercentage* GetShade() const { return m_Shade; }
     void SetShade(CT_PositiveFixedPercentage* value) { m_Shade = value; m_presence |= (1u << 1); }
     bool CheckShade() const { return (m_presence & (1u << 1)) != 0; }
+    // "comp": child element
     CT_ComplementTransform* GetComp() const { return m_Comp; }
     void SetComp(CT_ComplementTransform* value) { m_Comp = value; m_presence |= (1u << 2); }
     bool CheckComp() const { return (m_presence & (1u << 2)) != 0; }
+    // "inv": child element
     CT_InverseTransform* GetInv() const { return m_Inv; }
     void SetInv(CT_InverseTransform* value) { m_Inv = value; m_presence |= (1u << 3); }
     bool CheckInv() const { return (m_presence & (1u << 3)) != 0; }
+    // "gray": child element
     CT_GrayscaleTransform* GetGray() const { return m_Gray; }
     void SetGray(CT_GrayscaleTransform* value) { m_Gray = value; m_presence |= (1u << 4); }
     bool CheckGray() const { return (m_presence & (1u << 4)) != 0; }
+    // "alpha": child element
     CT_PositiveFixedPercentage* GetAlpha() const { return m_Alpha; }
     void SetAlpha(CT_PositiveFixedPercentage* value) { m_Alpha = value; m_presence |= (1u << 5); }
     bool CheckAlpha() const { return (m_presence & (1u << 5)) != 0; }
+    // "alphaOff": child element
     CT_FixedPercentage* GetAlphaOff() const { return m_AlphaOff; }
     void SetAlphaOff(CT_FixedPercentage* value) { m_AlphaOff = value; m_presence |= (1u << 6); }
     bool CheckAlphaOff() const { return (m_presence & (1u << 6)) != 0; }
+    // "alphaMod": child element
     CT_PositivePercentage* GetAlphaMod() const { return m_AlphaMod; }
     void SetAlphaMod(CT_PositivePercentage* value) { m_AlphaMod = value; m_presence |= (1u << 7); }
     bool CheckAlphaMod() const { return (m_presence & (1u << 7)) != 0; }
+    // "hue": child element
     CT_PositiveFixedAngle* GetHue() const { return m_Hue; }
     void SetHue(CT_PositiveFixedAngle* value) { m_Hue = value; m_presence |= (1u << 8); }
     bool CheckHue() const { return (m_presence & (1u << 8)) != 0; }
+    // "hueOff": child element
     CT_Angle* GetHueOff() const { return m_HueOff; }
     void SetHueOff(CT_Angle* value) { m_HueOff = value; m_presence |= (1u << 9); }
     bool CheckHueOff() const { return (m_presence & (1u << 9)) != 0; }
+    // "hueMod": child element
     CT_PositivePercentage* GetHueMod() const { return m_HueMod; }
     void SetHueMod(CT_PositivePercentage* value) { m_HueMod = value; m_presence |= (1u << 10); }
     bool CheckHueMod() const { return (m_presence & (1u << 10)) != 0; }
+    // "sat": child element
     CT_Percentage* GetSat() const { return m_Sat; }
     void SetSat(CT_Percentage* value) { m_Sat = value; m_presence |= (1u << 11); }
     bool CheckSat() const { return (m_presence & (1u << 11)) != 0; }
+    // "satOff": child element
     CT_Percentage* GetSatOff() const { return m_SatOff; }
     void SetSatOff(CT_Percentage* value) { m_SatOff = value; m_presence |= (1u << 12); }
     bool CheckSatOff() const { return (m_presence & (1u << 12)) != 0; }
+    // "satMod": child element
     CT_Percentage* GetSatMod() const { return m_SatMod; }
     void SetSatMod(CT_Percentage* value) { m_SatMod = value; m_presence |= (1u << 13); }
     bool CheckSatMod() const { return (m_presence & (1u << 13)) != 0; }
+    // "lum": child element
     CT_Percentage* GetLum() const { return m_Lum; }
     void SetLum(CT_Percentage* value) { m_Lum = value; m_presence |= (1u << 14); }
     bool CheckLum() const { return (m_presence & (1u << 14)) != 0; }
+    // "lumOff": child element
     CT_Percentage* GetLumOff() const { return m_LumOff; }
     void SetLumOff(CT_Percentage* value) { m_LumOff = value; m_presence |= (1u << 15); }
     bool CheckLumOff() const { return (m_presence & (1u << 15)) != 0; }
+    // "lumMod": child element
     CT_Percentage* GetLumMod() const { return m_LumMod; }
     void SetLumMod(CT_Percentage* value) { m_LumMod = value; m_presence |= (1u << 16); }
     bool CheckLumMod() const { return (m_presence & (1u << 16)) != 0; }
+    // "red": child element
     CT_Percentage* GetRed() const { return m_Red; }
     void SetRed(CT_Percentage* value) { m_Red = value; m_presence |= (1u << 17); }
     bool CheckRed() const { return (m_presence & (1u << 17)) != 0; }
+    // "redOff": child element
     CT_Percentage* GetRedOff() const { return m_RedOff; }
     void SetRedOff(CT_Percentage* value) { m_RedOff = value; m_presence |= (1u << 18); }
     bool CheckRedOff() const { return (m_presence & (1u << 18)) != 0; }
+    // "redMod": child element
     CT_Percentage* GetRedMod() const { return m_RedMod; }
     void SetRedMod(CT_Percentage* value) { m_RedMod = value; m_presence |= (1u << 19); }
     bool CheckRedMod() const { return (m_presence & (1u << 19)) != 0; }
+    // "green": child element
     CT_Percentage* GetGreen() const { return m_Green; }
     void SetGreen(CT_Percentage* value) { m_Green = value; m_presence |= (1u << 20); }
     bool CheckGreen() const { return (m_presence & (1u << 20)) != 0; }
+    // "greenOff": child element
     CT_Percentage* GetGreenOff() const { return m_GreenOff; }
     void SetGreenOff(CT_Percentage* value) { m_GreenOff = value; m_presence |= (1u << 21); }
     bool CheckGreenOff() const { return (m_presence & (1u << 21)) != 0; }
+    // "greenMod": child element
     CT_Percentage* GetGreenMod() const { return m_GreenMod; }
     void SetGreenMod(CT_Percentage* value) { m_GreenMod = value; m_presence |= (1u << 22); }
     bool CheckGreenMod() const { return (m_presence & (1u << 22)) != 0; }
+    // "blue": child element
     CT_Percentage* GetBlue() const { return m_Blue; }
     void SetBlue(CT_Percentage* value) { m_Blue = value; m_presence |= (1u << 23); }
     bool CheckBlue() const { return (m_presence & (1u << 23)) != 0; }
+    // "blueOff": child element
     CT_Percentage* GetBlueOff() const { return m_BlueOff; }
     void SetBlueOff(CT_Percentage* value) { m_BlueOff = value; m_presence |= (1u << 24); }
     bool CheckBlueOff() const { return (m_presence & (1u << 24)) != 0; }
+    // "blueMod": child element
     CT_Percentage* GetBlueMod() const { return m_BlueMod; }
     void SetBlueMod(CT_Percentage* value) { m_BlueMod = value; m_presence |= (1u << 25); }
     bool CheckBlueMod() const { return (m_presence & (1u << 25)) != 0; }
+    // "gamma": child element
     CT_GammaTransform* GetGamma() const { return m_Gamma; }
     void SetGamma(CT_GammaTransform* value) { m_Gamma = value; m_presence |= (1u << 26); }
     bool CheckGamma() const { return (m_presence & (1u << 26)) != 0; }
+    // "invGamma": child element
     CT_InverseGammaTransform* GetInvGamma() const { return m_InvGamma; }
     void SetInvGamma(CT_InverseGammaTransform* value) { m_InvGamma = value; m_presence |= (1u << 27); }
     bool CheckInvGamma() const { return (m_presence & (1u << 27)) != 0; }
@@ -1369,15 +1477,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, wxAny
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
+    // "g": attribute, wxAny
     wxAny GetG() const;
     void SetG(wxAny value);
     bool CheckG() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxAny
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
@@ -1401,9 +1513,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1425,15 +1539,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "hue": attribute, int
     int GetHue() const { return m_Hue; }
     void SetHue(int value) { m_Hue = value; m_presence |= (1u << 1); }
     bool CheckHue() const { return (m_presence & (1u << 1)) != 0; }
+    // "sat": attribute, wxAny
     wxAny GetSat() const;
     void SetSat(wxAny value);
     bool CheckSat() const { return (m_presence & (1u << 2)) != 0; }
+    // "lum": attribute, wxAny
     wxAny GetLum() const;
     void SetLum(wxAny value);
     bool CheckLum() const { return (m_presence & (1u << 3)) != 0; }
@@ -1457,12 +1575,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
+    // "lastClr": attribute, wxString
     wxString GetLastClr() const;
     void SetLastClr(wxString value);
     bool CheckLastClr() const { return (m_presence & (1u << 2)) != 0; }
@@ -1485,9 +1606,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1509,9 +1632,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorTransform, repeated
     XMLPtrArray<EG_ColorTransform> GetEG_ColorTransform() const;
     void SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value);
     bool CheckEG_ColorTransform() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1538,6 +1663,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ext": child element, repeated
     XMLPtrArray<CT_OfficeArtExtension> GetExt() const;
     void SetExt(XMLPtrArray<CT_OfficeArtExtension> value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -1558,6 +1684,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_OfficeArtExtensionList
     EG_OfficeArtExtensionList* GetEG_OfficeArtExtensionList() const { return m_EG_OfficeArtExtensionList; }
     void SetEG_OfficeArtExtensionList(EG_OfficeArtExtensionList* value) { m_EG_OfficeArtExtensionList = value; m_presence |= (1u << 0); }
     bool CheckEG_OfficeArtExtensionList() const { return (m_presence & (1u << 0)) != 0; }
@@ -1578,9 +1705,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sx": child element
     CT_Ratio* GetSx() const { return m_Sx; }
     void SetSx(CT_Ratio* value) { m_Sx = value; m_presence |= (1u << 0); }
     bool CheckSx() const { return (m_presence & (1u << 0)) != 0; }
+    // "sy": child element
     CT_Ratio* GetSy() const { return m_Sy; }
     void SetSy(CT_Ratio* value) { m_Sy = value; m_presence |= (1u << 1); }
     bool CheckSy() const { return (m_presence & (1u << 1)) != 0; }
@@ -1602,18 +1731,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "off": child element
     CT_Point2D* GetOff() const { return m_Off; }
     void SetOff(CT_Point2D* value) { m_Off = value; m_presence |= (1u << 0); }
     bool CheckOff() const { return (m_presence & (1u << 0)) != 0; }
+    // "ext": child element
     CT_PositiveSize2D* GetExt() const { return m_Ext; }
     void SetExt(CT_PositiveSize2D* value) { m_Ext = value; m_presence |= (1u << 1); }
     bool CheckExt() const { return (m_presence & (1u << 1)) != 0; }
+    // "rot": attribute, int, default "0"
     int GetRot() const { return m_Rot; }
     void SetRot(int value) { m_Rot = value; m_presence |= (1u << 2); }
     bool CheckRot() const { return (m_presence & (1u << 2)) != 0; }
+    // "flipH": attribute, bool, default "false"
     bool GetFlipH() const { return m_FlipH; }
     void SetFlipH(bool value) { m_FlipH = value; m_presence |= (1u << 3); }
     bool CheckFlipH() const { return (m_presence & (1u << 3)) != 0; }
+    // "flipV": attribute, bool, default "false"
     bool GetFlipV() const { return m_FlipV; }
     void SetFlipV(bool value) { m_FlipV = value; m_presence |= (1u << 4); }
     bool CheckFlipV() const { return (m_presence & (1u << 4)) != 0; }
@@ -1638,24 +1772,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "off": child element
     CT_Point2D* GetOff() const { return m_Off; }
     void SetOff(CT_Point2D* value) { m_Off = value; m_presence |= (1u << 0); }
     bool CheckOff() const { return (m_presence & (1u << 0)) != 0; }
+    // "ext": child element
     CT_PositiveSize2D* GetExt() const { return m_Ext; }
     void SetExt(CT_PositiveSize2D* value) { m_Ext = value; m_presence |= (1u << 1); }
     bool CheckExt() const { return (m_presence & (1u << 1)) != 0; }
+    // "chOff": child element
     CT_Point2D* GetChOff() const { return m_ChOff; }
     void SetChOff(CT_Point2D* value) { m_ChOff = value; m_presence |= (1u << 2); }
     bool CheckChOff() const { return (m_presence & (1u << 2)) != 0; }
+    // "chExt": child element
     CT_PositiveSize2D* GetChExt() const { return m_ChExt; }
     void SetChExt(CT_PositiveSize2D* value) { m_ChExt = value; m_presence |= (1u << 3); }
     bool CheckChExt() const { return (m_presence & (1u << 3)) != 0; }
+    // "rot": attribute, int, default "0"
     int GetRot() const { return m_Rot; }
     void SetRot(int value) { m_Rot = value; m_presence |= (1u << 4); }
     bool CheckRot() const { return (m_presence & (1u << 4)) != 0; }
+    // "flipH": attribute, bool, default "false"
     bool GetFlipH() const { return m_FlipH; }
     void SetFlipH(bool value) { m_FlipH = value; m_presence |= (1u << 5); }
     bool CheckFlipH() const { return (m_presence & (1u << 5)) != 0; }
+    // "flipV": attribute, bool, default "false"
     bool GetFlipV() const { return m_FlipV; }
     void SetFlipV(bool value) { m_FlipV = value; m_presence |= (1u << 6); }
     bool CheckFlipV() const { return (m_presence & (1u << 6)) != 0; }
@@ -1682,12 +1823,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
+    // "z": attribute, wxAny
     wxAny GetZ() const;
     void SetZ(wxAny value);
     bool CheckZ() const { return (m_presence & (1u << 2)) != 0; }
@@ -1710,12 +1854,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dx": attribute, wxAny
     wxAny GetDx() const;
     void SetDx(wxAny value);
     bool CheckDx() const { return (m_presence & (1u << 0)) != 0; }
+    // "dy": attribute, wxAny
     wxAny GetDy() const;
     void SetDy(wxAny value);
     bool CheckDy() const { return (m_presence & (1u << 1)) != 0; }
+    // "dz": attribute, wxAny
     wxAny GetDz() const;
     void SetDz(wxAny value);
     bool CheckDz() const { return (m_presence & (1u << 2)) != 0; }
@@ -1738,12 +1885,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lat": attribute, int
     int GetLat() const { return m_Lat; }
     void SetLat(int value) { m_Lat = value; m_presence |= (1u << 0); }
     bool CheckLat() const { return (m_presence & (1u << 0)) != 0; }
+    // "lon": attribute, int
     int GetLon() const { return m_Lon; }
     void SetLon(int value) { m_Lon = value; m_presence |= (1u << 1); }
     bool CheckLon() const { return (m_presence & (1u << 1)) != 0; }
+    // "rev": attribute, int
     int GetRev() const { return m_Rev; }
     void SetRev(int value) { m_Rev = value; m_presence |= (1u << 2); }
     bool CheckRev() const { return (m_presence & (1u << 2)) != 0; }
@@ -1766,15 +1916,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "l": attribute, wxAny, default "0%"
     wxAny GetL() const;
     void SetL(wxAny value);
     bool CheckL() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxAny, default "0%"
     wxAny GetT() const;
     void SetT(wxAny value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "r": attribute, wxAny, default "0%"
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxAny, default "0%"
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
@@ -1803,6 +1957,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ColorChoiceData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ColorChoiceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1828,21 +1983,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "scrgbClr": child element
     CT_ScRgbColor* GetScrgbClr() const { return m_ScrgbClr; }
     void SetScrgbClr(CT_ScRgbColor* value) { m_ScrgbClr = value; m_presence |= (1u << 0); }
     bool CheckScrgbClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "srgbClr": child element
     CT_SRgbColor* GetSrgbClr() const { return m_SrgbClr; }
     void SetSrgbClr(CT_SRgbColor* value) { m_SrgbClr = value; m_presence |= (1u << 1); }
     bool CheckSrgbClr() const { return (m_presence & (1u << 1)) != 0; }
+    // "hslClr": child element
     CT_HslColor* GetHslClr() const { return m_HslClr; }
     void SetHslClr(CT_HslColor* value) { m_HslClr = value; m_presence |= (1u << 2); }
     bool CheckHslClr() const { return (m_presence & (1u << 2)) != 0; }
+    // "sysClr": child element
     CT_SystemColor* GetSysClr() const { return m_SysClr; }
     void SetSysClr(CT_SystemColor* value) { m_SysClr = value; m_presence |= (1u << 3); }
     bool CheckSysClr() const { return (m_presence & (1u << 3)) != 0; }
+    // "schemeClr": child element
     CT_SchemeColor* GetSchemeClr() const { return m_SchemeClr; }
     void SetSchemeClr(CT_SchemeColor* value) { m_SchemeClr = value; m_presence |= (1u << 4); }
     bool CheckSchemeClr() const { return (m_presence & (1u << 4)) != 0; }
+    // "prstClr": child element
     CT_PresetColor* GetPrstClr() const { return m_PrstClr; }
     void SetPrstClr(CT_PresetColor* value) { m_PrstClr = value; m_presence |= (1u << 5); }
     bool CheckPrstClr() const { return (m_presence & (1u << 5)) != 0; }
@@ -1868,6 +2029,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -1888,6 +2050,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice, repeated
     XMLPtrArray<EG_ColorChoice> GetEG_ColorChoice() const;
     void SetEG_ColorChoice(XMLPtrArray<EG_ColorChoice> value);
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -1913,9 +2076,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "r:embed": attribute, wxString, default ""
     wxString GetR_embed() const;
     void SetR_embed(wxString value);
     bool CheckR_embed() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:link": attribute, wxString, default ""
     wxString GetR_link() const;
     void SetR_link(wxString value);
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
@@ -1937,9 +2102,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:embed": attribute, wxString
     wxString GetR_embed() const;
     void SetR_embed(wxString value);
     bool CheckR_embed() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
@@ -1961,33 +2128,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "snd": child element
     CT_EmbeddedWAVAudioFile* GetSnd() const { return m_Snd; }
     void SetSnd(CT_EmbeddedWAVAudioFile* value) { m_Snd = value; m_presence |= (1u << 0); }
     bool CheckSnd() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
+    // "invalidUrl": attribute, wxString, default ""
     wxString GetInvalidUrl() const;
     void SetInvalidUrl(wxString value);
     bool CheckInvalidUrl() const { return (m_presence & (1u << 3)) != 0; }
+    // "action": attribute, wxString, default ""
     wxString GetAction() const;
     void SetAction(wxString value);
     bool CheckAction() const { return (m_presence & (1u << 4)) != 0; }
+    // "tgtFrame": attribute, wxString, default ""
     wxString GetTgtFrame() const;
     void SetTgtFrame(wxString value);
     bool CheckTgtFrame() const { return (m_presence & (1u << 5)) != 0; }
+    // "tooltip": attribute, wxString, default ""
     wxString GetTooltip() const;
     void SetTooltip(wxString value);
     bool CheckTooltip() const { return (m_presence & (1u << 6)) != 0; }
+    // "history": attribute, bool, default "true"
     bool GetHistory() const { return m_History; }
     void SetHistory(bool value) { m_History = value; m_presence |= (1u << 7); }
     bool CheckHistory() const { return (m_presence & (1u << 7)) != 0; }
+    // "highlightClick": attribute, bool, default "false"
     bool GetHighlightClick() const { return m_HighlightClick; }
     void SetHighlightClick(bool value) { m_HighlightClick = value; m_presence |= (1u << 8); }
     bool CheckHighlightClick() const { return (m_presence & (1u << 8)) != 0; }
+    // "endSnd": attribute, bool, default "false"
     bool GetEndSnd() const { return m_EndSnd; }
     void SetEndSnd(bool value) { m_EndSnd = value; m_presence |= (1u << 9); }
     bool CheckEndSnd() const { return (m_presence & (1u << 9)) != 0; }
@@ -2022,33 +2199,43 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "noGrp": attribute, bool, default "false"
     bool GetNoGrp() const { return m_NoGrp; }
     void SetNoGrp(bool value) { m_NoGrp = value; m_presence |= (1u << 0); }
     bool CheckNoGrp() const { return (m_presence & (1u << 0)) != 0; }
+    // "noSelect": attribute, bool, default "false"
     bool GetNoSelect() const { return m_NoSelect; }
     void SetNoSelect(bool value) { m_NoSelect = value; m_presence |= (1u << 1); }
     bool CheckNoSelect() const { return (m_presence & (1u << 1)) != 0; }
+    // "noRot": attribute, bool, default "false"
     bool GetNoRot() const { return m_NoRot; }
     void SetNoRot(bool value) { m_NoRot = value; m_presence |= (1u << 2); }
     bool CheckNoRot() const { return (m_presence & (1u << 2)) != 0; }
+    // "noChangeAspect": attribute, bool, default "false"
     bool GetNoChangeAspect() const { return m_NoChangeAspect; }
     void SetNoChangeAspect(bool value) { m_NoChangeAspect = value; m_presence |= (1u << 3); }
     bool CheckNoChangeAspect() const { return (m_presence & (1u << 3)) != 0; }
+    // "noMove": attribute, bool, default "false"
     bool GetNoMove() const { return m_NoMove; }
     void SetNoMove(bool value) { m_NoMove = value; m_presence |= (1u << 4); }
     bool CheckNoMove() const { return (m_presence & (1u << 4)) != 0; }
+    // "noResize": attribute, bool, default "false"
     bool GetNoResize() const { return m_NoResize; }
     void SetNoResize(bool value) { m_NoResize = value; m_presence |= (1u << 5); }
     bool CheckNoResize() const { return (m_presence & (1u << 5)) != 0; }
+    // "noEditPoints": attribute, bool, default "false"
     bool GetNoEditPoints() const { return m_NoEditPoints; }
     void SetNoEditPoints(bool value) { m_NoEditPoints = value; m_presence |= (1u << 6); }
     bool CheckNoEditPoints() const { return (m_presence & (1u << 6)) != 0; }
+    // "noAdjustHandles": attribute, bool, default "false"
     bool GetNoAdjustHandles() const { return m_NoAdjustHandles; }
     void SetNoAdjustHandles(bool value) { m_NoAdjustHandles = value; m_presence |= (1u << 7); }
     bool CheckNoAdjustHandles() const { return (m_presence & (1u << 7)) != 0; }
+    // "noChangeArrowheads": attribute, bool, default "false"
     bool GetNoChangeArrowheads() const { return m_NoChangeArrowheads; }
     void SetNoChangeArrowheads(bool value) { m_NoChangeArrowheads = value; m_presence |= (1u << 8); }
     bool CheckNoChangeArrowheads() const { return (m_presence & (1u << 8)) != 0; }
+    // "noChangeShapeType": attribute, bool, default "false"
     bool GetNoChangeShapeType() const { return m_NoChangeShapeType; }
     void SetNoChangeShapeType(bool value) { m_NoChangeShapeType = value; m_presence |= (1u << 9); }
     bool CheckNoChangeShapeType() const { return (m_presence & (1u << 9)) != 0; }
@@ -2078,9 +2265,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Locking
     AG_Locking* GetAG_Locking() const { return m_AG_Locking; }
     void SetAG_Locking(AG_Locking* value) { m_AG_Locking = value; m_presence |= (1u << 1); }
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
@@ -2102,12 +2291,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Locking
     AG_Locking* GetAG_Locking() const { return m_AG_Locking; }
     void SetAG_Locking(AG_Locking* value) { m_AG_Locking = value; m_presence |= (1u << 1); }
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
+    // "noTextEdit": attribute, bool, default "false"
     bool GetNoTextEdit() const { return m_NoTextEdit; }
     void SetNoTextEdit(bool value) { m_NoTextEdit = value; m_presence |= (1u << 2); }
     bool CheckNoTextEdit() const { return (m_presence & (1u << 2)) != 0; }
@@ -2130,12 +2322,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Locking
     AG_Locking* GetAG_Locking() const { return m_AG_Locking; }
     void SetAG_Locking(AG_Locking* value) { m_AG_Locking = value; m_presence |= (1u << 1); }
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
+    // "noCrop": attribute, bool, default "false"
     bool GetNoCrop() const { return m_NoCrop; }
     void SetNoCrop(bool value) { m_NoCrop = value; m_presence |= (1u << 2); }
     bool CheckNoCrop() const { return (m_presence & (1u << 2)) != 0; }
@@ -2158,27 +2353,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "noGrp": attribute, bool, default "false"
     bool GetNoGrp() const { return m_NoGrp; }
     void SetNoGrp(bool value) { m_NoGrp = value; m_presence |= (1u << 1); }
     bool CheckNoGrp() const { return (m_presence & (1u << 1)) != 0; }
+    // "noUngrp": attribute, bool, default "false"
     bool GetNoUngrp() const { return m_NoUngrp; }
     void SetNoUngrp(bool value) { m_NoUngrp = value; m_presence |= (1u << 2); }
     bool CheckNoUngrp() const { return (m_presence & (1u << 2)) != 0; }
+    // "noSelect": attribute, bool, default "false"
     bool GetNoSelect() const { return m_NoSelect; }
     void SetNoSelect(bool value) { m_NoSelect = value; m_presence |= (1u << 3); }
     bool CheckNoSelect() const { return (m_presence & (1u << 3)) != 0; }
+    // "noRot": attribute, bool, default "false"
     bool GetNoRot() const { return m_NoRot; }
     void SetNoRot(bool value) { m_NoRot = value; m_presence |= (1u << 4); }
     bool CheckNoRot() const { return (m_presence & (1u << 4)) != 0; }
+    // "noChangeAspect": attribute, bool, default "false"
     bool GetNoChangeAspect() const { return m_NoChangeAspect; }
     void SetNoChangeAspect(bool value) { m_NoChangeAspect = value; m_presence |= (1u << 5); }
     bool CheckNoChangeAspect() const { return (m_presence & (1u << 5)) != 0; }
+    // "noMove": attribute, bool, default "false"
     bool GetNoMove() const { return m_NoMove; }
     void SetNoMove(bool value) { m_NoMove = value; m_presence |= (1u << 6); }
     bool CheckNoMove() const { return (m_presence & (1u << 6)) != 0; }
+    // "noResize": attribute, bool, default "false"
     bool GetNoResize() const { return m_NoResize; }
     void SetNoResize(bool value) { m_NoResize = value; m_presence |= (1u << 7); }
     bool CheckNoResize() const { return (m_presence & (1u << 7)) != 0; }
@@ -2206,24 +2409,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "noGrp": attribute, bool, default "false"
     bool GetNoGrp() const { return m_NoGrp; }
     void SetNoGrp(bool value) { m_NoGrp = value; m_presence |= (1u << 1); }
     bool CheckNoGrp() const { return (m_presence & (1u << 1)) != 0; }
+    // "noDrilldown": attribute, bool, default "false"
     bool GetNoDrilldown() const { return m_NoDrilldown; }
     void SetNoDrilldown(bool value) { m_NoDrilldown = value; m_presence |= (1u << 2); }
     bool CheckNoDrilldown() const { return (m_presence & (1u << 2)) != 0; }
+    // "noSelect": attribute, bool, default "false"
     bool GetNoSelect() const { return m_NoSelect; }
     void SetNoSelect(bool value) { m_NoSelect = value; m_presence |= (1u << 3); }
     bool CheckNoSelect() const { return (m_presence & (1u << 3)) != 0; }
+    // "noChangeAspect": attribute, bool, default "false"
     bool GetNoChangeAspect() const { return m_NoChangeAspect; }
     void SetNoChangeAspect(bool value) { m_NoChangeAspect = value; m_presence |= (1u << 4); }
     bool CheckNoChangeAspect() const { return (m_presence & (1u << 4)) != 0; }
+    // "noMove": attribute, bool, default "false"
     bool GetNoMove() const { return m_NoMove; }
     void SetNoMove(bool value) { m_NoMove = value; m_presence |= (1u << 5); }
     bool CheckNoMove() const { return (m_presence & (1u << 5)) != 0; }
+    // "noResize": attribute, bool, default "false"
     bool GetNoResize() const { return m_NoResize; }
     void SetNoResize(bool value) { m_NoResize = value; m_presence |= (1u << 6); }
     bool CheckNoResize() const { return (m_presence & (1u << 6)) != 0; }
@@ -2250,9 +2460,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Locking
     AG_Locking* GetAG_Locking() const { return m_AG_Locking; }
     void SetAG_Locking(AG_Locking* value) { m_AG_Locking = value; m_presence |= (1u << 1); }
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
@@ -2274,27 +2486,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hlinkClick": child element
     CT_Hyperlink* GetHlinkClick() const { return m_HlinkClick; }
     void SetHlinkClick(CT_Hyperlink* value) { m_HlinkClick = value; m_presence |= (1u << 0); }
     bool CheckHlinkClick() const { return (m_presence & (1u << 0)) != 0; }
+    // "hlinkHover": child element
     CT_Hyperlink* GetHlinkHover() const { return m_HlinkHover; }
     void SetHlinkHover(CT_Hyperlink* value) { m_HlinkHover = value; m_presence |= (1u << 1); }
     bool CheckHlinkHover() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 3); }
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 4)) != 0; }
+    // "descr": attribute, wxString, default ""
     wxString GetDescr() const;
     void SetDescr(wxString value);
     bool CheckDescr() const { return (m_presence & (1u << 5)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 6); }
     bool CheckHidden() const { return (m_presence & (1u << 6)) != 0; }
+    // "title": attribute, wxString, default ""
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 7)) != 0; }
@@ -2322,12 +2542,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spLocks": child element
     CT_ShapeLocking* GetSpLocks() const { return m_SpLocks; }
     void SetSpLocks(CT_ShapeLocking* value) { m_SpLocks = value; m_presence |= (1u << 0); }
     bool CheckSpLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "txBox": attribute, bool, default "false"
     bool GetTxBox() const { return m_TxBox; }
     void SetTxBox(bool value) { m_TxBox = value; m_presence |= (1u << 2); }
     bool CheckTxBox() const { return (m_presence & (1u << 2)) != 0; }
@@ -2350,15 +2573,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cxnSpLocks": child element
     CT_ConnectorLocking* GetCxnSpLocks() const { return m_CxnSpLocks; }
     void SetCxnSpLocks(CT_ConnectorLocking* value) { m_CxnSpLocks = value; m_presence |= (1u << 0); }
     bool CheckCxnSpLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "stCxn": child element
     CT_Connection* GetStCxn() const { return m_StCxn; }
     void SetStCxn(CT_Connection* value) { m_StCxn = value; m_presence |= (1u << 1); }
     bool CheckStCxn() const { return (m_presence & (1u << 1)) != 0; }
+    // "endCxn": child element
     CT_Connection* GetEndCxn() const { return m_EndCxn; }
     void SetEndCxn(CT_Connection* value) { m_EndCxn = value; m_presence |= (1u << 2); }
     bool CheckEndCxn() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2382,12 +2609,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "picLocks": child element
     CT_PictureLocking* GetPicLocks() const { return m_PicLocks; }
     void SetPicLocks(CT_PictureLocking* value) { m_PicLocks = value; m_presence |= (1u << 0); }
     bool CheckPicLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "preferRelativeResize": attribute, bool, default "true"
     bool GetPreferRelativeResize() const { return m_PreferRelativeResize; }
     void SetPreferRelativeResize(bool value) { m_PreferRelativeResize = value; m_presence |= (1u << 2); }
     bool CheckPreferRelativeResize() const { return (m_presence & (1u << 2)) != 0; }
@@ -2410,9 +2640,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "grpSpLocks": child element
     CT_GroupLocking* GetGrpSpLocks() const { return m_GrpSpLocks; }
     void SetGrpSpLocks(CT_GroupLocking* value) { m_GrpSpLocks = value; m_presence |= (1u << 0); }
     bool CheckGrpSpLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -2434,9 +2666,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "graphicFrameLocks": child element
     CT_GraphicalObjectFrameLocking* GetGraphicFrameLocks() const { return m_GraphicFrameLocks; }
     void SetGraphicFrameLocks(CT_GraphicalObjectFrameLocking* value) { m_GraphicFrameLocks = value; m_presence |= (1u << 0); }
     bool CheckGraphicFrameLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -2458,12 +2692,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cpLocks": child element
     CT_ContentPartLocking* GetCpLocks() const { return m_CpLocks; }
     void SetCpLocks(CT_ContentPartLocking* value) { m_CpLocks = value; m_presence |= (1u << 0); }
     bool CheckCpLocks() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "isComment": attribute, bool, default "true"
     bool GetIsComment() const { return m_IsComment; }
     void SetIsComment(bool value) { m_IsComment = value; m_presence |= (1u << 2); }
     bool CheckIsComment() const { return (m_presence & (1u << 2)) != 0; }
@@ -2486,21 +2723,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dgm:relIds": child element
     schemas_openxmlformats_org_drawingml_x2006_diagram::CT_RelIds* GetDgm_relIds() const { return m_Dgm_relIds; }
     void SetDgm_relIds(schemas_openxmlformats_org_drawingml_x2006_diagram::CT_RelIds* value) { m_Dgm_relIds = value; m_presence |= (1u << 0); }
     bool CheckDgm_relIds() const { return (m_presence & (1u << 0)) != 0; }
+    // "c:chart": child element
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_RelId* GetC_chart() const { return m_C_chart; }
     void SetC_chart(schemas_openxmlformats_org_drawingml_x2006_chart::CT_RelId* value) { m_C_chart = value; m_presence |= (1u << 1); }
     bool CheckC_chart() const { return (m_presence & (1u << 1)) != 0; }
+    // "cx:chart": child element
     schemas_microsoft_com_office_drawing_x2014_chartex::CT_RelId* GetCx_chart() const { return m_Cx_chart; }
     void SetCx_chart(schemas_microsoft_com_office_drawing_x2014_chartex::CT_RelId* value) { m_Cx_chart = value; m_presence |= (1u << 2); }
     bool CheckCx_chart() const { return (m_presence & (1u << 2)) != 0; }
+    // "am3d:model3d": child element
     schemas_microsoft_com_office_drawing_x2017_model3d::CT_Model3D* GetAm3d_model3d() const { return m_Am3d_model3d; }
     void SetAm3d_model3d(schemas_microsoft_com_office_drawing_x2017_model3d::CT_Model3D* value) { m_Am3d_model3d = value; m_presence |= (1u << 3); }
     bool CheckAm3d_model3d() const { return (m_presence & (1u << 3)) != 0; }
+    // "tbl": child element
     CT_Table* GetTbl() const { return m_Tbl; }
     void SetTbl(CT_Table* value) { m_Tbl = value; m_presence |= (1u << 4); }
     bool CheckTbl() const { return (m_presence & (1u << 4)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 5)) != 0; }
@@ -2526,6 +2769,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "graphicData": child element
     CT_GraphicalObjectData* GetGraphicData() const { return m_GraphicData; }
     void SetGraphicData(CT_GraphicalObjectData* value) { m_GraphicData = value; m_presence |= (1u << 0); }
     bool CheckGraphicData() const { return (m_presence & (1u << 0)) != 0; }
@@ -2546,9 +2790,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, wxString, default "{00000000-0000-0000-0000-000000000000}"
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "bldStep": attribute, wxString, default "sp"
     wxString GetBldStep() const;
     void SetBldStep(wxString value);
     bool CheckBldStep() const { return (m_presence & (1u << 1)) != 0; }
@@ -2570,12 +2816,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "seriesIdx": attribute, int, default "-1"
     int GetSeriesIdx() const { return m_SeriesIdx; }
     void SetSeriesIdx(int value) { m_SeriesIdx = value; m_presence |= (1u << 0); }
     bool CheckSeriesIdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "categoryIdx": attribute, int, default "-1"
     int GetCategoryIdx() const { return m_CategoryIdx; }
     void SetCategoryIdx(int value) { m_CategoryIdx = value; m_presence |= (1u << 1); }
     bool CheckCategoryIdx() const { return (m_presence & (1u << 1)) != 0; }
+    // "bldStep": attribute, wxString
     wxString GetBldStep() const;
     void SetBldStep(wxString value);
     bool CheckBldStep() const { return (m_presence & (1u << 2)) != 0; }
@@ -2598,6 +2847,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_AnimationElementChoiceData__* GetData__() const { return m_Data__; }
     void SetData__(CT_AnimationElementChoiceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2623,9 +2873,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "dgm": child element
     CT_AnimationDgmElement* GetDgm() const { return m_Dgm; }
     void SetDgm(CT_AnimationDgmElement* value) { m_Dgm = value; m_presence |= (1u << 0); }
     bool CheckDgm() const { return (m_presence & (1u << 0)) != 0; }
+    // "chart": child element
     CT_AnimationChartElement* GetChart() const { return m_Chart; }
     void SetChart(CT_AnimationChartElement* value) { m_Chart = value; m_presence |= (1u << 1); }
     bool CheckChart() const { return (m_presence & (1u << 1)) != 0; }
@@ -2647,9 +2899,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bld": attribute, wxAny, default "allAtOnce"
     wxAny GetBld() const;
     void SetBld(wxAny value);
     bool CheckBld() const { return (m_presence & (1u << 0)) != 0; }
+    // "rev": attribute, bool, default "false"
     bool GetRev() const { return m_Rev; }
     void SetRev(bool value) { m_Rev = value; m_presence |= (1u << 1); }
     bool CheckRev() const { return (m_presence & (1u << 1)) != 0; }
@@ -2671,9 +2925,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bld": attribute, wxAny, default "allAtOnce"
     wxAny GetBld() const;
     void SetBld(wxAny value);
     bool CheckBld() const { return (m_presence & (1u << 0)) != 0; }
+    // "animBg": attribute, bool, default "true"
     bool GetAnimBg() const { return m_AnimBg; }
     void SetAnimBg(bool value) { m_AnimBg = value; m_presence |= (1u << 1); }
     bool CheckAnimBg() const { return (m_presence & (1u << 1)) != 0; }
@@ -2695,6 +2951,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_AnimationGraphicalObjectBuildPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(CT_AnimationGraphicalObjectBuildPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2720,9 +2977,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bldDgm": child element
     CT_AnimationDgmBuildProperties* GetBldDgm() const { return m_BldDgm; }
     void SetBldDgm(CT_AnimationDgmBuildProperties* value) { m_BldDgm = value; m_presence |= (1u << 0); }
     bool CheckBldDgm() const { return (m_presence & (1u << 0)) != 0; }
+    // "bldChart": child element
     CT_AnimationChartBuildProperties* GetBldChart() const { return m_BldChart; }
     void SetBldChart(CT_AnimationChartBuildProperties* value) { m_BldChart = value; m_presence |= (1u << 1); }
     bool CheckBldChart() const { return (m_presence & (1u << 1)) != 0; }
@@ -2744,9 +3003,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
@@ -2768,9 +3029,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ln": child element
     CT_LineProperties* GetLn() const { return m_Ln; }
     void SetLn(CT_LineProperties* value) { m_Ln = value; m_presence |= (1u << 0); }
     bool CheckLn() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
@@ -2807,12 +3070,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "txBody": child element
     CT_TextBody* GetTxBody() const { return m_TxBody; }
     void SetTxBody(CT_TextBody* value) { m_TxBody = value; m_presence |= (1u << 0); }
     bool CheckTxBody() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_GvmlTextShapeData__* GetData__() const { return m_Data__; }
     void SetData__(CT_GvmlTextShapeData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -2840,9 +3106,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "useSpRect": child element
     CT_GvmlUseShapeRectangle* GetUseSpRect() const { return m_UseSpRect; }
     void SetUseSpRect(CT_GvmlUseShapeRectangle* value) { m_UseSpRect = value; m_presence |= (1u << 0); }
     bool CheckUseSpRect() const { return (m_presence & (1u << 0)) != 0; }
+    // "xfrm": child element
     CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 1); }
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
@@ -2864,9 +3132,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvSpPr": child element
     CT_NonVisualDrawingShapeProps* GetCNvSpPr() const { return m_CNvSpPr; }
     void SetCNvSpPr(CT_NonVisualDrawingShapeProps* value) { m_CNvSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -2888,18 +3158,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvSpPr": child element
     CT_GvmlShapeNonVisual* GetNvSpPr() const { return m_NvSpPr; }
     void SetNvSpPr(CT_GvmlShapeNonVisual* value) { m_NvSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "txSp": child element
     CT_GvmlTextShape* GetTxSp() const { return m_TxSp; }
     void SetTxSp(CT_GvmlTextShape* value) { m_TxSp = value; m_presence |= (1u << 2); }
     bool CheckTxSp() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -2924,9 +3199,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvCxnSpPr": child element
     CT_NonVisualConnectorProperties* GetCNvCxnSpPr() const { return m_CNvCxnSpPr; }
     void SetCNvCxnSpPr(CT_NonVisualConnectorProperties* value) { m_CNvCxnSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -2948,15 +3225,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvCxnSpPr": child element
     CT_GvmlConnectorNonVisual* GetNvCxnSpPr() const { return m_NvCxnSpPr; }
     void SetNvCxnSpPr(CT_GvmlConnectorNonVisual* value) { m_NvCxnSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvCxnSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -2980,9 +3261,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvPicPr": child element
     CT_NonVisualPictureProperties* GetCNvPicPr() const { return m_CNvPicPr; }
     void SetCNvPicPr(CT_NonVisualPictureProperties* value) { m_CNvPicPr = value; m_presence |= (1u << 1); }
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -3004,18 +3287,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvPicPr": child element
     CT_GvmlPictureNonVisual* GetNvPicPr() const { return m_NvPicPr; }
     void SetNvPicPr(CT_GvmlPictureNonVisual* value) { m_NvPicPr = value; m_presence |= (1u << 0); }
     bool CheckNvPicPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "blipFill": child element
     CT_BlipFillProperties* GetBlipFill() const { return m_BlipFill; }
     void SetBlipFill(CT_BlipFillProperties* value) { m_BlipFill = value; m_presence |= (1u << 1); }
     bool CheckBlipFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -3040,9 +3328,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGraphicFramePr": child element
     CT_NonVisualGraphicFrameProperties* GetCNvGraphicFramePr() const { return m_CNvGraphicFramePr; }
     void SetCNvGraphicFramePr(CT_NonVisualGraphicFrameProperties* value) { m_CNvGraphicFramePr = value; m_presence |= (1u << 1); }
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
@@ -3064,15 +3354,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGraphicFramePr": child element
     CT_GvmlGraphicFrameNonVisual* GetNvGraphicFramePr() const { return m_NvGraphicFramePr; }
     void SetNvGraphicFramePr(CT_GvmlGraphicFrameNonVisual* value) { m_NvGraphicFramePr = value; m_presence |= (1u << 0); }
     bool CheckNvGraphicFramePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "graphic": child element
     CT_GraphicalObject* GetGraphic() const { return m_Graphic; }
     void SetGraphic(CT_GraphicalObject* value) { m_Graphic = value; m_presence |= (1u << 1); }
     bool CheckGraphic() const { return (m_presence & (1u << 1)) != 0; }
+    // "xfrm": child element
     CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 2); }
     bool CheckXfrm() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3096,9 +3390,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGrpSpPr": child element
     CT_NonVisualGroupDrawingShapeProps* GetCNvGrpSpPr() const { return m_CNvGrpSpPr; }
     void SetCNvGrpSpPr(CT_NonVisualGroupDrawingShapeProps* value) { m_CNvGrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -3120,15 +3416,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGrpSpPr": child element
     CT_GvmlGroupShapeNonVisual* GetNvGrpSpPr() const { return m_NvGrpSpPr; }
     void SetNvGrpSpPr(CT_GvmlGroupShapeNonVisual* value) { m_NvGrpSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvGrpSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSpPr": child element
     CT_GroupShapeProperties* GetGrpSpPr() const { return m_GrpSpPr; }
     void SetGrpSpPr(CT_GroupShapeProperties* value) { m_GrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_GvmlGroupShapeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GvmlGroupShapeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3157,21 +3457,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "txSp": child element
     CT_GvmlTextShape* GetTxSp() const { return m_TxSp; }
     void SetTxSp(CT_GvmlTextShape* value) { m_TxSp = value; m_presence |= (1u << 0); }
     bool CheckTxSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "sp": child element
     CT_GvmlShape* GetSp() const { return m_Sp; }
     void SetSp(CT_GvmlShape* value) { m_Sp = value; m_presence |= (1u << 1); }
     bool CheckSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "cxnSp": child element
     CT_GvmlConnector* GetCxnSp() const { return m_CxnSp; }
     void SetCxnSp(CT_GvmlConnector* value) { m_CxnSp = value; m_presence |= (1u << 2); }
     bool CheckCxnSp() const { return (m_presence & (1u << 2)) != 0; }
+    // "pic": child element
     CT_GvmlPicture* GetPic() const { return m_Pic; }
     void SetPic(CT_GvmlPicture* value) { m_Pic = value; m_presence |= (1u << 3); }
     bool CheckPic() const { return (m_presence & (1u << 3)) != 0; }
+    // "graphicFrame": child element
     CT_GvmlGraphicalObjectFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GvmlGraphicalObjectFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 4); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 4)) != 0; }
+    // "grpSp": child element
     CT_GvmlGroupShape* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_GvmlGroupShape* value) { m_GrpSp = value; m_presence |= (1u << 5); }
     bool CheckGrpSp() const { return (m_presence & (1u << 5)) != 0; }
@@ -3197,15 +3503,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rot": child element
     CT_SphereCoords* GetRot() const { return m_Rot; }
     void SetRot(CT_SphereCoords* value) { m_Rot = value; m_presence |= (1u << 0); }
     bool CheckRot() const { return (m_presence & (1u << 0)) != 0; }
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
+    // "fov": attribute, int
     int GetFov() const { return m_Fov; }
     void SetFov(int value) { m_Fov = value; m_presence |= (1u << 2); }
     bool CheckFov() const { return (m_presence & (1u << 2)) != 0; }
+    // "zoom": attribute, wxAny, default "100%"
     wxAny GetZoom() const;
     void SetZoom(wxAny value);
     bool CheckZoom() const { return (m_presence & (1u << 3)) != 0; }
@@ -3229,12 +3539,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rot": child element
     CT_SphereCoords* GetRot() const { return m_Rot; }
     void SetRot(CT_SphereCoords* value) { m_Rot = value; m_presence |= (1u << 0); }
     bool CheckRot() const { return (m_presence & (1u << 0)) != 0; }
+    // "rig": attribute, wxString
     wxString GetRig() const;
     void SetRig(wxString value);
     bool CheckRig() const { return (m_presence & (1u << 1)) != 0; }
+    // "dir": attribute, wxString
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 2)) != 0; }
@@ -3257,15 +3570,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "camera": child element
     CT_Camera* GetCamera() const { return m_Camera; }
     void SetCamera(CT_Camera* value) { m_Camera = value; m_presence |= (1u << 0); }
     bool CheckCamera() const { return (m_presence & (1u << 0)) != 0; }
+    // "lightRig": child element
     CT_LightRig* GetLightRig() const { return m_LightRig; }
     void SetLightRig(CT_LightRig* value) { m_LightRig = value; m_presence |= (1u << 1); }
     bool CheckLightRig() const { return (m_presence & (1u << 1)) != 0; }
+    // "backdrop": child element
     CT_Backdrop* GetBackdrop() const { return m_Backdrop; }
     void SetBackdrop(CT_Backdrop* value) { m_Backdrop = value; m_presence |= (1u << 2); }
     bool CheckBackdrop() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3289,15 +3606,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "anchor": child element
     CT_Point3D* GetAnchor() const { return m_Anchor; }
     void SetAnchor(CT_Point3D* value) { m_Anchor = value; m_presence |= (1u << 0); }
     bool CheckAnchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "norm": child element
     CT_Vector3D* GetNorm() const { return m_Norm; }
     void SetNorm(CT_Vector3D* value) { m_Norm = value; m_presence |= (1u << 1); }
     bool CheckNorm() const { return (m_presence & (1u << 1)) != 0; }
+    // "up": child element
     CT_Vector3D* GetUp() const { return m_Up; }
     void SetUp(CT_Vector3D* value) { m_Up = value; m_presence |= (1u << 2); }
     bool CheckUp() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -3321,12 +3642,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": attribute, long long, default "76200"
     long long GetW() const { return m_W; }
     void SetW(long long value) { m_W = value; m_presence |= (1u << 0); }
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
+    // "h": attribute, long long, default "76200"
     long long GetH() const { return m_H; }
     void SetH(long long value) { m_H = value; m_presence |= (1u << 1); }
     bool CheckH() const { return (m_presence & (1u << 1)) != 0; }
+    // "prst": attribute, wxString, default "circle"
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 2)) != 0; }
@@ -3349,30 +3673,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bevelT": child element
     CT_Bevel* GetBevelT() const { return m_BevelT; }
     void SetBevelT(CT_Bevel* value) { m_BevelT = value; m_presence |= (1u << 0); }
     bool CheckBevelT() const { return (m_presence & (1u << 0)) != 0; }
+    // "bevelB": child element
     CT_Bevel* GetBevelB() const { return m_BevelB; }
     void SetBevelB(CT_Bevel* value) { m_BevelB = value; m_presence |= (1u << 1); }
     bool CheckBevelB() const { return (m_presence & (1u << 1)) != 0; }
+    // "extrusionClr": child element
     CT_Color* GetExtrusionClr() const { return m_ExtrusionClr; }
     void SetExtrusionClr(CT_Color* value) { m_ExtrusionClr = value; m_presence |= (1u << 2); }
     bool CheckExtrusionClr() const { return (m_presence & (1u << 2)) != 0; }
+    // "contourClr": child element
     CT_Color* GetContourClr() const { return m_ContourClr; }
     void SetContourClr(CT_Color* value) { m_ContourClr = value; m_presence |= (1u << 3); }
     bool CheckContourClr() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "z": attribute, wxAny, default "0"
     wxAny GetZ() const;
     void SetZ(wxAny value);
     bool CheckZ() const { return (m_presence & (1u << 5)) != 0; }
+    // "extrusionH": attribute, long long, default "0"
     long long GetExtrusionH() const { return m_ExtrusionH; }
     void SetExtrusionH(long long value) { m_ExtrusionH = value; m_presence |= (1u << 6); }
     bool CheckExtrusionH() const { return (m_presence & (1u << 6)) != 0; }
+    // "contourW": attribute, long long, default "0"
     long long GetContourW() const { return m_ContourW; }
     void SetContourW(long long value) { m_ContourW = value; m_presence |= (1u << 7); }
     bool CheckContourW() const { return (m_presence & (1u << 7)) != 0; }
+    // "prstMaterial": attribute, wxString, default "warmMatte"
     wxString GetPrstMaterial() const;
     void SetPrstMaterial(wxString value);
     bool CheckPrstMaterial() const { return (m_presence & (1u << 8)) != 0; }
@@ -3401,6 +3734,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "z": attribute, wxAny, default "0"
     wxAny GetZ() const;
     void SetZ(wxAny value);
     bool CheckZ() const { return (m_presence & (1u << 0)) != 0; }
@@ -3426,6 +3760,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_Text3DData__* GetData__() const { return m_Data__; }
     void SetData__(EG_Text3DData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -3451,9 +3786,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sp3d": child element
     CT_Shape3D* GetSp3d() const { return m_Sp3d; }
     void SetSp3d(CT_Shape3D* value) { m_Sp3d = value; m_presence |= (1u << 0); }
     bool CheckSp3d() const { return (m_presence & (1u << 0)) != 0; }
+    // "flatTx": child element
     CT_FlatText* GetFlatTx() const { return m_FlatTx; }
     void SetFlatTx(CT_FlatText* value) { m_FlatTx = value; m_presence |= (1u << 1); }
     bool CheckFlatTx() const { return (m_presence & (1u << 1)) != 0; }
@@ -3475,6 +3812,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "thresh": attribute, wxAny
     wxAny GetThresh() const;
     void SetThresh(wxAny value);
     bool CheckThresh() const { return (m_presence & (1u << 0)) != 0; }
@@ -3525,6 +3863,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -3545,6 +3884,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "amt": attribute, wxAny, default "100%"
     wxAny GetAmt() const;
     void SetAmt(wxAny value);
     bool CheckAmt() const { return (m_presence & (1u << 0)) != 0; }
@@ -3565,6 +3905,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rad": attribute, wxAny, default "0"
     wxAny GetRad() const;
     void SetRad(wxAny value);
     bool CheckRad() const { return (m_presence & (1u << 0)) != 0; }
@@ -3585,6 +3926,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "a": attribute, wxAny
     wxAny GetA() const;
     void SetA(wxAny value);
     bool CheckA() const { return (m_presence & (1u << 0)) != 0; }
@@ -3605,6 +3947,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "thresh": attribute, wxAny
     wxAny GetThresh() const;
     void SetThresh(wxAny value);
     bool CheckThresh() const { return (m_presence & (1u << 0)) != 0; }
@@ -3625,9 +3968,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rad": attribute, long long, default "0"
     long long GetRad() const { return m_Rad; }
     void SetRad(long long value) { m_Rad = value; m_presence |= (1u << 0); }
     bool CheckRad() const { return (m_presence & (1u << 0)) != 0; }
+    // "grow": attribute, bool, default "true"
     bool GetGrow() const { return m_Grow; }
     void SetGrow(bool value) { m_Grow = value; m_presence |= (1u << 1); }
     bool CheckGrow() const { return (m_presence & (1u << 1)) != 0; }
@@ -3649,12 +3994,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clrFrom": child element
     CT_Color* GetClrFrom() const { return m_ClrFrom; }
     void SetClrFrom(CT_Color* value) { m_ClrFrom = value; m_presence |= (1u << 0); }
     bool CheckClrFrom() const { return (m_presence & (1u << 0)) != 0; }
+    // "clrTo": child element
     CT_Color* GetClrTo() const { return m_ClrTo; }
     void SetClrTo(CT_Color* value) { m_ClrTo = value; m_presence |= (1u << 1); }
     bool CheckClrTo() const { return (m_presence & (1u << 1)) != 0; }
+    // "useA": attribute, bool, default "true"
     bool GetUseA() const { return m_UseA; }
     void SetUseA(bool value) { m_UseA = value; m_presence |= (1u << 2); }
     bool CheckUseA() const { return (m_presence & (1u << 2)) != 0; }
@@ -3677,6 +4025,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -3697,6 +4046,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice, repeated
     XMLPtrArray<EG_ColorChoice> GetEG_ColorChoice() const;
     void SetEG_ColorChoice(XMLPtrArray<EG_ColorChoice> value);
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -3717,9 +4067,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "rad": attribute, long long, default "0"
     long long GetRad() const { return m_Rad; }
     void SetRad(long long value) { m_Rad = value; m_presence |= (1u << 1); }
     bool CheckRad() const { return (m_presence & (1u << 1)) != 0; }
@@ -3756,12 +4108,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hue": attribute, int, default "0"
     int GetHue() const { return m_Hue; }
     void SetHue(int value) { m_Hue = value; m_presence |= (1u << 0); }
     bool CheckHue() const { return (m_presence & (1u << 0)) != 0; }
+    // "sat": attribute, wxAny, default "0%"
     wxAny GetSat() const;
     void SetSat(wxAny value);
     bool CheckSat() const { return (m_presence & (1u << 1)) != 0; }
+    // "lum": attribute, wxAny, default "0%"
     wxAny GetLum() const;
     void SetLum(wxAny value);
     bool CheckLum() const { return (m_presence & (1u << 2)) != 0; }
@@ -3784,15 +4139,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "blurRad": attribute, long long, default "0"
     long long GetBlurRad() const { return m_BlurRad; }
     void SetBlurRad(long long value) { m_BlurRad = value; m_presence |= (1u << 1); }
     bool CheckBlurRad() const { return (m_presence & (1u << 1)) != 0; }
+    // "dist": attribute, long long, default "0"
     long long GetDist() const { return m_Dist; }
     void SetDist(long long value) { m_Dist = value; m_presence |= (1u << 2); }
     bool CheckDist() const { return (m_presence & (1u << 2)) != 0; }
+    // "dir": attribute, int, default "0"
     int GetDir() const { return m_Dir; }
     void SetDir(int value) { m_Dir = value; m_presence |= (1u << 3); }
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
@@ -3816,9 +4175,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bright": attribute, wxAny, default "0%"
     wxAny GetBright() const;
     void SetBright(wxAny value);
     bool CheckBright() const { return (m_presence & (1u << 0)) != 0; }
+    // "contrast": attribute, wxAny, default "0%"
     wxAny GetContrast() const;
     void SetContrast(wxAny value);
     bool CheckContrast() const { return (m_presence & (1u << 1)) != 0; }
@@ -3840,33 +4201,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "blurRad": attribute, long long, default "0"
     long long GetBlurRad() const { return m_BlurRad; }
     void SetBlurRad(long long value) { m_BlurRad = value; m_presence |= (1u << 1); }
     bool CheckBlurRad() const { return (m_presence & (1u << 1)) != 0; }
+    // "dist": attribute, long long, default "0"
     long long GetDist() const { return m_Dist; }
     void SetDist(long long value) { m_Dist = value; m_presence |= (1u << 2); }
     bool CheckDist() const { return (m_presence & (1u << 2)) != 0; }
+    // "dir": attribute, int, default "0"
     int GetDir() const { return m_Dir; }
     void SetDir(int value) { m_Dir = value; m_presence |= (1u << 3); }
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
+    // "sx": attribute, wxAny, default "100%"
     wxAny GetSx() const;
     void SetSx(wxAny value);
     bool CheckSx() const { return (m_presence & (1u << 4)) != 0; }
+    // "sy": attribute, wxAny, default "100%"
     wxAny GetSy() const;
     void SetSy(wxAny value);
     bool CheckSy() const { return (m_presence & (1u << 5)) != 0; }
+    // "kx": attribute, int, default "0"
     int GetKx() const { return m_Kx; }
     void SetKx(int value) { m_Kx = value; m_presence |= (1u << 6); }
     bool CheckKx() const { return (m_presence & (1u << 6)) != 0; }
+    // "ky": attribute, int, default "0"
     int GetKy() const { return m_Ky; }
     void SetKy(int value) { m_Ky = value; m_presence |= (1u << 7); }
     bool CheckKy() const { return (m_presence & (1u << 7)) != 0; }
+    // "algn": attribute, wxString, default "b"
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 8)) != 0; }
+    // "rotWithShape": attribute, bool, default "true"
     bool GetRotWithShape() const { return m_RotWithShape; }
     void SetRotWithShape(bool value) { m_RotWithShape = value; m_presence |= (1u << 9); }
     bool CheckRotWithShape() const { return (m_presence & (1u << 9)) != 0; }
@@ -3896,15 +4267,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
+    // "dist": attribute, long long, default "0"
     long long GetDist() const { return m_Dist; }
     void SetDist(long long value) { m_Dist = value; m_presence |= (1u << 2); }
     bool CheckDist() const { return (m_presence & (1u << 2)) != 0; }
+    // "dir": attribute, int, default "0"
     int GetDir() const { return m_Dir; }
     void SetDir(int value) { m_Dir = value; m_presence |= (1u << 3); }
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
@@ -3928,45 +4303,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blurRad": attribute, long long, default "0"
     long long GetBlurRad() const { return m_BlurRad; }
     void SetBlurRad(long long value) { m_BlurRad = value; m_presence |= (1u << 0); }
     bool CheckBlurRad() const { return (m_presence & (1u << 0)) != 0; }
+    // "stA": attribute, wxAny, default "100%"
     wxAny GetStA() const;
     void SetStA(wxAny value);
     bool CheckStA() const { return (m_presence & (1u << 1)) != 0; }
+    // "stPos": attribute, wxAny, default "0%"
     wxAny GetStPos() const;
     void SetStPos(wxAny value);
     bool CheckStPos() const { return (m_presence & (1u << 2)) != 0; }
+    // "endA": attribute, wxAny, default "0%"
     wxAny GetEndA() const;
     void SetEndA(wxAny value);
     bool CheckEndA() const { return (m_presence & (1u << 3)) != 0; }
+    // "endPos": attribute, wxAny, default "100%"
     wxAny GetEndPos() const;
     void SetEndPos(wxAny value);
     bool CheckEndPos() const { return (m_presence & (1u << 4)) != 0; }
+    // "dist": attribute, long long, default "0"
     long long GetDist() const { return m_Dist; }
     void SetDist(long long value) { m_Dist = value; m_presence |= (1u << 5); }
     bool CheckDist() const { return (m_presence & (1u << 5)) != 0; }
+    // "dir": attribute, int, default "0"
     int GetDir() const { return m_Dir; }
     void SetDir(int value) { m_Dir = value; m_presence |= (1u << 6); }
     bool CheckDir() const { return (m_presence & (1u << 6)) != 0; }
+    // "fadeDir": attribute, int, default "5400000"
     int GetFadeDir() const { return m_FadeDir; }
     void SetFadeDir(int value) { m_FadeDir = value; m_presence |= (1u << 7); }
     bool CheckFadeDir() const { return (m_presence & (1u << 7)) != 0; }
+    // "sx": attribute, wxAny, default "100%"
     wxAny GetSx() const;
     void SetSx(wxAny value);
     bool CheckSx() const { return (m_presence & (1u << 8)) != 0; }
+    // "sy": attribute, wxAny, default "100%"
     wxAny GetSy() const;
     void SetSy(wxAny value);
     bool CheckSy() const { return (m_presence & (1u << 9)) != 0; }
+    // "kx": attribute, int, default "0"
     int GetKx() const { return m_Kx; }
     void SetKx(int value) { m_Kx = value; m_presence |= (1u << 10); }
     bool CheckKx() const { return (m_presence & (1u << 10)) != 0; }
+    // "ky": attribute, int, default "0"
     int GetKy() const { return m_Ky; }
     void SetKy(int value) { m_Ky = value; m_presence |= (1u << 11); }
     bool CheckKy() const { return (m_presence & (1u << 11)) != 0; }
+    // "algn": attribute, wxString, default "b"
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 12)) != 0; }
+    // "rotWithShape": attribute, bool, default "true"
     bool GetRotWithShape() const { return m_RotWithShape; }
     void SetRotWithShape(bool value) { m_RotWithShape = value; m_presence |= (1u << 13); }
     bool CheckRotWithShape() const { return (m_presence & (1u << 13)) != 0; }
@@ -4000,9 +4389,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": attribute, wxAny, default "0%"
     wxAny GetTx() const;
     void SetTx(wxAny value);
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "ty": attribute, wxAny, default "0%"
     wxAny GetTy() const;
     void SetTy(wxAny value);
     bool CheckTy() const { return (m_presence & (1u << 1)) != 0; }
@@ -4024,6 +4415,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rad": attribute, long long
     long long GetRad() const { return m_Rad; }
     void SetRad(long long value) { m_Rad = value; m_presence |= (1u << 0); }
     bool CheckRad() const { return (m_presence & (1u << 0)) != 0; }
@@ -4044,9 +4436,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hue": attribute, int, default "0"
     int GetHue() const { return m_Hue; }
     void SetHue(int value) { m_Hue = value; m_presence |= (1u << 0); }
     bool CheckHue() const { return (m_presence & (1u << 0)) != 0; }
+    // "amt": attribute, wxAny, default "0%"
     wxAny GetAmt() const;
     void SetAmt(wxAny value);
     bool CheckAmt() const { return (m_presence & (1u << 1)) != 0; }
@@ -4068,21 +4462,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sx": attribute, wxAny, default "100%"
     wxAny GetSx() const;
     void SetSx(wxAny value);
     bool CheckSx() const { return (m_presence & (1u << 0)) != 0; }
+    // "sy": attribute, wxAny, default "100%"
     wxAny GetSy() const;
     void SetSy(wxAny value);
     bool CheckSy() const { return (m_presence & (1u << 1)) != 0; }
+    // "kx": attribute, int, default "0"
     int GetKx() const { return m_Kx; }
     void SetKx(int value) { m_Kx = value; m_presence |= (1u << 2); }
     bool CheckKx() const { return (m_presence & (1u << 2)) != 0; }
+    // "ky": attribute, int, default "0"
     int GetKy() const { return m_Ky; }
     void SetKy(int value) { m_Ky = value; m_presence |= (1u << 3); }
     bool CheckKy() const { return (m_presence & (1u << 3)) != 0; }
+    // "tx": attribute, wxAny, default "0"
     wxAny GetTx() const;
     void SetTx(wxAny value);
     bool CheckTx() const { return (m_presence & (1u << 4)) != 0; }
+    // "ty": attribute, wxAny, default "0"
     wxAny GetTy() const;
     void SetTy(wxAny value);
     bool CheckTy() const { return (m_presence & (1u << 5)) != 0; }
@@ -4123,6 +4523,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
@@ -4143,9 +4544,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ang": attribute, int
     int GetAng() const { return m_Ang; }
     void SetAng(int value) { m_Ang = value; m_presence |= (1u << 0); }
     bool CheckAng() const { return (m_presence & (1u << 0)) != 0; }
+    // "scaled": attribute, bool
     bool GetScaled() const { return m_Scaled; }
     void SetScaled(bool value) { m_Scaled = value; m_presence |= (1u << 1); }
     bool CheckScaled() const { return (m_presence & (1u << 1)) != 0; }
@@ -4167,9 +4570,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fillToRect": child element
     CT_RelativeRect* GetFillToRect() const { return m_FillToRect; }
     void SetFillToRect(CT_RelativeRect* value) { m_FillToRect = value; m_presence |= (1u << 0); }
     bool CheckFillToRect() const { return (m_presence & (1u << 0)) != 0; }
+    // "path": attribute, wxString
     wxString GetPath() const;
     void SetPath(wxString value);
     bool CheckPath() const { return (m_presence & (1u << 1)) != 0; }
@@ -4196,6 +4601,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ShadePropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ShadePropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4221,9 +4627,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "lin": child element
     CT_LinearShadeProperties* GetLin() const { return m_Lin; }
     void SetLin(CT_LinearShadeProperties* value) { m_Lin = value; m_presence |= (1u << 0); }
     bool CheckLin() const { return (m_presence & (1u << 0)) != 0; }
+    // "path": child element
     CT_PathShadeProperties* GetPath() const { return m_Path; }
     void SetPath(CT_PathShadeProperties* value) { m_Path = value; m_presence |= (1u << 1); }
     bool CheckPath() const { return (m_presence & (1u << 1)) != 0; }
@@ -4245,9 +4653,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "pos": attribute, wxAny
     wxAny GetPos() const;
     void SetPos(wxAny value);
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
@@ -4269,6 +4679,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gs": child element, repeated
     XMLPtrArray<CT_GradientStop> GetGs() const;
     void SetGs(XMLPtrArray<CT_GradientStop> value);
     bool CheckGs() const { return (m_presence & (1u << 0)) != 0; }
@@ -4289,18 +4700,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gsLst": child element
     CT_GradientStopList* GetGsLst() const { return m_GsLst; }
     void SetGsLst(CT_GradientStopList* value) { m_GsLst = value; m_presence |= (1u << 0); }
     bool CheckGsLst() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ShadeProperties
     EG_ShadeProperties* GetEG_ShadeProperties() const { return m_EG_ShadeProperties; }
     void SetEG_ShadeProperties(EG_ShadeProperties* value) { m_EG_ShadeProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_ShadeProperties() const { return (m_presence & (1u << 1)) != 0; }
+    // "tileRect": child element
     CT_RelativeRect* GetTileRect() const { return m_TileRect; }
     void SetTileRect(CT_RelativeRect* value) { m_TileRect = value; m_presence |= (1u << 2); }
     bool CheckTileRect() const { return (m_presence & (1u << 2)) != 0; }
+    // "flip": attribute, wxString, default "none"
     wxString GetFlip() const;
     void SetFlip(wxString value);
     bool CheckFlip() const { return (m_presence & (1u << 3)) != 0; }
+    // "rotWithShape": attribute, bool
     bool GetRotWithShape() const { return m_RotWithShape; }
     void SetRotWithShape(bool value) { m_RotWithShape = value; m_presence |= (1u << 4); }
     bool CheckRotWithShape() const { return (m_presence & (1u << 4)) != 0; }
@@ -4325,21 +4741,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tx": attribute, wxAny
     wxAny GetTx() const;
     void SetTx(wxAny value);
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "ty": attribute, wxAny
     wxAny GetTy() const;
     void SetTy(wxAny value);
     bool CheckTy() const { return (m_presence & (1u << 1)) != 0; }
+    // "sx": attribute, wxAny
     wxAny GetSx() const;
     void SetSx(wxAny value);
     bool CheckSx() const { return (m_presence & (1u << 2)) != 0; }
+    // "sy": attribute, wxAny
     wxAny GetSy() const;
     void SetSy(wxAny value);
     bool CheckSy() const { return (m_presence & (1u << 3)) != 0; }
+    // "flip": attribute, wxString, default "none"
     wxString GetFlip() const;
     void SetFlip(wxString value);
     bool CheckFlip() const { return (m_presence & (1u << 4)) != 0; }
+    // "algn": attribute, wxString
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 5)) != 0; }
@@ -4365,6 +4787,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fillRect": child element
     CT_RelativeRect* GetFillRect() const { return m_FillRect; }
     void SetFillRect(CT_RelativeRect* value) { m_FillRect = value; m_presence |= (1u << 0); }
     bool CheckFillRect() const { return (m_presence & (1u << 0)) != 0; }
@@ -4390,6 +4813,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_FillModePropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_FillModePropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4415,9 +4839,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tile": child element
     CT_TileInfoProperties* GetTile() const { return m_Tile; }
     void SetTile(CT_TileInfoProperties* value) { m_Tile = value; m_presence |= (1u << 0); }
     bool CheckTile() const { return (m_presence & (1u << 0)) != 0; }
+    // "stretch": child element
     CT_StretchInfoProperties* GetStretch() const { return m_Stretch; }
     void SetStretch(CT_StretchInfoProperties* value) { m_Stretch = value; m_presence |= (1u << 1); }
     bool CheckStretch() const { return (m_presence & (1u << 1)) != 0; }
@@ -4439,15 +4865,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_BlipData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_BlipData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Blob
     AG_Blob* GetAG_Blob() const { return m_AG_Blob; }
     void SetAG_Blob(AG_Blob* value) { m_AG_Blob = value; m_presence |= (1u << 2); }
     bool CheckAG_Blob() const { return (m_presence & (1u << 2)) != 0; }
+    // "cstate": attribute, wxString, default "none"
     wxString GetCstate() const;
     void SetCstate(wxString value);
     bool CheckCstate() const { return (m_presence & (1u << 3)) != 0; }
@@ -4476,54 +4906,71 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "alphaBiLevel": child element
     CT_AlphaBiLevelEffect* GetAlphaBiLevel() const { return m_AlphaBiLevel; }
     void SetAlphaBiLevel(CT_AlphaBiLevelEffect* value) { m_AlphaBiLevel = value; m_presence |= (1u << 0); }
     bool CheckAlphaBiLevel() const { return (m_presence & (1u << 0)) != 0; }
+    // "alphaCeiling": child element
     CT_AlphaCeilingEffect* GetAlphaCeiling() const { return m_AlphaCeiling; }
     void SetAlphaCeiling(CT_AlphaCeilingEffect* value) { m_AlphaCeiling = value; m_presence |= (1u << 1); }
     bool CheckAlphaCeiling() const { return (m_presence & (1u << 1)) != 0; }
+    // "alphaFloor": child element
     CT_AlphaFloorEffect* GetAlphaFloor() const { return m_AlphaFloor; }
     void SetAlphaFloor(CT_AlphaFloorEffect* value) { m_AlphaFloor = value; m_presence |= (1u << 2); }
     bool CheckAlphaFloor() const { return (m_presence & (1u << 2)) != 0; }
+    // "alphaInv": child element
     CT_AlphaInverseEffect* GetAlphaInv() const { return m_AlphaInv; }
     void SetAlphaInv(CT_AlphaInverseEffect* value) { m_AlphaInv = value; m_presence |= (1u << 3); }
     bool CheckAlphaInv() const { return (m_presence & (1u << 3)) != 0; }
+    // "alphaMod": child element
     CT_AlphaModulateEffect* GetAlphaMod() const { return m_AlphaMod; }
     void SetAlphaMod(CT_AlphaModulateEffect* value) { m_AlphaMod = value; m_presence |= (1u << 4); }
     bool CheckAlphaMod() const { return (m_presence & (1u << 4)) != 0; }
+    // "alphaModFix": child element
     CT_AlphaModulateFixedEffect* GetAlphaModFix() const { return m_AlphaModFix; }
     void SetAlphaModFix(CT_AlphaModulateFixedEffect* value) { m_AlphaModFix = value; m_presence |= (1u << 5); }
     bool CheckAlphaModFix() const { return (m_presence & (1u << 5)) != 0; }
+    // "alphaRepl": child element
     CT_AlphaReplaceEffect* GetAlphaRepl() const { return m_AlphaRepl; }
     void SetAlphaRepl(CT_AlphaReplaceEffect* value) { m_AlphaRepl = value; m_presence |= (1u << 6); }
     bool CheckAlphaRepl() const { return (m_presence & (1u << 6)) != 0; }
+    // "biLevel": child element
     CT_BiLevelEffect* GetBiLevel() const { return m_BiLevel; }
     void SetBiLevel(CT_BiLevelEffect* value) { m_BiLevel = value; m_presence |= (1u << 7); }
     bool CheckBiLevel() const { return (m_presence & (1u << 7)) != 0; }
+    // "blur": child element
     CT_BlurEffect* GetBlur() const { return m_Blur; }
     void SetBlur(CT_BlurEffect* value) { m_Blur = value; m_presence |= (1u << 8); }
     bool CheckBlur() const { return (m_presence & (1u << 8)) != 0; }
+    // "clrChange": child element
     CT_ColorChangeEffect* GetClrChange() const { return m_ClrChange; }
     void SetClrChange(CT_ColorChangeEffect* value) { m_ClrChange = value; m_presence |= (1u << 9); }
     bool CheckClrChange() const { return (m_presence & (1u << 9)) != 0; }
+    // "clrRepl": child element
     CT_ColorReplaceEffect* GetClrRepl() const { return m_ClrRepl; }
     void SetClrRepl(CT_ColorReplaceEffect* value) { m_ClrRepl = value; m_presence |= (1u << 10); }
     bool CheckClrRepl() const { return (m_presence & (1u << 10)) != 0; }
+    // "duotone": child element
     CT_DuotoneEffect* GetDuotone() const { return m_Duotone; }
     void SetDuotone(CT_DuotoneEffect* value) { m_Duotone = value; m_presence |= (1u << 11); }
     bool CheckDuotone() const { return (m_presence & (1u << 11)) != 0; }
+    // "fillOverlay": child element
     CT_FillOverlayEffect* GetFillOverlay() const { return m_FillOverlay; }
     void SetFillOverlay(CT_FillOverlayEffect* value) { m_FillOverlay = value; m_presence |= (1u << 12); }
     bool CheckFillOverlay() const { return (m_presence & (1u << 12)) != 0; }
+    // "grayscl": child element
     CT_GrayscaleEffect* GetGrayscl() const { return m_Grayscl; }
     void SetGrayscl(CT_GrayscaleEffect* value) { m_Grayscl = value; m_presence |= (1u << 13); }
     bool CheckGrayscl() const { return (m_presence & (1u << 13)) != 0; }
+    // "hsl": child element
     CT_HSLEffect* GetHsl() const { return m_Hsl; }
     void SetHsl(CT_HSLEffect* value) { m_Hsl = value; m_presence |= (1u << 14); }
     bool CheckHsl() const { return (m_presence & (1u << 14)) != 0; }
+    // "lum": child element
     CT_LuminanceEffect* GetLum() const { return m_Lum; }
     void SetLum(CT_LuminanceEffect* value) { m_Lum = value; m_presence |= (1u << 15); }
     bool CheckLum() const { return (m_presence & (1u << 15)) != 0; }
+    // "tint": child element
     CT_TintEffect* GetTint() const { return m_Tint; }
     void SetTint(CT_TintEffect* value) { m_Tint = value; m_presence |= (1u << 16); }
     bool CheckTint() const { return (m_presence & (1u << 16)) != 0; }
@@ -4560,18 +5007,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blip": child element
     CT_Blip* GetBlip() const { return m_Blip; }
     void SetBlip(CT_Blip* value) { m_Blip = value; m_presence |= (1u << 0); }
     bool CheckBlip() const { return (m_presence & (1u << 0)) != 0; }
+    // "srcRect": child element
     CT_RelativeRect* GetSrcRect() const { return m_SrcRect; }
     void SetSrcRect(CT_RelativeRect* value) { m_SrcRect = value; m_presence |= (1u << 1); }
     bool CheckSrcRect() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_FillModeProperties
     EG_FillModeProperties* GetEG_FillModeProperties() const { return m_EG_FillModeProperties; }
     void SetEG_FillModeProperties(EG_FillModeProperties* value) { m_EG_FillModeProperties = value; m_presence |= (1u << 2); }
     bool CheckEG_FillModeProperties() const { return (m_presence & (1u << 2)) != 0; }
+    // "dpi": attribute, unsigned int
     unsigned int GetDpi() const { return m_Dpi; }
     void SetDpi(unsigned int value) { m_Dpi = value; m_presence |= (1u << 3); }
     bool CheckDpi() const { return (m_presence & (1u << 3)) != 0; }
+    // "rotWithShape": attribute, bool
     bool GetRotWithShape() const { return m_RotWithShape; }
     void SetRotWithShape(bool value) { m_RotWithShape = value; m_presence |= (1u << 4); }
     bool CheckRotWithShape() const { return (m_presence & (1u << 4)) != 0; }
@@ -4596,12 +5048,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fgClr": child element
     CT_Color* GetFgClr() const { return m_FgClr; }
     void SetFgClr(CT_Color* value) { m_FgClr = value; m_presence |= (1u << 0); }
     bool CheckFgClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "bgClr": child element
     CT_Color* GetBgClr() const { return m_BgClr; }
     void SetBgClr(CT_Color* value) { m_BgClr = value; m_presence |= (1u << 1); }
     bool CheckBgClr() const { return (m_presence & (1u << 1)) != 0; }
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 2)) != 0; }
@@ -4644,6 +5099,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_FillPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_FillPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4669,21 +5125,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "noFill": child element
     CT_NoFillProperties* GetNoFill() const { return m_NoFill; }
     void SetNoFill(CT_NoFillProperties* value) { m_NoFill = value; m_presence |= (1u << 0); }
     bool CheckNoFill() const { return (m_presence & (1u << 0)) != 0; }
+    // "solidFill": child element
     CT_SolidColorFillProperties* GetSolidFill() const { return m_SolidFill; }
     void SetSolidFill(CT_SolidColorFillProperties* value) { m_SolidFill = value; m_presence |= (1u << 1); }
     bool CheckSolidFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "gradFill": child element
     CT_GradientFillProperties* GetGradFill() const { return m_GradFill; }
     void SetGradFill(CT_GradientFillProperties* value) { m_GradFill = value; m_presence |= (1u << 2); }
     bool CheckGradFill() const { return (m_presence & (1u << 2)) != 0; }
+    // "blipFill": child element
     CT_BlipFillProperties* GetBlipFill() const { return m_BlipFill; }
     void SetBlipFill(CT_BlipFillProperties* value) { m_BlipFill = value; m_presence |= (1u << 3); }
     bool CheckBlipFill() const { return (m_presence & (1u << 3)) != 0; }
+    // "pattFill": child element
     CT_PatternFillProperties* GetPattFill() const { return m_PattFill; }
     void SetPattFill(CT_PatternFillProperties* value) { m_PattFill = value; m_presence |= (1u << 4); }
     bool CheckPattFill() const { return (m_presence & (1u << 4)) != 0; }
+    // "grpFill": child element
     CT_GroupFillProperties* GetGrpFill() const { return m_GrpFill; }
     void SetGrpFill(CT_GroupFillProperties* value) { m_GrpFill = value; m_presence |= (1u << 5); }
     bool CheckGrpFill() const { return (m_presence & (1u << 5)) != 0; }
@@ -4709,6 +5171,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -4729,6 +5192,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -4749,9 +5213,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // "blend": attribute, wxString
     wxString GetBlend() const;
     void SetBlend(wxString value);
     bool CheckBlend() const { return (m_presence & (1u << 1)) != 0; }
@@ -4773,6 +5239,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
@@ -4798,6 +5265,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_EffectData__* GetData__() const { return m_Data__; }
     void SetData__(EG_EffectData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4823,93 +5291,123 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "cont": child element
     CT_EffectContainer* GetCont() const { return m_Cont; }
     void SetCont(CT_EffectContainer* value) { m_Cont = value; m_presence |= (1u << 0); }
     bool CheckCont() const { return (m_presence & (1u << 0)) != 0; }
+    // "effect": child element
     CT_EffectReference* GetEffect() const { return m_Effect; }
     void SetEffect(CT_EffectReference* value) { m_Effect = value; m_presence |= (1u << 1); }
     bool CheckEffect() const { return (m_presence & (1u << 1)) != 0; }
+    // "alphaBiLevel": child element
     CT_AlphaBiLevelEffect* GetAlphaBiLevel() const { return m_AlphaBiLevel; }
     void SetAlphaBiLevel(CT_AlphaBiLevelEffect* value) { m_AlphaBiLevel = value; m_presence |= (1u << 2); }
     bool CheckAlphaBiLevel() const { return (m_presence & (1u << 2)) != 0; }
+    // "alphaCeiling": child element
     CT_AlphaCeilingEffect* GetAlphaCeiling() const { return m_AlphaCeiling; }
     void SetAlphaCeiling(CT_AlphaCeilingEffect* value) { m_AlphaCeiling = value; m_presence |= (1u << 3); }
     bool CheckAlphaCeiling() const { return (m_presence & (1u << 3)) != 0; }
+    // "alphaFloor": child element
     CT_AlphaFloorEffect* GetAlphaFloor() const { return m_AlphaFloor; }
     void SetAlphaFloor(CT_AlphaFloorEffect* value) { m_AlphaFloor = value; m_presence |= (1u << 4); }
     bool CheckAlphaFloor() const { return (m_presence & (1u << 4)) != 0; }
+    // "alphaInv": child element
     CT_AlphaInverseEffect* GetAlphaInv() const { return m_AlphaInv; }
     void SetAlphaInv(CT_AlphaInverseEffect* value) { m_AlphaInv = value; m_presence |= (1u << 5); }
     bool CheckAlphaInv() const { return (m_presence & (1u << 5)) != 0; }
+    // "alphaMod": child element
     CT_AlphaModulateEffect* GetAlphaMod() const { return m_AlphaMod; }
     void SetAlphaMod(CT_AlphaModulateEffect* value) { m_AlphaMod = value; m_presence |= (1u << 6); }
     bool CheckAlphaMod() const { return (m_presence & (1u << 6)) != 0; }
+    // "alphaModFix": child element
     CT_AlphaModulateFixedEffect* GetAlphaModFix() const { return m_AlphaModFix; }
     void SetAlphaModFix(CT_AlphaModulateFixedEffect* value) { m_AlphaModFix = value; m_presence |= (1u << 7); }
     bool CheckAlphaModFix() const { return (m_presence & (1u << 7)) != 0; }
+    // "alphaOutset": child element
     CT_AlphaOutsetEffect* GetAlphaOutset() const { return m_AlphaOutset; }
     void SetAlphaOutset(CT_AlphaOutsetEffect* value) { m_AlphaOutset = value; m_presence |= (1u << 8); }
     bool CheckAlphaOutset() const { return (m_presence & (1u << 8)) != 0; }
+    // "alphaRepl": child element
     CT_AlphaReplaceEffect* GetAlphaRepl() const { return m_AlphaRepl; }
     void SetAlphaRepl(CT_AlphaReplaceEffect* value) { m_AlphaRepl = value; m_presence |= (1u << 9); }
     bool CheckAlphaRepl() const { return (m_presence & (1u << 9)) != 0; }
+    // "biLevel": child element
     CT_BiLevelEffect* GetBiLevel() const { return m_BiLevel; }
     void SetBiLevel(CT_BiLevelEffect* value) { m_BiLevel = value; m_presence |= (1u << 10); }
     bool CheckBiLevel() const { return (m_presence & (1u << 10)) != 0; }
+    // "blend": child element
     CT_BlendEffect* GetBlend() const { return m_Blend; }
     void SetBlend(CT_BlendEffect* value) { m_Blend = value; m_presence |= (1u << 11); }
     bool CheckBlend() const { return (m_presence & (1u << 11)) != 0; }
+    // "blur": child element
     CT_BlurEffect* GetBlur() const { return m_Blur; }
     void SetBlur(CT_BlurEffect* value) { m_Blur = value; m_presence |= (1u << 12); }
     bool CheckBlur() const { return (m_presence & (1u << 12)) != 0; }
+    // "clrChange": child element
     CT_ColorChangeEffect* GetClrChange() const { return m_ClrChange; }
     void SetClrChange(CT_ColorChangeEffect* value) { m_ClrChange = value; m_presence |= (1u << 13); }
     bool CheckClrChange() const { return (m_presence & (1u << 13)) != 0; }
+    // "clrRepl": child element
     CT_ColorReplaceEffect* GetClrRepl() const { return m_ClrRepl; }
     void SetClrRepl(CT_ColorReplaceEffect* value) { m_ClrRepl = value; m_presence |= (1u << 14); }
     bool CheckClrRepl() const { return (m_presence & (1u << 14)) != 0; }
+    // "duotone": child element
     CT_DuotoneEffect* GetDuotone() const { return m_Duotone; }
     void SetDuotone(CT_DuotoneEffect* value) { m_Duotone = value; m_presence |= (1u << 15); }
     bool CheckDuotone() const { return (m_presence & (1u << 15)) != 0; }
+    // "fill": child element
     CT_FillEffect* GetFill() const { return m_Fill; }
     void SetFill(CT_FillEffect* value) { m_Fill = value; m_presence |= (1u << 16); }
     bool CheckFill() const { return (m_presence & (1u << 16)) != 0; }
+    // "fillOverlay": child element
     CT_FillOverlayEffect* GetFillOverlay() const { return m_FillOverlay; }
     void SetFillOverlay(CT_FillOverlayEffect* value) { m_FillOverlay = value; m_presence |= (1u << 17); }
     bool CheckFillOverlay() const { return (m_presence & (1u << 17)) != 0; }
+    // "glow": child element
     CT_GlowEffect* GetGlow() const { return m_Glow; }
     void SetGlow(CT_GlowEffect* value) { m_Glow = value; m_presence |= (1u << 18); }
     bool CheckGlow() const { return (m_presence & (1u << 18)) != 0; }
+    // "grayscl": child element
     CT_GrayscaleEffect* GetGrayscl() const { return m_Grayscl; }
     void SetGrayscl(CT_GrayscaleEffect* value) { m_Grayscl = value; m_presence |= (1u << 19); }
     bool CheckGrayscl() const { return (m_presence & (1u << 19)) != 0; }
+    // "hsl": child element
     CT_HSLEffect* GetHsl() const { return m_Hsl; }
     void SetHsl(CT_HSLEffect* value) { m_Hsl = value; m_presence |= (1u << 20); }
     bool CheckHsl() const { return (m_presence & (1u << 20)) != 0; }
+    // "innerShdw": child element
     CT_InnerShadowEffect* GetInnerShdw() const { return m_InnerShdw; }
     void SetInnerShdw(CT_InnerShadowEffect* value) { m_InnerShdw = value; m_presence |= (1u << 21); }
     bool CheckInnerShdw() const { return (m_presence & (1u << 21)) != 0; }
+    // "lum": child element
     CT_LuminanceEffect* GetLum() const { return m_Lum; }
     void SetLum(CT_LuminanceEffect* value) { m_Lum = value; m_presence |= (1u << 22); }
     bool CheckLum() const { return (m_presence & (1u << 22)) != 0; }
+    // "outerShdw": child element
     CT_OuterShadowEffect* GetOuterShdw() const { return m_OuterShdw; }
     void SetOuterShdw(CT_OuterShadowEffect* value) { m_OuterShdw = value; m_presence |= (1u << 23); }
     bool CheckOuterShdw() const { return (m_presence & (1u << 23)) != 0; }
+    // "prstShdw": child element
     CT_PresetShadowEffect* GetPrstShdw() const { return m_PrstShdw; }
     void SetPrstShdw(CT_PresetShadowEffect* value) { m_PrstShdw = value; m_presence |= (1u << 24); }
     bool CheckPrstShdw() const { return (m_presence & (1u << 24)) != 0; }
+    // "reflection": child element
     CT_ReflectionEffect* GetReflection() const { return m_Reflection; }
     void SetReflection(CT_ReflectionEffect* value) { m_Reflection = value; m_presence |= (1u << 25); }
     bool CheckReflection() const { return (m_presence & (1u << 25)) != 0; }
+    // "relOff": child element
     CT_RelativeOffsetEffect* GetRelOff() const { return m_RelOff; }
     void SetRelOff(CT_RelativeOffsetEffect* value) { m_RelOff = value; m_presence |= (1u << 26); }
     bool CheckRelOff() const { return (m_presence & (1u << 26)) != 0; }
+    // "softEdge": child element
     CT_SoftEdgesEffect* GetSoftEdge() const { return m_SoftEdge; }
     void SetSoftEdge(CT_SoftEdgesEffect* value) { m_SoftEdge = value; m_presence |= (1u << 27); }
     bool CheckSoftEdge() const { return (m_presence & (1u << 27)) != 0; }
+    // "tint": child element
     CT_TintEffect* GetTint() const { return m_Tint; }
     void SetTint(CT_TintEffect* value) { m_Tint = value; m_presence |= (1u << 28); }
     bool CheckTint() const { return (m_presence & (1u << 28)) != 0; }
+    // "xfrm": child element
     CT_TransformEffect* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(CT_TransformEffect* value) { m_Xfrm = value; m_presence |= (1u << 29); }
     bool CheckXfrm() const { return (m_presence & (1u << 29)) != 0; }
@@ -4959,12 +5457,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_Effect, repeated
     XMLPtrArray<EG_Effect> GetEG_Effect() const;
     void SetEG_Effect(XMLPtrArray<EG_Effect> value);
     bool CheckEG_Effect() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString, default "sib"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
@@ -4987,6 +5488,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cont": child element
     CT_EffectContainer* GetCont() const { return m_Cont; }
     void SetCont(CT_EffectContainer* value) { m_Cont = value; m_presence |= (1u << 0); }
     bool CheckCont() const { return (m_presence & (1u << 0)) != 0; }
@@ -5007,9 +5509,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cont": child element
     CT_EffectContainer* GetCont() const { return m_Cont; }
     void SetCont(CT_EffectContainer* value) { m_Cont = value; m_presence |= (1u << 0); }
     bool CheckCont() const { return (m_presence & (1u << 0)) != 0; }
+    // "blend": attribute, wxString
     wxString GetBlend() const;
     void SetBlend(wxString value);
     bool CheckBlend() const { return (m_presence & (1u << 1)) != 0; }
@@ -5031,27 +5535,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blur": child element
     CT_BlurEffect* GetBlur() const { return m_Blur; }
     void SetBlur(CT_BlurEffect* value) { m_Blur = value; m_presence |= (1u << 0); }
     bool CheckBlur() const { return (m_presence & (1u << 0)) != 0; }
+    // "fillOverlay": child element
     CT_FillOverlayEffect* GetFillOverlay() const { return m_FillOverlay; }
     void SetFillOverlay(CT_FillOverlayEffect* value) { m_FillOverlay = value; m_presence |= (1u << 1); }
     bool CheckFillOverlay() const { return (m_presence & (1u << 1)) != 0; }
+    // "glow": child element
     CT_GlowEffect* GetGlow() const { return m_Glow; }
     void SetGlow(CT_GlowEffect* value) { m_Glow = value; m_presence |= (1u << 2); }
     bool CheckGlow() const { return (m_presence & (1u << 2)) != 0; }
+    // "innerShdw": child element
     CT_InnerShadowEffect* GetInnerShdw() const { return m_InnerShdw; }
     void SetInnerShdw(CT_InnerShadowEffect* value) { m_InnerShdw = value; m_presence |= (1u << 3); }
     bool CheckInnerShdw() const { return (m_presence & (1u << 3)) != 0; }
+    // "outerShdw": child element
     CT_OuterShadowEffect* GetOuterShdw() const { return m_OuterShdw; }
     void SetOuterShdw(CT_OuterShadowEffect* value) { m_OuterShdw = value; m_presence |= (1u << 4); }
     bool CheckOuterShdw() const { return (m_presence & (1u << 4)) != 0; }
+    // "prstShdw": child element
     CT_PresetShadowEffect* GetPrstShdw() const { return m_PrstShdw; }
     void SetPrstShdw(CT_PresetShadowEffect* value) { m_PrstShdw = value; m_presence |= (1u << 5); }
     bool CheckPrstShdw() const { return (m_presence & (1u << 5)) != 0; }
+    // "reflection": child element
     CT_ReflectionEffect* GetReflection() const { return m_Reflection; }
     void SetReflection(CT_ReflectionEffect* value) { m_Reflection = value; m_presence |= (1u << 6); }
     bool CheckReflection() const { return (m_presence & (1u << 6)) != 0; }
+    // "softEdge": child element
     CT_SoftEdgesEffect* GetSoftEdge() const { return m_SoftEdge; }
     void SetSoftEdge(CT_SoftEdgesEffect* value) { m_SoftEdge = value; m_presence |= (1u << 7); }
     bool CheckSoftEdge() const { return (m_presence & (1u << 7)) != 0; }
@@ -5084,6 +5596,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_EffectPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_EffectPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5109,9 +5622,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "effectLst": child element
     CT_EffectList* GetEffectLst() const { return m_EffectLst; }
     void SetEffectLst(CT_EffectList* value) { m_EffectLst = value; m_presence |= (1u << 0); }
     bool CheckEffectLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "effectDag": child element
     CT_EffectContainer* GetEffectDag() const { return m_EffectDag; }
     void SetEffectDag(CT_EffectContainer* value) { m_EffectDag = value; m_presence |= (1u << 1); }
     bool CheckEffectDag() const { return (m_presence & (1u << 1)) != 0; }
@@ -5133,6 +5648,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -5153,9 +5669,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "fmla": attribute, wxString
     wxString GetFmla() const;
     void SetFmla(wxString value);
     bool CheckFmla() const { return (m_presence & (1u << 1)) != 0; }
@@ -5177,6 +5695,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gd": child element, repeated
     XMLPtrArray<CT_GeomGuide> GetGd() const;
     void SetGd(XMLPtrArray<CT_GeomGuide> value);
     bool CheckGd() const { return (m_presence & (1u << 0)) != 0; }
@@ -5197,9 +5716,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
@@ -5221,15 +5742,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "l": attribute, wxAny
     wxAny GetL() const;
     void SetL(wxAny value);
     bool CheckL() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxAny
     wxAny GetT() const;
     void SetT(wxAny value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "r": attribute, wxAny
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxAny
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
@@ -5253,24 +5778,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_AdjPoint2D* GetPos() const { return m_Pos; }
     void SetPos(CT_AdjPoint2D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "gdRefX": attribute, wxString
     wxString GetGdRefX() const;
     void SetGdRefX(wxString value);
     bool CheckGdRefX() const { return (m_presence & (1u << 1)) != 0; }
+    // "minX": attribute, wxAny
     wxAny GetMinX() const;
     void SetMinX(wxAny value);
     bool CheckMinX() const { return (m_presence & (1u << 2)) != 0; }
+    // "maxX": attribute, wxAny
     wxAny GetMaxX() const;
     void SetMaxX(wxAny value);
     bool CheckMaxX() const { return (m_presence & (1u << 3)) != 0; }
+    // "gdRefY": attribute, wxString
     wxString GetGdRefY() const;
     void SetGdRefY(wxString value);
     bool CheckGdRefY() const { return (m_presence & (1u << 4)) != 0; }
+    // "minY": attribute, wxAny
     wxAny GetMinY() const;
     void SetMinY(wxAny value);
     bool CheckMinY() const { return (m_presence & (1u << 5)) != 0; }
+    // "maxY": attribute, wxAny
     wxAny GetMaxY() const;
     void SetMaxY(wxAny value);
     bool CheckMaxY() const { return (m_presence & (1u << 6)) != 0; }
@@ -5297,24 +5829,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_AdjPoint2D* GetPos() const { return m_Pos; }
     void SetPos(CT_AdjPoint2D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "gdRefR": attribute, wxString
     wxString GetGdRefR() const;
     void SetGdRefR(wxString value);
     bool CheckGdRefR() const { return (m_presence & (1u << 1)) != 0; }
+    // "minR": attribute, wxAny
     wxAny GetMinR() const;
     void SetMinR(wxAny value);
     bool CheckMinR() const { return (m_presence & (1u << 2)) != 0; }
+    // "maxR": attribute, wxAny
     wxAny GetMaxR() const;
     void SetMaxR(wxAny value);
     bool CheckMaxR() const { return (m_presence & (1u << 3)) != 0; }
+    // "gdRefAng": attribute, wxString
     wxString GetGdRefAng() const;
     void SetGdRefAng(wxString value);
     bool CheckGdRefAng() const { return (m_presence & (1u << 4)) != 0; }
+    // "minAng": attribute, wxAny
     wxAny GetMinAng() const;
     void SetMinAng(wxAny value);
     bool CheckMinAng() const { return (m_presence & (1u << 5)) != 0; }
+    // "maxAng": attribute, wxAny
     wxAny GetMaxAng() const;
     void SetMaxAng(wxAny value);
     bool CheckMaxAng() const { return (m_presence & (1u << 6)) != 0; }
@@ -5341,9 +5880,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_AdjPoint2D* GetPos() const { return m_Pos; }
     void SetPos(CT_AdjPoint2D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "ang": attribute, wxAny
     wxAny GetAng() const;
     void SetAng(wxAny value);
     bool CheckAng() const { return (m_presence & (1u << 1)) != 0; }
@@ -5365,6 +5906,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_AdjustHandleListData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_AdjustHandleListData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5390,9 +5932,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ahXY": child element
     CT_XYAdjustHandle* GetAhXY() const { return m_AhXY; }
     void SetAhXY(CT_XYAdjustHandle* value) { m_AhXY = value; m_presence |= (1u << 0); }
     bool CheckAhXY() const { return (m_presence & (1u << 0)) != 0; }
+    // "ahPolar": child element
     CT_PolarAdjustHandle* GetAhPolar() const { return m_AhPolar; }
     void SetAhPolar(CT_PolarAdjustHandle* value) { m_AhPolar = value; m_presence |= (1u << 1); }
     bool CheckAhPolar() const { return (m_presence & (1u << 1)) != 0; }
@@ -5414,6 +5958,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cxn": child element, repeated
     XMLPtrArray<CT_ConnectionSite> GetCxn() const;
     void SetCxn(XMLPtrArray<CT_ConnectionSite> value);
     bool CheckCxn() const { return (m_presence & (1u << 0)) != 0; }
@@ -5434,9 +5979,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -5458,6 +6005,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element
     CT_AdjPoint2D* GetPt() const { return m_Pt; }
     void SetPt(CT_AdjPoint2D* value) { m_Pt = value; m_presence |= (1u << 0); }
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -5478,6 +6026,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element
     CT_AdjPoint2D* GetPt() const { return m_Pt; }
     void SetPt(CT_AdjPoint2D* value) { m_Pt = value; m_presence |= (1u << 0); }
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -5498,15 +6047,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "wR": attribute, wxAny
     wxAny GetWR() const;
     void SetWR(wxAny value);
     bool CheckWR() const { return (m_presence & (1u << 0)) != 0; }
+    // "hR": attribute, wxAny
     wxAny GetHR() const;
     void SetHR(wxAny value);
     bool CheckHR() const { return (m_presence & (1u << 1)) != 0; }
+    // "stAng": attribute, wxAny
     wxAny GetStAng() const;
     void SetStAng(wxAny value);
     bool CheckStAng() const { return (m_presence & (1u << 2)) != 0; }
+    // "swAng": attribute, wxAny
     wxAny GetSwAng() const;
     void SetSwAng(wxAny value);
     bool CheckSwAng() const { return (m_presence & (1u << 3)) != 0; }
@@ -5530,6 +6083,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_AdjPoint2D> GetPt() const;
     void SetPt(XMLPtrArray<CT_AdjPoint2D> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -5550,6 +6104,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pt": child element, repeated
     XMLPtrArray<CT_AdjPoint2D> GetPt() const;
     void SetPt(XMLPtrArray<CT_AdjPoint2D> value);
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
@@ -5585,21 +6140,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_Path2DData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_Path2DData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "w": attribute, long long, default "0"
     long long GetW() const { return m_W; }
     void SetW(long long value) { m_W = value; m_presence |= (1u << 1); }
     bool CheckW() const { return (m_presence & (1u << 1)) != 0; }
+    // "h": attribute, long long, default "0"
     long long GetH() const { return m_H; }
     void SetH(long long value) { m_H = value; m_presence |= (1u << 2); }
     bool CheckH() const { return (m_presence & (1u << 2)) != 0; }
+    // "fill": attribute, wxString, default "norm"
     wxString GetFill() const;
     void SetFill(wxString value);
     bool CheckFill() const { return (m_presence & (1u << 3)) != 0; }
+    // "stroke": attribute, bool, default "true"
     bool GetStroke() const { return m_Stroke; }
     void SetStroke(bool value) { m_Stroke = value; m_presence |= (1u << 4); }
     bool CheckStroke() const { return (m_presence & (1u << 4)) != 0; }
+    // "extrusionOk": attribute, bool, default "true"
     bool GetExtrusionOk() const { return m_ExtrusionOk; }
     void SetExtrusionOk(bool value) { m_ExtrusionOk = value; m_presence |= (1u << 5); }
     bool CheckExtrusionOk() const { return (m_presence & (1u << 5)) != 0; }
@@ -5630,21 +6191,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "close": child element
     CT_Path2DClose* GetClose() const { return m_Close; }
     void SetClose(CT_Path2DClose* value) { m_Close = value; m_presence |= (1u << 0); }
     bool CheckClose() const { return (m_presence & (1u << 0)) != 0; }
+    // "moveTo": child element
     CT_Path2DMoveTo* GetMoveTo() const { return m_MoveTo; }
     void SetMoveTo(CT_Path2DMoveTo* value) { m_MoveTo = value; m_presence |= (1u << 1); }
     bool CheckMoveTo() const { return (m_presence & (1u << 1)) != 0; }
+    // "lnTo": child element
     CT_Path2DLineTo* GetLnTo() const { return m_LnTo; }
     void SetLnTo(CT_Path2DLineTo* value) { m_LnTo = value; m_presence |= (1u << 2); }
     bool CheckLnTo() const { return (m_presence & (1u << 2)) != 0; }
+    // "arcTo": child element
     CT_Path2DArcTo* GetArcTo() const { return m_ArcTo; }
     void SetArcTo(CT_Path2DArcTo* value) { m_ArcTo = value; m_presence |= (1u << 3); }
     bool CheckArcTo() const { return (m_presence & (1u << 3)) != 0; }
+    // "quadBezTo": child element
     CT_Path2DQuadBezierTo* GetQuadBezTo() const { return m_QuadBezTo; }
     void SetQuadBezTo(CT_Path2DQuadBezierTo* value) { m_QuadBezTo = value; m_presence |= (1u << 4); }
     bool CheckQuadBezTo() const { return (m_presence & (1u << 4)) != 0; }
+    // "cubicBezTo": child element
     CT_Path2DCubicBezierTo* GetCubicBezTo() const { return m_CubicBezTo; }
     void SetCubicBezTo(CT_Path2DCubicBezierTo* value) { m_CubicBezTo = value; m_presence |= (1u << 5); }
     bool CheckCubicBezTo() const { return (m_presence & (1u << 5)) != 0; }
@@ -5670,6 +6237,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "path": child element, repeated
     XMLPtrArray<CT_Path2D> GetPath() const;
     void SetPath(XMLPtrArray<CT_Path2D> value);
     bool CheckPath() const { return (m_presence & (1u << 0)) != 0; }
@@ -5690,9 +6258,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "avLst": child element
     CT_GeomGuideList* GetAvLst() const { return m_AvLst; }
     void SetAvLst(CT_GeomGuideList* value) { m_AvLst = value; m_presence |= (1u << 0); }
     bool CheckAvLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
@@ -5714,9 +6284,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "avLst": child element
     CT_GeomGuideList* GetAvLst() const { return m_AvLst; }
     void SetAvLst(CT_GeomGuideList* value) { m_AvLst = value; m_presence |= (1u << 0); }
     bool CheckAvLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
@@ -5738,21 +6310,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "avLst": child element
     CT_GeomGuideList* GetAvLst() const { return m_AvLst; }
     void SetAvLst(CT_GeomGuideList* value) { m_AvLst = value; m_presence |= (1u << 0); }
     bool CheckAvLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "gdLst": child element
     CT_GeomGuideList* GetGdLst() const { return m_GdLst; }
     void SetGdLst(CT_GeomGuideList* value) { m_GdLst = value; m_presence |= (1u << 1); }
     bool CheckGdLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "ahLst": child element
     CT_AdjustHandleList* GetAhLst() const { return m_AhLst; }
     void SetAhLst(CT_AdjustHandleList* value) { m_AhLst = value; m_presence |= (1u << 2); }
     bool CheckAhLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "cxnLst": child element
     CT_ConnectionSiteList* GetCxnLst() const { return m_CxnLst; }
     void SetCxnLst(CT_ConnectionSiteList* value) { m_CxnLst = value; m_presence |= (1u << 3); }
     bool CheckCxnLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "rect": child element
     CT_GeomRect* GetRect() const { return m_Rect; }
     void SetRect(CT_GeomRect* value) { m_Rect = value; m_presence |= (1u << 4); }
     bool CheckRect() const { return (m_presence & (1u << 4)) != 0; }
+    // "pathLst": child element
     CT_Path2DList* GetPathLst() const { return m_PathLst; }
     void SetPathLst(CT_Path2DList* value) { m_PathLst = value; m_presence |= (1u << 5); }
     bool CheckPathLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -5783,6 +6361,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_GeometryData__* GetData__() const { return m_Data__; }
     void SetData__(EG_GeometryData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5808,9 +6387,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "custGeom": child element
     CT_CustomGeometry2D* GetCustGeom() const { return m_CustGeom; }
     void SetCustGeom(CT_CustomGeometry2D* value) { m_CustGeom = value; m_presence |= (1u << 0); }
     bool CheckCustGeom() const { return (m_presence & (1u << 0)) != 0; }
+    // "prstGeom": child element
     CT_PresetGeometry2D* GetPrstGeom() const { return m_PrstGeom; }
     void SetPrstGeom(CT_PresetGeometry2D* value) { m_PrstGeom = value; m_presence |= (1u << 1); }
     bool CheckPrstGeom() const { return (m_presence & (1u << 1)) != 0; }
@@ -5837,6 +6418,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextGeometryData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextGeometryData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5862,9 +6444,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "custGeom": child element
     CT_CustomGeometry2D* GetCustGeom() const { return m_CustGeom; }
     void SetCustGeom(CT_CustomGeometry2D* value) { m_CustGeom = value; m_presence |= (1u << 0); }
     bool CheckCustGeom() const { return (m_presence & (1u << 0)) != 0; }
+    // "prstTxWarp": child element
     CT_PresetTextShape* GetPrstTxWarp() const { return m_PrstTxWarp; }
     void SetPrstTxWarp(CT_PresetTextShape* value) { m_PrstTxWarp = value; m_presence |= (1u << 1); }
     bool CheckPrstTxWarp() const { return (m_presence & (1u << 1)) != 0; }
@@ -5886,12 +6470,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString, default "none"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "w": attribute, wxString
     wxString GetW() const;
     void SetW(wxString value);
     bool CheckW() const { return (m_presence & (1u << 1)) != 0; }
+    // "len": attribute, wxString
     wxString GetLen() const;
     void SetLen(wxString value);
     bool CheckLen() const { return (m_presence & (1u << 2)) != 0; }
@@ -5919,6 +6506,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_LineFillPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_LineFillPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5944,15 +6532,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "noFill": child element
     CT_NoFillProperties* GetNoFill() const { return m_NoFill; }
     void SetNoFill(CT_NoFillProperties* value) { m_NoFill = value; m_presence |= (1u << 0); }
     bool CheckNoFill() const { return (m_presence & (1u << 0)) != 0; }
+    // "solidFill": child element
     CT_SolidColorFillProperties* GetSolidFill() const { return m_SolidFill; }
     void SetSolidFill(CT_SolidColorFillProperties* value) { m_SolidFill = value; m_presence |= (1u << 1); }
     bool CheckSolidFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "gradFill": child element
     CT_GradientFillProperties* GetGradFill() const { return m_GradFill; }
     void SetGradFill(CT_GradientFillProperties* value) { m_GradFill = value; m_presence |= (1u << 2); }
     bool CheckGradFill() const { return (m_presence & (1u << 2)) != 0; }
+    // "pattFill": child element
     CT_PatternFillProperties* GetPattFill() const { return m_PattFill; }
     void SetPattFill(CT_PatternFillProperties* value) { m_PattFill = value; m_presence |= (1u << 3); }
     bool CheckPattFill() const { return (m_presence & (1u << 3)) != 0; }
@@ -6006,6 +6598,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lim": attribute, wxAny
     wxAny GetLim() const;
     void SetLim(wxAny value);
     bool CheckLim() const { return (m_presence & (1u << 0)) != 0; }
@@ -6031,6 +6624,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_LineJoinPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_LineJoinPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6056,12 +6650,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "round": child element
     CT_LineJoinRound* GetRound() const { return m_Round; }
     void SetRound(CT_LineJoinRound* value) { m_Round = value; m_presence |= (1u << 0); }
     bool CheckRound() const { return (m_presence & (1u << 0)) != 0; }
+    // "bevel": child element
     CT_LineJoinBevel* GetBevel() const { return m_Bevel; }
     void SetBevel(CT_LineJoinBevel* value) { m_Bevel = value; m_presence |= (1u << 1); }
     bool CheckBevel() const { return (m_presence & (1u << 1)) != 0; }
+    // "miter": child element
     CT_LineJoinMiterProperties* GetMiter() const { return m_Miter; }
     void SetMiter(CT_LineJoinMiterProperties* value) { m_Miter = value; m_presence |= (1u << 2); }
     bool CheckMiter() const { return (m_presence & (1u << 2)) != 0; }
@@ -6084,6 +6681,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -6104,9 +6702,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "d": attribute, wxAny
     wxAny GetD() const;
     void SetD(wxAny value);
     bool CheckD() const { return (m_presence & (1u << 0)) != 0; }
+    // "sp": attribute, wxAny
     wxAny GetSp() const;
     void SetSp(wxAny value);
     bool CheckSp() const { return (m_presence & (1u << 1)) != 0; }
@@ -6128,6 +6728,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ds": child element, repeated
     XMLPtrArray<CT_DashStop> GetDs() const;
     void SetDs(XMLPtrArray<CT_DashStop> value);
     bool CheckDs() const { return (m_presence & (1u << 0)) != 0; }
@@ -6153,6 +6754,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_LineDashPropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_LineDashPropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6178,9 +6780,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "prstDash": child element
     CT_PresetLineDashProperties* GetPrstDash() const { return m_PrstDash; }
     void SetPrstDash(CT_PresetLineDashProperties* value) { m_PrstDash = value; m_presence |= (1u << 0); }
     bool CheckPrstDash() const { return (m_presence & (1u << 0)) != 0; }
+    // "custDash": child element
     CT_DashStopList* GetCustDash() const { return m_CustDash; }
     void SetCustDash(CT_DashStopList* value) { m_CustDash = value; m_presence |= (1u << 1); }
     bool CheckCustDash() const { return (m_presence & (1u << 1)) != 0; }
@@ -6202,33 +6806,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_LineFillProperties
     EG_LineFillProperties* GetEG_LineFillProperties() const { return m_EG_LineFillProperties; }
     void SetEG_LineFillProperties(EG_LineFillProperties* value) { m_EG_LineFillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_LineFillProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_LineDashProperties
     EG_LineDashProperties* GetEG_LineDashProperties() const { return m_EG_LineDashProperties; }
     void SetEG_LineDashProperties(EG_LineDashProperties* value) { m_EG_LineDashProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_LineDashProperties() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_LineJoinProperties
     EG_LineJoinProperties* GetEG_LineJoinProperties() const { return m_EG_LineJoinProperties; }
     void SetEG_LineJoinProperties(EG_LineJoinProperties* value) { m_EG_LineJoinProperties = value; m_presence |= (1u << 2); }
     bool CheckEG_LineJoinProperties() const { return (m_presence & (1u << 2)) != 0; }
+    // "headEnd": child element
     CT_LineEndProperties* GetHeadEnd() const { return m_HeadEnd; }
     void SetHeadEnd(CT_LineEndProperties* value) { m_HeadEnd = value; m_presence |= (1u << 3); }
     bool CheckHeadEnd() const { return (m_presence & (1u << 3)) != 0; }
+    // "tailEnd": child element
     CT_LineEndProperties* GetTailEnd() const { return m_TailEnd; }
     void SetTailEnd(CT_LineEndProperties* value) { m_TailEnd = value; m_presence |= (1u << 4); }
     bool CheckTailEnd() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "w": attribute, int
     int GetW() const { return m_W; }
     void SetW(int value) { m_W = value; m_presence |= (1u << 6); }
     bool CheckW() const { return (m_presence & (1u << 6)) != 0; }
+    // "cap": attribute, wxString
     wxString GetCap() const;
     void SetCap(wxString value);
     bool CheckCap() const { return (m_presence & (1u << 7)) != 0; }
+    // "cmpd": attribute, wxString
     wxString GetCmpd() const;
     void SetCmpd(wxString value);
     bool CheckCmpd() const { return (m_presence & (1u << 8)) != 0; }
+    // "algn": attribute, wxString
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 9)) != 0; }
@@ -6258,30 +6872,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xfrm": child element
     CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 0); }
     bool CheckXfrm() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_Geometry
     EG_Geometry* GetEG_Geometry() const { return m_EG_Geometry; }
     void SetEG_Geometry(EG_Geometry* value) { m_EG_Geometry = value; m_presence |= (1u << 1); }
     bool CheckEG_Geometry() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 2); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 2)) != 0; }
+    // "ln": child element
     CT_LineProperties* GetLn() const { return m_Ln; }
     void SetLn(CT_LineProperties* value) { m_Ln = value; m_presence |= (1u << 3); }
     bool CheckLn() const { return (m_presence & (1u << 3)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 4); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 4)) != 0; }
+    // "scene3d": child element
     CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 5); }
     bool CheckScene3d() const { return (m_presence & (1u << 5)) != 0; }
+    // "sp3d": child element
     CT_Shape3D* GetSp3d() const { return m_Sp3d; }
     void SetSp3d(CT_Shape3D* value) { m_Sp3d = value; m_presence |= (1u << 6); }
     bool CheckSp3d() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "bwMode": attribute, wxString
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 8)) != 0; }
@@ -6310,21 +6933,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xfrm": child element
     CT_GroupTransform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(CT_GroupTransform2D* value) { m_Xfrm = value; m_presence |= (1u << 0); }
     bool CheckXfrm() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 2); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 2)) != 0; }
+    // "scene3d": child element
     CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 3); }
     bool CheckScene3d() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "bwMode": attribute, wxString
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 5)) != 0; }
@@ -6350,9 +6979,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -6374,9 +7005,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, wxString
     wxString GetIdx() const;
     void SetIdx(wxString value);
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -6398,15 +7031,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lnRef": child element
     CT_StyleMatrixReference* GetLnRef() const { return m_LnRef; }
     void SetLnRef(CT_StyleMatrixReference* value) { m_LnRef = value; m_presence |= (1u << 0); }
     bool CheckLnRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "fillRef": child element
     CT_StyleMatrixReference* GetFillRef() const { return m_FillRef; }
     void SetFillRef(CT_StyleMatrixReference* value) { m_FillRef = value; m_presence |= (1u << 1); }
     bool CheckFillRef() const { return (m_presence & (1u << 1)) != 0; }
+    // "effectRef": child element
     CT_StyleMatrixReference* GetEffectRef() const { return m_EffectRef; }
     void SetEffectRef(CT_StyleMatrixReference* value) { m_EffectRef = value; m_presence |= (1u << 2); }
     bool CheckEffectRef() const { return (m_presence & (1u << 2)) != 0; }
+    // "fontRef": child element
     CT_FontReference* GetFontRef() const { return m_FontRef; }
     void SetFontRef(CT_FontReference* value) { m_FontRef = value; m_presence |= (1u << 3); }
     bool CheckFontRef() const { return (m_presence & (1u << 3)) != 0; }
@@ -6430,18 +7067,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spPr": child element
     CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 0); }
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "bodyPr": child element
     CT_TextBodyProperties* GetBodyPr() const { return m_BodyPr; }
     void SetBodyPr(CT_TextBodyProperties* value) { m_BodyPr = value; m_presence |= (1u << 1); }
     bool CheckBodyPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "lstStyle": child element
     CT_TextListStyle* GetLstStyle() const { return m_LstStyle; }
     void SetLstStyle(CT_TextListStyle* value) { m_LstStyle = value; m_presence |= (1u << 2); }
     bool CheckLstStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -6466,15 +7108,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spDef": child element
     CT_DefaultShapeDefinition* GetSpDef() const { return m_SpDef; }
     void SetSpDef(CT_DefaultShapeDefinition* value) { m_SpDef = value; m_presence |= (1u << 0); }
     bool CheckSpDef() const { return (m_presence & (1u << 0)) != 0; }
+    // "lnDef": child element
     CT_DefaultShapeDefinition* GetLnDef() const { return m_LnDef; }
     void SetLnDef(CT_DefaultShapeDefinition* value) { m_LnDef = value; m_presence |= (1u << 1); }
     bool CheckLnDef() const { return (m_presence & (1u << 1)) != 0; }
+    // "txDef": child element
     CT_DefaultShapeDefinition* GetTxDef() const { return m_TxDef; }
     void SetTxDef(CT_DefaultShapeDefinition* value) { m_TxDef = value; m_presence |= (1u << 2); }
     bool CheckTxDef() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -6513,42 +7159,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "bg1": attribute, wxString
     wxString GetBg1() const;
     void SetBg1(wxString value);
     bool CheckBg1() const { return (m_presence & (1u << 1)) != 0; }
+    // "tx1": attribute, wxString
     wxString GetTx1() const;
     void SetTx1(wxString value);
     bool CheckTx1() const { return (m_presence & (1u << 2)) != 0; }
+    // "bg2": attribute, wxString
     wxString GetBg2() const;
     void SetBg2(wxString value);
     bool CheckBg2() const { return (m_presence & (1u << 3)) != 0; }
+    // "tx2": attribute, wxString
     wxString GetTx2() const;
     void SetTx2(wxString value);
     bool CheckTx2() const { return (m_presence & (1u << 4)) != 0; }
+    // "accent1": attribute, wxString
     wxString GetAccent1() const;
     void SetAccent1(wxString value);
     bool CheckAccent1() const { return (m_presence & (1u << 5)) != 0; }
+    // "accent2": attribute, wxString
     wxString GetAccent2() const;
     void SetAccent2(wxString value);
     bool CheckAccent2() const { return (m_presence & (1u << 6)) != 0; }
+    // "accent3": attribute, wxString
     wxString GetAccent3() const;
     void SetAccent3(wxString value);
     bool CheckAccent3() const { return (m_presence & (1u << 7)) != 0; }
+    // "accent4": attribute, wxString
     wxString GetAccent4() const;
     void SetAccent4(wxString value);
     bool CheckAccent4() const { return (m_presence & (1u << 8)) != 0; }
+    // "accent5": attribute, wxString
     wxString GetAccent5() const;
     void SetAccent5(wxString value);
     bool CheckAccent5() const { return (m_presence & (1u << 9)) != 0; }
+    // "accent6": attribute, wxString
     wxString GetAccent6() const;
     void SetAccent6(wxString value);
     bool CheckAccent6() const { return (m_presence & (1u << 10)) != 0; }
+    // "hlink": attribute, wxString
     wxString GetHlink() const;
     void SetHlink(wxString value);
     bool CheckHlink() const { return (m_presence & (1u << 11)) != 0; }
+    // "folHlink": attribute, wxString
     wxString GetFolHlink() const;
     void SetFolHlink(wxString value);
     bool CheckFolHlink() const { return (m_presence & (1u << 12)) != 0; }
@@ -6581,6 +7240,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_ColorMappingOverrideData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ColorMappingOverrideData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6606,9 +7266,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "masterClrMapping": child element
     CT_EmptyElement* GetMasterClrMapping() const { return m_MasterClrMapping; }
     void SetMasterClrMapping(CT_EmptyElement* value) { m_MasterClrMapping = value; m_presence |= (1u << 0); }
     bool CheckMasterClrMapping() const { return (m_presence & (1u << 0)) != 0; }
+    // "overrideClrMapping": child element
     CT_ColorMapping* GetOverrideClrMapping() const { return m_OverrideClrMapping; }
     void SetOverrideClrMapping(CT_ColorMapping* value) { m_OverrideClrMapping = value; m_presence |= (1u << 1); }
     bool CheckOverrideClrMapping() const { return (m_presence & (1u << 1)) != 0; }
@@ -6630,9 +7292,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clrScheme": child element
     CT_ColorScheme* GetClrScheme() const { return m_ClrScheme; }
     void SetClrScheme(CT_ColorScheme* value) { m_ClrScheme = value; m_presence |= (1u << 0); }
     bool CheckClrScheme() const { return (m_presence & (1u << 0)) != 0; }
+    // "clrMap": child element
     CT_ColorMapping* GetClrMap() const { return m_ClrMap; }
     void SetClrMap(CT_ColorMapping* value) { m_ClrMap = value; m_presence |= (1u << 1); }
     bool CheckClrMap() const { return (m_presence & (1u << 1)) != 0; }
@@ -6654,6 +7318,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extraClrScheme": child element, repeated
     XMLPtrArray<CT_ColorSchemeAndMapping> GetExtraClrScheme() const;
     void SetExtraClrScheme(XMLPtrArray<CT_ColorSchemeAndMapping> value);
     bool CheckExtraClrScheme() const { return (m_presence & (1u << 0)) != 0; }
@@ -6674,21 +7339,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "themeElements": child element
     CT_BaseStyles* GetThemeElements() const { return m_ThemeElements; }
     void SetThemeElements(CT_BaseStyles* value) { m_ThemeElements = value; m_presence |= (1u << 0); }
     bool CheckThemeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "objectDefaults": child element
     CT_ObjectStyleDefaults* GetObjectDefaults() const { return m_ObjectDefaults; }
     void SetObjectDefaults(CT_ObjectStyleDefaults* value) { m_ObjectDefaults = value; m_presence |= (1u << 1); }
     bool CheckObjectDefaults() const { return (m_presence & (1u << 1)) != 0; }
+    // "extraClrSchemeLst": child element
     CT_ColorSchemeList* GetExtraClrSchemeLst() const { return m_ExtraClrSchemeLst; }
     void SetExtraClrSchemeLst(CT_ColorSchemeList* value) { m_ExtraClrSchemeLst = value; m_presence |= (1u << 2); }
     bool CheckExtraClrSchemeLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "custClrLst": child element
     CT_CustomColorList* GetCustClrLst() const { return m_CustClrLst; }
     void SetCustClrLst(CT_CustomColorList* value) { m_CustClrLst = value; m_presence |= (1u << 3); }
     bool CheckCustClrLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
@@ -6714,12 +7385,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clrScheme": child element
     CT_ColorScheme* GetClrScheme() const { return m_ClrScheme; }
     void SetClrScheme(CT_ColorScheme* value) { m_ClrScheme = value; m_presence |= (1u << 0); }
     bool CheckClrScheme() const { return (m_presence & (1u << 0)) != 0; }
+    // "fontScheme": child element
     CT_FontScheme* GetFontScheme() const { return m_FontScheme; }
     void SetFontScheme(CT_FontScheme* value) { m_FontScheme = value; m_presence |= (1u << 1); }
     bool CheckFontScheme() const { return (m_presence & (1u << 1)) != 0; }
+    // "fmtScheme": child element
     CT_StyleMatrix* GetFmtScheme() const { return m_FmtScheme; }
     void SetFmtScheme(CT_StyleMatrix* value) { m_FmtScheme = value; m_presence |= (1u << 2); }
     bool CheckFmtScheme() const { return (m_presence & (1u << 2)) != 0; }
@@ -6742,9 +7416,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "themeElements": child element
     CT_BaseStyles* GetThemeElements() const { return m_ThemeElements; }
     void SetThemeElements(CT_BaseStyles* value) { m_ThemeElements = value; m_presence |= (1u << 0); }
     bool CheckThemeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "clrMap": child element
     CT_ColorMapping* GetClrMap() const { return m_ClrMap; }
     void SetClrMap(CT_ColorMapping* value) { m_ClrMap = value; m_presence |= (1u << 1); }
     bool CheckClrMap() const { return (m_presence & (1u << 1)) != 0; }
@@ -6766,57 +7442,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lnL": child element
     CT_LineProperties* GetLnL() const { return m_LnL; }
     void SetLnL(CT_LineProperties* value) { m_LnL = value; m_presence |= (1u << 0); }
     bool CheckLnL() const { return (m_presence & (1u << 0)) != 0; }
+    // "lnR": child element
     CT_LineProperties* GetLnR() const { return m_LnR; }
     void SetLnR(CT_LineProperties* value) { m_LnR = value; m_presence |= (1u << 1); }
     bool CheckLnR() const { return (m_presence & (1u << 1)) != 0; }
+    // "lnT": child element
     CT_LineProperties* GetLnT() const { return m_LnT; }
     void SetLnT(CT_LineProperties* value) { m_LnT = value; m_presence |= (1u << 2); }
     bool CheckLnT() const { return (m_presence & (1u << 2)) != 0; }
+    // "lnB": child element
     CT_LineProperties* GetLnB() const { return m_LnB; }
     void SetLnB(CT_LineProperties* value) { m_LnB = value; m_presence |= (1u << 3); }
     bool CheckLnB() const { return (m_presence & (1u << 3)) != 0; }
+    // "lnTlToBr": child element
     CT_LineProperties* GetLnTlToBr() const { return m_LnTlToBr; }
     void SetLnTlToBr(CT_LineProperties* value) { m_LnTlToBr = value; m_presence |= (1u << 4); }
     bool CheckLnTlToBr() const { return (m_presence & (1u << 4)) != 0; }
+    // "lnBlToTr": child element
     CT_LineProperties* GetLnBlToTr() const { return m_LnBlToTr; }
     void SetLnBlToTr(CT_LineProperties* value) { m_LnBlToTr = value; m_presence |= (1u << 5); }
     bool CheckLnBlToTr() const { return (m_presence & (1u << 5)) != 0; }
+    // "cell3D": child element
     CT_Cell3D* GetCell3D() const { return m_Cell3D; }
     void SetCell3D(CT_Cell3D* value) { m_Cell3D = value; m_presence |= (1u << 6); }
     bool CheckCell3D() const { return (m_presence & (1u << 6)) != 0; }
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 7); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 7)) != 0; }
+    // "headers": child element
     CT_Headers* GetHeaders() const { return m_Headers; }
     void SetHeaders(CT_Headers* value) { m_Headers = value; m_presence |= (1u << 8); }
     bool CheckHeaders() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
+    // "marL": attribute, wxAny, default "91440"
     wxAny GetMarL() const;
     void SetMarL(wxAny value);
     bool CheckMarL() const { return (m_presence & (1u << 10)) != 0; }
+    // "marR": attribute, wxAny, default "91440"
     wxAny GetMarR() const;
     void SetMarR(wxAny value);
     bool CheckMarR() const { return (m_presence & (1u << 11)) != 0; }
+    // "marT": attribute, wxAny, default "45720"
     wxAny GetMarT() const;
     void SetMarT(wxAny value);
     bool CheckMarT() const { return (m_presence & (1u << 12)) != 0; }
+    // "marB": attribute, wxAny, default "45720"
     wxAny GetMarB() const;
     void SetMarB(wxAny value);
     bool CheckMarB() const { return (m_presence & (1u << 13)) != 0; }
+    // "vert": attribute, wxString, default "horz"
     wxString GetVert() const;
     void SetVert(wxString value);
     bool CheckVert() const { return (m_presence & (1u << 14)) != 0; }
+    // "anchor": attribute, wxString, default "t"
     wxString GetAnchor() const;
     void SetAnchor(wxString value);
     bool CheckAnchor() const { return (m_presence & (1u << 15)) != 0; }
+    // "anchorCtr": attribute, bool, default "false"
     bool GetAnchorCtr() const { return m_AnchorCtr; }
     void SetAnchorCtr(bool value) { m_AnchorCtr = value; m_presence |= (1u << 16); }
     bool CheckAnchorCtr() const { return (m_presence & (1u << 16)) != 0; }
+    // "horzOverflow": attribute, wxString, default "clip"
     wxString GetHorzOverflow() const;
     void SetHorzOverflow(wxString value);
     bool CheckHorzOverflow() const { return (m_presence & (1u << 17)) != 0; }
@@ -6854,6 +7548,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "header": value element, wxString, repeated
     std::vector<wxString> GetHeader() const;
     void SetHeader(std::vector<wxString> value);
     bool CheckHeader() const { return (m_presence & (1u << 0)) != 0; }
@@ -6874,9 +7569,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 1)) != 0; }
@@ -6898,6 +7595,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gridCol": child element, repeated
     XMLPtrArray<CT_TableCol> GetGridCol() const;
     void SetGridCol(XMLPtrArray<CT_TableCol> value);
     bool CheckGridCol() const { return (m_presence & (1u << 0)) != 0; }
@@ -6918,27 +7616,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "txBody": child element
     CT_TextBody* GetTxBody() const { return m_TxBody; }
     void SetTxBody(CT_TextBody* value) { m_TxBody = value; m_presence |= (1u << 0); }
     bool CheckTxBody() const { return (m_presence & (1u << 0)) != 0; }
+    // "tcPr": child element
     CT_TableCellProperties* GetTcPr() const { return m_TcPr; }
     void SetTcPr(CT_TableCellProperties* value) { m_TcPr = value; m_presence |= (1u << 1); }
     bool CheckTcPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "rowSpan": attribute, int, default "1"
     int GetRowSpan() const { return m_RowSpan; }
     void SetRowSpan(int value) { m_RowSpan = value; m_presence |= (1u << 3); }
     bool CheckRowSpan() const { return (m_presence & (1u << 3)) != 0; }
+    // "gridSpan": attribute, int, default "1"
     int GetGridSpan() const { return m_GridSpan; }
     void SetGridSpan(int value) { m_GridSpan = value; m_presence |= (1u << 4); }
     bool CheckGridSpan() const { return (m_presence & (1u << 4)) != 0; }
+    // "hMerge": attribute, bool, default "false"
     bool GetHMerge() const { return m_HMerge; }
     void SetHMerge(bool value) { m_HMerge = value; m_presence |= (1u << 5); }
     bool CheckHMerge() const { return (m_presence & (1u << 5)) != 0; }
+    // "vMerge": attribute, bool, default "false"
     bool GetVMerge() const { return m_VMerge; }
     void SetVMerge(bool value) { m_VMerge = value; m_presence |= (1u << 6); }
     bool CheckVMerge() const { return (m_presence & (1u << 6)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 7)) != 0; }
@@ -6966,12 +7672,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tc": child element, repeated
     XMLPtrArray<CT_TableCell> GetTc() const;
     void SetTc(XMLPtrArray<CT_TableCell> value);
     bool CheckTc() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "h": attribute, wxAny
     wxAny GetH() const;
     void SetH(wxAny value);
     bool CheckH() const { return (m_presence & (1u << 2)) != 0; }
@@ -6994,36 +7703,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (1u << 1); }
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder
     CT_TablePropertiesData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TablePropertiesData__* value) { m_Data__ = value; m_presence |= (1u << 2); }
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "rtl": attribute, bool, default "false"
     bool GetRtl() const { return m_Rtl; }
     void SetRtl(bool value) { m_Rtl = value; m_presence |= (1u << 4); }
     bool CheckRtl() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstRow": attribute, bool, default "false"
     bool GetFirstRow() const { return m_FirstRow; }
     void SetFirstRow(bool value) { m_FirstRow = value; m_presence |= (1u << 5); }
     bool CheckFirstRow() const { return (m_presence & (1u << 5)) != 0; }
+    // "firstCol": attribute, bool, default "false"
     bool GetFirstCol() const { return m_FirstCol; }
     void SetFirstCol(bool value) { m_FirstCol = value; m_presence |= (1u << 6); }
     bool CheckFirstCol() const { return (m_presence & (1u << 6)) != 0; }
+    // "lastRow": attribute, bool, default "false"
     bool GetLastRow() const { return m_LastRow; }
     void SetLastRow(bool value) { m_LastRow = value; m_presence |= (1u << 7); }
     bool CheckLastRow() const { return (m_presence & (1u << 7)) != 0; }
+    // "lastCol": attribute, bool, default "false"
     bool GetLastCol() const { return m_LastCol; }
     void SetLastCol(bool value) { m_LastCol = value; m_presence |= (1u << 8); }
     bool CheckLastCol() const { return (m_presence & (1u << 8)) != 0; }
+    // "bandRow": attribute, bool, default "false"
     bool GetBandRow() const { return m_BandRow; }
     void SetBandRow(bool value) { m_BandRow = value; m_presence |= (1u << 9); }
     bool CheckBandRow() const { return (m_presence & (1u << 9)) != 0; }
+    // "bandCol": attribute, bool, default "false"
     bool GetBandCol() const { return m_BandCol; }
     void SetBandCol(bool value) { m_BandCol = value; m_presence |= (1u << 10); }
     bool CheckBandCol() const { return (m_presence & (1u << 10)) != 0; }
@@ -7059,9 +7779,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tableStyle": child element
     CT_TableStyle* GetTableStyle() const { return m_TableStyle; }
     void SetTableStyle(CT_TableStyle* value) { m_TableStyle = value; m_presence |= (1u << 0); }
     bool CheckTableStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "tableStyleId": value element, wxString
     wxString GetTableStyleId() const;
     void SetTableStyleId(wxString value);
     bool CheckTableStyleId() const { return (m_presence & (1u << 1)) != 0; }
@@ -7083,12 +7805,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPr": child element
     CT_TableProperties* GetTblPr() const { return m_TblPr; }
     void SetTblPr(CT_TableProperties* value) { m_TblPr = value; m_presence |= (1u << 0); }
     bool CheckTblPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "tblGrid": child element
     CT_TableGrid* GetTblGrid() const { return m_TblGrid; }
     void SetTblGrid(CT_TableGrid* value) { m_TblGrid = value; m_presence |= (1u << 1); }
     bool CheckTblGrid() const { return (m_presence & (1u << 1)) != 0; }
+    // "tr": child element, repeated
     XMLPtrArray<CT_TableRow> GetTr() const;
     void SetTr(XMLPtrArray<CT_TableRow> value);
     bool CheckTr() const { return (m_presence & (1u << 2)) != 0; }
@@ -7111,15 +7836,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bevel": child element
     CT_Bevel* GetBevel() const { return m_Bevel; }
     void SetBevel(CT_Bevel* value) { m_Bevel = value; m_presence |= (1u << 0); }
     bool CheckBevel() const { return (m_presence & (1u << 0)) != 0; }
+    // "lightRig": child element
     CT_LightRig* GetLightRig() const { return m_LightRig; }
     void SetLightRig(CT_LightRig* value) { m_LightRig = value; m_presence |= (1u << 1); }
     bool CheckLightRig() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "prstMaterial": attribute, wxString, default "plastic"
     wxString GetPrstMaterial() const;
     void SetPrstMaterial(wxString value);
     bool CheckPrstMaterial() const { return (m_presence & (1u << 3)) != 0; }
@@ -7148,6 +7877,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ThemeableFillStyleData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ThemeableFillStyleData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7173,9 +7903,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "fill": child element
     CT_FillProperties* GetFill() const { return m_Fill; }
     void SetFill(CT_FillProperties* value) { m_Fill = value; m_presence |= (1u << 0); }
     bool CheckFill() const { return (m_presence & (1u << 0)) != 0; }
+    // "fillRef": child element
     CT_StyleMatrixReference* GetFillRef() const { return m_FillRef; }
     void SetFillRef(CT_StyleMatrixReference* value) { m_FillRef = value; m_presence |= (1u << 1); }
     bool CheckFillRef() const { return (m_presence & (1u << 1)) != 0; }
@@ -7197,6 +7929,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_ThemeableLineStyleData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ThemeableLineStyleData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7222,9 +7955,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ln": child element
     CT_LineProperties* GetLn() const { return m_Ln; }
     void SetLn(CT_LineProperties* value) { m_Ln = value; m_presence |= (1u << 0); }
     bool CheckLn() const { return (m_presence & (1u << 0)) != 0; }
+    // "lnRef": child element
     CT_StyleMatrixReference* GetLnRef() const { return m_LnRef; }
     void SetLnRef(CT_StyleMatrixReference* value) { m_LnRef = value; m_presence |= (1u << 1); }
     bool CheckLnRef() const { return (m_presence & (1u << 1)) != 0; }
@@ -7251,6 +7986,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ThemeableEffectStyleData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ThemeableEffectStyleData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7276,9 +8012,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "effect": child element
     CT_EffectProperties* GetEffect() const { return m_Effect; }
     void SetEffect(CT_EffectProperties* value) { m_Effect = value; m_presence |= (1u << 0); }
     bool CheckEffect() const { return (m_presence & (1u << 0)) != 0; }
+    // "effectRef": child element
     CT_StyleMatrixReference* GetEffectRef() const { return m_EffectRef; }
     void SetEffectRef(CT_StyleMatrixReference* value) { m_EffectRef = value; m_presence |= (1u << 1); }
     bool CheckEffectRef() const { return (m_presence & (1u << 1)) != 0; }
@@ -7305,6 +8043,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ThemeableFontStylesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ThemeableFontStylesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7330,9 +8069,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "font": child element
     CT_FontCollection* GetFont() const { return m_Font; }
     void SetFont(CT_FontCollection* value) { m_Font = value; m_presence |= (1u << 0); }
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "fontRef": child element
     CT_FontReference* GetFontRef() const { return m_FontRef; }
     void SetFontRef(CT_FontReference* value) { m_FontRef = value; m_presence |= (1u << 1); }
     bool CheckFontRef() const { return (m_presence & (1u << 1)) != 0; }
@@ -7354,18 +8095,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ThemeableFontStyles
     EG_ThemeableFontStyles* GetEG_ThemeableFontStyles() const { return m_EG_ThemeableFontStyles; }
     void SetEG_ThemeableFontStyles(EG_ThemeableFontStyles* value) { m_EG_ThemeableFontStyles = value; m_presence |= (1u << 0); }
     bool CheckEG_ThemeableFontStyles() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ColorChoice
     EG_ColorChoice* GetEG_ColorChoice() const { return m_EG_ColorChoice; }
     void SetEG_ColorChoice(EG_ColorChoice* value) { m_EG_ColorChoice = value; m_presence |= (1u << 1); }
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxString, default "def"
     wxString GetB() const;
     void SetB(wxString value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "i": attribute, wxString, default "def"
     wxString GetI() const;
     void SetI(wxString value);
     bool CheckI() const { return (m_presence & (1u << 4)) != 0; }
@@ -7390,30 +8136,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "left": child element
     CT_ThemeableLineStyle* GetLeft() const { return m_Left; }
     void SetLeft(CT_ThemeableLineStyle* value) { m_Left = value; m_presence |= (1u << 0); }
     bool CheckLeft() const { return (m_presence & (1u << 0)) != 0; }
+    // "right": child element
     CT_ThemeableLineStyle* GetRight() const { return m_Right; }
     void SetRight(CT_ThemeableLineStyle* value) { m_Right = value; m_presence |= (1u << 1); }
     bool CheckRight() const { return (m_presence & (1u << 1)) != 0; }
+    // "top": child element
     CT_ThemeableLineStyle* GetTop() const { return m_Top; }
     void SetTop(CT_ThemeableLineStyle* value) { m_Top = value; m_presence |= (1u << 2); }
     bool CheckTop() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": child element
     CT_ThemeableLineStyle* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_ThemeableLineStyle* value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "insideH": child element
     CT_ThemeableLineStyle* GetInsideH() const { return m_InsideH; }
     void SetInsideH(CT_ThemeableLineStyle* value) { m_InsideH = value; m_presence |= (1u << 4); }
     bool CheckInsideH() const { return (m_presence & (1u << 4)) != 0; }
+    // "insideV": child element
     CT_ThemeableLineStyle* GetInsideV() const { return m_InsideV; }
     void SetInsideV(CT_ThemeableLineStyle* value) { m_InsideV = value; m_presence |= (1u << 5); }
     bool CheckInsideV() const { return (m_presence & (1u << 5)) != 0; }
+    // "tl2br": child element
     CT_ThemeableLineStyle* GetTl2br() const { return m_Tl2br; }
     void SetTl2br(CT_ThemeableLineStyle* value) { m_Tl2br = value; m_presence |= (1u << 6); }
     bool CheckTl2br() const { return (m_presence & (1u << 6)) != 0; }
+    // "tr2bl": child element
     CT_ThemeableLineStyle* GetTr2bl() const { return m_Tr2bl; }
     void SetTr2bl(CT_ThemeableLineStyle* value) { m_Tr2bl = value; m_presence |= (1u << 7); }
     bool CheckTr2bl() const { return (m_presence & (1u << 7)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 8); }
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
@@ -7442,9 +8197,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ThemeableFillStyle
     EG_ThemeableFillStyle* GetEG_ThemeableFillStyle() const { return m_EG_ThemeableFillStyle; }
     void SetEG_ThemeableFillStyle(EG_ThemeableFillStyle* value) { m_EG_ThemeableFillStyle = value; m_presence |= (1u << 0); }
     bool CheckEG_ThemeableFillStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ThemeableEffectStyle
     EG_ThemeableEffectStyle* GetEG_ThemeableEffectStyle() const { return m_EG_ThemeableEffectStyle; }
     void SetEG_ThemeableEffectStyle(EG_ThemeableEffectStyle* value) { m_EG_ThemeableEffectStyle = value; m_presence |= (1u << 1); }
     bool CheckEG_ThemeableEffectStyle() const { return (m_presence & (1u << 1)) != 0; }
@@ -7466,12 +8223,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tcBdr": child element
     CT_TableCellBorderStyle* GetTcBdr() const { return m_TcBdr; }
     void SetTcBdr(CT_TableCellBorderStyle* value) { m_TcBdr = value; m_presence |= (1u << 0); }
     bool CheckTcBdr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ThemeableFillStyle
     EG_ThemeableFillStyle* GetEG_ThemeableFillStyle() const { return m_EG_ThemeableFillStyle; }
     void SetEG_ThemeableFillStyle(EG_ThemeableFillStyle* value) { m_EG_ThemeableFillStyle = value; m_presence |= (1u << 1); }
     bool CheckEG_ThemeableFillStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "cell3D": child element
     CT_Cell3D* GetCell3D() const { return m_Cell3D; }
     void SetCell3D(CT_Cell3D* value) { m_Cell3D = value; m_presence |= (1u << 2); }
     bool CheckCell3D() const { return (m_presence & (1u << 2)) != 0; }
@@ -7494,9 +8254,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tcTxStyle": child element
     CT_TableStyleTextStyle* GetTcTxStyle() const { return m_TcTxStyle; }
     void SetTcTxStyle(CT_TableStyleTextStyle* value) { m_TcTxStyle = value; m_presence |= (1u << 0); }
     bool CheckTcTxStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "tcStyle": child element
     CT_TableStyleCellStyle* GetTcStyle() const { return m_TcStyle; }
     void SetTcStyle(CT_TableStyleCellStyle* value) { m_TcStyle = value; m_presence |= (1u << 1); }
     bool CheckTcStyle() const { return (m_presence & (1u << 1)) != 0; }
@@ -7518,54 +8280,71 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblBg": child element
     CT_TableBackgroundStyle* GetTblBg() const { return m_TblBg; }
     void SetTblBg(CT_TableBackgroundStyle* value) { m_TblBg = value; m_presence |= (1u << 0); }
     bool CheckTblBg() const { return (m_presence & (1u << 0)) != 0; }
+    // "wholeTbl": child element
     CT_TablePartStyle* GetWholeTbl() const { return m_WholeTbl; }
     void SetWholeTbl(CT_TablePartStyle* value) { m_WholeTbl = value; m_presence |= (1u << 1); }
     bool CheckWholeTbl() const { return (m_presence & (1u << 1)) != 0; }
+    // "band1H": child element
     CT_TablePartStyle* GetBand1H() const { return m_Band1H; }
     void SetBand1H(CT_TablePartStyle* value) { m_Band1H = value; m_presence |= (1u << 2); }
     bool CheckBand1H() const { return (m_presence & (1u << 2)) != 0; }
+    // "band2H": child element
     CT_TablePartStyle* GetBand2H() const { return m_Band2H; }
     void SetBand2H(CT_TablePartStyle* value) { m_Band2H = value; m_presence |= (1u << 3); }
     bool CheckBand2H() const { return (m_presence & (1u << 3)) != 0; }
+    // "band1V": child element
     CT_TablePartStyle* GetBand1V() const { return m_Band1V; }
     void SetBand1V(CT_TablePartStyle* value) { m_Band1V = value; m_presence |= (1u << 4); }
     bool CheckBand1V() const { return (m_presence & (1u << 4)) != 0; }
+    // "band2V": child element
     CT_TablePartStyle* GetBand2V() const { return m_Band2V; }
     void SetBand2V(CT_TablePartStyle* value) { m_Band2V = value; m_presence |= (1u << 5); }
     bool CheckBand2V() const { return (m_presence & (1u << 5)) != 0; }
+    // "lastCol": child element
     CT_TablePartStyle* GetLastCol() const { return m_LastCol; }
     void SetLastCol(CT_TablePartStyle* value) { m_LastCol = value; m_presence |= (1u << 6); }
     bool CheckLastCol() const { return (m_presence & (1u << 6)) != 0; }
+    // "firstCol": child element
     CT_TablePartStyle* GetFirstCol() const { return m_FirstCol; }
     void SetFirstCol(CT_TablePartStyle* value) { m_FirstCol = value; m_presence |= (1u << 7); }
     bool CheckFirstCol() const { return (m_presence & (1u << 7)) != 0; }
+    // "lastRow": child element
     CT_TablePartStyle* GetLastRow() const { return m_LastRow; }
     void SetLastRow(CT_TablePartStyle* value) { m_LastRow = value; m_presence |= (1u << 8); }
     bool CheckLastRow() const { return (m_presence & (1u << 8)) != 0; }
+    // "seCell": child element
     CT_TablePartStyle* GetSeCell() const { return m_SeCell; }
     void SetSeCell(CT_TablePartStyle* value) { m_SeCell = value; m_presence |= (1u << 9); }
     bool CheckSeCell() const { return (m_presence & (1u << 9)) != 0; }
+    // "swCell": child element
     CT_TablePartStyle* GetSwCell() const { return m_SwCell; }
     void SetSwCell(CT_TablePartStyle* value) { m_SwCell = value; m_presence |= (1u << 10); }
     bool CheckSwCell() const { return (m_presence & (1u << 10)) != 0; }
+    // "firstRow": child element
     CT_TablePartStyle* GetFirstRow() const { return m_FirstRow; }
     void SetFirstRow(CT_TablePartStyle* value) { m_FirstRow = value; m_presence |= (1u << 11); }
     bool CheckFirstRow() const { return (m_presence & (1u << 11)) != 0; }
+    // "neCell": child element
     CT_TablePartStyle* GetNeCell() const { return m_NeCell; }
     void SetNeCell(CT_TablePartStyle* value) { m_NeCell = value; m_presence |= (1u << 12); }
     bool CheckNeCell() const { return (m_presence & (1u << 12)) != 0; }
+    // "nwCell": child element
     CT_TablePartStyle* GetNwCell() const { return m_NwCell; }
     void SetNwCell(CT_TablePartStyle* value) { m_NwCell = value; m_presence |= (1u << 13); }
     bool CheckNwCell() const { return (m_presence & (1u << 13)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 14); }
     bool CheckExtLst() const { return (m_presence & (1u << 14)) != 0; }
+    // "styleId": attribute, wxString
     wxString GetStyleId() const;
     void SetStyleId(wxString value);
     bool CheckStyleId() const { return (m_presence & (1u << 15)) != 0; }
+    // "styleName": attribute, wxString
     wxString GetStyleName() const;
     void SetStyleName(wxString value);
     bool CheckStyleName() const { return (m_presence & (1u << 16)) != 0; }
@@ -7602,9 +8381,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblStyle": child element, repeated
     XMLPtrArray<CT_TableStyle> GetTblStyle() const;
     void SetTblStyle(XMLPtrArray<CT_TableStyle> value);
     bool CheckTblStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "def": attribute, wxString
     wxString GetDef() const;
     void SetDef(wxString value);
     bool CheckDef() const { return (m_presence & (1u << 1)) != 0; }
@@ -7626,12 +8407,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPr": child element
     CT_TextParagraphProperties* GetPPr() const { return m_PPr; }
     void SetPPr(CT_TextParagraphProperties* value) { m_PPr = value; m_presence |= (1u << 0); }
     bool CheckPPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_TextRun, repeated
     XMLPtrArray<EG_TextRun> GetEG_TextRun() const;
     void SetEG_TextRun(XMLPtrArray<EG_TextRun> value);
     bool CheckEG_TextRun() const { return (m_presence & (1u << 1)) != 0; }
+    // "endParaRPr": child element
     CT_TextCharacterProperties* GetEndParaRPr() const { return m_EndParaRPr; }
     void SetEndParaRPr(CT_TextCharacterProperties* value) { m_EndParaRPr = value; m_presence |= (1u << 2); }
     bool CheckEndParaRPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -7654,36 +8438,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "defPPr": child element
     CT_TextParagraphProperties* GetDefPPr() const { return m_DefPPr; }
     void SetDefPPr(CT_TextParagraphProperties* value) { m_DefPPr = value; m_presence |= (1u << 0); }
     bool CheckDefPPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvl1pPr": child element
     CT_TextParagraphProperties* GetLvl1pPr() const { return m_Lvl1pPr; }
     void SetLvl1pPr(CT_TextParagraphProperties* value) { m_Lvl1pPr = value; m_presence |= (1u << 1); }
     bool CheckLvl1pPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "lvl2pPr": child element
     CT_TextParagraphProperties* GetLvl2pPr() const { return m_Lvl2pPr; }
     void SetLvl2pPr(CT_TextParagraphProperties* value) { m_Lvl2pPr = value; m_presence |= (1u << 2); }
     bool CheckLvl2pPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "lvl3pPr": child element
     CT_TextParagraphProperties* GetLvl3pPr() const { return m_Lvl3pPr; }
     void SetLvl3pPr(CT_TextParagraphProperties* value) { m_Lvl3pPr = value; m_presence |= (1u << 3); }
     bool CheckLvl3pPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "lvl4pPr": child element
     CT_TextParagraphProperties* GetLvl4pPr() const { return m_Lvl4pPr; }
     void SetLvl4pPr(CT_TextParagraphProperties* value) { m_Lvl4pPr = value; m_presence |= (1u << 4); }
     bool CheckLvl4pPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "lvl5pPr": child element
     CT_TextParagraphProperties* GetLvl5pPr() const { return m_Lvl5pPr; }
     void SetLvl5pPr(CT_TextParagraphProperties* value) { m_Lvl5pPr = value; m_presence |= (1u << 5); }
     bool CheckLvl5pPr() const { return (m_presence & (1u << 5)) != 0; }
+    // "lvl6pPr": child element
     CT_TextParagraphProperties* GetLvl6pPr() const { return m_Lvl6pPr; }
     void SetLvl6pPr(CT_TextParagraphProperties* value) { m_Lvl6pPr = value; m_presence |= (1u << 6); }
     bool CheckLvl6pPr() const { return (m_presence & (1u << 6)) != 0; }
+    // "lvl7pPr": child element
     CT_TextParagraphProperties* GetLvl7pPr() const { return m_Lvl7pPr; }
     void SetLvl7pPr(CT_TextParagraphProperties* value) { m_Lvl7pPr = value; m_presence |= (1u << 7); }
     bool CheckLvl7pPr() const { return (m_presence & (1u << 7)) != 0; }
+    // "lvl8pPr": child element
     CT_TextParagraphProperties* GetLvl8pPr() const { return m_Lvl8pPr; }
     void SetLvl8pPr(CT_TextParagraphProperties* value) { m_Lvl8pPr = value; m_presence |= (1u << 8); }
     bool CheckLvl8pPr() const { return (m_presence & (1u << 8)) != 0; }
+    // "lvl9pPr": child element
     CT_TextParagraphProperties* GetLvl9pPr() const { return m_Lvl9pPr; }
     void SetLvl9pPr(CT_TextParagraphProperties* value) { m_Lvl9pPr = value; m_presence |= (1u << 9); }
     bool CheckLvl9pPr() const { return (m_presence & (1u << 9)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 10); }
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
@@ -7714,9 +8509,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fontScale": attribute, wxAny, default "100%"
     wxAny GetFontScale() const;
     void SetFontScale(wxAny value);
     bool CheckFontScale() const { return (m_presence & (1u << 0)) != 0; }
+    // "lnSpcReduction": attribute, wxAny, default "0%"
     wxAny GetLnSpcReduction() const;
     void SetLnSpcReduction(wxAny value);
     bool CheckLnSpcReduction() const { return (m_presence & (1u << 1)) != 0; }
@@ -7773,6 +8570,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextAutofitData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextAutofitData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7798,12 +8596,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "noAutofit": child element
     CT_TextNoAutofit* GetNoAutofit() const { return m_NoAutofit; }
     void SetNoAutofit(CT_TextNoAutofit* value) { m_NoAutofit = value; m_presence |= (1u << 0); }
     bool CheckNoAutofit() const { return (m_presence & (1u << 0)) != 0; }
+    // "normAutofit": child element
     CT_TextNormalAutofit* GetNormAutofit() const { return m_NormAutofit; }
     void SetNormAutofit(CT_TextNormalAutofit* value) { m_NormAutofit = value; m_presence |= (1u << 1); }
     bool CheckNormAutofit() const { return (m_presence & (1u << 1)) != 0; }
+    // "spAutoFit": child element
     CT_TextShapeAutofit* GetSpAutoFit() const { return m_SpAutoFit; }
     void SetSpAutoFit(CT_TextShapeAutofit* value) { m_SpAutoFit = value; m_presence |= (1u << 2); }
     bool CheckSpAutoFit() const { return (m_presence & (1u << 2)) != 0; }
@@ -7826,75 +8627,99 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "prstTxWarp": child element
     CT_PresetTextShape* GetPrstTxWarp() const { return m_PrstTxWarp; }
     void SetPrstTxWarp(CT_PresetTextShape* value) { m_PrstTxWarp = value; m_presence |= (1u << 0); }
     bool CheckPrstTxWarp() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_TextAutofit
     EG_TextAutofit* GetEG_TextAutofit() const { return m_EG_TextAutofit; }
     void SetEG_TextAutofit(EG_TextAutofit* value) { m_EG_TextAutofit = value; m_presence |= (1u << 1); }
     bool CheckEG_TextAutofit() const { return (m_presence & (1u << 1)) != 0; }
+    // "scene3d": child element
     CT_Scene3D* GetScene3d() const { return m_Scene3d; }
     void SetScene3d(CT_Scene3D* value) { m_Scene3d = value; m_presence |= (1u << 2); }
     bool CheckScene3d() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_Text3D
     EG_Text3D* GetEG_Text3D() const { return m_EG_Text3D; }
     void SetEG_Text3D(EG_Text3D* value) { m_EG_Text3D = value; m_presence |= (1u << 3); }
     bool CheckEG_Text3D() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "rot": attribute, int
     int GetRot() const { return m_Rot; }
     void SetRot(int value) { m_Rot = value; m_presence |= (1u << 5); }
     bool CheckRot() const { return (m_presence & (1u << 5)) != 0; }
+    // "spcFirstLastPara": attribute, bool
     bool GetSpcFirstLastPara() const { return m_SpcFirstLastPara; }
     void SetSpcFirstLastPara(bool value) { m_SpcFirstLastPara = value; m_presence |= (1u << 6); }
     bool CheckSpcFirstLastPara() const { return (m_presence & (1u << 6)) != 0; }
+    // "vertOverflow": attribute, wxString
     wxString GetVertOverflow() const;
     void SetVertOverflow(wxString value);
     bool CheckVertOverflow() const { return (m_presence & (1u << 7)) != 0; }
+    // "horzOverflow": attribute, wxString
     wxString GetHorzOverflow() const;
     void SetHorzOverflow(wxString value);
     bool CheckHorzOverflow() const { return (m_presence & (1u << 8)) != 0; }
+    // "vert": attribute, wxString
     wxString GetVert() const;
     void SetVert(wxString value);
     bool CheckVert() const { return (m_presence & (1u << 9)) != 0; }
+    // "wrap": attribute, wxString
     wxString GetWrap() const;
     void SetWrap(wxString value);
     bool CheckWrap() const { return (m_presence & (1u << 10)) != 0; }
+    // "lIns": attribute, wxAny
     wxAny GetLIns() const;
     void SetLIns(wxAny value);
     bool CheckLIns() const { return (m_presence & (1u << 11)) != 0; }
+    // "tIns": attribute, wxAny
     wxAny GetTIns() const;
     void SetTIns(wxAny value);
     bool CheckTIns() const { return (m_presence & (1u << 12)) != 0; }
+    // "rIns": attribute, wxAny
     wxAny GetRIns() const;
     void SetRIns(wxAny value);
     bool CheckRIns() const { return (m_presence & (1u << 13)) != 0; }
+    // "bIns": attribute, wxAny
     wxAny GetBIns() const;
     void SetBIns(wxAny value);
     bool CheckBIns() const { return (m_presence & (1u << 14)) != 0; }
+    // "numCol": attribute, int
     int GetNumCol() const { return m_NumCol; }
     void SetNumCol(int value) { m_NumCol = value; m_presence |= (1u << 15); }
     bool CheckNumCol() const { return (m_presence & (1u << 15)) != 0; }
+    // "spcCol": attribute, int
     int GetSpcCol() const { return m_SpcCol; }
     void SetSpcCol(int value) { m_SpcCol = value; m_presence |= (1u << 16); }
     bool CheckSpcCol() const { return (m_presence & (1u << 16)) != 0; }
+    // "rtlCol": attribute, bool
     bool GetRtlCol() const { return m_RtlCol; }
     void SetRtlCol(bool value) { m_RtlCol = value; m_presence |= (1u << 17); }
     bool CheckRtlCol() const { return (m_presence & (1u << 17)) != 0; }
+    // "fromWordArt": attribute, bool
     bool GetFromWordArt() const { return m_FromWordArt; }
     void SetFromWordArt(bool value) { m_FromWordArt = value; m_presence |= (1u << 18); }
     bool CheckFromWordArt() const { return (m_presence & (1u << 18)) != 0; }
+    // "anchor": attribute, wxString
     wxString GetAnchor() const;
     void SetAnchor(wxString value);
     bool CheckAnchor() const { return (m_presence & (1u << 19)) != 0; }
+    // "anchorCtr": attribute, bool
     bool GetAnchorCtr() const { return m_AnchorCtr; }
     void SetAnchorCtr(bool value) { m_AnchorCtr = value; m_presence |= (1u << 20); }
     bool CheckAnchorCtr() const { return (m_presence & (1u << 20)) != 0; }
+    // "forceAA": attribute, bool
     bool GetForceAA() const { return m_ForceAA; }
     void SetForceAA(bool value) { m_ForceAA = value; m_presence |= (1u << 21); }
     bool CheckForceAA() const { return (m_presence & (1u << 21)) != 0; }
+    // "upright": attribute, bool, default "false"
     bool GetUpright() const { return m_Upright; }
     void SetUpright(bool value) { m_Upright = value; m_presence |= (1u << 22); }
     bool CheckUpright() const { return (m_presence & (1u << 22)) != 0; }
+    // "compatLnSpc": attribute, bool
     bool GetCompatLnSpc() const { return m_CompatLnSpc; }
     void SetCompatLnSpc(bool value) { m_CompatLnSpc = value; m_presence |= (1u << 23); }
     bool CheckCompatLnSpc() const { return (m_presence & (1u << 23)) != 0; }
@@ -7938,12 +8763,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bodyPr": child element
     CT_TextBodyProperties* GetBodyPr() const { return m_BodyPr; }
     void SetBodyPr(CT_TextBodyProperties* value) { m_BodyPr = value; m_presence |= (1u << 0); }
     bool CheckBodyPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "lstStyle": child element
     CT_TextListStyle* GetLstStyle() const { return m_LstStyle; }
     void SetLstStyle(CT_TextListStyle* value) { m_LstStyle = value; m_presence |= (1u << 1); }
     bool CheckLstStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "p": child element, repeated
     XMLPtrArray<CT_TextParagraph> GetP() const;
     void SetP(XMLPtrArray<CT_TextParagraph> value);
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
@@ -7986,6 +8814,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextBulletColorData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextBulletColorData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8011,9 +8840,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "buClrTx": child element
     CT_TextBulletColorFollowText* GetBuClrTx() const { return m_BuClrTx; }
     void SetBuClrTx(CT_TextBulletColorFollowText* value) { m_BuClrTx = value; m_presence |= (1u << 0); }
     bool CheckBuClrTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "buClr": child element
     CT_Color* GetBuClr() const { return m_BuClr; }
     void SetBuClr(CT_Color* value) { m_BuClr = value; m_presence |= (1u << 1); }
     bool CheckBuClr() const { return (m_presence & (1u << 1)) != 0; }
@@ -8050,6 +8881,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8070,6 +8902,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8095,6 +8928,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextBulletSizeData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextBulletSizeData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8120,12 +8954,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "buSzTx": child element
     CT_TextBulletSizeFollowText* GetBuSzTx() const { return m_BuSzTx; }
     void SetBuSzTx(CT_TextBulletSizeFollowText* value) { m_BuSzTx = value; m_presence |= (1u << 0); }
     bool CheckBuSzTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "buSzPct": child element
     CT_TextBulletSizePercent* GetBuSzPct() const { return m_BuSzPct; }
     void SetBuSzPct(CT_TextBulletSizePercent* value) { m_BuSzPct = value; m_presence |= (1u << 1); }
     bool CheckBuSzPct() const { return (m_presence & (1u << 1)) != 0; }
+    // "buSzPts": child element
     CT_TextBulletSizePoint* GetBuSzPts() const { return m_BuSzPts; }
     void SetBuSzPts(CT_TextBulletSizePoint* value) { m_BuSzPts = value; m_presence |= (1u << 2); }
     bool CheckBuSzPts() const { return (m_presence & (1u << 2)) != 0; }
@@ -8168,6 +9005,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextBulletTypefaceData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextBulletTypefaceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8193,9 +9031,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "buFontTx": child element
     CT_TextBulletTypefaceFollowText* GetBuFontTx() const { return m_BuFontTx; }
     void SetBuFontTx(CT_TextBulletTypefaceFollowText* value) { m_BuFontTx = value; m_presence |= (1u << 0); }
     bool CheckBuFontTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "buFont": child element
     CT_TextFont* GetBuFont() const { return m_BuFont; }
     void SetBuFont(CT_TextFont* value) { m_BuFont = value; m_presence |= (1u << 1); }
     bool CheckBuFont() const { return (m_presence & (1u << 1)) != 0; }
@@ -8217,9 +9057,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "startAt": attribute, int, default "1"
     int GetStartAt() const { return m_StartAt; }
     void SetStartAt(int value) { m_StartAt = value; m_presence |= (1u << 1); }
     bool CheckStartAt() const { return (m_presence & (1u << 1)) != 0; }
@@ -8241,6 +9083,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "char": attribute, wxString
     wxString GetChar() const;
     void SetChar(wxString value);
     bool CheckChar() const { return (m_presence & (1u << 0)) != 0; }
@@ -8261,6 +9104,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blip": child element
     CT_Blip* GetBlip() const { return m_Blip; }
     void SetBlip(CT_Blip* value) { m_Blip = value; m_presence |= (1u << 0); }
     bool CheckBlip() const { return (m_presence & (1u << 0)) != 0; }
@@ -8301,6 +9145,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextBulletData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextBulletData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8326,15 +9171,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "buNone": child element
     CT_TextNoBullet* GetBuNone() const { return m_BuNone; }
     void SetBuNone(CT_TextNoBullet* value) { m_BuNone = value; m_presence |= (1u << 0); }
     bool CheckBuNone() const { return (m_presence & (1u << 0)) != 0; }
+    // "buAutoNum": child element
     CT_TextAutonumberBullet* GetBuAutoNum() const { return m_BuAutoNum; }
     void SetBuAutoNum(CT_TextAutonumberBullet* value) { m_BuAutoNum = value; m_presence |= (1u << 1); }
     bool CheckBuAutoNum() const { return (m_presence & (1u << 1)) != 0; }
+    // "buChar": child element
     CT_TextCharBullet* GetBuChar() const { return m_BuChar; }
     void SetBuChar(CT_TextCharBullet* value) { m_BuChar = value; m_presence |= (1u << 2); }
     bool CheckBuChar() const { return (m_presence & (1u << 2)) != 0; }
+    // "buBlip": child element
     CT_TextBlipBullet* GetBuBlip() const { return m_BuBlip; }
     void SetBuBlip(CT_TextBlipBullet* value) { m_BuBlip = value; m_presence |= (1u << 3); }
     bool CheckBuBlip() const { return (m_presence & (1u << 3)) != 0; }
@@ -8358,15 +9207,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "typeface": attribute, wxString
     wxString GetTypeface() const;
     void SetTypeface(wxString value);
     bool CheckTypeface() const { return (m_presence & (1u << 0)) != 0; }
+    // "panose": attribute, wxString
     wxString GetPanose() const;
     void SetPanose(wxString value);
     bool CheckPanose() const { return (m_presence & (1u << 1)) != 0; }
+    // "pitchFamily": attribute, char, default "0"
     char GetPitchFamily() const { return m_PitchFamily; }
     void SetPitchFamily(char value) { m_PitchFamily = value; m_presence |= (1u << 2); }
     bool CheckPitchFamily() const { return (m_presence & (1u << 2)) != 0; }
+    // "charset": attribute, char, default "1"
     char GetCharset() const { return m_Charset; }
     void SetCharset(char value) { m_Charset = value; m_presence |= (1u << 3); }
     bool CheckCharset() const { return (m_presence & (1u << 3)) != 0; }
@@ -8420,6 +9273,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
@@ -8445,6 +9299,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextUnderlineLineData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextUnderlineLineData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8470,9 +9325,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "uLnTx": child element
     CT_TextUnderlineLineFollowText* GetULnTx() const { return m_ULnTx; }
     void SetULnTx(CT_TextUnderlineLineFollowText* value) { m_ULnTx = value; m_presence |= (1u << 0); }
     bool CheckULnTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "uLn": child element
     CT_LineProperties* GetULn() const { return m_ULn; }
     void SetULn(CT_LineProperties* value) { m_ULn = value; m_presence |= (1u << 1); }
     bool CheckULn() const { return (m_presence & (1u << 1)) != 0; }
@@ -8499,6 +9356,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextUnderlineFillData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextUnderlineFillData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8524,9 +9382,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "uFillTx": child element
     CT_TextUnderlineFillFollowText* GetUFillTx() const { return m_UFillTx; }
     void SetUFillTx(CT_TextUnderlineFillFollowText* value) { m_UFillTx = value; m_presence |= (1u << 0); }
     bool CheckUFillTx() const { return (m_presence & (1u << 0)) != 0; }
+    // "uFill": child element
     CT_TextUnderlineFillGroupWrapper* GetUFill() const { return m_UFill; }
     void SetUFill(CT_TextUnderlineFillGroupWrapper* value) { m_UFill = value; m_presence |= (1u << 1); }
     bool CheckUFill() const { return (m_presence & (1u << 1)) != 0; }
@@ -8548,102 +9408,135 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ln": child element
     CT_LineProperties* GetLn() const { return m_Ln; }
     void SetLn(CT_LineProperties* value) { m_Ln = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckLn() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // group EG_FillProperties
     EG_FillProperties* GetEG_FillProperties() const { return m_EG_FillProperties; }
     void SetEG_FillProperties(EG_FillProperties* value) { m_EG_FillProperties = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckEG_FillProperties() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // group EG_EffectProperties
     EG_EffectProperties* GetEG_EffectProperties() const { return m_EG_EffectProperties; }
     void SetEG_EffectProperties(EG_EffectProperties* value) { m_EG_EffectProperties = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckEG_EffectProperties() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "highlight": child element
     CT_Color* GetHighlight() const { return m_Highlight; }
     void SetHighlight(CT_Color* value) { m_Highlight = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckHighlight() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // group EG_TextUnderlineLine
     EG_TextUnderlineLine* GetEG_TextUnderlineLine() const { return m_EG_TextUnderlineLine; }
     void SetEG_TextUnderlineLine(EG_TextUnderlineLine* value) { m_EG_TextUnderlineLine = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckEG_TextUnderlineLine() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // group EG_TextUnderlineFill
     EG_TextUnderlineFill* GetEG_TextUnderlineFill() const { return m_EG_TextUnderlineFill; }
     void SetEG_TextUnderlineFill(EG_TextUnderlineFill* value) { m_EG_TextUnderlineFill = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckEG_TextUnderlineFill() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "latin": child element
     CT_TextFont* GetLatin() const { return m_Latin; }
     void SetLatin(CT_TextFont* value) { m_Latin = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckLatin() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "ea": child element
     CT_TextFont* GetEa() const { return m_Ea; }
     void SetEa(CT_TextFont* value) { m_Ea = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckEa() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "cs": child element
     CT_TextFont* GetCs() const { return m_Cs; }
     void SetCs(CT_TextFont* value) { m_Cs = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckCs() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "sym": child element
     CT_TextFont* GetSym() const { return m_Sym; }
     void SetSym(CT_TextFont* value) { m_Sym = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckSym() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "hlinkClick": child element
     CT_Hyperlink* GetHlinkClick() const { return m_HlinkClick; }
     void SetHlinkClick(CT_Hyperlink* value) { m_HlinkClick = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckHlinkClick() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "hlinkMouseOver": child element
     CT_Hyperlink* GetHlinkMouseOver() const { return m_HlinkMouseOver; }
     void SetHlinkMouseOver(CT_Hyperlink* value) { m_HlinkMouseOver = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckHlinkMouseOver() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "rtl": child element
     CT_Boolean* GetRtl() const { return m_Rtl; }
     void SetRtl(CT_Boolean* value) { m_Rtl = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckRtl() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckExtLst() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "kumimoji": attribute, bool
     bool GetKumimoji() const { return m_Kumimoji; }
     void SetKumimoji(bool value) { m_Kumimoji = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckKumimoji() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "lang": attribute, wxString
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "altLang": attribute, wxString
     wxString GetAltLang() const;
     void SetAltLang(wxString value);
     bool CheckAltLang() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "sz": attribute, int
     int GetSz() const { return m_Sz; }
     void SetSz(int value) { m_Sz = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckSz() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "b": attribute, wxString
     wxString GetB() const;
     void SetB(wxString value);
     bool CheckB() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "i": attribute, wxString
     wxString GetI() const;
     void SetI(wxString value);
     bool CheckI() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "u": attribute, wxString
     wxString GetU() const;
     void SetU(wxString value);
     bool CheckU() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "strike": attribute, wxString
     wxString GetStrike() const;
     void SetStrike(wxString value);
     bool CheckStrike() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "kern": attribute, int
     int GetKern() const { return m_Kern; }
     void SetKern(int value) { m_Kern = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckKern() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "cap": attribute, wxString, default "none"
     wxString GetCap() const;
     void SetCap(wxString value);
     bool CheckCap() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "spc": attribute, wxAny
     wxAny GetSpc() const;
     void SetSpc(wxAny value);
     bool CheckSpc() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "normalizeH": attribute, bool
     bool GetNormalizeH() const { return m_NormalizeH; }
     void SetNormalizeH(bool value) { m_NormalizeH = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckNormalizeH() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "baseline": attribute, wxAny
     wxAny GetBaseline() const;
     void SetBaseline(wxAny value);
     bool CheckBaseline() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "noProof": attribute, bool
     bool GetNoProof() const { return m_NoProof; }
     void SetNoProof(bool value) { m_NoProof = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckNoProof() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "dirty": attribute, bool, default "true"
     bool GetDirty() const { return m_Dirty; }
     void SetDirty(bool value) { m_Dirty = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckDirty() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "err": attribute, bool, default "false"
     bool GetErr() const { return m_Err; }
     void SetErr(bool value) { m_Err = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckErr() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "smtClean": attribute, bool, default "true"
     bool GetSmtClean() const { return m_SmtClean; }
     void SetSmtClean(bool value) { m_SmtClean = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckSmtClean() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "smtId": attribute, unsigned int, default "0"
     unsigned int GetSmtId() const { return m_SmtId; }
     void SetSmtId(unsigned int value) { m_SmtId = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckSmtId() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "bmk": attribute, wxString
     wxString GetBmk() const;
     void SetBmk(wxString value);
     bool CheckBmk() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
@@ -8696,6 +9589,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny, default "0"
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8716,6 +9610,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8736,6 +9631,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8756,9 +9652,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": attribute, wxAny
     wxAny GetPos() const;
     void SetPos(wxAny value);
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "algn": attribute, wxString
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 1)) != 0; }
@@ -8780,6 +9678,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tab": child element, repeated
     XMLPtrArray<CT_TextTabStop> GetTab() const;
     void SetTab(XMLPtrArray<CT_TextTabStop> value);
     bool CheckTab() const { return (m_presence & (1u << 0)) != 0; }
@@ -8800,6 +9699,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_TextCharacterProperties* GetRPr() const { return m_RPr; }
     void SetRPr(CT_TextCharacterProperties* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -8820,6 +9720,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TextSpacingData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TextSpacingData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -8845,9 +9746,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "spcPct": child element
     CT_TextSpacingPercent* GetSpcPct() const { return m_SpcPct; }
     void SetSpcPct(CT_TextSpacingPercent* value) { m_SpcPct = value; m_presence |= (1u << 0); }
     bool CheckSpcPct() const { return (m_presence & (1u << 0)) != 0; }
+    // "spcPts": child element
     CT_TextSpacingPoint* GetSpcPts() const { return m_SpcPts; }
     void SetSpcPts(CT_TextSpacingPoint* value) { m_SpcPts = value; m_presence |= (1u << 1); }
     bool CheckSpcPts() const { return (m_presence & (1u << 1)) != 0; }
@@ -8869,66 +9772,87 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lnSpc": child element
     CT_TextSpacing* GetLnSpc() const { return m_LnSpc; }
     void SetLnSpc(CT_TextSpacing* value) { m_LnSpc = value; m_presence |= (1u << 0); }
     bool CheckLnSpc() const { return (m_presence & (1u << 0)) != 0; }
+    // "spcBef": child element
     CT_TextSpacing* GetSpcBef() const { return m_SpcBef; }
     void SetSpcBef(CT_TextSpacing* value) { m_SpcBef = value; m_presence |= (1u << 1); }
     bool CheckSpcBef() const { return (m_presence & (1u << 1)) != 0; }
+    // "spcAft": child element
     CT_TextSpacing* GetSpcAft() const { return m_SpcAft; }
     void SetSpcAft(CT_TextSpacing* value) { m_SpcAft = value; m_presence |= (1u << 2); }
     bool CheckSpcAft() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_TextBulletColor
     EG_TextBulletColor* GetEG_TextBulletColor() const { return m_EG_TextBulletColor; }
     void SetEG_TextBulletColor(EG_TextBulletColor* value) { m_EG_TextBulletColor = value; m_presence |= (1u << 3); }
     bool CheckEG_TextBulletColor() const { return (m_presence & (1u << 3)) != 0; }
+    // group EG_TextBulletSize
     EG_TextBulletSize* GetEG_TextBulletSize() const { return m_EG_TextBulletSize; }
     void SetEG_TextBulletSize(EG_TextBulletSize* value) { m_EG_TextBulletSize = value; m_presence |= (1u << 4); }
     bool CheckEG_TextBulletSize() const { return (m_presence & (1u << 4)) != 0; }
+    // group EG_TextBulletTypeface
     EG_TextBulletTypeface* GetEG_TextBulletTypeface() const { return m_EG_TextBulletTypeface; }
     void SetEG_TextBulletTypeface(EG_TextBulletTypeface* value) { m_EG_TextBulletTypeface = value; m_presence |= (1u << 5); }
     bool CheckEG_TextBulletTypeface() const { return (m_presence & (1u << 5)) != 0; }
+    // group EG_TextBullet
     EG_TextBullet* GetEG_TextBullet() const { return m_EG_TextBullet; }
     void SetEG_TextBullet(EG_TextBullet* value) { m_EG_TextBullet = value; m_presence |= (1u << 6); }
     bool CheckEG_TextBullet() const { return (m_presence & (1u << 6)) != 0; }
+    // "tabLst": child element
     CT_TextTabStopList* GetTabLst() const { return m_TabLst; }
     void SetTabLst(CT_TextTabStopList* value) { m_TabLst = value; m_presence |= (1u << 7); }
     bool CheckTabLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "defRPr": child element
     CT_TextCharacterProperties* GetDefRPr() const { return m_DefRPr; }
     void SetDefRPr(CT_TextCharacterProperties* value) { m_DefRPr = value; m_presence |= (1u << 8); }
     bool CheckDefRPr() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
+    // "marL": attribute, wxAny
     wxAny GetMarL() const;
     void SetMarL(wxAny value);
     bool CheckMarL() const { return (m_presence & (1u << 10)) != 0; }
+    // "marR": attribute, wxAny
     wxAny GetMarR() const;
     void SetMarR(wxAny value);
     bool CheckMarR() const { return (m_presence & (1u << 11)) != 0; }
+    // "lvl": attribute, int
     int GetLvl() const { return m_Lvl; }
     void SetLvl(int value) { m_Lvl = value; m_presence |= (1u << 12); }
     bool CheckLvl() const { return (m_presence & (1u << 12)) != 0; }
+    // "indent": attribute, int
     int GetIndent() const { return m_Indent; }
     void SetIndent(int value) { m_Indent = value; m_presence |= (1u << 13); }
     bool CheckIndent() const { return (m_presence & (1u << 13)) != 0; }
+    // "algn": attribute, wxString
     wxString GetAlgn() const;
     void SetAlgn(wxString value);
     bool CheckAlgn() const { return (m_presence & (1u << 14)) != 0; }
+    // "defTabSz": attribute, wxAny
     wxAny GetDefTabSz() const;
     void SetDefTabSz(wxAny value);
     bool CheckDefTabSz() const { return (m_presence & (1u << 15)) != 0; }
+    // "rtl": attribute, bool
     bool GetRtl() const { return m_Rtl; }
     void SetRtl(bool value) { m_Rtl = value; m_presence |= (1u << 16); }
     bool CheckRtl() const { return (m_presence & (1u << 16)) != 0; }
+    // "eaLnBrk": attribute, bool
     bool GetEaLnBrk() const { return m_EaLnBrk; }
     void SetEaLnBrk(bool value) { m_EaLnBrk = value; m_presence |= (1u << 17); }
     bool CheckEaLnBrk() const { return (m_presence & (1u << 17)) != 0; }
+    // "fontAlgn": attribute, wxString
     wxString GetFontAlgn() const;
     void SetFontAlgn(wxString value);
     bool CheckFontAlgn() const { return (m_presence & (1u << 18)) != 0; }
+    // "latinLnBrk": attribute, bool
     bool GetLatinLnBrk() const { return m_LatinLnBrk; }
     void SetLatinLnBrk(bool value) { m_LatinLnBrk = value; m_presence |= (1u << 19); }
     bool CheckLatinLnBrk() const { return (m_presence & (1u << 19)) != 0; }
+    // "hangingPunct": attribute, bool
     bool GetHangingPunct() const { return m_HangingPunct; }
     void SetHangingPunct(bool value) { m_HangingPunct = value; m_presence |= (1u << 20); }
     bool CheckHangingPunct() const { return (m_presence & (1u << 20)) != 0; }
@@ -8969,18 +9893,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_TextCharacterProperties* GetRPr() const { return m_RPr; }
     void SetRPr(CT_TextCharacterProperties* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "pPr": child element
     CT_TextParagraphProperties* GetPPr() const { return m_PPr; }
     void SetPPr(CT_TextParagraphProperties* value) { m_PPr = value; m_presence |= (1u << 1); }
     bool CheckPPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": value element, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 4)) != 0; }
@@ -9010,6 +9939,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_TextRunData__* GetData__() const { return m_Data__; }
     void SetData__(EG_TextRunData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -9035,15 +9965,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "r": child element
     CT_RegularTextRun* GetR() const { return m_R; }
     void SetR(CT_RegularTextRun* value) { m_R = value; m_presence |= (1u << 0); }
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "br": child element
     CT_TextLineBreak* GetBr() const { return m_Br; }
     void SetBr(CT_TextLineBreak* value) { m_Br = value; m_presence |= (1u << 1); }
     bool CheckBr() const { return (m_presence & (1u << 1)) != 0; }
+    // "fld": child element
     CT_TextField* GetFld() const { return m_Fld; }
     void SetFld(CT_TextField* value) { m_Fld = value; m_presence |= (1u << 2); }
     bool CheckFld() const { return (m_presence & (1u << 2)) != 0; }
+    // "a14:m": child element
     schemas_microsoft_com_office_drawing_x2010_main::CT_TextMath* GetA14_m() const { return m_A14_m; }
     void SetA14_m(schemas_microsoft_com_office_drawing_x2010_main::CT_TextMath* value) { m_A14_m = value; m_presence |= (1u << 3); }
     bool CheckA14_m() const { return (m_presence & (1u << 3)) != 0; }
@@ -9067,9 +10001,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_TextCharacterProperties* GetRPr() const { return m_RPr; }
     void SetRPr(CT_TextCharacterProperties* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": value element, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }

@@ -36,9 +36,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* GetCNvSpPr() const { return m_CNvSpPr; }
     void SetCNvSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* value) { m_CNvSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -60,24 +62,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvSpPr": child element
     CT_ShapeNonVisual* GetNvSpPr() const { return m_NvSpPr; }
     void SetNvSpPr(CT_ShapeNonVisual* value) { m_NvSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "txBody": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxBody() const { return m_TxBody; }
     void SetTxBody(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxBody = value; m_presence |= (1u << 3); }
     bool CheckTxBody() const { return (m_presence & (1u << 3)) != 0; }
+    // "txXfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetTxXfrm() const { return m_TxXfrm; }
     void SetTxXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_TxXfrm = value; m_presence |= (1u << 4); }
     bool CheckTxXfrm() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "modelId": attribute, wxAny
     wxAny GetModelId() const;
     void SetModelId(wxAny value);
     bool CheckModelId() const { return (m_presence & (1u << 6)) != 0; }
@@ -104,9 +113,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGrpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* GetCNvGrpSpPr() const { return m_CNvGrpSpPr; }
     void SetCNvGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* value) { m_CNvGrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -128,15 +139,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGrpSpPr": child element
     CT_GroupShapeNonVisual* GetNvGrpSpPr() const { return m_NvGrpSpPr; }
     void SetNvGrpSpPr(CT_GroupShapeNonVisual* value) { m_NvGrpSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvGrpSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* GetGrpSpPr() const { return m_GrpSpPr; }
     void SetGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* value) { m_GrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_GroupShapeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GroupShapeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -165,9 +180,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sp": child element
     CT_Shape* GetSp() const { return m_Sp; }
     void SetSp(CT_Shape* value) { m_Sp = value; m_presence |= (1u << 0); }
     bool CheckSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSp": child element
     CT_GroupShape* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_GroupShape* value) { m_GrpSp = value; m_presence |= (1u << 1); }
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
@@ -189,6 +206,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spTree": child element
     CT_GroupShape* GetSpTree() const { return m_SpTree; }
     void SetSpTree(CT_GroupShape* value) { m_SpTree = value; m_presence |= (1u << 0); }
     bool CheckSpTree() const { return (m_presence & (1u << 0)) != 0; }
@@ -209,9 +227,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "relId": attribute, wxString
     wxString GetRelId() const;
     void SetRelId(wxString value);
     bool CheckRelId() const { return (m_presence & (1u << 0)) != 0; }
+    // "minVer": attribute, wxString
     wxString GetMinVer() const;
     void SetMinVer(wxString value);
     bool CheckMinVer() const { return (m_presence & (1u << 1)) != 0; }

@@ -31,9 +31,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvPicPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* GetCNvPicPr() const { return m_CNvPicPr; }
     void SetCNvPicPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* value) { m_CNvPicPr = value; m_presence |= (1u << 1); }
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -55,12 +57,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvPicPr": child element
     CT_PictureNonVisual* GetNvPicPr() const { return m_NvPicPr; }
     void SetNvPicPr(CT_PictureNonVisual* value) { m_NvPicPr = value; m_presence |= (1u << 0); }
     bool CheckNvPicPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "blipFill": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* GetBlipFill() const { return m_BlipFill; }
     void SetBlipFill(schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* value) { m_BlipFill = value; m_presence |= (1u << 1); }
     bool CheckBlipFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }

@@ -59,15 +59,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "l": attribute, wxAny
     wxAny GetL() const;
     void SetL(wxAny value);
     bool CheckL() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxAny
     wxAny GetT() const;
     void SetT(wxAny value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "r": attribute, wxAny
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": attribute, wxAny
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
@@ -91,30 +95,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extent": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetExtent() const { return m_Extent; }
     void SetExtent(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_Extent = value; m_presence |= (1u << 0); }
     bool CheckExtent() const { return (m_presence & (1u << 0)) != 0; }
+    // "effectExtent": child element
     CT_EffectExtent* GetEffectExtent() const { return m_EffectExtent; }
     void SetEffectExtent(CT_EffectExtent* value) { m_EffectExtent = value; m_presence |= (1u << 1); }
     bool CheckEffectExtent() const { return (m_presence & (1u << 1)) != 0; }
+    // "docPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetDocPr() const { return m_DocPr; }
     void SetDocPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_DocPr = value; m_presence |= (1u << 2); }
     bool CheckDocPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "cNvGraphicFramePr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* GetCNvGraphicFramePr() const { return m_CNvGraphicFramePr; }
     void SetCNvGraphicFramePr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* value) { m_CNvGraphicFramePr = value; m_presence |= (1u << 3); }
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 3)) != 0; }
+    // "a:graphic": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* GetA_graphic() const { return m_A_graphic; }
     void SetA_graphic(schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* value) { m_A_graphic = value; m_presence |= (1u << 4); }
     bool CheckA_graphic() const { return (m_presence & (1u << 4)) != 0; }
+    // "distT": attribute, unsigned int
     unsigned int GetDistT() const { return m_DistT; }
     void SetDistT(unsigned int value) { m_DistT = value; m_presence |= (1u << 5); }
     bool CheckDistT() const { return (m_presence & (1u << 5)) != 0; }
+    // "distB": attribute, unsigned int
     unsigned int GetDistB() const { return m_DistB; }
     void SetDistB(unsigned int value) { m_DistB = value; m_presence |= (1u << 6); }
     bool CheckDistB() const { return (m_presence & (1u << 6)) != 0; }
+    // "distL": attribute, unsigned int
     unsigned int GetDistL() const { return m_DistL; }
     void SetDistL(unsigned int value) { m_DistL = value; m_presence |= (1u << 7); }
     bool CheckDistL() const { return (m_presence & (1u << 7)) != 0; }
+    // "distR": attribute, unsigned int
     unsigned int GetDistR() const { return m_DistR; }
     void SetDistR(unsigned int value) { m_DistR = value; m_presence |= (1u << 8); }
     bool CheckDistR() const { return (m_presence & (1u << 8)) != 0; }
@@ -143,12 +156,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "start": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* GetStart() const { return m_Start; }
     void SetStart(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* value) { m_Start = value; m_presence |= (1u << 0); }
     bool CheckStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "lineTo": child element, repeated
     XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D> GetLineTo() const;
     void SetLineTo(XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D> value);
     bool CheckLineTo() const { return (m_presence & (1u << 1)) != 0; }
+    // "edited": attribute, bool
     bool GetEdited() const { return m_Edited; }
     void SetEdited(bool value) { m_Edited = value; m_presence |= (1u << 2); }
     bool CheckEdited() const { return (m_presence & (1u << 2)) != 0; }
@@ -186,21 +202,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "effectExtent": child element
     CT_EffectExtent* GetEffectExtent() const { return m_EffectExtent; }
     void SetEffectExtent(CT_EffectExtent* value) { m_EffectExtent = value; m_presence |= (1u << 0); }
     bool CheckEffectExtent() const { return (m_presence & (1u << 0)) != 0; }
+    // "wrapText": attribute, wxString
     wxString GetWrapText() const;
     void SetWrapText(wxString value);
     bool CheckWrapText() const { return (m_presence & (1u << 1)) != 0; }
+    // "distT": attribute, unsigned int
     unsigned int GetDistT() const { return m_DistT; }
     void SetDistT(unsigned int value) { m_DistT = value; m_presence |= (1u << 2); }
     bool CheckDistT() const { return (m_presence & (1u << 2)) != 0; }
+    // "distB": attribute, unsigned int
     unsigned int GetDistB() const { return m_DistB; }
     void SetDistB(unsigned int value) { m_DistB = value; m_presence |= (1u << 3); }
     bool CheckDistB() const { return (m_presence & (1u << 3)) != 0; }
+    // "distL": attribute, unsigned int
     unsigned int GetDistL() const { return m_DistL; }
     void SetDistL(unsigned int value) { m_DistL = value; m_presence |= (1u << 4); }
     bool CheckDistL() const { return (m_presence & (1u << 4)) != 0; }
+    // "distR": attribute, unsigned int
     unsigned int GetDistR() const { return m_DistR; }
     void SetDistR(unsigned int value) { m_DistR = value; m_presence |= (1u << 5); }
     bool CheckDistR() const { return (m_presence & (1u << 5)) != 0; }
@@ -226,15 +248,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "wrapPolygon": child element
     CT_WrapPath* GetWrapPolygon() const { return m_WrapPolygon; }
     void SetWrapPolygon(CT_WrapPath* value) { m_WrapPolygon = value; m_presence |= (1u << 0); }
     bool CheckWrapPolygon() const { return (m_presence & (1u << 0)) != 0; }
+    // "wrapText": attribute, wxString
     wxString GetWrapText() const;
     void SetWrapText(wxString value);
     bool CheckWrapText() const { return (m_presence & (1u << 1)) != 0; }
+    // "distL": attribute, unsigned int
     unsigned int GetDistL() const { return m_DistL; }
     void SetDistL(unsigned int value) { m_DistL = value; m_presence |= (1u << 2); }
     bool CheckDistL() const { return (m_presence & (1u << 2)) != 0; }
+    // "distR": attribute, unsigned int
     unsigned int GetDistR() const { return m_DistR; }
     void SetDistR(unsigned int value) { m_DistR = value; m_presence |= (1u << 3); }
     bool CheckDistR() const { return (m_presence & (1u << 3)) != 0; }
@@ -258,15 +284,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "wrapPolygon": child element
     CT_WrapPath* GetWrapPolygon() const { return m_WrapPolygon; }
     void SetWrapPolygon(CT_WrapPath* value) { m_WrapPolygon = value; m_presence |= (1u << 0); }
     bool CheckWrapPolygon() const { return (m_presence & (1u << 0)) != 0; }
+    // "wrapText": attribute, wxString
     wxString GetWrapText() const;
     void SetWrapText(wxString value);
     bool CheckWrapText() const { return (m_presence & (1u << 1)) != 0; }
+    // "distL": attribute, unsigned int
     unsigned int GetDistL() const { return m_DistL; }
     void SetDistL(unsigned int value) { m_DistL = value; m_presence |= (1u << 2); }
     bool CheckDistL() const { return (m_presence & (1u << 2)) != 0; }
+    // "distR": attribute, unsigned int
     unsigned int GetDistR() const { return m_DistR; }
     void SetDistR(unsigned int value) { m_DistR = value; m_presence |= (1u << 3); }
     bool CheckDistR() const { return (m_presence & (1u << 3)) != 0; }
@@ -290,12 +320,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "effectExtent": child element
     CT_EffectExtent* GetEffectExtent() const { return m_EffectExtent; }
     void SetEffectExtent(CT_EffectExtent* value) { m_EffectExtent = value; m_presence |= (1u << 0); }
     bool CheckEffectExtent() const { return (m_presence & (1u << 0)) != 0; }
+    // "distT": attribute, unsigned int
     unsigned int GetDistT() const { return m_DistT; }
     void SetDistT(unsigned int value) { m_DistT = value; m_presence |= (1u << 1); }
     bool CheckDistT() const { return (m_presence & (1u << 1)) != 0; }
+    // "distB": attribute, unsigned int
     unsigned int GetDistB() const { return m_DistB; }
     void SetDistB(unsigned int value) { m_DistB = value; m_presence |= (1u << 2); }
     bool CheckDistB() const { return (m_presence & (1u << 2)) != 0; }
@@ -323,6 +356,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_WrapTypeData__* GetData__() const { return m_Data__; }
     void SetData__(EG_WrapTypeData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -348,18 +382,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wrapNone": child element
     CT_WrapNone* GetWrapNone() const { return m_WrapNone; }
     void SetWrapNone(CT_WrapNone* value) { m_WrapNone = value; m_presence |= (1u << 0); }
     bool CheckWrapNone() const { return (m_presence & (1u << 0)) != 0; }
+    // "wrapSquare": child element
     CT_WrapSquare* GetWrapSquare() const { return m_WrapSquare; }
     void SetWrapSquare(CT_WrapSquare* value) { m_WrapSquare = value; m_presence |= (1u << 1); }
     bool CheckWrapSquare() const { return (m_presence & (1u << 1)) != 0; }
+    // "wrapTight": child element
     CT_WrapTight* GetWrapTight() const { return m_WrapTight; }
     void SetWrapTight(CT_WrapTight* value) { m_WrapTight = value; m_presence |= (1u << 2); }
     bool CheckWrapTight() const { return (m_presence & (1u << 2)) != 0; }
+    // "wrapThrough": child element
     CT_WrapThrough* GetWrapThrough() const { return m_WrapThrough; }
     void SetWrapThrough(CT_WrapThrough* value) { m_WrapThrough = value; m_presence |= (1u << 3); }
     bool CheckWrapThrough() const { return (m_presence & (1u << 3)) != 0; }
+    // "wrapTopAndBottom": child element
     CT_WrapTopBottom* GetWrapTopAndBottom() const { return m_WrapTopAndBottom; }
     void SetWrapTopAndBottom(CT_WrapTopBottom* value) { m_WrapTopAndBottom = value; m_presence |= (1u << 4); }
     bool CheckWrapTopAndBottom() const { return (m_presence & (1u << 4)) != 0; }
@@ -384,9 +423,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_PosHData__* GetData__() const { return m_Data__; }
     void SetData__(CT_PosHData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "relativeFrom": attribute, wxString
     wxString GetRelativeFrom() const;
     void SetRelativeFrom(wxString value);
     bool CheckRelativeFrom() const { return (m_presence & (1u << 1)) != 0; }
@@ -413,9 +454,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "align": value element, wxString
     wxString GetAlign() const;
     void SetAlign(wxString value);
     bool CheckAlign() const { return (m_presence & (1u << 0)) != 0; }
+    // "posOffset": value element, int
     int GetPosOffset() const { return m_PosOffset; }
     void SetPosOffset(int value) { m_PosOffset = value; m_presence |= (1u << 1); }
     bool CheckPosOffset() const { return (m_presence & (1u << 1)) != 0; }
@@ -437,9 +480,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_PosVData__* GetData__() const { return m_Data__; }
     void SetData__(CT_PosVData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "relativeFrom": attribute, wxString
     wxString GetRelativeFrom() const;
     void SetRelativeFrom(wxString value);
     bool CheckRelativeFrom() const { return (m_presence & (1u << 1)) != 0; }
@@ -466,9 +511,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "align": value element, wxString
     wxString GetAlign() const;
     void SetAlign(wxString value);
     bool CheckAlign() const { return (m_presence & (1u << 0)) != 0; }
+    // "posOffset": value element, int
     int GetPosOffset() const { return m_PosOffset; }
     void SetPosOffset(int value) { m_PosOffset = value; m_presence |= (1u << 1); }
     bool CheckPosOffset() const { return (m_presence & (1u << 1)) != 0; }
@@ -490,63 +537,83 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "simplePos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* GetSimplePos() const { return m_SimplePos; }
     void SetSimplePos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* value) { m_SimplePos = value; m_presence |= (1u << 0); }
     bool CheckSimplePos() const { return (m_presence & (1u << 0)) != 0; }
+    // "positionH": child element
     CT_PosH* GetPositionH() const { return m_PositionH; }
     void SetPositionH(CT_PosH* value) { m_PositionH = value; m_presence |= (1u << 1); }
     bool CheckPositionH() const { return (m_presence & (1u << 1)) != 0; }
+    // "positionV": child element
     CT_PosV* GetPositionV() const { return m_PositionV; }
     void SetPositionV(CT_PosV* value) { m_PositionV = value; m_presence |= (1u << 2); }
     bool CheckPositionV() const { return (m_presence & (1u << 2)) != 0; }
+    // "extent": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetExtent() const { return m_Extent; }
     void SetExtent(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_Extent = value; m_presence |= (1u << 3); }
     bool CheckExtent() const { return (m_presence & (1u << 3)) != 0; }
+    // "effectExtent": child element
     CT_EffectExtent* GetEffectExtent() const { return m_EffectExtent; }
     void SetEffectExtent(CT_EffectExtent* value) { m_EffectExtent = value; m_presence |= (1u << 4); }
     bool CheckEffectExtent() const { return (m_presence & (1u << 4)) != 0; }
+    // group EG_WrapType
     EG_WrapType* GetEG_WrapType() const { return m_EG_WrapType; }
     void SetEG_WrapType(EG_WrapType* value) { m_EG_WrapType = value; m_presence |= (1u << 5); }
     bool CheckEG_WrapType() const { return (m_presence & (1u << 5)) != 0; }
+    // "docPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetDocPr() const { return m_DocPr; }
     void SetDocPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_DocPr = value; m_presence |= (1u << 6); }
     bool CheckDocPr() const { return (m_presence & (1u << 6)) != 0; }
+    // "cNvGraphicFramePr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* GetCNvGraphicFramePr() const { return m_CNvGraphicFramePr; }
     void SetCNvGraphicFramePr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* value) { m_CNvGraphicFramePr = value; m_presence |= (1u << 7); }
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 7)) != 0; }
+    // "a:graphic": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* GetA_graphic() const { return m_A_graphic; }
     void SetA_graphic(schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* value) { m_A_graphic = value; m_presence |= (1u << 8); }
     bool CheckA_graphic() const { return (m_presence & (1u << 8)) != 0; }
+    // "distT": attribute, unsigned int
     unsigned int GetDistT() const { return m_DistT; }
     void SetDistT(unsigned int value) { m_DistT = value; m_presence |= (1u << 9); }
     bool CheckDistT() const { return (m_presence & (1u << 9)) != 0; }
+    // "distB": attribute, unsigned int
     unsigned int GetDistB() const { return m_DistB; }
     void SetDistB(unsigned int value) { m_DistB = value; m_presence |= (1u << 10); }
     bool CheckDistB() const { return (m_presence & (1u << 10)) != 0; }
+    // "distL": attribute, unsigned int
     unsigned int GetDistL() const { return m_DistL; }
     void SetDistL(unsigned int value) { m_DistL = value; m_presence |= (1u << 11); }
     bool CheckDistL() const { return (m_presence & (1u << 11)) != 0; }
+    // "distR": attribute, unsigned int
     unsigned int GetDistR() const { return m_DistR; }
     void SetDistR(unsigned int value) { m_DistR = value; m_presence |= (1u << 12); }
     bool CheckDistR() const { return (m_presence & (1u << 12)) != 0; }
+    // "simplePos": attribute, bool
     bool GetSimplePos_1() const { return m_SimplePos_1; }
     void SetSimplePos_1(bool value) { m_SimplePos_1 = value; m_presence |= (1u << 13); }
     bool CheckSimplePos_1() const { return (m_presence & (1u << 13)) != 0; }
+    // "relativeHeight": attribute, unsigned int
     unsigned int GetRelativeHeight() const { return m_RelativeHeight; }
     void SetRelativeHeight(unsigned int value) { m_RelativeHeight = value; m_presence |= (1u << 14); }
     bool CheckRelativeHeight() const { return (m_presence & (1u << 14)) != 0; }
+    // "behindDoc": attribute, bool
     bool GetBehindDoc() const { return m_BehindDoc; }
     void SetBehindDoc(bool value) { m_BehindDoc = value; m_presence |= (1u << 15); }
     bool CheckBehindDoc() const { return (m_presence & (1u << 15)) != 0; }
+    // "locked": attribute, bool
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 16); }
     bool CheckLocked() const { return (m_presence & (1u << 16)) != 0; }
+    // "layoutInCell": attribute, bool
     bool GetLayoutInCell() const { return m_LayoutInCell; }
     void SetLayoutInCell(bool value) { m_LayoutInCell = value; m_presence |= (1u << 17); }
     bool CheckLayoutInCell() const { return (m_presence & (1u << 17)) != 0; }
+    // "hidden": attribute, bool
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 18); }
     bool CheckHidden() const { return (m_presence & (1u << 18)) != 0; }
+    // "allowOverlap": attribute, bool
     bool GetAllowOverlap() const { return m_AllowOverlap; }
     void SetAllowOverlap(bool value) { m_AllowOverlap = value; m_presence |= (1u << 19); }
     bool CheckAllowOverlap() const { return (m_presence & (1u << 19)) != 0; }
@@ -586,6 +653,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group w:EG_BlockLevelElts, repeated
     XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts> GetW_EG_BlockLevelElts() const;
     void SetW_EG_BlockLevelElts(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts> value);
     bool CheckW_EG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
@@ -606,12 +674,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "txbxContent": child element
     CT_TxbxContent* GetTxbxContent() const { return m_TxbxContent; }
     void SetTxbxContent(CT_TxbxContent* value) { m_TxbxContent = value; m_presence |= (1u << 0); }
     bool CheckTxbxContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, unsigned short, default "0"
     unsigned short GetId() const { return m_Id; }
     void SetId(unsigned short value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
@@ -634,12 +705,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned short
     unsigned short GetId() const { return m_Id; }
     void SetId(unsigned short value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "seq": attribute, unsigned short
     unsigned short GetSeq() const { return m_Seq; }
     void SetSeq(unsigned short value) { m_Seq = value; m_presence |= (1u << 2); }
     bool CheckSeq() const { return (m_presence & (1u << 2)) != 0; }
@@ -662,27 +736,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_WordprocessingShapeData__* GetData__() const { return m_Data__; }
     void SetData__(CT_WordprocessingShapeData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // choice holder
     CT_WordprocessingShapeData__1* GetData__1() const { return m_Data__1; }
     void SetData__1(CT_WordprocessingShapeData__1* value) { m_Data__1 = value; m_presence |= (1u << 5); }
     bool CheckData__1() const { return (m_presence & (1u << 5)) != 0; }
+    // "bodyPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBodyProperties* GetBodyPr() const { return m_BodyPr; }
     void SetBodyPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBodyProperties* value) { m_BodyPr = value; m_presence |= (1u << 6); }
     bool CheckBodyPr() const { return (m_presence & (1u << 6)) != 0; }
+    // "normalEastAsianFlow": attribute, bool, default "false"
     bool GetNormalEastAsianFlow() const { return m_NormalEastAsianFlow; }
     void SetNormalEastAsianFlow(bool value) { m_NormalEastAsianFlow = value; m_presence |= (1u << 7); }
     bool CheckNormalEastAsianFlow() const { return (m_presence & (1u << 7)) != 0; }
@@ -715,9 +797,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "cNvSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* GetCNvSpPr() const { return m_CNvSpPr; }
     void SetCNvSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* value) { m_CNvSpPr = value; m_presence |= (1u << 0); }
     bool CheckCNvSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvCnPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* GetCNvCnPr() const { return m_CNvCnPr; }
     void SetCNvCnPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* value) { m_CNvCnPr = value; m_presence |= (1u << 1); }
     bool CheckCNvCnPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -744,9 +828,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "txbx": child element
     CT_TextboxInfo* GetTxbx() const { return m_Txbx; }
     void SetTxbx(CT_TextboxInfo* value) { m_Txbx = value; m_presence |= (1u << 0); }
     bool CheckTxbx() const { return (m_presence & (1u << 0)) != 0; }
+    // "linkedTxbx": child element
     CT_LinkedTextboxInformation* GetLinkedTxbx() const { return m_LinkedTxbx; }
     void SetLinkedTxbx(CT_LinkedTextboxInformation* value) { m_LinkedTxbx = value; m_presence |= (1u << 1); }
     bool CheckLinkedTxbx() const { return (m_presence & (1u << 1)) != 0; }
@@ -768,18 +854,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvFrPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* GetCNvFrPr() const { return m_CNvFrPr; }
     void SetCNvFrPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* value) { m_CNvFrPr = value; m_presence |= (1u << 1); }
     bool CheckCNvFrPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "xfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 2); }
     bool CheckXfrm() const { return (m_presence & (1u << 2)) != 0; }
+    // "a:graphic": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* GetA_graphic() const { return m_A_graphic; }
     void SetA_graphic(schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* value) { m_A_graphic = value; m_presence |= (1u << 3); }
     bool CheckA_graphic() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -804,9 +895,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvContentPartPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualContentPartProperties* GetCNvContentPartPr() const { return m_CNvContentPartPr; }
     void SetCNvContentPartPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualContentPartProperties* value) { m_CNvContentPartPr = value; m_presence |= (1u << 1); }
     bool CheckCNvContentPartPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -828,18 +921,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvContentPartPr": child element
     CT_WordprocessingContentPartNonVisual* GetNvContentPartPr() const { return m_NvContentPartPr; }
     void SetNvContentPartPr(CT_WordprocessingContentPartNonVisual* value) { m_NvContentPartPr = value; m_presence |= (1u << 0); }
     bool CheckNvContentPartPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "xfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 1); }
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "bwMode": attribute, wxString
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 3)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 4)) != 0; }
@@ -864,18 +962,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGrpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* GetCNvGrpSpPr() const { return m_CNvGrpSpPr; }
     void SetCNvGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* value) { m_CNvGrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "grpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* GetGrpSpPr() const { return m_GrpSpPr; }
     void SetGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* value) { m_GrpSpPr = value; m_presence |= (1u << 2); }
     bool CheckGrpSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_WordprocessingGroupData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_WordprocessingGroupData__> value);
     bool CheckData__() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -905,18 +1008,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wsp": child element
     CT_WordprocessingShape* GetWsp() const { return m_Wsp; }
     void SetWsp(CT_WordprocessingShape* value) { m_Wsp = value; m_presence |= (1u << 0); }
     bool CheckWsp() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSp": child element
     CT_WordprocessingGroup* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_WordprocessingGroup* value) { m_GrpSp = value; m_presence |= (1u << 1); }
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "graphicFrame": child element
     CT_GraphicFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GraphicFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 2); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 2)) != 0; }
+    // "dpct:pic": child element
     schemas_openxmlformats_org_drawingml_x2006_picture::CT_Picture* GetDpct_pic() const { return m_Dpct_pic; }
     void SetDpct_pic(schemas_openxmlformats_org_drawingml_x2006_picture::CT_Picture* value) { m_Dpct_pic = value; m_presence |= (1u << 3); }
     bool CheckDpct_pic() const { return (m_presence & (1u << 3)) != 0; }
+    // "contentPart": child element
     CT_WordprocessingContentPart* GetContentPart() const { return m_ContentPart; }
     void SetContentPart(CT_WordprocessingContentPart* value) { m_ContentPart = value; m_presence |= (1u << 4); }
     bool CheckContentPart() const { return (m_presence & (1u << 4)) != 0; }
@@ -941,15 +1049,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bg": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* GetBg() const { return m_Bg; }
     void SetBg(schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* value) { m_Bg = value; m_presence |= (1u << 0); }
     bool CheckBg() const { return (m_presence & (1u << 0)) != 0; }
+    // "whole": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_WholeE2oFormatting* GetWhole() const { return m_Whole; }
     void SetWhole(schemas_openxmlformats_org_drawingml_x2006_main::CT_WholeE2oFormatting* value) { m_Whole = value; m_presence |= (1u << 1); }
     bool CheckWhole() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_WordprocessingCanvasData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_WordprocessingCanvasData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -978,18 +1090,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wsp": child element
     CT_WordprocessingShape* GetWsp() const { return m_Wsp; }
     void SetWsp(CT_WordprocessingShape* value) { m_Wsp = value; m_presence |= (1u << 0); }
     bool CheckWsp() const { return (m_presence & (1u << 0)) != 0; }
+    // "dpct:pic": child element
     schemas_openxmlformats_org_drawingml_x2006_picture::CT_Picture* GetDpct_pic() const { return m_Dpct_pic; }
     void SetDpct_pic(schemas_openxmlformats_org_drawingml_x2006_picture::CT_Picture* value) { m_Dpct_pic = value; m_presence |= (1u << 1); }
     bool CheckDpct_pic() const { return (m_presence & (1u << 1)) != 0; }
+    // "contentPart": child element
     CT_WordprocessingContentPart* GetContentPart() const { return m_ContentPart; }
     void SetContentPart(CT_WordprocessingContentPart* value) { m_ContentPart = value; m_presence |= (1u << 2); }
     bool CheckContentPart() const { return (m_presence & (1u << 2)) != 0; }
+    // "wgp": child element
     CT_WordprocessingGroup* GetWgp() const { return m_Wgp; }
     void SetWgp(CT_WordprocessingGroup* value) { m_Wgp = value; m_presence |= (1u << 3); }
     bool CheckWgp() const { return (m_presence & (1u << 3)) != 0; }
+    // "graphicFrame": child element
     CT_GraphicFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GraphicFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 4); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 4)) != 0; }

@@ -51,9 +51,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fLocksWithSheet": attribute, bool, default "true"
     bool GetFLocksWithSheet() const { return m_FLocksWithSheet; }
     void SetFLocksWithSheet(bool value) { m_FLocksWithSheet = value; m_presence |= (1u << 0); }
     bool CheckFLocksWithSheet() const { return (m_presence & (1u << 0)) != 0; }
+    // "fPrintsWithSheet": attribute, bool, default "true"
     bool GetFPrintsWithSheet() const { return m_FPrintsWithSheet; }
     void SetFPrintsWithSheet(bool value) { m_FPrintsWithSheet = value; m_presence |= (1u << 1); }
     bool CheckFPrintsWithSheet() const { return (m_presence & (1u << 1)) != 0; }
@@ -75,9 +77,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* GetCNvSpPr() const { return m_CNvSpPr; }
     void SetCNvSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* value) { m_CNvSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -99,27 +103,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvSpPr": child element
     CT_ShapeNonVisual* GetNvSpPr() const { return m_NvSpPr; }
     void SetNvSpPr(CT_ShapeNonVisual* value) { m_NvSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "txBody": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxBody() const { return m_TxBody; }
     void SetTxBody(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxBody = value; m_presence |= (1u << 3); }
     bool CheckTxBody() const { return (m_presence & (1u << 3)) != 0; }
+    // "macro": attribute, wxString
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 4)) != 0; }
+    // "textlink": attribute, wxString
     wxString GetTextlink() const;
     void SetTextlink(wxString value);
     bool CheckTextlink() const { return (m_presence & (1u << 5)) != 0; }
+    // "fLocksText": attribute, bool, default "true"
     bool GetFLocksText() const { return m_FLocksText; }
     void SetFLocksText(bool value) { m_FLocksText = value; m_presence |= (1u << 6); }
     bool CheckFLocksText() const { return (m_presence & (1u << 6)) != 0; }
+    // "fPublished": attribute, bool, default "false"
     bool GetFPublished() const { return m_FPublished; }
     void SetFPublished(bool value) { m_FPublished = value; m_presence |= (1u << 7); }
     bool CheckFPublished() const { return (m_presence & (1u << 7)) != 0; }
@@ -147,9 +159,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvCxnSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* GetCNvCxnSpPr() const { return m_CNvCxnSpPr; }
     void SetCNvCxnSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* value) { m_CNvCxnSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -171,18 +185,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvCxnSpPr": child element
     CT_ConnectorNonVisual* GetNvCxnSpPr() const { return m_NvCxnSpPr; }
     void SetNvCxnSpPr(CT_ConnectorNonVisual* value) { m_NvCxnSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvCxnSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "macro": attribute, wxString
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 3)) != 0; }
+    // "fPublished": attribute, bool, default "false"
     bool GetFPublished() const { return m_FPublished; }
     void SetFPublished(bool value) { m_FPublished = value; m_presence |= (1u << 4); }
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
@@ -207,9 +226,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvPicPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* GetCNvPicPr() const { return m_CNvPicPr; }
     void SetCNvPicPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* value) { m_CNvPicPr = value; m_presence |= (1u << 1); }
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -231,21 +252,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvPicPr": child element
     CT_PictureNonVisual* GetNvPicPr() const { return m_NvPicPr; }
     void SetNvPicPr(CT_PictureNonVisual* value) { m_NvPicPr = value; m_presence |= (1u << 0); }
     bool CheckNvPicPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "blipFill": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* GetBlipFill() const { return m_BlipFill; }
     void SetBlipFill(schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* value) { m_BlipFill = value; m_presence |= (1u << 1); }
     bool CheckBlipFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "macro": attribute, wxString, default ""
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 4)) != 0; }
+    // "fPublished": attribute, bool, default "false"
     bool GetFPublished() const { return m_FPublished; }
     void SetFPublished(bool value) { m_FPublished = value; m_presence |= (1u << 5); }
     bool CheckFPublished() const { return (m_presence & (1u << 5)) != 0; }
@@ -271,9 +298,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGraphicFramePr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* GetCNvGraphicFramePr() const { return m_CNvGraphicFramePr; }
     void SetCNvGraphicFramePr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* value) { m_CNvGraphicFramePr = value; m_presence |= (1u << 1); }
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
@@ -295,18 +324,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGraphicFramePr": child element
     CT_GraphicalObjectFrameNonVisual* GetNvGraphicFramePr() const { return m_NvGraphicFramePr; }
     void SetNvGraphicFramePr(CT_GraphicalObjectFrameNonVisual* value) { m_NvGraphicFramePr = value; m_presence |= (1u << 0); }
     bool CheckNvGraphicFramePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "xfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 1); }
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
+    // "a:graphic": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* GetA_graphic() const { return m_A_graphic; }
     void SetA_graphic(schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* value) { m_A_graphic = value; m_presence |= (1u << 2); }
     bool CheckA_graphic() const { return (m_presence & (1u << 2)) != 0; }
+    // "macro": attribute, wxString
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 3)) != 0; }
+    // "fPublished": attribute, bool, default "false"
     bool GetFPublished() const { return m_FPublished; }
     void SetFPublished(bool value) { m_FPublished = value; m_presence |= (1u << 4); }
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
@@ -331,9 +365,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGrpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* GetCNvGrpSpPr() const { return m_CNvGrpSpPr; }
     void SetCNvGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* value) { m_CNvGrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -355,12 +391,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGrpSpPr": child element
     CT_GroupShapeNonVisual* GetNvGrpSpPr() const { return m_NvGrpSpPr; }
     void SetNvGrpSpPr(CT_GroupShapeNonVisual* value) { m_NvGrpSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvGrpSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* GetGrpSpPr() const { return m_GrpSpPr; }
     void SetGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* value) { m_GrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_GroupShapeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GroupShapeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
@@ -388,18 +427,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sp": child element
     CT_Shape* GetSp() const { return m_Sp; }
     void SetSp(CT_Shape* value) { m_Sp = value; m_presence |= (1u << 0); }
     bool CheckSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSp": child element
     CT_GroupShape* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_GroupShape* value) { m_GrpSp = value; m_presence |= (1u << 1); }
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "graphicFrame": child element
     CT_GraphicalObjectFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GraphicalObjectFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 2); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 2)) != 0; }
+    // "cxnSp": child element
     CT_Connector* GetCxnSp() const { return m_CxnSp; }
     void SetCxnSp(CT_Connector* value) { m_CxnSp = value; m_presence |= (1u << 3); }
     bool CheckCxnSp() const { return (m_presence & (1u << 3)) != 0; }
+    // "pic": child element
     CT_Picture* GetPic() const { return m_Pic; }
     void SetPic(CT_Picture* value) { m_Pic = value; m_presence |= (1u << 4); }
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
@@ -429,6 +473,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ObjectChoicesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ObjectChoicesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -454,21 +499,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sp": child element
     CT_Shape* GetSp() const { return m_Sp; }
     void SetSp(CT_Shape* value) { m_Sp = value; m_presence |= (1u << 0); }
     bool CheckSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSp": child element
     CT_GroupShape* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_GroupShape* value) { m_GrpSp = value; m_presence |= (1u << 1); }
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "graphicFrame": child element
     CT_GraphicalObjectFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GraphicalObjectFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 2); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 2)) != 0; }
+    // "cxnSp": child element
     CT_Connector* GetCxnSp() const { return m_CxnSp; }
     void SetCxnSp(CT_Connector* value) { m_CxnSp = value; m_presence |= (1u << 3); }
     bool CheckCxnSp() const { return (m_presence & (1u << 3)) != 0; }
+    // "pic": child element
     CT_Picture* GetPic() const { return m_Pic; }
     void SetPic(CT_Picture* value) { m_Pic = value; m_presence |= (1u << 4); }
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
+    // "contentPart": child element
     CT_Rel* GetContentPart() const { return m_ContentPart; }
     void SetContentPart(CT_Rel* value) { m_ContentPart = value; m_presence |= (1u << 5); }
     bool CheckContentPart() const { return (m_presence & (1u << 5)) != 0; }
@@ -494,6 +545,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -514,15 +566,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "col": value element, int
     int GetCol() const { return m_Col; }
     void SetCol(int value) { m_Col = value; m_presence |= (1u << 0); }
     bool CheckCol() const { return (m_presence & (1u << 0)) != 0; }
+    // "colOff": value element, wxAny
     wxAny GetColOff() const;
     void SetColOff(wxAny value);
     bool CheckColOff() const { return (m_presence & (1u << 1)) != 0; }
+    // "row": value element, int
     int GetRow() const { return m_Row; }
     void SetRow(int value) { m_Row = value; m_presence |= (1u << 2); }
     bool CheckRow() const { return (m_presence & (1u << 2)) != 0; }
+    // "rowOff": value element, wxAny
     wxAny GetRowOff() const;
     void SetRowOff(wxAny value);
     bool CheckRowOff() const { return (m_presence & (1u << 3)) != 0; }
@@ -546,18 +602,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "from": child element
     CT_Marker* GetFrom() const { return m_From; }
     void SetFrom(CT_Marker* value) { m_From = value; m_presence |= (1u << 0); }
     bool CheckFrom() const { return (m_presence & (1u << 0)) != 0; }
+    // "to": child element
     CT_Marker* GetTo() const { return m_To; }
     void SetTo(CT_Marker* value) { m_To = value; m_presence |= (1u << 1); }
     bool CheckTo() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_ObjectChoices
     EG_ObjectChoices* GetEG_ObjectChoices() const { return m_EG_ObjectChoices; }
     void SetEG_ObjectChoices(EG_ObjectChoices* value) { m_EG_ObjectChoices = value; m_presence |= (1u << 2); }
     bool CheckEG_ObjectChoices() const { return (m_presence & (1u << 2)) != 0; }
+    // "clientData": child element
     CT_AnchorClientData* GetClientData() const { return m_ClientData; }
     void SetClientData(CT_AnchorClientData* value) { m_ClientData = value; m_presence |= (1u << 3); }
     bool CheckClientData() const { return (m_presence & (1u << 3)) != 0; }
+    // "editAs": attribute, wxString, default "twoCell"
     wxString GetEditAs() const;
     void SetEditAs(wxString value);
     bool CheckEditAs() const { return (m_presence & (1u << 4)) != 0; }
@@ -582,15 +643,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "from": child element
     CT_Marker* GetFrom() const { return m_From; }
     void SetFrom(CT_Marker* value) { m_From = value; m_presence |= (1u << 0); }
     bool CheckFrom() const { return (m_presence & (1u << 0)) != 0; }
+    // "ext": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetExt() const { return m_Ext; }
     void SetExt(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_Ext = value; m_presence |= (1u << 1); }
     bool CheckExt() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_ObjectChoices
     EG_ObjectChoices* GetEG_ObjectChoices() const { return m_EG_ObjectChoices; }
     void SetEG_ObjectChoices(EG_ObjectChoices* value) { m_EG_ObjectChoices = value; m_presence |= (1u << 2); }
     bool CheckEG_ObjectChoices() const { return (m_presence & (1u << 2)) != 0; }
+    // "clientData": child element
     CT_AnchorClientData* GetClientData() const { return m_ClientData; }
     void SetClientData(CT_AnchorClientData* value) { m_ClientData = value; m_presence |= (1u << 3); }
     bool CheckClientData() const { return (m_presence & (1u << 3)) != 0; }
@@ -614,15 +679,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "ext": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetExt() const { return m_Ext; }
     void SetExt(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_Ext = value; m_presence |= (1u << 1); }
     bool CheckExt() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_ObjectChoices
     EG_ObjectChoices* GetEG_ObjectChoices() const { return m_EG_ObjectChoices; }
     void SetEG_ObjectChoices(EG_ObjectChoices* value) { m_EG_ObjectChoices = value; m_presence |= (1u << 2); }
     bool CheckEG_ObjectChoices() const { return (m_presence & (1u << 2)) != 0; }
+    // "clientData": child element
     CT_AnchorClientData* GetClientData() const { return m_ClientData; }
     void SetClientData(CT_AnchorClientData* value) { m_ClientData = value; m_presence |= (1u << 3); }
     bool CheckClientData() const { return (m_presence & (1u << 3)) != 0; }
@@ -651,6 +720,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_AnchorData__* GetData__() const { return m_Data__; }
     void SetData__(EG_AnchorData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -676,12 +746,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "twoCellAnchor": child element
     CT_TwoCellAnchor* GetTwoCellAnchor() const { return m_TwoCellAnchor; }
     void SetTwoCellAnchor(CT_TwoCellAnchor* value) { m_TwoCellAnchor = value; m_presence |= (1u << 0); }
     bool CheckTwoCellAnchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "oneCellAnchor": child element
     CT_OneCellAnchor* GetOneCellAnchor() const { return m_OneCellAnchor; }
     void SetOneCellAnchor(CT_OneCellAnchor* value) { m_OneCellAnchor = value; m_presence |= (1u << 1); }
     bool CheckOneCellAnchor() const { return (m_presence & (1u << 1)) != 0; }
+    // "absoluteAnchor": child element
     CT_AbsoluteAnchor* GetAbsoluteAnchor() const { return m_AbsoluteAnchor; }
     void SetAbsoluteAnchor(CT_AbsoluteAnchor* value) { m_AbsoluteAnchor = value; m_presence |= (1u << 2); }
     bool CheckAbsoluteAnchor() const { return (m_presence & (1u << 2)) != 0; }
@@ -704,6 +777,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_Anchor, repeated
     XMLPtrArray<EG_Anchor> GetEG_Anchor() const;
     void SetEG_Anchor(XMLPtrArray<EG_Anchor> value);
     bool CheckEG_Anchor() const { return (m_presence & (1u << 0)) != 0; }

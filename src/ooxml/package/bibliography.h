@@ -37,6 +37,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Person": child element, repeated
     XMLPtrArray<CT_PersonType> GetPerson() const;
     void SetPerson(XMLPtrArray<CT_PersonType> value);
     bool CheckPerson() const { return (m_presence & (1u << 0)) != 0; }
@@ -57,12 +58,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Last": value element, wxString, repeated
     std::vector<wxString> GetLast() const;
     void SetLast(std::vector<wxString> value);
     bool CheckLast() const { return (m_presence & (1u << 0)) != 0; }
+    // "First": value element, wxString, repeated
     std::vector<wxString> GetFirst() const;
     void SetFirst(std::vector<wxString> value);
     bool CheckFirst() const { return (m_presence & (1u << 1)) != 0; }
+    // "Middle": value element, wxString, repeated
     std::vector<wxString> GetMiddle() const;
     void SetMiddle(std::vector<wxString> value);
     bool CheckMiddle() const { return (m_presence & (1u << 2)) != 0; }
@@ -85,6 +89,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "NameList": child element
     CT_NameListType* GetNameList() const { return m_NameList; }
     void SetNameList(CT_NameListType* value) { m_NameList = value; m_presence |= (1u << 0); }
     bool CheckNameList() const { return (m_presence & (1u << 0)) != 0; }
@@ -105,6 +110,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_NameOrCorporateTypeData__* GetData__() const { return m_Data__; }
     void SetData__(CT_NameOrCorporateTypeData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -130,9 +136,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "NameList": child element
     CT_NameListType* GetNameList() const { return m_NameList; }
     void SetNameList(CT_NameListType* value) { m_NameList = value; m_presence |= (1u << 0); }
     bool CheckNameList() const { return (m_presence & (1u << 0)) != 0; }
+    // "Corporate": value element, wxString
     wxString GetCorporate() const;
     void SetCorporate(wxString value);
     bool CheckCorporate() const { return (m_presence & (1u << 1)) != 0; }
@@ -154,6 +162,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_AuthorTypeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_AuthorTypeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -179,51 +188,67 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "Artist": child element
     CT_NameType* GetArtist() const { return m_Artist; }
     void SetArtist(CT_NameType* value) { m_Artist = value; m_presence |= (1u << 0); }
     bool CheckArtist() const { return (m_presence & (1u << 0)) != 0; }
+    // "Author": child element
     CT_NameOrCorporateType* GetAuthor() const { return m_Author; }
     void SetAuthor(CT_NameOrCorporateType* value) { m_Author = value; m_presence |= (1u << 1); }
     bool CheckAuthor() const { return (m_presence & (1u << 1)) != 0; }
+    // "BookAuthor": child element
     CT_NameType* GetBookAuthor() const { return m_BookAuthor; }
     void SetBookAuthor(CT_NameType* value) { m_BookAuthor = value; m_presence |= (1u << 2); }
     bool CheckBookAuthor() const { return (m_presence & (1u << 2)) != 0; }
+    // "Compiler": child element
     CT_NameType* GetCompiler() const { return m_Compiler; }
     void SetCompiler(CT_NameType* value) { m_Compiler = value; m_presence |= (1u << 3); }
     bool CheckCompiler() const { return (m_presence & (1u << 3)) != 0; }
+    // "Composer": child element
     CT_NameType* GetComposer() const { return m_Composer; }
     void SetComposer(CT_NameType* value) { m_Composer = value; m_presence |= (1u << 4); }
     bool CheckComposer() const { return (m_presence & (1u << 4)) != 0; }
+    // "Conductor": child element
     CT_NameType* GetConductor() const { return m_Conductor; }
     void SetConductor(CT_NameType* value) { m_Conductor = value; m_presence |= (1u << 5); }
     bool CheckConductor() const { return (m_presence & (1u << 5)) != 0; }
+    // "Counsel": child element
     CT_NameType* GetCounsel() const { return m_Counsel; }
     void SetCounsel(CT_NameType* value) { m_Counsel = value; m_presence |= (1u << 6); }
     bool CheckCounsel() const { return (m_presence & (1u << 6)) != 0; }
+    // "Director": child element
     CT_NameType* GetDirector() const { return m_Director; }
     void SetDirector(CT_NameType* value) { m_Director = value; m_presence |= (1u << 7); }
     bool CheckDirector() const { return (m_presence & (1u << 7)) != 0; }
+    // "Editor": child element
     CT_NameType* GetEditor() const { return m_Editor; }
     void SetEditor(CT_NameType* value) { m_Editor = value; m_presence |= (1u << 8); }
     bool CheckEditor() const { return (m_presence & (1u << 8)) != 0; }
+    // "Interviewee": child element
     CT_NameType* GetInterviewee() const { return m_Interviewee; }
     void SetInterviewee(CT_NameType* value) { m_Interviewee = value; m_presence |= (1u << 9); }
     bool CheckInterviewee() const { return (m_presence & (1u << 9)) != 0; }
+    // "Interviewer": child element
     CT_NameType* GetInterviewer() const { return m_Interviewer; }
     void SetInterviewer(CT_NameType* value) { m_Interviewer = value; m_presence |= (1u << 10); }
     bool CheckInterviewer() const { return (m_presence & (1u << 10)) != 0; }
+    // "Inventor": child element
     CT_NameType* GetInventor() const { return m_Inventor; }
     void SetInventor(CT_NameType* value) { m_Inventor = value; m_presence |= (1u << 11); }
     bool CheckInventor() const { return (m_presence & (1u << 11)) != 0; }
+    // "Performer": child element
     CT_NameOrCorporateType* GetPerformer() const { return m_Performer; }
     void SetPerformer(CT_NameOrCorporateType* value) { m_Performer = value; m_presence |= (1u << 12); }
     bool CheckPerformer() const { return (m_presence & (1u << 12)) != 0; }
+    // "ProducerName": child element
     CT_NameType* GetProducerName() const { return m_ProducerName; }
     void SetProducerName(CT_NameType* value) { m_ProducerName = value; m_presence |= (1u << 13); }
     bool CheckProducerName() const { return (m_presence & (1u << 13)) != 0; }
+    // "Translator": child element
     CT_NameType* GetTranslator() const { return m_Translator; }
     void SetTranslator(CT_NameType* value) { m_Translator = value; m_presence |= (1u << 14); }
     bool CheckTranslator() const { return (m_presence & (1u << 14)) != 0; }
+    // "Writer": child element
     CT_NameType* GetWriter() const { return m_Writer; }
     void SetWriter(CT_NameType* value) { m_Writer = value; m_presence |= (1u << 15); }
     bool CheckWriter() const { return (m_presence & (1u << 15)) != 0; }
@@ -259,6 +284,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_SourceTypeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_SourceTypeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -284,159 +310,211 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "AbbreviatedCaseNumber": value element, wxString
     wxString GetAbbreviatedCaseNumber() const;
     void SetAbbreviatedCaseNumber(wxString value);
     bool CheckAbbreviatedCaseNumber() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "AlbumTitle": value element, wxString
     wxString GetAlbumTitle() const;
     void SetAlbumTitle(wxString value);
     bool CheckAlbumTitle() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "Author": child element
     CT_AuthorType* GetAuthor() const { return m_Author; }
     void SetAuthor(CT_AuthorType* value) { m_Author = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckAuthor() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "BookTitle": value element, wxString
     wxString GetBookTitle() const;
     void SetBookTitle(wxString value);
     bool CheckBookTitle() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "Broadcaster": value element, wxString
     wxString GetBroadcaster() const;
     void SetBroadcaster(wxString value);
     bool CheckBroadcaster() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "BroadcastTitle": value element, wxString
     wxString GetBroadcastTitle() const;
     void SetBroadcastTitle(wxString value);
     bool CheckBroadcastTitle() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "CaseNumber": value element, wxString
     wxString GetCaseNumber() const;
     void SetCaseNumber(wxString value);
     bool CheckCaseNumber() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "ChapterNumber": value element, wxString
     wxString GetChapterNumber() const;
     void SetChapterNumber(wxString value);
     bool CheckChapterNumber() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "City": value element, wxString
     wxString GetCity() const;
     void SetCity(wxString value);
     bool CheckCity() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "Comments": value element, wxString
     wxString GetComments() const;
     void SetComments(wxString value);
     bool CheckComments() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "ConferenceName": value element, wxString
     wxString GetConferenceName() const;
     void SetConferenceName(wxString value);
     bool CheckConferenceName() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "CountryRegion": value element, wxString
     wxString GetCountryRegion() const;
     void SetCountryRegion(wxString value);
     bool CheckCountryRegion() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "Court": value element, wxString
     wxString GetCourt() const;
     void SetCourt(wxString value);
     bool CheckCourt() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "Day": value element, wxString
     wxString GetDay() const;
     void SetDay(wxString value);
     bool CheckDay() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "DayAccessed": value element, wxString
     wxString GetDayAccessed() const;
     void SetDayAccessed(wxString value);
     bool CheckDayAccessed() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "Department": value element, wxString
     wxString GetDepartment() const;
     void SetDepartment(wxString value);
     bool CheckDepartment() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "Distributor": value element, wxString
     wxString GetDistributor() const;
     void SetDistributor(wxString value);
     bool CheckDistributor() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "Edition": value element, wxString
     wxString GetEdition() const;
     void SetEdition(wxString value);
     bool CheckEdition() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "Guid": value element, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "Institution": value element, wxString
     wxString GetInstitution() const;
     void SetInstitution(wxString value);
     bool CheckInstitution() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "InternetSiteTitle": value element, wxString
     wxString GetInternetSiteTitle() const;
     void SetInternetSiteTitle(wxString value);
     bool CheckInternetSiteTitle() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "Issue": value element, wxString
     wxString GetIssue() const;
     void SetIssue(wxString value);
     bool CheckIssue() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "JournalName": value element, wxString
     wxString GetJournalName() const;
     void SetJournalName(wxString value);
     bool CheckJournalName() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "LCID": value element, wxString
     wxString GetLCID() const;
     void SetLCID(wxString value);
     bool CheckLCID() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "Medium": value element, wxString
     wxString GetMedium() const;
     void SetMedium(wxString value);
     bool CheckMedium() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "Month": value element, wxString
     wxString GetMonth() const;
     void SetMonth(wxString value);
     bool CheckMonth() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "MonthAccessed": value element, wxString
     wxString GetMonthAccessed() const;
     void SetMonthAccessed(wxString value);
     bool CheckMonthAccessed() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "NumberVolumes": value element, wxString
     wxString GetNumberVolumes() const;
     void SetNumberVolumes(wxString value);
     bool CheckNumberVolumes() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "Pages": value element, wxString
     wxString GetPages() const;
     void SetPages(wxString value);
     bool CheckPages() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "PatentNumber": value element, wxString
     wxString GetPatentNumber() const;
     void SetPatentNumber(wxString value);
     bool CheckPatentNumber() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "PeriodicalTitle": value element, wxString
     wxString GetPeriodicalTitle() const;
     void SetPeriodicalTitle(wxString value);
     bool CheckPeriodicalTitle() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "ProductionCompany": value element, wxString
     wxString GetProductionCompany() const;
     void SetProductionCompany(wxString value);
     bool CheckProductionCompany() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "PublicationTitle": value element, wxString
     wxString GetPublicationTitle() const;
     void SetPublicationTitle(wxString value);
     bool CheckPublicationTitle() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "Publisher": value element, wxString
     wxString GetPublisher() const;
     void SetPublisher(wxString value);
     bool CheckPublisher() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
+    // "RecordingNumber": value element, wxString
     wxString GetRecordingNumber() const;
     void SetRecordingNumber(wxString value);
     bool CheckRecordingNumber() const { return (m_presence & (std::uint64_t(1) << 34)) != 0; }
+    // "RefOrder": value element, wxString
     wxString GetRefOrder() const;
     void SetRefOrder(wxString value);
     bool CheckRefOrder() const { return (m_presence & (std::uint64_t(1) << 35)) != 0; }
+    // "Reporter": value element, wxString
     wxString GetReporter() const;
     void SetReporter(wxString value);
     bool CheckReporter() const { return (m_presence & (std::uint64_t(1) << 36)) != 0; }
+    // "SourceType": value element, wxString
     wxString GetSourceType() const;
     void SetSourceType(wxString value);
     bool CheckSourceType() const { return (m_presence & (std::uint64_t(1) << 37)) != 0; }
+    // "ShortTitle": value element, wxString
     wxString GetShortTitle() const;
     void SetShortTitle(wxString value);
     bool CheckShortTitle() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
+    // "StandardNumber": value element, wxString
     wxString GetStandardNumber() const;
     void SetStandardNumber(wxString value);
     bool CheckStandardNumber() const { return (m_presence & (std::uint64_t(1) << 39)) != 0; }
+    // "StateProvince": value element, wxString
     wxString GetStateProvince() const;
     void SetStateProvince(wxString value);
     bool CheckStateProvince() const { return (m_presence & (std::uint64_t(1) << 40)) != 0; }
+    // "Station": value element, wxString
     wxString GetStation() const;
     void SetStation(wxString value);
     bool CheckStation() const { return (m_presence & (std::uint64_t(1) << 41)) != 0; }
+    // "Tag": value element, wxString
     wxString GetTag() const;
     void SetTag(wxString value);
     bool CheckTag() const { return (m_presence & (std::uint64_t(1) << 42)) != 0; }
+    // "Theater": value element, wxString
     wxString GetTheater() const;
     void SetTheater(wxString value);
     bool CheckTheater() const { return (m_presence & (std::uint64_t(1) << 43)) != 0; }
+    // "ThesisType": value element, wxString
     wxString GetThesisType() const;
     void SetThesisType(wxString value);
     bool CheckThesisType() const { return (m_presence & (std::uint64_t(1) << 44)) != 0; }
+    // "Title": value element, wxString
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (std::uint64_t(1) << 45)) != 0; }
+    // "Type": value element, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (std::uint64_t(1) << 46)) != 0; }
+    // "URL": value element, wxString
     wxString GetURL() const;
     void SetURL(wxString value);
     bool CheckURL() const { return (m_presence & (std::uint64_t(1) << 47)) != 0; }
+    // "Version": value element, wxString
     wxString GetVersion() const;
     void SetVersion(wxString value);
     bool CheckVersion() const { return (m_presence & (std::uint64_t(1) << 48)) != 0; }
+    // "Volume": value element, wxString
     wxString GetVolume() const;
     void SetVolume(wxString value);
     bool CheckVolume() const { return (m_presence & (std::uint64_t(1) << 49)) != 0; }
+    // "Year": value element, wxString
     wxString GetYear() const;
     void SetYear(wxString value);
     bool CheckYear() const { return (m_presence & (std::uint64_t(1) << 50)) != 0; }
+    // "YearAccessed": value element, wxString
     wxString GetYearAccessed() const;
     void SetYearAccessed(wxString value);
     bool CheckYearAccessed() const { return (m_presence & (std::uint64_t(1) << 51)) != 0; }
@@ -508,15 +586,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Source": child element, repeated
     XMLPtrArray<CT_SourceType> GetSource() const;
     void SetSource(XMLPtrArray<CT_SourceType> value);
     bool CheckSource() const { return (m_presence & (1u << 0)) != 0; }
+    // "SelectedStyle": attribute, wxString
     wxString GetSelectedStyle() const;
     void SetSelectedStyle(wxString value);
     bool CheckSelectedStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "StyleName": attribute, wxString
     wxString GetStyleName() const;
     void SetStyleName(wxString value);
     bool CheckStyleName() const { return (m_presence & (1u << 2)) != 0; }
+    // "URI": attribute, wxString
     wxString GetURI() const;
     void SetURI(wxString value);
     bool CheckURI() const { return (m_presence & (1u << 3)) != 0; }

@@ -29,6 +29,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "characteristic": child element, repeated
     XMLPtrArray<CT_Characteristic> GetCharacteristic() const;
     void SetCharacteristic(XMLPtrArray<CT_Characteristic> value);
     bool CheckCharacteristic() const { return (m_presence & (1u << 0)) != 0; }
@@ -49,15 +50,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "relation": attribute, wxString
     wxString GetRelation() const;
     void SetRelation(wxString value);
     bool CheckRelation() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "vocabulary": attribute, wxString
     wxString GetVocabulary() const;
     void SetVocabulary(wxString value);
     bool CheckVocabulary() const { return (m_presence & (1u << 3)) != 0; }

@@ -31,6 +31,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_TypesData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_TypesData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -56,9 +57,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "Default": child element
     CT_Default* GetDefault() const { return m_Default; }
     void SetDefault(CT_Default* value) { m_Default = value; m_presence |= (1u << 0); }
     bool CheckDefault() const { return (m_presence & (1u << 0)) != 0; }
+    // "Override": child element
     CT_Override* GetOverride() const { return m_Override; }
     void SetOverride(CT_Override* value) { m_Override = value; m_presence |= (1u << 1); }
     bool CheckOverride() const { return (m_presence & (1u << 1)) != 0; }
@@ -80,9 +83,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Extension": attribute, wxString
     wxString GetExtension() const;
     void SetExtension(wxString value);
     bool CheckExtension() const { return (m_presence & (1u << 0)) != 0; }
+    // "ContentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 1)) != 0; }
@@ -104,9 +109,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ContentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 0)) != 0; }
+    // "PartName": attribute, wxString
     wxString GetPartName() const;
     void SetPartName(wxString value);
     bool CheckPartName() const { return (m_presence & (1u << 1)) != 0; }

@@ -30,51 +30,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "category": value element, wxString
     wxString GetCategory() const;
     void SetCategory(wxString value);
     bool CheckCategory() const { return (m_presence & (1u << 0)) != 0; }
+    // "contentStatus": value element, wxString
     wxString GetContentStatus() const;
     void SetContentStatus(wxString value);
     bool CheckContentStatus() const { return (m_presence & (1u << 1)) != 0; }
+    // "contentType": value element, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
+    // "dcterms:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDcterms_any() const { return m_Dcterms_any; }
     void SetDcterms_any(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dcterms_any = value; m_presence |= (1u << 3); }
     bool CheckDcterms_any() const { return (m_presence & (1u << 3)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any() const { return m_Dc_any; }
     void SetDc_any(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any = value; m_presence |= (1u << 4); }
     bool CheckDc_any() const { return (m_presence & (1u << 4)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any_1() const { return m_Dc_any_1; }
     void SetDc_any_1(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any_1 = value; m_presence |= (1u << 5); }
     bool CheckDc_any_1() const { return (m_presence & (1u << 5)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any_2() const { return m_Dc_any_2; }
     void SetDc_any_2(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any_2 = value; m_presence |= (1u << 6); }
     bool CheckDc_any_2() const { return (m_presence & (1u << 6)) != 0; }
+    // "keywords": value element, wxString
     wxString GetKeywords() const;
     void SetKeywords(wxString value);
     bool CheckKeywords() const { return (m_presence & (1u << 7)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any_3() const { return m_Dc_any_3; }
     void SetDc_any_3(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any_3 = value; m_presence |= (1u << 8); }
     bool CheckDc_any_3() const { return (m_presence & (1u << 8)) != 0; }
+    // "lastModifiedBy": value element, wxString
     wxString GetLastModifiedBy() const;
     void SetLastModifiedBy(wxString value);
     bool CheckLastModifiedBy() const { return (m_presence & (1u << 9)) != 0; }
+    // "lastPrinted": value element, wxString
     wxString GetLastPrinted() const;
     void SetLastPrinted(wxString value);
     bool CheckLastPrinted() const { return (m_presence & (1u << 10)) != 0; }
+    // "dcterms:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDcterms_any_1() const { return m_Dcterms_any_1; }
     void SetDcterms_any_1(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dcterms_any_1 = value; m_presence |= (1u << 11); }
     bool CheckDcterms_any_1() const { return (m_presence & (1u << 11)) != 0; }
+    // "revision": value element, wxString
     wxString GetRevision() const;
     void SetRevision(wxString value);
     bool CheckRevision() const { return (m_presence & (1u << 12)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any_4() const { return m_Dc_any_4; }
     void SetDc_any_4(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any_4 = value; m_presence |= (1u << 13); }
     bool CheckDc_any_4() const { return (m_presence & (1u << 13)) != 0; }
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any_5() const { return m_Dc_any_5; }
     void SetDc_any_5(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any_5 = value; m_presence |= (1u << 14); }
     bool CheckDc_any_5() const { return (m_presence & (1u << 14)) != 0; }
+    // "version": value element, wxString
     wxString GetVersion() const;
     void SetVersion(wxString value);
     bool CheckVersion() const { return (m_presence & (1u << 15)) != 0; }

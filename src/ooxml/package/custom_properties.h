@@ -32,6 +32,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "property": child element, repeated
     XMLPtrArray<CT_Property> GetProperty() const;
     void SetProperty(XMLPtrArray<CT_Property> value);
     bool CheckProperty() const { return (m_presence & (1u << 0)) != 0; }
@@ -52,18 +53,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_PropertyData__* GetData__() const { return m_Data__; }
     void SetData__(CT_PropertyData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "fmtid": attribute, wxString
     wxString GetFmtid() const;
     void SetFmtid(wxString value);
     bool CheckFmtid() const { return (m_presence & (1u << 1)) != 0; }
+    // "pid": attribute, int
     int GetPid() const { return m_Pid; }
     void SetPid(int value) { m_Pid = value; m_presence |= (1u << 2); }
     bool CheckPid() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
+    // "linkTarget": attribute, wxString
     wxString GetLinkTarget() const;
     void SetLinkTarget(wxString value);
     bool CheckLinkTarget() const { return (m_presence & (1u << 4)) != 0; }
@@ -93,102 +99,135 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "vt:vector": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* GetVt_vector() const { return m_Vt_vector; }
     void SetVt_vector(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* value) { m_Vt_vector = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckVt_vector() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "vt:array": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Array* GetVt_array() const { return m_Vt_array; }
     void SetVt_array(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Array* value) { m_Vt_array = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckVt_array() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "vt:blob": value element, wxString
     wxString GetVt_blob() const;
     void SetVt_blob(wxString value);
     bool CheckVt_blob() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "vt:oblob": value element, wxString
     wxString GetVt_oblob() const;
     void SetVt_oblob(wxString value);
     bool CheckVt_oblob() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "vt:empty": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Empty* GetVt_empty() const { return m_Vt_empty; }
     void SetVt_empty(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Empty* value) { m_Vt_empty = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckVt_empty() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "vt:null": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Null* GetVt_null() const { return m_Vt_null; }
     void SetVt_null(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Null* value) { m_Vt_null = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckVt_null() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "vt:i1": value element, char
     char GetVt_i1() const { return m_Vt_i1; }
     void SetVt_i1(char value) { m_Vt_i1 = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckVt_i1() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "vt:i2": value element, short
     short GetVt_i2() const { return m_Vt_i2; }
     void SetVt_i2(short value) { m_Vt_i2 = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckVt_i2() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "vt:i4": value element, int
     int GetVt_i4() const { return m_Vt_i4; }
     void SetVt_i4(int value) { m_Vt_i4 = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckVt_i4() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "vt:i8": value element, long long
     long long GetVt_i8() const { return m_Vt_i8; }
     void SetVt_i8(long long value) { m_Vt_i8 = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckVt_i8() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "vt:int": value element, int
     int GetVt_int() const { return m_Vt_int; }
     void SetVt_int(int value) { m_Vt_int = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckVt_int() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "vt:ui1": value element, unsigned char
     unsigned char GetVt_ui1() const { return m_Vt_ui1; }
     void SetVt_ui1(unsigned char value) { m_Vt_ui1 = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckVt_ui1() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "vt:ui2": value element, unsigned short
     unsigned short GetVt_ui2() const { return m_Vt_ui2; }
     void SetVt_ui2(unsigned short value) { m_Vt_ui2 = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckVt_ui2() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "vt:ui4": value element, unsigned int
     unsigned int GetVt_ui4() const { return m_Vt_ui4; }
     void SetVt_ui4(unsigned int value) { m_Vt_ui4 = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckVt_ui4() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "vt:ui8": value element, unsigned long long
     unsigned long long GetVt_ui8() const { return m_Vt_ui8; }
     void SetVt_ui8(unsigned long long value) { m_Vt_ui8 = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckVt_ui8() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "vt:uint": value element, unsigned int
     unsigned int GetVt_uint() const { return m_Vt_uint; }
     void SetVt_uint(unsigned int value) { m_Vt_uint = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckVt_uint() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "vt:r4": value element, float
     float GetVt_r4() const { return m_Vt_r4; }
     void SetVt_r4(float value) { m_Vt_r4 = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckVt_r4() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "vt:r8": value element, double
     double GetVt_r8() const { return m_Vt_r8; }
     void SetVt_r8(double value) { m_Vt_r8 = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckVt_r8() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "vt:decimal": value element, double
     double GetVt_decimal() const { return m_Vt_decimal; }
     void SetVt_decimal(double value) { m_Vt_decimal = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckVt_decimal() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "vt:lpstr": value element, wxString
     wxString GetVt_lpstr() const;
     void SetVt_lpstr(wxString value);
     bool CheckVt_lpstr() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "vt:lpwstr": value element, wxString
     wxString GetVt_lpwstr() const;
     void SetVt_lpwstr(wxString value);
     bool CheckVt_lpwstr() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "vt:bstr": value element, wxString
     wxString GetVt_bstr() const;
     void SetVt_bstr(wxString value);
     bool CheckVt_bstr() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "vt:date": value element, wxString
     wxString GetVt_date() const;
     void SetVt_date(wxString value);
     bool CheckVt_date() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "vt:filetime": value element, wxString
     wxString GetVt_filetime() const;
     void SetVt_filetime(wxString value);
     bool CheckVt_filetime() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "vt:bool": value element, bool
     bool GetVt_bool() const { return m_Vt_bool; }
     void SetVt_bool(bool value) { m_Vt_bool = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckVt_bool() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "vt:cy": value element, wxString
     wxString GetVt_cy() const;
     void SetVt_cy(wxString value);
     bool CheckVt_cy() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "vt:error": value element, wxString
     wxString GetVt_error() const;
     void SetVt_error(wxString value);
     bool CheckVt_error() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "vt:stream": value element, wxString
     wxString GetVt_stream() const;
     void SetVt_stream(wxString value);
     bool CheckVt_stream() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "vt:ostream": value element, wxString
     wxString GetVt_ostream() const;
     void SetVt_ostream(wxString value);
     bool CheckVt_ostream() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "vt:storage": value element, wxString
     wxString GetVt_storage() const;
     void SetVt_storage(wxString value);
     bool CheckVt_storage() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "vt:ostorage": value element, wxString
     wxString GetVt_ostorage() const;
     void SetVt_ostorage(wxString value);
     bool CheckVt_ostorage() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "vt:vstream": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vstream* GetVt_vstream() const { return m_Vt_vstream; }
     void SetVt_vstream(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vstream* value) { m_Vt_vstream = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckVt_vstream() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "vt:clsid": value element, wxString
     wxString GetVt_clsid() const;
     void SetVt_clsid(wxString value);
     bool CheckVt_clsid() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }

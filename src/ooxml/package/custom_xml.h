@@ -30,6 +30,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
@@ -50,6 +51,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "schemaRef": child element, repeated
     XMLPtrArray<CT_DatastoreSchemaRef> GetSchemaRef() const;
     void SetSchemaRef(XMLPtrArray<CT_DatastoreSchemaRef> value);
     bool CheckSchemaRef() const { return (m_presence & (1u << 0)) != 0; }
@@ -70,9 +72,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "schemaRefs": child element
     CT_DatastoreSchemaRefs* GetSchemaRefs() const { return m_SchemaRefs; }
     void SetSchemaRefs(CT_DatastoreSchemaRefs* value) { m_SchemaRefs = value; m_presence |= (1u << 0); }
     bool CheckSchemaRefs() const { return (m_presence & (1u << 0)) != 0; }
+    // "itemID": attribute, wxString
     wxString GetItemID() const;
     void SetItemID(wxString value);
     bool CheckItemID() const { return (m_presence & (1u << 1)) != 0; }

@@ -53,6 +53,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<elementsGroupData__> GetData__() const;
     void SetData__(XMLPtrArray<elementsGroupData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -78,6 +79,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "any": child element
     SimpleLiteral* GetAny() const { return m_Any; }
     void SetAny(SimpleLiteral* value) { m_Any = value; m_presence |= (1u << 0); }
     bool CheckAny() const { return (m_presence & (1u << 0)) != 0; }
@@ -98,6 +100,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     elementContainerData__* GetData__() const { return m_Data__; }
     void SetData__(elementContainerData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -123,6 +126,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group elementsGroup
     elementsGroup* GetElementsGroup() const { return m_ElementsGroup; }
     void SetElementsGroup(elementsGroup* value) { m_ElementsGroup = value; m_presence |= (1u << 0); }
     bool CheckElementsGroup() const { return (m_presence & (1u << 0)) != 0; }

@@ -310,6 +310,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<elementsAndRefinementsGroupData__> GetData__() const;
     void SetData__(XMLPtrArray<elementsAndRefinementsGroupData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -335,6 +336,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "dc:any": child element
     purl_org_dc_elements_x1_x1_::SimpleLiteral* GetDc_any() const { return m_Dc_any; }
     void SetDc_any(purl_org_dc_elements_x1_x1_::SimpleLiteral* value) { m_Dc_any = value; m_presence |= (1u << 0); }
     bool CheckDc_any() const { return (m_presence & (1u << 0)) != 0; }
@@ -355,6 +357,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     elementOrRefinementContainerData__* GetData__() const { return m_Data__; }
     void SetData__(elementOrRefinementContainerData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -380,6 +383,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group elementsAndRefinementsGroup
     elementsAndRefinementsGroup* GetElementsAndRefinementsGroup() const { return m_ElementsAndRefinementsGroup; }
     void SetElementsAndRefinementsGroup(elementsAndRefinementsGroup* value) { m_ElementsAndRefinementsGroup = value; m_presence |= (1u << 0); }
     bool CheckElementsAndRefinementsGroup() const { return (m_presence & (1u << 0)) != 0; }

@@ -30,9 +30,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Format": value element, wxString
     wxString GetFormat() const;
     void SetFormat(wxString value);
     bool CheckFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "Value": value element, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 1)) != 0; }
@@ -54,9 +56,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "SourceId": attribute, wxString
     wxString GetSourceId() const;
     void SetSourceId(wxString value);
     bool CheckSourceId() const { return (m_presence & (1u << 1)) != 0; }
@@ -78,9 +82,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "SourceType": attribute, wxString
     wxString GetSourceType() const;
     void SetSourceType(wxString value);
     bool CheckSourceType() const { return (m_presence & (1u << 1)) != 0; }

@@ -33,84 +33,111 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Template": value element, wxString
     wxString GetTemplate() const;
     void SetTemplate(wxString value);
     bool CheckTemplate() const { return (m_presence & (1u << 0)) != 0; }
+    // "Manager": value element, wxString
     wxString GetManager() const;
     void SetManager(wxString value);
     bool CheckManager() const { return (m_presence & (1u << 1)) != 0; }
+    // "Company": value element, wxString
     wxString GetCompany() const;
     void SetCompany(wxString value);
     bool CheckCompany() const { return (m_presence & (1u << 2)) != 0; }
+    // "Pages": value element, int
     int GetPages() const { return m_Pages; }
     void SetPages(int value) { m_Pages = value; m_presence |= (1u << 3); }
     bool CheckPages() const { return (m_presence & (1u << 3)) != 0; }
+    // "Words": value element, int
     int GetWords() const { return m_Words; }
     void SetWords(int value) { m_Words = value; m_presence |= (1u << 4); }
     bool CheckWords() const { return (m_presence & (1u << 4)) != 0; }
+    // "Characters": value element, int
     int GetCharacters() const { return m_Characters; }
     void SetCharacters(int value) { m_Characters = value; m_presence |= (1u << 5); }
     bool CheckCharacters() const { return (m_presence & (1u << 5)) != 0; }
+    // "PresentationFormat": value element, wxString
     wxString GetPresentationFormat() const;
     void SetPresentationFormat(wxString value);
     bool CheckPresentationFormat() const { return (m_presence & (1u << 6)) != 0; }
+    // "Lines": value element, int
     int GetLines() const { return m_Lines; }
     void SetLines(int value) { m_Lines = value; m_presence |= (1u << 7); }
     bool CheckLines() const { return (m_presence & (1u << 7)) != 0; }
+    // "Paragraphs": value element, int
     int GetParagraphs() const { return m_Paragraphs; }
     void SetParagraphs(int value) { m_Paragraphs = value; m_presence |= (1u << 8); }
     bool CheckParagraphs() const { return (m_presence & (1u << 8)) != 0; }
+    // "Slides": value element, int
     int GetSlides() const { return m_Slides; }
     void SetSlides(int value) { m_Slides = value; m_presence |= (1u << 9); }
     bool CheckSlides() const { return (m_presence & (1u << 9)) != 0; }
+    // "Notes": value element, int
     int GetNotes() const { return m_Notes; }
     void SetNotes(int value) { m_Notes = value; m_presence |= (1u << 10); }
     bool CheckNotes() const { return (m_presence & (1u << 10)) != 0; }
+    // "TotalTime": value element, int
     int GetTotalTime() const { return m_TotalTime; }
     void SetTotalTime(int value) { m_TotalTime = value; m_presence |= (1u << 11); }
     bool CheckTotalTime() const { return (m_presence & (1u << 11)) != 0; }
+    // "HiddenSlides": value element, int
     int GetHiddenSlides() const { return m_HiddenSlides; }
     void SetHiddenSlides(int value) { m_HiddenSlides = value; m_presence |= (1u << 12); }
     bool CheckHiddenSlides() const { return (m_presence & (1u << 12)) != 0; }
+    // "MMClips": value element, int
     int GetMMClips() const { return m_MMClips; }
     void SetMMClips(int value) { m_MMClips = value; m_presence |= (1u << 13); }
     bool CheckMMClips() const { return (m_presence & (1u << 13)) != 0; }
+    // "ScaleCrop": value element, bool
     bool GetScaleCrop() const { return m_ScaleCrop; }
     void SetScaleCrop(bool value) { m_ScaleCrop = value; m_presence |= (1u << 14); }
     bool CheckScaleCrop() const { return (m_presence & (1u << 14)) != 0; }
+    // "HeadingPairs": child element
     CT_VectorVariant* GetHeadingPairs() const { return m_HeadingPairs; }
     void SetHeadingPairs(CT_VectorVariant* value) { m_HeadingPairs = value; m_presence |= (1u << 15); }
     bool CheckHeadingPairs() const { return (m_presence & (1u << 15)) != 0; }
+    // "TitlesOfParts": child element
     CT_VectorLpstr* GetTitlesOfParts() const { return m_TitlesOfParts; }
     void SetTitlesOfParts(CT_VectorLpstr* value) { m_TitlesOfParts = value; m_presence |= (1u << 16); }
     bool CheckTitlesOfParts() const { return (m_presence & (1u << 16)) != 0; }
+    // "LinksUpToDate": value element, bool
     bool GetLinksUpToDate() const { return m_LinksUpToDate; }
     void SetLinksUpToDate(bool value) { m_LinksUpToDate = value; m_presence |= (1u << 17); }
     bool CheckLinksUpToDate() const { return (m_presence & (1u << 17)) != 0; }
+    // "CharactersWithSpaces": value element, int
     int GetCharactersWithSpaces() const { return m_CharactersWithSpaces; }
     void SetCharactersWithSpaces(int value) { m_CharactersWithSpaces = value; m_presence |= (1u << 18); }
     bool CheckCharactersWithSpaces() const { return (m_presence & (1u << 18)) != 0; }
+    // "SharedDoc": value element, bool
     bool GetSharedDoc() const { return m_SharedDoc; }
     void SetSharedDoc(bool value) { m_SharedDoc = value; m_presence |= (1u << 19); }
     bool CheckSharedDoc() const { return (m_presence & (1u << 19)) != 0; }
+    // "HyperlinkBase": value element, wxString
     wxString GetHyperlinkBase() const;
     void SetHyperlinkBase(wxString value);
     bool CheckHyperlinkBase() const { return (m_presence & (1u << 20)) != 0; }
+    // "HLinks": child element
     CT_VectorVariant* GetHLinks() const { return m_HLinks; }
     void SetHLinks(CT_VectorVariant* value) { m_HLinks = value; m_presence |= (1u << 21); }
     bool CheckHLinks() const { return (m_presence & (1u << 21)) != 0; }
+    // "HyperlinksChanged": value element, bool
     bool GetHyperlinksChanged() const { return m_HyperlinksChanged; }
     void SetHyperlinksChanged(bool value) { m_HyperlinksChanged = value; m_presence |= (1u << 22); }
     bool CheckHyperlinksChanged() const { return (m_presence & (1u << 22)) != 0; }
+    // "DigSig": child element
     CT_DigSigBlob* GetDigSig() const { return m_DigSig; }
     void SetDigSig(CT_DigSigBlob* value) { m_DigSig = value; m_presence |= (1u << 23); }
     bool CheckDigSig() const { return (m_presence & (1u << 23)) != 0; }
+    // "Application": value element, wxString
     wxString GetApplication() const;
     void SetApplication(wxString value);
     bool CheckApplication() const { return (m_presence & (1u << 24)) != 0; }
+    // "AppVersion": value element, wxString
     wxString GetAppVersion() const;
     void SetAppVersion(wxString value);
     bool CheckAppVersion() const { return (m_presence & (1u << 25)) != 0; }
+    // "DocSecurity": value element, int
     int GetDocSecurity() const { return m_DocSecurity; }
     void SetDocSecurity(int value) { m_DocSecurity = value; m_presence |= (1u << 26); }
     bool CheckDocSecurity() const { return (m_presence & (1u << 26)) != 0; }
@@ -157,6 +184,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "vt:vector": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* GetVt_vector() const { return m_Vt_vector; }
     void SetVt_vector(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* value) { m_Vt_vector = value; m_presence |= (1u << 0); }
     bool CheckVt_vector() const { return (m_presence & (1u << 0)) != 0; }
@@ -177,6 +205,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "vt:vector": child element
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* GetVt_vector() const { return m_Vt_vector; }
     void SetVt_vector(schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* value) { m_Vt_vector = value; m_presence |= (1u << 0); }
     bool CheckVt_vector() const { return (m_presence & (1u << 0)) != 0; }
@@ -197,6 +226,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "vt:blob": value element, wxString
     wxString GetVt_blob() const;
     void SetVt_blob(wxString value);
     bool CheckVt_blob() const { return (m_presence & (1u << 0)) != 0; }

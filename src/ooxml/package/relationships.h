@@ -29,6 +29,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Relationship": child element, repeated
     XMLPtrArray<CT_Relationship> GetRelationship() const;
     void SetRelationship(XMLPtrArray<CT_Relationship> value);
     bool CheckRelationship() const { return (m_presence & (1u << 0)) != 0; }
@@ -49,18 +50,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "TargetMode": attribute, wxString
     wxString GetTargetMode() const;
     void SetTargetMode(wxString value);
     bool CheckTargetMode() const { return (m_presence & (1u << 1)) != 0; }
+    // "Target": attribute, wxString
     wxString GetTarget() const;
     void SetTarget(wxString value);
     bool CheckTarget() const { return (m_presence & (1u << 2)) != 0; }
+    // "Type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 3)) != 0; }
+    // "Id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 4)) != 0; }

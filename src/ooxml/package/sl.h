@@ -29,15 +29,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uri": attribute, wxString, default ""
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
+    // "manifestLocation": attribute, wxString
     wxString GetManifestLocation() const;
     void SetManifestLocation(wxString value);
     bool CheckManifestLocation() const { return (m_presence & (1u << 1)) != 0; }
+    // "schemaLocation": attribute, wxString
     wxString GetSchemaLocation() const;
     void SetSchemaLocation(wxString value);
     bool CheckSchemaLocation() const { return (m_presence & (1u << 2)) != 0; }
+    // "schemaLanguage": attribute, wxString
     wxString GetSchemaLanguage() const;
     void SetSchemaLanguage(wxString value);
     bool CheckSchemaLanguage() const { return (m_presence & (1u << 3)) != 0; }
@@ -61,6 +65,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "schema": child element, repeated
     XMLPtrArray<CT_Schema> GetSchema() const;
     void SetSchema(XMLPtrArray<CT_Schema> value);
     bool CheckSchema() const { return (m_presence & (1u << 0)) != 0; }

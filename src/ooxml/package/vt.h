@@ -66,12 +66,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_VectorData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_VectorData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "baseType": attribute, wxString
     wxString GetBaseType() const;
     void SetBaseType(wxString value);
     bool CheckBaseType() const { return (m_presence & (1u << 1)) != 0; }
+    // "size": attribute, unsigned int
     unsigned int GetSize() const { return m_Size; }
     void SetSize(unsigned int value) { m_Size = value; m_presence |= (1u << 2); }
     bool CheckSize() const { return (m_presence & (1u << 2)) != 0; }
@@ -99,63 +102,83 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "variant": child element
     CT_Variant* GetVariant() const { return m_Variant; }
     void SetVariant(CT_Variant* value) { m_Variant = value; m_presence |= (1u << 0); }
     bool CheckVariant() const { return (m_presence & (1u << 0)) != 0; }
+    // "i1": value element, char
     char GetI1() const { return m_I1; }
     void SetI1(char value) { m_I1 = value; m_presence |= (1u << 1); }
     bool CheckI1() const { return (m_presence & (1u << 1)) != 0; }
+    // "i2": value element, short
     short GetI2() const { return m_I2; }
     void SetI2(short value) { m_I2 = value; m_presence |= (1u << 2); }
     bool CheckI2() const { return (m_presence & (1u << 2)) != 0; }
+    // "i4": value element, int
     int GetI4() const { return m_I4; }
     void SetI4(int value) { m_I4 = value; m_presence |= (1u << 3); }
     bool CheckI4() const { return (m_presence & (1u << 3)) != 0; }
+    // "i8": value element, long long
     long long GetI8() const { return m_I8; }
     void SetI8(long long value) { m_I8 = value; m_presence |= (1u << 4); }
     bool CheckI8() const { return (m_presence & (1u << 4)) != 0; }
+    // "ui1": value element, unsigned char
     unsigned char GetUi1() const { return m_Ui1; }
     void SetUi1(unsigned char value) { m_Ui1 = value; m_presence |= (1u << 5); }
     bool CheckUi1() const { return (m_presence & (1u << 5)) != 0; }
+    // "ui2": value element, unsigned short
     unsigned short GetUi2() const { return m_Ui2; }
     void SetUi2(unsigned short value) { m_Ui2 = value; m_presence |= (1u << 6); }
     bool CheckUi2() const { return (m_presence & (1u << 6)) != 0; }
+    // "ui4": value element, unsigned int
     unsigned int GetUi4() const { return m_Ui4; }
     void SetUi4(unsigned int value) { m_Ui4 = value; m_presence |= (1u << 7); }
     bool CheckUi4() const { return (m_presence & (1u << 7)) != 0; }
+    // "ui8": value element, unsigned long long
     unsigned long long GetUi8() const { return m_Ui8; }
     void SetUi8(unsigned long long value) { m_Ui8 = value; m_presence |= (1u << 8); }
     bool CheckUi8() const { return (m_presence & (1u << 8)) != 0; }
+    // "r4": value element, float
     float GetR4() const { return m_R4; }
     void SetR4(float value) { m_R4 = value; m_presence |= (1u << 9); }
     bool CheckR4() const { return (m_presence & (1u << 9)) != 0; }
+    // "r8": value element, double
     double GetR8() const { return m_R8; }
     void SetR8(double value) { m_R8 = value; m_presence |= (1u << 10); }
     bool CheckR8() const { return (m_presence & (1u << 10)) != 0; }
+    // "lpstr": value element, wxString
     wxString GetLpstr() const;
     void SetLpstr(wxString value);
     bool CheckLpstr() const { return (m_presence & (1u << 11)) != 0; }
+    // "lpwstr": value element, wxString
     wxString GetLpwstr() const;
     void SetLpwstr(wxString value);
     bool CheckLpwstr() const { return (m_presence & (1u << 12)) != 0; }
+    // "bstr": value element, wxString
     wxString GetBstr() const;
     void SetBstr(wxString value);
     bool CheckBstr() const { return (m_presence & (1u << 13)) != 0; }
+    // "date": value element, wxString
     wxString GetDate() const;
     void SetDate(wxString value);
     bool CheckDate() const { return (m_presence & (1u << 14)) != 0; }
+    // "filetime": value element, wxString
     wxString GetFiletime() const;
     void SetFiletime(wxString value);
     bool CheckFiletime() const { return (m_presence & (1u << 15)) != 0; }
+    // "bool": value element, bool
     bool GetBool() const { return m_Bool; }
     void SetBool(bool value) { m_Bool = value; m_presence |= (1u << 16); }
     bool CheckBool() const { return (m_presence & (1u << 16)) != 0; }
+    // "cy": value element, wxString
     wxString GetCy() const;
     void SetCy(wxString value);
     bool CheckCy() const { return (m_presence & (1u << 17)) != 0; }
+    // "error": value element, wxString
     wxString GetError() const;
     void SetError(wxString value);
     bool CheckError() const { return (m_presence & (1u << 18)) != 0; }
+    // "clsid": value element, wxString
     wxString GetClsid() const;
     void SetClsid(wxString value);
     bool CheckClsid() const { return (m_presence & (1u << 19)) != 0; }
@@ -195,15 +218,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ArrayData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ArrayData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "lBounds": attribute, int
     int GetLBounds() const { return m_LBounds; }
     void SetLBounds(int value) { m_LBounds = value; m_presence |= (1u << 1); }
     bool CheckLBounds() const { return (m_presence & (1u << 1)) != 0; }
+    // "uBounds": attribute, int
     int GetUBounds() const { return m_UBounds; }
     void SetUBounds(int value) { m_UBounds = value; m_presence |= (1u << 2); }
     bool CheckUBounds() const { return (m_presence & (1u << 2)) != 0; }
+    // "baseType": attribute, wxString
     wxString GetBaseType() const;
     void SetBaseType(wxString value);
     bool CheckBaseType() const { return (m_presence & (1u << 3)) != 0; }
@@ -232,54 +259,71 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "variant": child element
     CT_Variant* GetVariant() const { return m_Variant; }
     void SetVariant(CT_Variant* value) { m_Variant = value; m_presence |= (1u << 0); }
     bool CheckVariant() const { return (m_presence & (1u << 0)) != 0; }
+    // "i1": value element, char
     char GetI1() const { return m_I1; }
     void SetI1(char value) { m_I1 = value; m_presence |= (1u << 1); }
     bool CheckI1() const { return (m_presence & (1u << 1)) != 0; }
+    // "i2": value element, short
     short GetI2() const { return m_I2; }
     void SetI2(short value) { m_I2 = value; m_presence |= (1u << 2); }
     bool CheckI2() const { return (m_presence & (1u << 2)) != 0; }
+    // "i4": value element, int
     int GetI4() const { return m_I4; }
     void SetI4(int value) { m_I4 = value; m_presence |= (1u << 3); }
     bool CheckI4() const { return (m_presence & (1u << 3)) != 0; }
+    // "int": value element, int
     int GetInt() const { return m_Int; }
     void SetInt(int value) { m_Int = value; m_presence |= (1u << 4); }
     bool CheckInt() const { return (m_presence & (1u << 4)) != 0; }
+    // "ui1": value element, unsigned char
     unsigned char GetUi1() const { return m_Ui1; }
     void SetUi1(unsigned char value) { m_Ui1 = value; m_presence |= (1u << 5); }
     bool CheckUi1() const { return (m_presence & (1u << 5)) != 0; }
+    // "ui2": value element, unsigned short
     unsigned short GetUi2() const { return m_Ui2; }
     void SetUi2(unsigned short value) { m_Ui2 = value; m_presence |= (1u << 6); }
     bool CheckUi2() const { return (m_presence & (1u << 6)) != 0; }
+    // "ui4": value element, unsigned int
     unsigned int GetUi4() const { return m_Ui4; }
     void SetUi4(unsigned int value) { m_Ui4 = value; m_presence |= (1u << 7); }
     bool CheckUi4() const { return (m_presence & (1u << 7)) != 0; }
+    // "uint": value element, unsigned int
     unsigned int GetUint() const { return m_Uint; }
     void SetUint(unsigned int value) { m_Uint = value; m_presence |= (1u << 8); }
     bool CheckUint() const { return (m_presence & (1u << 8)) != 0; }
+    // "r4": value element, float
     float GetR4() const { return m_R4; }
     void SetR4(float value) { m_R4 = value; m_presence |= (1u << 9); }
     bool CheckR4() const { return (m_presence & (1u << 9)) != 0; }
+    // "r8": value element, double
     double GetR8() const { return m_R8; }
     void SetR8(double value) { m_R8 = value; m_presence |= (1u << 10); }
     bool CheckR8() const { return (m_presence & (1u << 10)) != 0; }
+    // "decimal": value element, double
     double GetDecimal() const { return m_Decimal; }
     void SetDecimal(double value) { m_Decimal = value; m_presence |= (1u << 11); }
     bool CheckDecimal() const { return (m_presence & (1u << 11)) != 0; }
+    // "bstr": value element, wxString
     wxString GetBstr() const;
     void SetBstr(wxString value);
     bool CheckBstr() const { return (m_presence & (1u << 12)) != 0; }
+    // "date": value element, wxString
     wxString GetDate() const;
     void SetDate(wxString value);
     bool CheckDate() const { return (m_presence & (1u << 13)) != 0; }
+    // "bool": value element, bool
     bool GetBool() const { return m_Bool; }
     void SetBool(bool value) { m_Bool = value; m_presence |= (1u << 14); }
     bool CheckBool() const { return (m_presence & (1u << 14)) != 0; }
+    // "error": value element, wxString
     wxString GetError() const;
     void SetError(wxString value);
     bool CheckError() const { return (m_presence & (1u << 15)) != 0; }
+    // "cy": value element, wxString
     wxString GetCy() const;
     void SetCy(wxString value);
     bool CheckCy() const { return (m_presence & (1u << 16)) != 0; }
@@ -316,6 +360,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_VariantData__* GetData__() const { return m_Data__; }
     void SetData__(CT_VariantData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -341,105 +386,139 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "variant": child element
     CT_Variant* GetVariant() const { return m_Variant; }
     void SetVariant(CT_Variant* value) { m_Variant = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckVariant() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "vector": child element
     CT_Vector* GetVector() const { return m_Vector; }
     void SetVector(CT_Vector* value) { m_Vector = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckVector() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "array": child element
     CT_Array* GetArray() const { return m_Array; }
     void SetArray(CT_Array* value) { m_Array = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckArray() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "blob": value element, wxString
     wxString GetBlob() const;
     void SetBlob(wxString value);
     bool CheckBlob() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "oblob": value element, wxString
     wxString GetOblob() const;
     void SetOblob(wxString value);
     bool CheckOblob() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "empty": child element
     CT_Empty* GetEmpty() const { return m_Empty; }
     void SetEmpty(CT_Empty* value) { m_Empty = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckEmpty() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "null": child element
     CT_Null* GetNull() const { return m_Null; }
     void SetNull(CT_Null* value) { m_Null = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckNull() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "i1": value element, char
     char GetI1() const { return m_I1; }
     void SetI1(char value) { m_I1 = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckI1() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "i2": value element, short
     short GetI2() const { return m_I2; }
     void SetI2(short value) { m_I2 = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckI2() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "i4": value element, int
     int GetI4() const { return m_I4; }
     void SetI4(int value) { m_I4 = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckI4() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "i8": value element, long long
     long long GetI8() const { return m_I8; }
     void SetI8(long long value) { m_I8 = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckI8() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "int": value element, int
     int GetInt() const { return m_Int; }
     void SetInt(int value) { m_Int = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckInt() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "ui1": value element, unsigned char
     unsigned char GetUi1() const { return m_Ui1; }
     void SetUi1(unsigned char value) { m_Ui1 = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckUi1() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "ui2": value element, unsigned short
     unsigned short GetUi2() const { return m_Ui2; }
     void SetUi2(unsigned short value) { m_Ui2 = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckUi2() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "ui4": value element, unsigned int
     unsigned int GetUi4() const { return m_Ui4; }
     void SetUi4(unsigned int value) { m_Ui4 = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckUi4() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "ui8": value element, unsigned long long
     unsigned long long GetUi8() const { return m_Ui8; }
     void SetUi8(unsigned long long value) { m_Ui8 = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckUi8() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "uint": value element, unsigned int
     unsigned int GetUint() const { return m_Uint; }
     void SetUint(unsigned int value) { m_Uint = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckUint() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "r4": value element, float
     float GetR4() const { return m_R4; }
     void SetR4(float value) { m_R4 = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckR4() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "r8": value element, double
     double GetR8() const { return m_R8; }
     void SetR8(double value) { m_R8 = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckR8() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "decimal": value element, double
     double GetDecimal() const { return m_Decimal; }
     void SetDecimal(double value) { m_Decimal = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckDecimal() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "lpstr": value element, wxString
     wxString GetLpstr() const;
     void SetLpstr(wxString value);
     bool CheckLpstr() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "lpwstr": value element, wxString
     wxString GetLpwstr() const;
     void SetLpwstr(wxString value);
     bool CheckLpwstr() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "bstr": value element, wxString
     wxString GetBstr() const;
     void SetBstr(wxString value);
     bool CheckBstr() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "date": value element, wxString
     wxString GetDate() const;
     void SetDate(wxString value);
     bool CheckDate() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "filetime": value element, wxString
     wxString GetFiletime() const;
     void SetFiletime(wxString value);
     bool CheckFiletime() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "bool": value element, bool
     bool GetBool() const { return m_Bool; }
     void SetBool(bool value) { m_Bool = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckBool() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "cy": value element, wxString
     wxString GetCy() const;
     void SetCy(wxString value);
     bool CheckCy() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "error": value element, wxString
     wxString GetError() const;
     void SetError(wxString value);
     bool CheckError() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "stream": value element, wxString
     wxString GetStream() const;
     void SetStream(wxString value);
     bool CheckStream() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "ostream": value element, wxString
     wxString GetOstream() const;
     void SetOstream(wxString value);
     bool CheckOstream() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "storage": value element, wxString
     wxString GetStorage() const;
     void SetStorage(wxString value);
     bool CheckStorage() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "ostorage": value element, wxString
     wxString GetOstorage() const;
     void SetOstorage(wxString value);
     bool CheckOstorage() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "vstream": child element
     CT_Vstream* GetVstream() const { return m_Vstream; }
     void SetVstream(CT_Vstream* value) { m_Vstream = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckVstream() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "clsid": value element, wxString
     wxString GetClsid() const;
     void SetClsid(wxString value);
     bool CheckClsid() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
@@ -493,9 +572,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "version": attribute, wxString
     wxString GetVersion() const;
     void SetVersion(wxString value);
     bool CheckVersion() const { return (m_presence & (1u << 1)) != 0; }

@@ -63,6 +63,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -83,6 +84,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxAny, default "center"
     wxAny GetDir() const;
     void SetDir(wxAny value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -103,12 +105,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "l"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
+    // "isContent": attribute, bool, default "false"
     bool GetIsContent() const { return m_IsContent; }
     void SetIsContent(bool value) { m_IsContent = value; m_presence |= (1u << 1); }
     bool CheckIsContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "isInverted": attribute, bool, default "false"
     bool GetIsInverted() const { return m_IsInverted; }
     void SetIsInverted(bool value) { m_IsInverted = value; m_presence |= (1u << 2); }
     bool CheckIsInverted() const { return (m_presence & (1u << 2)) != 0; }
@@ -131,9 +136,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "l"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
+    // "pattern": attribute, wxString, default "diamond"
     wxString GetPattern() const;
     void SetPattern(wxString value);
     bool CheckPattern() const { return (m_presence & (1u << 1)) != 0; }
@@ -155,9 +162,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "in"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
+    // "hasBounce": attribute, bool, default "false"
     bool GetHasBounce() const { return m_HasBounce; }
     void SetHasBounce(bool value) { m_HasBounce = value; m_presence |= (1u << 1); }
     bool CheckHasBounce() const { return (m_presence & (1u << 1)) != 0; }
@@ -179,9 +188,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pattern": attribute, wxString, default "strip"
     wxString GetPattern() const;
     void SetPattern(wxString value);
     bool CheckPattern() const { return (m_presence & (1u << 0)) != 0; }
+    // "dir": attribute, wxString, default "in"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
@@ -203,9 +214,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "thruBlk": attribute, bool, default "false"
     bool GetThruBlk() const { return m_ThruBlk; }
     void SetThruBlk(bool value) { m_ThruBlk = value; m_presence |= (1u << 0); }
     bool CheckThruBlk() const { return (m_presence & (1u << 0)) != 0; }
+    // "dir": attribute, wxString, default "l"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
@@ -227,9 +240,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spid": attribute, unsigned int
     unsigned int GetSpid() const { return m_Spid; }
     void SetSpid(unsigned int value) { m_Spid = value; m_presence |= (1u << 0); }
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
+    // "bmkName": attribute, wxString
     wxString GetBmkName() const;
     void SetBmkName(wxString value);
     bool CheckBmkName() const { return (m_presence & (1u << 1)) != 0; }
@@ -251,12 +266,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvContentPartPr": child element
     schemas_microsoft_com_office_drawing_x2010_main::CT_NonVisualInkContentPartProperties* GetCNvContentPartPr() const { return m_CNvContentPartPr; }
     void SetCNvContentPartPr(schemas_microsoft_com_office_drawing_x2010_main::CT_NonVisualInkContentPartProperties* value) { m_CNvContentPartPr = value; m_presence |= (1u << 1); }
     bool CheckCNvContentPartPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(schemas_openxmlformats_org_presentationml_x2006_main::CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -279,9 +297,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "st": attribute, wxString, default "0"
     wxString GetSt() const;
     void SetSt(wxString value);
     bool CheckSt() const { return (m_presence & (1u << 0)) != 0; }
+    // "end": attribute, wxString, default "0"
     wxString GetEnd() const;
     void SetEnd(wxString value);
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
@@ -303,9 +323,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "in": attribute, wxString, default "0"
     wxString GetIn() const;
     void SetIn(wxString value);
     bool CheckIn() const { return (m_presence & (1u << 0)) != 0; }
+    // "out": attribute, wxString, default "0"
     wxString GetOut() const;
     void SetOut(wxString value);
     bool CheckOut() const { return (m_presence & (1u << 1)) != 0; }
@@ -327,9 +349,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 1)) != 0; }
@@ -351,6 +375,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bmk": child element, repeated
     XMLPtrArray<CT_MediaBookmark> GetBmk() const;
     void SetBmk(XMLPtrArray<CT_MediaBookmark> value);
     bool CheckBmk() const { return (m_presence & (1u << 0)) != 0; }
@@ -371,18 +396,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trim": child element
     CT_MediaTrim* GetTrim() const { return m_Trim; }
     void SetTrim(CT_MediaTrim* value) { m_Trim = value; m_presence |= (1u << 0); }
     bool CheckTrim() const { return (m_presence & (1u << 0)) != 0; }
+    // "fade": child element
     CT_MediaFade* GetFade() const { return m_Fade; }
     void SetFade(CT_MediaFade* value) { m_Fade = value; m_presence |= (1u << 1); }
     bool CheckFade() const { return (m_presence & (1u << 1)) != 0; }
+    // "bmkLst": child element
     CT_MediaBookmarkList* GetBmkLst() const { return m_BmkLst; }
     void SetBmkLst(CT_MediaBookmarkList* value) { m_BmkLst = value; m_presence |= (1u << 2); }
     bool CheckBmkLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // attribute group a:AG_Blob
     schemas_openxmlformats_org_drawingml_x2006_main::AG_Blob* GetA_AG_Blob() const { return m_A_AG_Blob; }
     void SetA_AG_Blob(schemas_openxmlformats_org_drawingml_x2006_main::AG_Blob* value) { m_A_AG_Blob = value; m_presence |= (1u << 4); }
     bool CheckA_AG_Blob() const { return (m_presence & (1u << 4)) != 0; }
@@ -407,6 +437,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
@@ -427,6 +458,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldId": child element, repeated
     XMLPtrArray<CT_SectionSlideIdListEntry> GetSldId() const;
     void SetSldId(XMLPtrArray<CT_SectionSlideIdListEntry> value);
     bool CheckSldId() const { return (m_presence & (1u << 0)) != 0; }
@@ -447,15 +479,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldIdLst": child element
     CT_SectionSlideIdList* GetSldIdLst() const { return m_SldIdLst; }
     void SetSldIdLst(CT_SectionSlideIdList* value) { m_SldIdLst = value; m_presence |= (1u << 0); }
     bool CheckSldIdLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
@@ -479,6 +515,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "section": child element, repeated
     XMLPtrArray<CT_Section> GetSection() const;
     void SetSection(XMLPtrArray<CT_Section> value);
     bool CheckSection() const { return (m_presence & (1u << 0)) != 0; }
@@ -499,6 +536,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "showStatus": attribute, bool, default "true"
     bool GetShowStatus() const { return m_ShowStatus; }
     void SetShowStatus(bool value) { m_ShowStatus = value; m_presence |= (1u << 0); }
     bool CheckShowStatus() const { return (m_presence & (1u << 0)) != 0; }
@@ -519,6 +557,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -539,6 +578,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -559,6 +599,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -579,12 +620,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "t": attribute, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 0)) != 0; }
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 1)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 2)) != 0; }
@@ -607,6 +651,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tracePt": child element, repeated
     XMLPtrArray<CT_LaserTracePoint> GetTracePt() const;
     void SetTracePt(XMLPtrArray<CT_LaserTracePoint> value);
     bool CheckTracePt() const { return (m_presence & (1u << 0)) != 0; }
@@ -627,6 +672,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tracePtLst": child element, repeated
     XMLPtrArray<CT_LaserTrace> GetTracePtLst() const;
     void SetTracePtLst(XMLPtrArray<CT_LaserTrace> value);
     bool CheckTracePtLst() const { return (m_presence & (1u << 0)) != 0; }
@@ -647,6 +693,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -667,12 +714,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 1)) != 0; }
+    // "objId": attribute, unsigned int
     unsigned int GetObjId() const { return m_ObjId; }
     void SetObjId(unsigned int value) { m_ObjId = value; m_presence |= (1u << 2); }
     bool CheckObjId() const { return (m_presence & (1u << 2)) != 0; }
@@ -695,9 +745,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 0)) != 0; }
+    // "objId": attribute, unsigned int
     unsigned int GetObjId() const { return m_ObjId; }
     void SetObjId(unsigned int value) { m_ObjId = value; m_presence |= (1u << 1); }
     bool CheckObjId() const { return (m_presence & (1u << 1)) != 0; }
@@ -719,9 +771,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 0)) != 0; }
+    // "objId": attribute, unsigned int
     unsigned int GetObjId() const { return m_ObjId; }
     void SetObjId(unsigned int value) { m_ObjId = value; m_presence |= (1u << 1); }
     bool CheckObjId() const { return (m_presence & (1u << 1)) != 0; }
@@ -743,12 +797,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 0)) != 0; }
+    // "objId": attribute, unsigned int
     unsigned int GetObjId() const { return m_ObjId; }
     void SetObjId(unsigned int value) { m_ObjId = value; m_presence |= (1u << 1); }
     bool CheckObjId() const { return (m_presence & (1u << 1)) != 0; }
+    // "seek": attribute, wxString
     wxString GetSeek() const;
     void SetSeek(wxString value);
     bool CheckSeek() const { return (m_presence & (1u << 2)) != 0; }
@@ -771,6 +828,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ShowEventRecordListData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ShowEventRecordListData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -796,24 +854,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "triggerEvt": child element
     CT_TriggerEventRecord* GetTriggerEvt() const { return m_TriggerEvt; }
     void SetTriggerEvt(CT_TriggerEventRecord* value) { m_TriggerEvt = value; m_presence |= (1u << 0); }
     bool CheckTriggerEvt() const { return (m_presence & (1u << 0)) != 0; }
+    // "playEvt": child element
     CT_MediaPlaybackEventRecord* GetPlayEvt() const { return m_PlayEvt; }
     void SetPlayEvt(CT_MediaPlaybackEventRecord* value) { m_PlayEvt = value; m_presence |= (1u << 1); }
     bool CheckPlayEvt() const { return (m_presence & (1u << 1)) != 0; }
+    // "stopEvt": child element
     CT_MediaPlaybackEventRecord* GetStopEvt() const { return m_StopEvt; }
     void SetStopEvt(CT_MediaPlaybackEventRecord* value) { m_StopEvt = value; m_presence |= (1u << 2); }
     bool CheckStopEvt() const { return (m_presence & (1u << 2)) != 0; }
+    // "pauseEvt": child element
     CT_MediaPlaybackEventRecord* GetPauseEvt() const { return m_PauseEvt; }
     void SetPauseEvt(CT_MediaPlaybackEventRecord* value) { m_PauseEvt = value; m_presence |= (1u << 3); }
     bool CheckPauseEvt() const { return (m_presence & (1u << 3)) != 0; }
+    // "resumeEvt": child element
     CT_MediaPlaybackEventRecord* GetResumeEvt() const { return m_ResumeEvt; }
     void SetResumeEvt(CT_MediaPlaybackEventRecord* value) { m_ResumeEvt = value; m_presence |= (1u << 4); }
     bool CheckResumeEvt() const { return (m_presence & (1u << 4)) != 0; }
+    // "seekEvt": child element
     CT_MediaSeekEventRecord* GetSeekEvt() const { return m_SeekEvt; }
     void SetSeekEvt(CT_MediaSeekEventRecord* value) { m_SeekEvt = value; m_presence |= (1u << 5); }
     bool CheckSeekEvt() const { return (m_presence & (1u << 5)) != 0; }
+    // "nullEvt": child element
     CT_NullEventRecord* GetNullEvt() const { return m_NullEvt; }
     void SetNullEvt(CT_NullEventRecord* value) { m_NullEvt = value; m_presence |= (1u << 6); }
     bool CheckNullEvt() const { return (m_presence & (1u << 6)) != 0; }

@@ -37,12 +37,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "prst": attribute, wxString
     wxString GetPrst() const;
     void SetPrst(wxString value);
     bool CheckPrst() const { return (m_presence & (1u << 0)) != 0; }
+    // "invX": attribute, bool, default "false"
     bool GetInvX() const { return m_InvX; }
     void SetInvX(bool value) { m_InvX = value; m_presence |= (1u << 1); }
     bool CheckInvX() const { return (m_presence & (1u << 1)) != 0; }
+    // "invY": attribute, bool, default "false"
     bool GetInvY() const { return m_InvY; }
     void SetInvY(bool value) { m_InvY = value; m_presence |= (1u << 2); }
     bool CheckInvY() const { return (m_presence & (1u << 2)) != 0; }
@@ -65,9 +68,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "userId": attribute, wxString
     wxString GetUserId() const;
     void SetUserId(wxString value);
     bool CheckUserId() const { return (m_presence & (1u << 0)) != 0; }
+    // "providerId": attribute, wxString
     wxString GetProviderId() const;
     void SetProviderId(wxString value);
     bool CheckProviderId() const { return (m_presence & (1u << 1)) != 0; }
@@ -89,9 +94,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "authorId": attribute, unsigned int
     unsigned int GetAuthorId() const { return m_AuthorId; }
     void SetAuthorId(unsigned int value) { m_AuthorId = value; m_presence |= (1u << 0); }
     bool CheckAuthorId() const { return (m_presence & (1u << 0)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 1); }
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -113,9 +120,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "parentCm": child element
     CT_ParentCommentIdentifier* GetParentCm() const { return m_ParentCm; }
     void SetParentCm(CT_ParentCommentIdentifier* value) { m_ParentCm = value; m_presence |= (1u << 0); }
     bool CheckParentCm() const { return (m_presence & (1u << 0)) != 0; }
+    // "timeZoneBias": attribute, int
     int GetTimeZoneBias() const { return m_TimeZoneBias; }
     void SetTimeZoneBias(int value) { m_TimeZoneBias = value; m_presence |= (1u << 1); }
     bool CheckTimeZoneBias() const { return (m_presence & (1u << 1)) != 0; }
@@ -137,24 +146,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "clr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClr() const { return m_Clr; }
     void SetClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_Clr = value; m_presence |= (1u << 0); }
     bool CheckClr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
+    // "orient": attribute, wxString, default "vert"
     wxString GetOrient() const;
     void SetOrient(wxString value);
     bool CheckOrient() const { return (m_presence & (1u << 4)) != 0; }
+    // "pos": attribute, wxAny, default "0"
     wxAny GetPos() const;
     void SetPos(wxAny value);
     bool CheckPos() const { return (m_presence & (1u << 5)) != 0; }
+    // "userDrawn": attribute, bool, default "false"
     bool GetUserDrawn() const { return m_UserDrawn; }
     void SetUserDrawn(bool value) { m_UserDrawn = value; m_presence |= (1u << 6); }
     bool CheckUserDrawn() const { return (m_presence & (1u << 6)) != 0; }
@@ -181,9 +197,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "guide": child element, repeated
     XMLPtrArray<CT_ExtendedGuide> GetGuide() const;
     void SetGuide(XMLPtrArray<CT_ExtendedGuide> value);
     bool CheckGuide() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -205,6 +223,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }

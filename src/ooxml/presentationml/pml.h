@@ -206,6 +206,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "l"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -226,6 +227,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "lu"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -246,6 +248,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxAny, default "l"
     wxAny GetDir() const;
     void SetDir(wxAny value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -266,6 +269,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "horz"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -286,6 +290,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dir": attribute, wxString, default "out"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
@@ -306,6 +311,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "thruBlk": attribute, bool, default "false"
     bool GetThruBlk() const { return m_ThruBlk; }
     void SetThruBlk(bool value) { m_ThruBlk = value; m_presence |= (1u << 0); }
     bool CheckThruBlk() const { return (m_presence & (1u << 0)) != 0; }
@@ -326,9 +332,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "orient": attribute, wxString, default "horz"
     wxString GetOrient() const;
     void SetOrient(wxString value);
     bool CheckOrient() const { return (m_presence & (1u << 0)) != 0; }
+    // "dir": attribute, wxString, default "out"
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
@@ -350,6 +358,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spokes": attribute, unsigned int, default "4"
     unsigned int GetSpokes() const { return m_Spokes; }
     void SetSpokes(unsigned int value) { m_Spokes = value; m_presence |= (1u << 0); }
     bool CheckSpokes() const { return (m_presence & (1u << 0)) != 0; }
@@ -370,9 +379,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "snd": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* GetSnd() const { return m_Snd; }
     void SetSnd(schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* value) { m_Snd = value; m_presence |= (1u << 0); }
     bool CheckSnd() const { return (m_presence & (1u << 0)) != 0; }
+    // "loop": attribute, bool, default "false"
     bool GetLoop() const { return m_Loop; }
     void SetLoop(bool value) { m_Loop = value; m_presence |= (1u << 1); }
     bool CheckLoop() const { return (m_presence & (1u << 1)) != 0; }
@@ -394,6 +405,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TransitionSoundActionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TransitionSoundActionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -419,9 +431,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "stSnd": child element
     CT_TransitionStartSoundAction* GetStSnd() const { return m_StSnd; }
     void SetStSnd(CT_TransitionStartSoundAction* value) { m_StSnd = value; m_presence |= (1u << 0); }
     bool CheckStSnd() const { return (m_presence & (1u << 0)) != 0; }
+    // "endSnd": child element
     CT_Empty* GetEndSnd() const { return m_EndSnd; }
     void SetEndSnd(CT_Empty* value) { m_EndSnd = value; m_presence |= (1u << 1); }
     bool CheckEndSnd() const { return (m_presence & (1u << 1)) != 0; }
@@ -443,27 +457,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_SlideTransitionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_SlideTransitionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "sndAc": child element
     CT_TransitionSoundAction* GetSndAc() const { return m_SndAc; }
     void SetSndAc(CT_TransitionSoundAction* value) { m_SndAc = value; m_presence |= (1u << 1); }
     bool CheckSndAc() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "spd": attribute, wxString, default "fast"
     wxString GetSpd() const;
     void SetSpd(wxString value);
     bool CheckSpd() const { return (m_presence & (1u << 3)) != 0; }
+    // "advClick": attribute, bool, default "true"
     bool GetAdvClick() const { return m_AdvClick; }
     void SetAdvClick(bool value) { m_AdvClick = value; m_presence |= (1u << 4); }
     bool CheckAdvClick() const { return (m_presence & (1u << 4)) != 0; }
+    // "advTm": attribute, unsigned int
     unsigned int GetAdvTm() const { return m_AdvTm; }
     void SetAdvTm(unsigned int value) { m_AdvTm = value; m_presence |= (1u << 5); }
     bool CheckAdvTm() const { return (m_presence & (1u << 5)) != 0; }
+    // "p14:dur": attribute, wxString
     wxString GetP14_dur() const;
     void SetP14_dur(wxString value);
     bool CheckP14_dur() const { return (m_presence & (1u << 6)) != 0; }
+    // "p15:prstTrans": child element
     schemas_microsoft_com_office_powerpoint_x2012_main::CT_PresetTransition* GetP15_prstTrans() const { return m_P15_prstTrans; }
     void SetP15_prstTrans(schemas_microsoft_com_office_powerpoint_x2012_main::CT_PresetTransition* value) { m_P15_prstTrans = value; m_presence |= (1u << 7); }
     bool CheckP15_prstTrans() const { return (m_presence & (1u << 7)) != 0; }
@@ -496,123 +518,163 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "blinds": child element
     CT_OrientationTransition* GetBlinds() const { return m_Blinds; }
     void SetBlinds(CT_OrientationTransition* value) { m_Blinds = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckBlinds() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "checker": child element
     CT_OrientationTransition* GetChecker() const { return m_Checker; }
     void SetChecker(CT_OrientationTransition* value) { m_Checker = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckChecker() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "circle": child element
     CT_Empty* GetCircle() const { return m_Circle; }
     void SetCircle(CT_Empty* value) { m_Circle = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckCircle() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "dissolve": child element
     CT_Empty* GetDissolve() const { return m_Dissolve; }
     void SetDissolve(CT_Empty* value) { m_Dissolve = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckDissolve() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "comb": child element
     CT_OrientationTransition* GetComb() const { return m_Comb; }
     void SetComb(CT_OrientationTransition* value) { m_Comb = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckComb() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "cover": child element
     CT_EightDirectionTransition* GetCover() const { return m_Cover; }
     void SetCover(CT_EightDirectionTransition* value) { m_Cover = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckCover() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "cut": child element
     CT_OptionalBlackTransition* GetCut() const { return m_Cut; }
     void SetCut(CT_OptionalBlackTransition* value) { m_Cut = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckCut() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "diamond": child element
     CT_Empty* GetDiamond() const { return m_Diamond; }
     void SetDiamond(CT_Empty* value) { m_Diamond = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckDiamond() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "fade": child element
     CT_OptionalBlackTransition* GetFade() const { return m_Fade; }
     void SetFade(CT_OptionalBlackTransition* value) { m_Fade = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckFade() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "newsflash": child element
     CT_Empty* GetNewsflash() const { return m_Newsflash; }
     void SetNewsflash(CT_Empty* value) { m_Newsflash = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckNewsflash() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "plus": child element
     CT_Empty* GetPlus() const { return m_Plus; }
     void SetPlus(CT_Empty* value) { m_Plus = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckPlus() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "pull": child element
     CT_EightDirectionTransition* GetPull() const { return m_Pull; }
     void SetPull(CT_EightDirectionTransition* value) { m_Pull = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckPull() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "push": child element
     CT_SideDirectionTransition* GetPush() const { return m_Push; }
     void SetPush(CT_SideDirectionTransition* value) { m_Push = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckPush() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "random": child element
     CT_Empty* GetRandom() const { return m_Random; }
     void SetRandom(CT_Empty* value) { m_Random = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckRandom() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "randomBar": child element
     CT_OrientationTransition* GetRandomBar() const { return m_RandomBar; }
     void SetRandomBar(CT_OrientationTransition* value) { m_RandomBar = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckRandomBar() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "split": child element
     CT_SplitTransition* GetSplit() const { return m_Split; }
     void SetSplit(CT_SplitTransition* value) { m_Split = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckSplit() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "strips": child element
     CT_CornerDirectionTransition* GetStrips() const { return m_Strips; }
     void SetStrips(CT_CornerDirectionTransition* value) { m_Strips = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckStrips() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "wedge": child element
     CT_Empty* GetWedge() const { return m_Wedge; }
     void SetWedge(CT_Empty* value) { m_Wedge = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckWedge() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "wheel": child element
     CT_WheelTransition* GetWheel() const { return m_Wheel; }
     void SetWheel(CT_WheelTransition* value) { m_Wheel = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckWheel() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "wipe": child element
     CT_SideDirectionTransition* GetWipe() const { return m_Wipe; }
     void SetWipe(CT_SideDirectionTransition* value) { m_Wipe = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckWipe() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "zoom": child element
     CT_InOutTransition* GetZoom() const { return m_Zoom; }
     void SetZoom(CT_InOutTransition* value) { m_Zoom = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckZoom() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "p14:vortex": child element
     CT_SideDirectionTransition* GetP14_vortex() const { return m_P14_vortex; }
     void SetP14_vortex(CT_SideDirectionTransition* value) { m_P14_vortex = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckP14_vortex() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "p14:pan": child element
     CT_SideDirectionTransition* GetP14_pan() const { return m_P14_pan; }
     void SetP14_pan(CT_SideDirectionTransition* value) { m_P14_pan = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckP14_pan() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "p14:switch": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* GetP14_switch() const { return m_P14_switch; }
     void SetP14_switch(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* value) { m_P14_switch = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckP14_switch() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "p14:flip": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* GetP14_flip() const { return m_P14_flip; }
     void SetP14_flip(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* value) { m_P14_flip = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckP14_flip() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "p14:ferris": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* GetP14_ferris() const { return m_P14_ferris; }
     void SetP14_ferris(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* value) { m_P14_ferris = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckP14_ferris() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "p14:gallery": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* GetP14_gallery() const { return m_P14_gallery; }
     void SetP14_gallery(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* value) { m_P14_gallery = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckP14_gallery() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "p14:conveyor": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* GetP14_conveyor() const { return m_P14_conveyor; }
     void SetP14_conveyor(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LeftRightDirectionTransition* value) { m_P14_conveyor = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckP14_conveyor() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "p14:ripple": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_RippleTransition* GetP14_ripple() const { return m_P14_ripple; }
     void SetP14_ripple(schemas_microsoft_com_office_powerpoint_x2010_main::CT_RippleTransition* value) { m_P14_ripple = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckP14_ripple() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "p14:honeycomb": child element
     CT_Empty* GetP14_honeycomb() const { return m_P14_honeycomb; }
     void SetP14_honeycomb(CT_Empty* value) { m_P14_honeycomb = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckP14_honeycomb() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "p14:flash": child element
     CT_Empty* GetP14_flash() const { return m_P14_flash; }
     void SetP14_flash(CT_Empty* value) { m_P14_flash = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckP14_flash() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "p14:prism": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_PrismTransition* GetP14_prism() const { return m_P14_prism; }
     void SetP14_prism(schemas_microsoft_com_office_powerpoint_x2010_main::CT_PrismTransition* value) { m_P14_prism = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckP14_prism() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "p14:doors": child element
     CT_OrientationTransition* GetP14_doors() const { return m_P14_doors; }
     void SetP14_doors(CT_OrientationTransition* value) { m_P14_doors = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckP14_doors() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "p14:window": child element
     CT_OrientationTransition* GetP14_window() const { return m_P14_window; }
     void SetP14_window(CT_OrientationTransition* value) { m_P14_window = value; m_presence |= (std::uint64_t(1) << 33); }
     bool CheckP14_window() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
+    // "p14:glitter": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_GlitterTransition* GetP14_glitter() const { return m_P14_glitter; }
     void SetP14_glitter(schemas_microsoft_com_office_powerpoint_x2010_main::CT_GlitterTransition* value) { m_P14_glitter = value; m_presence |= (std::uint64_t(1) << 34); }
     bool CheckP14_glitter() const { return (m_presence & (std::uint64_t(1) << 34)) != 0; }
+    // "p14:warp": child element
     CT_InOutTransition* GetP14_warp() const { return m_P14_warp; }
     void SetP14_warp(CT_InOutTransition* value) { m_P14_warp = value; m_presence |= (std::uint64_t(1) << 35); }
     bool CheckP14_warp() const { return (m_presence & (std::uint64_t(1) << 35)) != 0; }
+    // "p14:flythrough": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_FlyThroughTransition* GetP14_flythrough() const { return m_P14_flythrough; }
     void SetP14_flythrough(schemas_microsoft_com_office_powerpoint_x2010_main::CT_FlyThroughTransition* value) { m_P14_flythrough = value; m_presence |= (std::uint64_t(1) << 36); }
     bool CheckP14_flythrough() const { return (m_presence & (std::uint64_t(1) << 36)) != 0; }
+    // "p14:shred": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_ShredTransition* GetP14_shred() const { return m_P14_shred; }
     void SetP14_shred(schemas_microsoft_com_office_powerpoint_x2010_main::CT_ShredTransition* value) { m_P14_shred = value; m_presence |= (std::uint64_t(1) << 37); }
     bool CheckP14_shred() const { return (m_presence & (std::uint64_t(1) << 37)) != 0; }
+    // "p14:reveal": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_RevealTransition* GetP14_reveal() const { return m_P14_reveal; }
     void SetP14_reveal(schemas_microsoft_com_office_powerpoint_x2010_main::CT_RevealTransition* value) { m_P14_reveal = value; m_presence |= (std::uint64_t(1) << 38); }
     bool CheckP14_reveal() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
+    // "p14:wheelReverse": child element
     CT_WheelTransition* GetP14_wheelReverse() const { return m_P14_wheelReverse; }
     void SetP14_wheelReverse(CT_WheelTransition* value) { m_P14_wheelReverse = value; m_presence |= (std::uint64_t(1) << 39); }
     bool CheckP14_wheelReverse() const { return (m_presence & (std::uint64_t(1) << 39)) != 0; }
@@ -672,6 +734,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -692,6 +755,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -712,12 +776,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLIterateDataData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLIterateDataData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString, default "el"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "backwards": attribute, bool, default "false"
     bool GetBackwards() const { return m_Backwards; }
     void SetBackwards(bool value) { m_Backwards = value; m_presence |= (1u << 2); }
     bool CheckBackwards() const { return (m_presence & (1u << 2)) != 0; }
@@ -745,9 +812,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tmAbs": child element
     CT_TLIterateIntervalTime* GetTmAbs() const { return m_TmAbs; }
     void SetTmAbs(CT_TLIterateIntervalTime* value) { m_TmAbs = value; m_presence |= (1u << 0); }
     bool CheckTmAbs() const { return (m_presence & (1u << 0)) != 0; }
+    // "tmPct": child element
     CT_TLIterateIntervalPercentage* GetTmPct() const { return m_TmPct; }
     void SetTmPct(CT_TLIterateIntervalPercentage* value) { m_TmPct = value; m_presence |= (1u << 1); }
     bool CheckTmPct() const { return (m_presence & (1u << 1)) != 0; }
@@ -769,6 +838,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spid": attribute, wxString
     wxString GetSpid() const;
     void SetSpid(wxString value);
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
@@ -789,6 +859,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLTextTargetElementData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLTextTargetElementData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -814,9 +885,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "charRg": child element
     CT_IndexRange* GetCharRg() const { return m_CharRg; }
     void SetCharRg(CT_IndexRange* value) { m_CharRg = value; m_presence |= (1u << 0); }
     bool CheckCharRg() const { return (m_presence & (1u << 0)) != 0; }
+    // "pRg": child element
     CT_IndexRange* GetPRg() const { return m_PRg; }
     void SetPRg(CT_IndexRange* value) { m_PRg = value; m_presence |= (1u << 1); }
     bool CheckPRg() const { return (m_presence & (1u << 1)) != 0; }
@@ -838,9 +911,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvl": attribute, unsigned int, default "0"
     unsigned int GetLvl() const { return m_Lvl; }
     void SetLvl(unsigned int value) { m_Lvl = value; m_presence |= (1u << 1); }
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
@@ -862,9 +937,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLShapeTargetElementData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLShapeTargetElementData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "spid": attribute, unsigned int
     unsigned int GetSpid() const { return m_Spid; }
     void SetSpid(unsigned int value) { m_Spid = value; m_presence |= (1u << 1); }
     bool CheckSpid() const { return (m_presence & (1u << 1)) != 0; }
@@ -891,18 +968,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bg": child element
     CT_Empty* GetBg() const { return m_Bg; }
     void SetBg(CT_Empty* value) { m_Bg = value; m_presence |= (1u << 0); }
     bool CheckBg() const { return (m_presence & (1u << 0)) != 0; }
+    // "subSp": child element
     CT_TLSubShapeId* GetSubSp() const { return m_SubSp; }
     void SetSubSp(CT_TLSubShapeId* value) { m_SubSp = value; m_presence |= (1u << 1); }
     bool CheckSubSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "oleChartEl": child element
     CT_TLOleChartTargetElement* GetOleChartEl() const { return m_OleChartEl; }
     void SetOleChartEl(CT_TLOleChartTargetElement* value) { m_OleChartEl = value; m_presence |= (1u << 2); }
     bool CheckOleChartEl() const { return (m_presence & (1u << 2)) != 0; }
+    // "txEl": child element
     CT_TLTextTargetElement* GetTxEl() const { return m_TxEl; }
     void SetTxEl(CT_TLTextTargetElement* value) { m_TxEl = value; m_presence |= (1u << 3); }
     bool CheckTxEl() const { return (m_presence & (1u << 3)) != 0; }
+    // "graphicEl": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_AnimationElementChoice* GetGraphicEl() const { return m_GraphicEl; }
     void SetGraphicEl(schemas_openxmlformats_org_drawingml_x2006_main::CT_AnimationElementChoice* value) { m_GraphicEl = value; m_presence |= (1u << 4); }
     bool CheckGraphicEl() const { return (m_presence & (1u << 4)) != 0; }
@@ -927,6 +1009,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLTimeTargetElementData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLTimeTargetElementData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -952,15 +1035,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sldTgt": child element
     CT_Empty* GetSldTgt() const { return m_SldTgt; }
     void SetSldTgt(CT_Empty* value) { m_SldTgt = value; m_presence |= (1u << 0); }
     bool CheckSldTgt() const { return (m_presence & (1u << 0)) != 0; }
+    // "sndTgt": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* GetSndTgt() const { return m_SndTgt; }
     void SetSndTgt(schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* value) { m_SndTgt = value; m_presence |= (1u << 1); }
     bool CheckSndTgt() const { return (m_presence & (1u << 1)) != 0; }
+    // "spTgt": child element
     CT_TLShapeTargetElement* GetSpTgt() const { return m_SpTgt; }
     void SetSpTgt(CT_TLShapeTargetElement* value) { m_SpTgt = value; m_presence |= (1u << 2); }
     bool CheckSpTgt() const { return (m_presence & (1u << 2)) != 0; }
+    // "inkTgt": child element
     CT_TLSubShapeId* GetInkTgt() const { return m_InkTgt; }
     void SetInkTgt(CT_TLSubShapeId* value) { m_InkTgt = value; m_presence |= (1u << 3); }
     bool CheckInkTgt() const { return (m_presence & (1u << 3)) != 0; }
@@ -984,6 +1071,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1004,6 +1092,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1024,12 +1113,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLTimeConditionData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLTimeConditionData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "evt": attribute, wxString
     wxString GetEvt() const;
     void SetEvt(wxString value);
     bool CheckEvt() const { return (m_presence & (1u << 1)) != 0; }
+    // "delay": attribute, wxAny
     wxAny GetDelay() const;
     void SetDelay(wxAny value);
     bool CheckDelay() const { return (m_presence & (1u << 2)) != 0; }
@@ -1057,12 +1149,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tgtEl": child element
     CT_TLTimeTargetElement* GetTgtEl() const { return m_TgtEl; }
     void SetTgtEl(CT_TLTimeTargetElement* value) { m_TgtEl = value; m_presence |= (1u << 0); }
     bool CheckTgtEl() const { return (m_presence & (1u << 0)) != 0; }
+    // "tn": child element
     CT_TLTriggerTimeNodeID* GetTn() const { return m_Tn; }
     void SetTn(CT_TLTriggerTimeNodeID* value) { m_Tn = value; m_presence |= (1u << 1); }
     bool CheckTn() const { return (m_presence & (1u << 1)) != 0; }
+    // "rtn": child element
     CT_TLTriggerRuntimeNode* GetRtn() const { return m_Rtn; }
     void SetRtn(CT_TLTriggerRuntimeNode* value) { m_Rtn = value; m_presence |= (1u << 2); }
     bool CheckRtn() const { return (m_presence & (1u << 2)) != 0; }
@@ -1085,6 +1180,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cond": child element, repeated
     XMLPtrArray<CT_TLTimeCondition> GetCond() const;
     void SetCond(XMLPtrArray<CT_TLTimeCondition> value);
     bool CheckCond() const { return (m_presence & (1u << 0)) != 0; }
@@ -1105,6 +1201,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_TimeNodeListData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_TimeNodeListData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1130,42 +1227,55 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "par": child element
     CT_TLTimeNodeParallel* GetPar() const { return m_Par; }
     void SetPar(CT_TLTimeNodeParallel* value) { m_Par = value; m_presence |= (1u << 0); }
     bool CheckPar() const { return (m_presence & (1u << 0)) != 0; }
+    // "seq": child element
     CT_TLTimeNodeSequence* GetSeq() const { return m_Seq; }
     void SetSeq(CT_TLTimeNodeSequence* value) { m_Seq = value; m_presence |= (1u << 1); }
     bool CheckSeq() const { return (m_presence & (1u << 1)) != 0; }
+    // "excl": child element
     CT_TLTimeNodeExclusive* GetExcl() const { return m_Excl; }
     void SetExcl(CT_TLTimeNodeExclusive* value) { m_Excl = value; m_presence |= (1u << 2); }
     bool CheckExcl() const { return (m_presence & (1u << 2)) != 0; }
+    // "anim": child element
     CT_TLAnimateBehavior* GetAnim() const { return m_Anim; }
     void SetAnim(CT_TLAnimateBehavior* value) { m_Anim = value; m_presence |= (1u << 3); }
     bool CheckAnim() const { return (m_presence & (1u << 3)) != 0; }
+    // "animClr": child element
     CT_TLAnimateColorBehavior* GetAnimClr() const { return m_AnimClr; }
     void SetAnimClr(CT_TLAnimateColorBehavior* value) { m_AnimClr = value; m_presence |= (1u << 4); }
     bool CheckAnimClr() const { return (m_presence & (1u << 4)) != 0; }
+    // "animEffect": child element
     CT_TLAnimateEffectBehavior* GetAnimEffect() const { return m_AnimEffect; }
     void SetAnimEffect(CT_TLAnimateEffectBehavior* value) { m_AnimEffect = value; m_presence |= (1u << 5); }
     bool CheckAnimEffect() const { return (m_presence & (1u << 5)) != 0; }
+    // "animMotion": child element
     CT_TLAnimateMotionBehavior* GetAnimMotion() const { return m_AnimMotion; }
     void SetAnimMotion(CT_TLAnimateMotionBehavior* value) { m_AnimMotion = value; m_presence |= (1u << 6); }
     bool CheckAnimMotion() const { return (m_presence & (1u << 6)) != 0; }
+    // "animRot": child element
     CT_TLAnimateRotationBehavior* GetAnimRot() const { return m_AnimRot; }
     void SetAnimRot(CT_TLAnimateRotationBehavior* value) { m_AnimRot = value; m_presence |= (1u << 7); }
     bool CheckAnimRot() const { return (m_presence & (1u << 7)) != 0; }
+    // "animScale": child element
     CT_TLAnimateScaleBehavior* GetAnimScale() const { return m_AnimScale; }
     void SetAnimScale(CT_TLAnimateScaleBehavior* value) { m_AnimScale = value; m_presence |= (1u << 8); }
     bool CheckAnimScale() const { return (m_presence & (1u << 8)) != 0; }
+    // "cmd": child element
     CT_TLCommandBehavior* GetCmd() const { return m_Cmd; }
     void SetCmd(CT_TLCommandBehavior* value) { m_Cmd = value; m_presence |= (1u << 9); }
     bool CheckCmd() const { return (m_presence & (1u << 9)) != 0; }
+    // "set": child element
     CT_TLSetBehavior* GetSet() const { return m_Set; }
     void SetSet(CT_TLSetBehavior* value) { m_Set = value; m_presence |= (1u << 10); }
     bool CheckSet() const { return (m_presence & (1u << 10)) != 0; }
+    // "audio": child element
     CT_TLMediaNodeAudio* GetAudio() const { return m_Audio; }
     void SetAudio(CT_TLMediaNodeAudio* value) { m_Audio = value; m_presence |= (1u << 11); }
     bool CheckAudio() const { return (m_presence & (1u << 11)) != 0; }
+    // "video": child element
     CT_TLMediaNodeVideo* GetVideo() const { return m_Video; }
     void SetVideo(CT_TLMediaNodeVideo* value) { m_Video = value; m_presence |= (1u << 12); }
     bool CheckVideo() const { return (m_presence & (1u << 12)) != 0; }
@@ -1198,90 +1308,119 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "stCondLst": child element
     CT_TLTimeConditionList* GetStCondLst() const { return m_StCondLst; }
     void SetStCondLst(CT_TLTimeConditionList* value) { m_StCondLst = value; m_presence |= (1u << 0); }
     bool CheckStCondLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "endCondLst": child element
     CT_TLTimeConditionList* GetEndCondLst() const { return m_EndCondLst; }
     void SetEndCondLst(CT_TLTimeConditionList* value) { m_EndCondLst = value; m_presence |= (1u << 1); }
     bool CheckEndCondLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "endSync": child element
     CT_TLTimeCondition* GetEndSync() const { return m_EndSync; }
     void SetEndSync(CT_TLTimeCondition* value) { m_EndSync = value; m_presence |= (1u << 2); }
     bool CheckEndSync() const { return (m_presence & (1u << 2)) != 0; }
+    // "iterate": child element
     CT_TLIterateData* GetIterate() const { return m_Iterate; }
     void SetIterate(CT_TLIterateData* value) { m_Iterate = value; m_presence |= (1u << 3); }
     bool CheckIterate() const { return (m_presence & (1u << 3)) != 0; }
+    // "childTnLst": child element
     CT_TimeNodeList* GetChildTnLst() const { return m_ChildTnLst; }
     void SetChildTnLst(CT_TimeNodeList* value) { m_ChildTnLst = value; m_presence |= (1u << 4); }
     bool CheckChildTnLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "subTnLst": child element
     CT_TimeNodeList* GetSubTnLst() const { return m_SubTnLst; }
     void SetSubTnLst(CT_TimeNodeList* value) { m_SubTnLst = value; m_presence |= (1u << 5); }
     bool CheckSubTnLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 6); }
     bool CheckId() const { return (m_presence & (1u << 6)) != 0; }
+    // "presetID": attribute, int
     int GetPresetID() const { return m_PresetID; }
     void SetPresetID(int value) { m_PresetID = value; m_presence |= (1u << 7); }
     bool CheckPresetID() const { return (m_presence & (1u << 7)) != 0; }
+    // "presetClass": attribute, wxString
     wxString GetPresetClass() const;
     void SetPresetClass(wxString value);
     bool CheckPresetClass() const { return (m_presence & (1u << 8)) != 0; }
+    // "presetSubtype": attribute, int
     int GetPresetSubtype() const { return m_PresetSubtype; }
     void SetPresetSubtype(int value) { m_PresetSubtype = value; m_presence |= (1u << 9); }
     bool CheckPresetSubtype() const { return (m_presence & (1u << 9)) != 0; }
+    // "dur": attribute, wxAny
     wxAny GetDur() const;
     void SetDur(wxAny value);
     bool CheckDur() const { return (m_presence & (1u << 10)) != 0; }
+    // "repeatCount": attribute, wxAny, default "1000"
     wxAny GetRepeatCount() const;
     void SetRepeatCount(wxAny value);
     bool CheckRepeatCount() const { return (m_presence & (1u << 11)) != 0; }
+    // "repeatDur": attribute, wxAny
     wxAny GetRepeatDur() const;
     void SetRepeatDur(wxAny value);
     bool CheckRepeatDur() const { return (m_presence & (1u << 12)) != 0; }
+    // "spd": attribute, wxAny, default "100%"
     wxAny GetSpd() const;
     void SetSpd(wxAny value);
     bool CheckSpd() const { return (m_presence & (1u << 13)) != 0; }
+    // "accel": attribute, wxAny, default "0%"
     wxAny GetAccel() const;
     void SetAccel(wxAny value);
     bool CheckAccel() const { return (m_presence & (1u << 14)) != 0; }
+    // "decel": attribute, wxAny, default "0%"
     wxAny GetDecel() const;
     void SetDecel(wxAny value);
     bool CheckDecel() const { return (m_presence & (1u << 15)) != 0; }
+    // "autoRev": attribute, bool, default "false"
     bool GetAutoRev() const { return m_AutoRev; }
     void SetAutoRev(bool value) { m_AutoRev = value; m_presence |= (1u << 16); }
     bool CheckAutoRev() const { return (m_presence & (1u << 16)) != 0; }
+    // "restart": attribute, wxString
     wxString GetRestart() const;
     void SetRestart(wxString value);
     bool CheckRestart() const { return (m_presence & (1u << 17)) != 0; }
+    // "fill": attribute, wxString
     wxString GetFill() const;
     void SetFill(wxString value);
     bool CheckFill() const { return (m_presence & (1u << 18)) != 0; }
+    // "syncBehavior": attribute, wxString
     wxString GetSyncBehavior() const;
     void SetSyncBehavior(wxString value);
     bool CheckSyncBehavior() const { return (m_presence & (1u << 19)) != 0; }
+    // "tmFilter": attribute, wxString
     wxString GetTmFilter() const;
     void SetTmFilter(wxString value);
     bool CheckTmFilter() const { return (m_presence & (1u << 20)) != 0; }
+    // "evtFilter": attribute, wxString
     wxString GetEvtFilter() const;
     void SetEvtFilter(wxString value);
     bool CheckEvtFilter() const { return (m_presence & (1u << 21)) != 0; }
+    // "display": attribute, bool
     bool GetDisplay() const { return m_Display; }
     void SetDisplay(bool value) { m_Display = value; m_presence |= (1u << 22); }
     bool CheckDisplay() const { return (m_presence & (1u << 22)) != 0; }
+    // "masterRel": attribute, wxString
     wxString GetMasterRel() const;
     void SetMasterRel(wxString value);
     bool CheckMasterRel() const { return (m_presence & (1u << 23)) != 0; }
+    // "bldLvl": attribute, int
     int GetBldLvl() const { return m_BldLvl; }
     void SetBldLvl(int value) { m_BldLvl = value; m_presence |= (1u << 24); }
     bool CheckBldLvl() const { return (m_presence & (1u << 24)) != 0; }
+    // "grpId": attribute, unsigned int
     unsigned int GetGrpId() const { return m_GrpId; }
     void SetGrpId(unsigned int value) { m_GrpId = value; m_presence |= (1u << 25); }
     bool CheckGrpId() const { return (m_presence & (1u << 25)) != 0; }
+    // "afterEffect": attribute, bool
     bool GetAfterEffect() const { return m_AfterEffect; }
     void SetAfterEffect(bool value) { m_AfterEffect = value; m_presence |= (1u << 26); }
     bool CheckAfterEffect() const { return (m_presence & (1u << 26)) != 0; }
+    // "nodeType": attribute, wxString
     wxString GetNodeType() const;
     void SetNodeType(wxString value);
     bool CheckNodeType() const { return (m_presence & (1u << 27)) != 0; }
+    // "nodePh": attribute, bool
     bool GetNodePh() const { return m_NodePh; }
     void SetNodePh(bool value) { m_NodePh = value; m_presence |= (1u << 28); }
     bool CheckNodePh() const { return (m_presence & (1u << 28)) != 0; }
@@ -1330,6 +1469,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cTn": child element
     CT_TLCommonTimeNodeData* GetCTn() const { return m_CTn; }
     void SetCTn(CT_TLCommonTimeNodeData* value) { m_CTn = value; m_presence |= (1u << 0); }
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
@@ -1350,21 +1490,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cTn": child element
     CT_TLCommonTimeNodeData* GetCTn() const { return m_CTn; }
     void SetCTn(CT_TLCommonTimeNodeData* value) { m_CTn = value; m_presence |= (1u << 0); }
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
+    // "prevCondLst": child element
     CT_TLTimeConditionList* GetPrevCondLst() const { return m_PrevCondLst; }
     void SetPrevCondLst(CT_TLTimeConditionList* value) { m_PrevCondLst = value; m_presence |= (1u << 1); }
     bool CheckPrevCondLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "nextCondLst": child element
     CT_TLTimeConditionList* GetNextCondLst() const { return m_NextCondLst; }
     void SetNextCondLst(CT_TLTimeConditionList* value) { m_NextCondLst = value; m_presence |= (1u << 2); }
     bool CheckNextCondLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "concurrent": attribute, bool
     bool GetConcurrent() const { return m_Concurrent; }
     void SetConcurrent(bool value) { m_Concurrent = value; m_presence |= (1u << 3); }
     bool CheckConcurrent() const { return (m_presence & (1u << 3)) != 0; }
+    // "prevAc": attribute, wxString
     wxString GetPrevAc() const;
     void SetPrevAc(wxString value);
     bool CheckPrevAc() const { return (m_presence & (1u << 4)) != 0; }
+    // "nextAc": attribute, wxString
     wxString GetNextAc() const;
     void SetNextAc(wxString value);
     bool CheckNextAc() const { return (m_presence & (1u << 5)) != 0; }
@@ -1390,6 +1536,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cTn": child element
     CT_TLCommonTimeNodeData* GetCTn() const { return m_CTn; }
     void SetCTn(CT_TLCommonTimeNodeData* value) { m_CTn = value; m_presence |= (1u << 0); }
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
@@ -1410,6 +1557,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "attrName": value element, wxString, repeated
     std::vector<wxString> GetAttrName() const;
     void SetAttrName(std::vector<wxString> value);
     bool CheckAttrName() const { return (m_presence & (1u << 0)) != 0; }
@@ -1430,36 +1578,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cTn": child element
     CT_TLCommonTimeNodeData* GetCTn() const { return m_CTn; }
     void SetCTn(CT_TLCommonTimeNodeData* value) { m_CTn = value; m_presence |= (1u << 0); }
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
+    // "tgtEl": child element
     CT_TLTimeTargetElement* GetTgtEl() const { return m_TgtEl; }
     void SetTgtEl(CT_TLTimeTargetElement* value) { m_TgtEl = value; m_presence |= (1u << 1); }
     bool CheckTgtEl() const { return (m_presence & (1u << 1)) != 0; }
+    // "attrNameLst": child element
     CT_TLBehaviorAttributeNameList* GetAttrNameLst() const { return m_AttrNameLst; }
     void SetAttrNameLst(CT_TLBehaviorAttributeNameList* value) { m_AttrNameLst = value; m_presence |= (1u << 2); }
     bool CheckAttrNameLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "additive": attribute, wxString
     wxString GetAdditive() const;
     void SetAdditive(wxString value);
     bool CheckAdditive() const { return (m_presence & (1u << 3)) != 0; }
+    // "accumulate": attribute, wxString
     wxString GetAccumulate() const;
     void SetAccumulate(wxString value);
     bool CheckAccumulate() const { return (m_presence & (1u << 4)) != 0; }
+    // "xfrmType": attribute, wxString
     wxString GetXfrmType() const;
     void SetXfrmType(wxString value);
     bool CheckXfrmType() const { return (m_presence & (1u << 5)) != 0; }
+    // "from": attribute, wxString
     wxString GetFrom() const;
     void SetFrom(wxString value);
     bool CheckFrom() const { return (m_presence & (1u << 6)) != 0; }
+    // "to": attribute, wxString
     wxString GetTo() const;
     void SetTo(wxString value);
     bool CheckTo() const { return (m_presence & (1u << 7)) != 0; }
+    // "by": attribute, wxString
     wxString GetBy() const;
     void SetBy(wxString value);
     bool CheckBy() const { return (m_presence & (1u << 8)) != 0; }
+    // "rctx": attribute, wxString
     wxString GetRctx() const;
     void SetRctx(wxString value);
     bool CheckRctx() const { return (m_presence & (1u << 9)) != 0; }
+    // "override": attribute, wxString
     wxString GetOverride() const;
     void SetOverride(wxString value);
     bool CheckOverride() const { return (m_presence & (1u << 10)) != 0; }
@@ -1490,6 +1649,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1510,6 +1670,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1530,6 +1691,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, float
     float GetVal() const { return m_Val; }
     void SetVal(float value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1550,6 +1712,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1570,6 +1733,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLAnimVariantData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLAnimVariantData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1595,18 +1759,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "boolVal": child element
     CT_TLAnimVariantBooleanVal* GetBoolVal() const { return m_BoolVal; }
     void SetBoolVal(CT_TLAnimVariantBooleanVal* value) { m_BoolVal = value; m_presence |= (1u << 0); }
     bool CheckBoolVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "intVal": child element
     CT_TLAnimVariantIntegerVal* GetIntVal() const { return m_IntVal; }
     void SetIntVal(CT_TLAnimVariantIntegerVal* value) { m_IntVal = value; m_presence |= (1u << 1); }
     bool CheckIntVal() const { return (m_presence & (1u << 1)) != 0; }
+    // "fltVal": child element
     CT_TLAnimVariantFloatVal* GetFltVal() const { return m_FltVal; }
     void SetFltVal(CT_TLAnimVariantFloatVal* value) { m_FltVal = value; m_presence |= (1u << 2); }
     bool CheckFltVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "strVal": child element
     CT_TLAnimVariantStringVal* GetStrVal() const { return m_StrVal; }
     void SetStrVal(CT_TLAnimVariantStringVal* value) { m_StrVal = value; m_presence |= (1u << 3); }
     bool CheckStrVal() const { return (m_presence & (1u << 3)) != 0; }
+    // "clrVal": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetClrVal() const { return m_ClrVal; }
     void SetClrVal(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_ClrVal = value; m_presence |= (1u << 4); }
     bool CheckClrVal() const { return (m_presence & (1u << 4)) != 0; }
@@ -1631,12 +1800,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": child element
     CT_TLAnimVariant* GetVal() const { return m_Val; }
     void SetVal(CT_TLAnimVariant* value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "tm": attribute, wxAny, default "indefinite"
     wxAny GetTm() const;
     void SetTm(wxAny value);
     bool CheckTm() const { return (m_presence & (1u << 1)) != 0; }
+    // "fmla": attribute, wxString, default ""
     wxString GetFmla() const;
     void SetFmla(wxString value);
     bool CheckFmla() const { return (m_presence & (1u << 2)) != 0; }
@@ -1659,6 +1831,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tav": child element, repeated
     XMLPtrArray<CT_TLTimeAnimateValue> GetTav() const;
     void SetTav(XMLPtrArray<CT_TLTimeAnimateValue> value);
     bool CheckTav() const { return (m_presence & (1u << 0)) != 0; }
@@ -1679,24 +1852,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "tavLst": child element
     CT_TLTimeAnimateValueList* GetTavLst() const { return m_TavLst; }
     void SetTavLst(CT_TLTimeAnimateValueList* value) { m_TavLst = value; m_presence |= (1u << 1); }
     bool CheckTavLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "by": attribute, wxString
     wxString GetBy() const;
     void SetBy(wxString value);
     bool CheckBy() const { return (m_presence & (1u << 2)) != 0; }
+    // "from": attribute, wxString
     wxString GetFrom() const;
     void SetFrom(wxString value);
     bool CheckFrom() const { return (m_presence & (1u << 3)) != 0; }
+    // "to": attribute, wxString
     wxString GetTo() const;
     void SetTo(wxString value);
     bool CheckTo() const { return (m_presence & (1u << 4)) != 0; }
+    // "calcmode": attribute, wxString
     wxString GetCalcmode() const;
     void SetCalcmode(wxString value);
     bool CheckCalcmode() const { return (m_presence & (1u << 5)) != 0; }
+    // "valueType": attribute, wxString
     wxString GetValueType() const;
     void SetValueType(wxString value);
     bool CheckValueType() const { return (m_presence & (1u << 6)) != 0; }
@@ -1723,12 +1903,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": attribute, wxAny
     wxAny GetR() const;
     void SetR(wxAny value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "g": attribute, wxAny
     wxAny GetG() const;
     void SetG(wxAny value);
     bool CheckG() const { return (m_presence & (1u << 1)) != 0; }
+    // "b": attribute, wxAny
     wxAny GetB() const;
     void SetB(wxAny value);
     bool CheckB() const { return (m_presence & (1u << 2)) != 0; }
@@ -1751,12 +1934,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "h": attribute, int
     int GetH() const { return m_H; }
     void SetH(int value) { m_H = value; m_presence |= (1u << 0); }
     bool CheckH() const { return (m_presence & (1u << 0)) != 0; }
+    // "s": attribute, wxAny
     wxAny GetS() const;
     void SetS(wxAny value);
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
+    // "l": attribute, wxAny
     wxAny GetL() const;
     void SetL(wxAny value);
     bool CheckL() const { return (m_presence & (1u << 2)) != 0; }
@@ -1779,6 +1965,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLByAnimateColorTransformData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLByAnimateColorTransformData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1804,9 +1991,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rgb": child element
     CT_TLByRgbColorTransform* GetRgb() const { return m_Rgb; }
     void SetRgb(CT_TLByRgbColorTransform* value) { m_Rgb = value; m_presence |= (1u << 0); }
     bool CheckRgb() const { return (m_presence & (1u << 0)) != 0; }
+    // "hsl": child element
     CT_TLByHslColorTransform* GetHsl() const { return m_Hsl; }
     void SetHsl(CT_TLByHslColorTransform* value) { m_Hsl = value; m_presence |= (1u << 1); }
     bool CheckHsl() const { return (m_presence & (1u << 1)) != 0; }
@@ -1828,21 +2017,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "by": child element
     CT_TLByAnimateColorTransform* GetBy() const { return m_By; }
     void SetBy(CT_TLByAnimateColorTransform* value) { m_By = value; m_presence |= (1u << 1); }
     bool CheckBy() const { return (m_presence & (1u << 1)) != 0; }
+    // "from": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetFrom() const { return m_From; }
     void SetFrom(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_From = value; m_presence |= (1u << 2); }
     bool CheckFrom() const { return (m_presence & (1u << 2)) != 0; }
+    // "to": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetTo() const { return m_To; }
     void SetTo(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_To = value; m_presence |= (1u << 3); }
     bool CheckTo() const { return (m_presence & (1u << 3)) != 0; }
+    // "clrSpc": attribute, wxString
     wxString GetClrSpc() const;
     void SetClrSpc(wxString value);
     bool CheckClrSpc() const { return (m_presence & (1u << 4)) != 0; }
+    // "dir": attribute, wxString
     wxString GetDir() const;
     void SetDir(wxString value);
     bool CheckDir() const { return (m_presence & (1u << 5)) != 0; }
@@ -1868,18 +2063,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "progress": child element
     CT_TLAnimVariant* GetProgress() const { return m_Progress; }
     void SetProgress(CT_TLAnimVariant* value) { m_Progress = value; m_presence |= (1u << 1); }
     bool CheckProgress() const { return (m_presence & (1u << 1)) != 0; }
+    // "transition": attribute, wxString, default "in"
     wxString GetTransition() const;
     void SetTransition(wxString value);
     bool CheckTransition() const { return (m_presence & (1u << 2)) != 0; }
+    // "filter": attribute, wxString
     wxString GetFilter() const;
     void SetFilter(wxString value);
     bool CheckFilter() const { return (m_presence & (1u << 3)) != 0; }
+    // "prLst": attribute, wxString
     wxString GetPrLst() const;
     void SetPrLst(wxString value);
     bool CheckPrLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -1904,9 +2104,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
@@ -1928,33 +2130,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "by": child element
     CT_TLPoint* GetBy() const { return m_By; }
     void SetBy(CT_TLPoint* value) { m_By = value; m_presence |= (1u << 1); }
     bool CheckBy() const { return (m_presence & (1u << 1)) != 0; }
+    // "from": child element
     CT_TLPoint* GetFrom() const { return m_From; }
     void SetFrom(CT_TLPoint* value) { m_From = value; m_presence |= (1u << 2); }
     bool CheckFrom() const { return (m_presence & (1u << 2)) != 0; }
+    // "to": child element
     CT_TLPoint* GetTo() const { return m_To; }
     void SetTo(CT_TLPoint* value) { m_To = value; m_presence |= (1u << 3); }
     bool CheckTo() const { return (m_presence & (1u << 3)) != 0; }
+    // "rCtr": child element
     CT_TLPoint* GetRCtr() const { return m_RCtr; }
     void SetRCtr(CT_TLPoint* value) { m_RCtr = value; m_presence |= (1u << 4); }
     bool CheckRCtr() const { return (m_presence & (1u << 4)) != 0; }
+    // "origin": attribute, wxString
     wxString GetOrigin() const;
     void SetOrigin(wxString value);
     bool CheckOrigin() const { return (m_presence & (1u << 5)) != 0; }
+    // "path": attribute, wxString
     wxString GetPath() const;
     void SetPath(wxString value);
     bool CheckPath() const { return (m_presence & (1u << 6)) != 0; }
+    // "pathEditMode": attribute, wxString
     wxString GetPathEditMode() const;
     void SetPathEditMode(wxString value);
     bool CheckPathEditMode() const { return (m_presence & (1u << 7)) != 0; }
+    // "rAng": attribute, int
     int GetRAng() const { return m_RAng; }
     void SetRAng(int value) { m_RAng = value; m_presence |= (1u << 8); }
     bool CheckRAng() const { return (m_presence & (1u << 8)) != 0; }
+    // "ptsTypes": attribute, wxString
     wxString GetPtsTypes() const;
     void SetPtsTypes(wxString value);
     bool CheckPtsTypes() const { return (m_presence & (1u << 9)) != 0; }
@@ -1984,15 +2196,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "by": attribute, int
     int GetBy() const { return m_By; }
     void SetBy(int value) { m_By = value; m_presence |= (1u << 1); }
     bool CheckBy() const { return (m_presence & (1u << 1)) != 0; }
+    // "from": attribute, int
     int GetFrom() const { return m_From; }
     void SetFrom(int value) { m_From = value; m_presence |= (1u << 2); }
     bool CheckFrom() const { return (m_presence & (1u << 2)) != 0; }
+    // "to": attribute, int
     int GetTo() const { return m_To; }
     void SetTo(int value) { m_To = value; m_presence |= (1u << 3); }
     bool CheckTo() const { return (m_presence & (1u << 3)) != 0; }
@@ -2016,18 +2232,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "by": child element
     CT_TLPoint* GetBy() const { return m_By; }
     void SetBy(CT_TLPoint* value) { m_By = value; m_presence |= (1u << 1); }
     bool CheckBy() const { return (m_presence & (1u << 1)) != 0; }
+    // "from": child element
     CT_TLPoint* GetFrom() const { return m_From; }
     void SetFrom(CT_TLPoint* value) { m_From = value; m_presence |= (1u << 2); }
     bool CheckFrom() const { return (m_presence & (1u << 2)) != 0; }
+    // "to": child element
     CT_TLPoint* GetTo() const { return m_To; }
     void SetTo(CT_TLPoint* value) { m_To = value; m_presence |= (1u << 3); }
     bool CheckTo() const { return (m_presence & (1u << 3)) != 0; }
+    // "zoomContents": attribute, bool
     bool GetZoomContents() const { return m_ZoomContents; }
     void SetZoomContents(bool value) { m_ZoomContents = value; m_presence |= (1u << 4); }
     bool CheckZoomContents() const { return (m_presence & (1u << 4)) != 0; }
@@ -2052,12 +2273,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "cmd": attribute, wxString
     wxString GetCmd() const;
     void SetCmd(wxString value);
     bool CheckCmd() const { return (m_presence & (1u << 2)) != 0; }
@@ -2080,9 +2304,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cBhvr": child element
     CT_TLCommonBehaviorData* GetCBhvr() const { return m_CBhvr; }
     void SetCBhvr(CT_TLCommonBehaviorData* value) { m_CBhvr = value; m_presence |= (1u << 0); }
     bool CheckCBhvr() const { return (m_presence & (1u << 0)) != 0; }
+    // "to": child element
     CT_TLAnimVariant* GetTo() const { return m_To; }
     void SetTo(CT_TLAnimVariant* value) { m_To = value; m_presence |= (1u << 1); }
     bool CheckTo() const { return (m_presence & (1u << 1)) != 0; }
@@ -2104,21 +2330,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cTn": child element
     CT_TLCommonTimeNodeData* GetCTn() const { return m_CTn; }
     void SetCTn(CT_TLCommonTimeNodeData* value) { m_CTn = value; m_presence |= (1u << 0); }
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
+    // "tgtEl": child element
     CT_TLTimeTargetElement* GetTgtEl() const { return m_TgtEl; }
     void SetTgtEl(CT_TLTimeTargetElement* value) { m_TgtEl = value; m_presence |= (1u << 1); }
     bool CheckTgtEl() const { return (m_presence & (1u << 1)) != 0; }
+    // "vol": attribute, wxAny, default "50%"
     wxAny GetVol() const;
     void SetVol(wxAny value);
     bool CheckVol() const { return (m_presence & (1u << 2)) != 0; }
+    // "mute": attribute, bool, default "false"
     bool GetMute() const { return m_Mute; }
     void SetMute(bool value) { m_Mute = value; m_presence |= (1u << 3); }
     bool CheckMute() const { return (m_presence & (1u << 3)) != 0; }
+    // "numSld": attribute, unsigned int, default "1"
     unsigned int GetNumSld() const { return m_NumSld; }
     void SetNumSld(unsigned int value) { m_NumSld = value; m_presence |= (1u << 4); }
     bool CheckNumSld() const { return (m_presence & (1u << 4)) != 0; }
+    // "showWhenStopped": attribute, bool, default "true"
     bool GetShowWhenStopped() const { return m_ShowWhenStopped; }
     void SetShowWhenStopped(bool value) { m_ShowWhenStopped = value; m_presence |= (1u << 5); }
     bool CheckShowWhenStopped() const { return (m_presence & (1u << 5)) != 0; }
@@ -2144,9 +2376,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cMediaNode": child element
     CT_TLCommonMediaNodeData* GetCMediaNode() const { return m_CMediaNode; }
     void SetCMediaNode(CT_TLCommonMediaNodeData* value) { m_CMediaNode = value; m_presence |= (1u << 0); }
     bool CheckCMediaNode() const { return (m_presence & (1u << 0)) != 0; }
+    // "isNarration": attribute, bool, default "false"
     bool GetIsNarration() const { return m_IsNarration; }
     void SetIsNarration(bool value) { m_IsNarration = value; m_presence |= (1u << 1); }
     bool CheckIsNarration() const { return (m_presence & (1u << 1)) != 0; }
@@ -2168,9 +2402,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cMediaNode": child element
     CT_TLCommonMediaNodeData* GetCMediaNode() const { return m_CMediaNode; }
     void SetCMediaNode(CT_TLCommonMediaNodeData* value) { m_CMediaNode = value; m_presence |= (1u << 0); }
     bool CheckCMediaNode() const { return (m_presence & (1u << 0)) != 0; }
+    // "fullScrn": attribute, bool, default "false"
     bool GetFullScrn() const { return m_FullScrn; }
     void SetFullScrn(bool value) { m_FullScrn = value; m_presence |= (1u << 1); }
     bool CheckFullScrn() const { return (m_presence & (1u << 1)) != 0; }
@@ -2197,12 +2433,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "spid": attribute, unsigned int
     unsigned int GetSpid() const { return m_Spid; }
     void SetSpid(unsigned int value) { m_Spid = value; m_presence |= (1u << 0); }
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpId": attribute, unsigned int
     unsigned int GetGrpId() const { return m_GrpId; }
     void SetGrpId(unsigned int value) { m_GrpId = value; m_presence |= (1u << 1); }
     bool CheckGrpId() const { return (m_presence & (1u << 1)) != 0; }
+    // "uiExpand": attribute, bool, default "false"
     bool GetUiExpand() const { return m_UiExpand; }
     void SetUiExpand(bool value) { m_UiExpand = value; m_presence |= (1u << 2); }
     bool CheckUiExpand() const { return (m_presence & (1u << 2)) != 0; }
@@ -2225,9 +2464,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tnLst": child element
     CT_TimeNodeList* GetTnLst() const { return m_TnLst; }
     void SetTnLst(CT_TimeNodeList* value) { m_TnLst = value; m_presence |= (1u << 0); }
     bool CheckTnLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvl": attribute, unsigned int, default "0"
     unsigned int GetLvl() const { return m_Lvl; }
     void SetLvl(unsigned int value) { m_Lvl = value; m_presence |= (1u << 1); }
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
@@ -2249,6 +2490,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tmpl": child element, repeated
     XMLPtrArray<CT_TLTemplate> GetTmpl() const;
     void SetTmpl(XMLPtrArray<CT_TLTemplate> value);
     bool CheckTmpl() const { return (m_presence & (1u << 0)) != 0; }
@@ -2269,27 +2511,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tmplLst": child element
     CT_TLTemplateList* GetTmplLst() const { return m_TmplLst; }
     void SetTmplLst(CT_TLTemplateList* value) { m_TmplLst = value; m_presence |= (1u << 0); }
     bool CheckTmplLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_TLBuild
     AG_TLBuild* GetAG_TLBuild() const { return m_AG_TLBuild; }
     void SetAG_TLBuild(AG_TLBuild* value) { m_AG_TLBuild = value; m_presence |= (1u << 1); }
     bool CheckAG_TLBuild() const { return (m_presence & (1u << 1)) != 0; }
+    // "build": attribute, wxString, default "whole"
     wxString GetBuild() const;
     void SetBuild(wxString value);
     bool CheckBuild() const { return (m_presence & (1u << 2)) != 0; }
+    // "bldLvl": attribute, unsigned int, default "1"
     unsigned int GetBldLvl() const { return m_BldLvl; }
     void SetBldLvl(unsigned int value) { m_BldLvl = value; m_presence |= (1u << 3); }
     bool CheckBldLvl() const { return (m_presence & (1u << 3)) != 0; }
+    // "animBg": attribute, bool, default "false"
     bool GetAnimBg() const { return m_AnimBg; }
     void SetAnimBg(bool value) { m_AnimBg = value; m_presence |= (1u << 4); }
     bool CheckAnimBg() const { return (m_presence & (1u << 4)) != 0; }
+    // "autoUpdateAnimBg": attribute, bool, default "true"
     bool GetAutoUpdateAnimBg() const { return m_AutoUpdateAnimBg; }
     void SetAutoUpdateAnimBg(bool value) { m_AutoUpdateAnimBg = value; m_presence |= (1u << 5); }
     bool CheckAutoUpdateAnimBg() const { return (m_presence & (1u << 5)) != 0; }
+    // "rev": attribute, bool, default "false"
     bool GetRev() const { return m_Rev; }
     void SetRev(bool value) { m_Rev = value; m_presence |= (1u << 6); }
     bool CheckRev() const { return (m_presence & (1u << 6)) != 0; }
+    // "advAuto": attribute, wxAny, default "indefinite"
     wxAny GetAdvAuto() const;
     void SetAdvAuto(wxAny value);
     bool CheckAdvAuto() const { return (m_presence & (1u << 7)) != 0; }
@@ -2317,9 +2567,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_TLBuild
     AG_TLBuild* GetAG_TLBuild() const { return m_AG_TLBuild; }
     void SetAG_TLBuild(AG_TLBuild* value) { m_AG_TLBuild = value; m_presence |= (1u << 0); }
     bool CheckAG_TLBuild() const { return (m_presence & (1u << 0)) != 0; }
+    // "bld": attribute, wxString, default "whole"
     wxString GetBld() const;
     void SetBld(wxString value);
     bool CheckBld() const { return (m_presence & (1u << 1)) != 0; }
@@ -2341,12 +2593,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_TLBuild
     AG_TLBuild* GetAG_TLBuild() const { return m_AG_TLBuild; }
     void SetAG_TLBuild(AG_TLBuild* value) { m_AG_TLBuild = value; m_presence |= (1u << 0); }
     bool CheckAG_TLBuild() const { return (m_presence & (1u << 0)) != 0; }
+    // "bld": attribute, wxString, default "allAtOnce"
     wxString GetBld() const;
     void SetBld(wxString value);
     bool CheckBld() const { return (m_presence & (1u << 1)) != 0; }
+    // "animBg": attribute, bool, default "true"
     bool GetAnimBg() const { return m_AnimBg; }
     void SetAnimBg(bool value) { m_AnimBg = value; m_presence |= (1u << 2); }
     bool CheckAnimBg() const { return (m_presence & (1u << 2)) != 0; }
@@ -2369,9 +2624,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TLGraphicalObjectBuildData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TLGraphicalObjectBuildData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_TLBuild
     AG_TLBuild* GetAG_TLBuild() const { return m_AG_TLBuild; }
     void SetAG_TLBuild(AG_TLBuild* value) { m_AG_TLBuild = value; m_presence |= (1u << 1); }
     bool CheckAG_TLBuild() const { return (m_presence & (1u << 1)) != 0; }
@@ -2398,9 +2655,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bldAsOne": child element
     CT_Empty* GetBldAsOne() const { return m_BldAsOne; }
     void SetBldAsOne(CT_Empty* value) { m_BldAsOne = value; m_presence |= (1u << 0); }
     bool CheckBldAsOne() const { return (m_presence & (1u << 0)) != 0; }
+    // "bldSub": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_AnimationGraphicalObjectBuildProperties* GetBldSub() const { return m_BldSub; }
     void SetBldSub(schemas_openxmlformats_org_drawingml_x2006_main::CT_AnimationGraphicalObjectBuildProperties* value) { m_BldSub = value; m_presence |= (1u << 1); }
     bool CheckBldSub() const { return (m_presence & (1u << 1)) != 0; }
@@ -2422,6 +2681,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_BuildListData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_BuildListData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2447,15 +2707,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bldP": child element
     CT_TLBuildParagraph* GetBldP() const { return m_BldP; }
     void SetBldP(CT_TLBuildParagraph* value) { m_BldP = value; m_presence |= (1u << 0); }
     bool CheckBldP() const { return (m_presence & (1u << 0)) != 0; }
+    // "bldDgm": child element
     CT_TLBuildDiagram* GetBldDgm() const { return m_BldDgm; }
     void SetBldDgm(CT_TLBuildDiagram* value) { m_BldDgm = value; m_presence |= (1u << 1); }
     bool CheckBldDgm() const { return (m_presence & (1u << 1)) != 0; }
+    // "bldOleChart": child element
     CT_TLOleBuildChart* GetBldOleChart() const { return m_BldOleChart; }
     void SetBldOleChart(CT_TLOleBuildChart* value) { m_BldOleChart = value; m_presence |= (1u << 2); }
     bool CheckBldOleChart() const { return (m_presence & (1u << 2)) != 0; }
+    // "bldGraphic": child element
     CT_TLGraphicalObjectBuild* GetBldGraphic() const { return m_BldGraphic; }
     void SetBldGraphic(CT_TLGraphicalObjectBuild* value) { m_BldGraphic = value; m_presence |= (1u << 3); }
     bool CheckBldGraphic() const { return (m_presence & (1u << 3)) != 0; }
@@ -2479,12 +2743,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tnLst": child element
     CT_TimeNodeList* GetTnLst() const { return m_TnLst; }
     void SetTnLst(CT_TimeNodeList* value) { m_TnLst = value; m_presence |= (1u << 0); }
     bool CheckTnLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "bldLst": child element
     CT_BuildList* GetBldLst() const { return m_BldLst; }
     void SetBldLst(CT_BuildList* value) { m_BldLst = value; m_presence |= (1u << 1); }
     bool CheckBldLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -2522,9 +2789,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "st": attribute, unsigned int
     unsigned int GetSt() const { return m_St; }
     void SetSt(unsigned int value) { m_St = value; m_presence |= (1u << 0); }
     bool CheckSt() const { return (m_presence & (1u << 0)) != 0; }
+    // "end": attribute, unsigned int
     unsigned int GetEnd() const { return m_End; }
     void SetEnd(unsigned int value) { m_End = value; m_presence |= (1u << 1); }
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
@@ -2546,6 +2815,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -2566,6 +2836,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sld": child element, repeated
     XMLPtrArray<CT_SlideRelationshipListEntry> GetSld() const;
     void SetSld(XMLPtrArray<CT_SlideRelationshipListEntry> value);
     bool CheckSld() const { return (m_presence & (1u << 0)) != 0; }
@@ -2586,6 +2857,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
@@ -2611,6 +2883,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_SlideListChoiceData__* GetData__() const { return m_Data__; }
     void SetData__(EG_SlideListChoiceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2636,12 +2909,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sldAll": child element
     CT_Empty* GetSldAll() const { return m_SldAll; }
     void SetSldAll(CT_Empty* value) { m_SldAll = value; m_presence |= (1u << 0); }
     bool CheckSldAll() const { return (m_presence & (1u << 0)) != 0; }
+    // "sldRg": child element
     CT_IndexRange* GetSldRg() const { return m_SldRg; }
     void SetSldRg(CT_IndexRange* value) { m_SldRg = value; m_presence |= (1u << 1); }
     bool CheckSldRg() const { return (m_presence & (1u << 1)) != 0; }
+    // "custShow": child element
     CT_CustomShowId* GetCustShow() const { return m_CustShow; }
     void SetCustShow(CT_CustomShowId* value) { m_CustShow = value; m_presence |= (1u << 2); }
     bool CheckCustShow() const { return (m_presence & (1u << 2)) != 0; }
@@ -2664,6 +2940,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -2684,6 +2961,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -2704,9 +2982,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "custData": child element, repeated
     XMLPtrArray<CT_CustomerData> GetCustData() const;
     void SetCustData(XMLPtrArray<CT_CustomerData> value);
     bool CheckCustData() const { return (m_presence & (1u << 0)) != 0; }
+    // "tags": child element
     CT_TagsData* GetTags() const { return m_Tags; }
     void SetTags(CT_TagsData* value) { m_Tags = value; m_presence |= (1u << 1); }
     bool CheckTags() const { return (m_presence & (1u << 1)) != 0; }
@@ -2728,15 +3008,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "p14:media": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_Media* GetP14_media() const { return m_P14_media; }
     void SetP14_media(schemas_microsoft_com_office_powerpoint_x2010_main::CT_Media* value) { m_P14_media = value; m_presence |= (1u << 0); }
     bool CheckP14_media() const { return (m_presence & (1u << 0)) != 0; }
+    // "p14:laserTraceLst": child element
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LaserTraceList* GetP14_laserTraceLst() const { return m_P14_laserTraceLst; }
     void SetP14_laserTraceLst(schemas_microsoft_com_office_powerpoint_x2010_main::CT_LaserTraceList* value) { m_P14_laserTraceLst = value; m_presence |= (1u << 1); }
     bool CheckP14_laserTraceLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "p14:laserClr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetP14_laserClr() const { return m_P14_laserClr; }
     void SetP14_laserClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_P14_laserClr = value; m_presence |= (1u << 2); }
     bool CheckP14_laserClr() const { return (m_presence & (1u << 2)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 3)) != 0; }
@@ -2765,6 +3049,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ext": child element, repeated
     XMLPtrArray<CT_Extension> GetExt() const;
     void SetExt(XMLPtrArray<CT_Extension> value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -2785,6 +3070,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ExtensionList
     EG_ExtensionList* GetEG_ExtensionList() const { return m_EG_ExtensionList; }
     void SetEG_ExtensionList(EG_ExtensionList* value) { m_EG_ExtensionList = value; m_presence |= (1u << 0); }
     bool CheckEG_ExtensionList() const { return (m_presence & (1u << 0)) != 0; }
@@ -2805,9 +3091,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ExtensionList
     EG_ExtensionList* GetEG_ExtensionList() const { return m_EG_ExtensionList; }
     void SetEG_ExtensionList(EG_ExtensionList* value) { m_EG_ExtensionList = value; m_presence |= (1u << 0); }
     bool CheckEG_ExtensionList() const { return (m_presence & (1u << 0)) != 0; }
+    // "mod": attribute, bool, default "false"
     bool GetMod() const { return m_Mod; }
     void SetMod(bool value) { m_Mod = value; m_presence |= (1u << 1); }
     bool CheckMod() const { return (m_presence & (1u << 1)) != 0; }
@@ -2829,21 +3117,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "initials": attribute, wxString
     wxString GetInitials() const;
     void SetInitials(wxString value);
     bool CheckInitials() const { return (m_presence & (1u << 3)) != 0; }
+    // "lastIdx": attribute, unsigned int
     unsigned int GetLastIdx() const { return m_LastIdx; }
     void SetLastIdx(unsigned int value) { m_LastIdx = value; m_presence |= (1u << 4); }
     bool CheckLastIdx() const { return (m_presence & (1u << 4)) != 0; }
+    // "clrIdx": attribute, unsigned int
     unsigned int GetClrIdx() const { return m_ClrIdx; }
     void SetClrIdx(unsigned int value) { m_ClrIdx = value; m_presence |= (1u << 5); }
     bool CheckClrIdx() const { return (m_presence & (1u << 5)) != 0; }
@@ -2869,6 +3163,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cmAuthor": child element, repeated
     XMLPtrArray<CT_CommentAuthor> GetCmAuthor() const;
     void SetCmAuthor(XMLPtrArray<CT_CommentAuthor> value);
     bool CheckCmAuthor() const { return (m_presence & (1u << 0)) != 0; }
@@ -2889,21 +3184,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* GetPos() const { return m_Pos; }
     void SetPos(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "text": value element, wxString
     wxString GetText() const;
     void SetText(wxString value);
     bool CheckText() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "authorId": attribute, unsigned int
     unsigned int GetAuthorId() const { return m_AuthorId; }
     void SetAuthorId(unsigned int value) { m_AuthorId = value; m_presence |= (1u << 3); }
     bool CheckAuthorId() const { return (m_presence & (1u << 3)) != 0; }
+    // "dt": attribute, wxString
     wxString GetDt() const;
     void SetDt(wxString value);
     bool CheckDt() const { return (m_presence & (1u << 4)) != 0; }
+    // "idx": attribute, unsigned int
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 5); }
     bool CheckIdx() const { return (m_presence & (1u << 5)) != 0; }
@@ -2929,6 +3230,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cm": child element, repeated
     XMLPtrArray<CT_Comment> GetCm() const;
     void SetCm(XMLPtrArray<CT_Comment> value);
     bool CheckCm() const { return (m_presence & (1u << 0)) != 0; }
@@ -2954,21 +3256,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "spid": attribute, wxString
     wxString GetSpid() const;
     void SetSpid(wxString value);
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "showAsIcon": attribute, bool, default "false"
     bool GetShowAsIcon() const { return m_ShowAsIcon; }
     void SetShowAsIcon(bool value) { m_ShowAsIcon = value; m_presence |= (1u << 2); }
     bool CheckShowAsIcon() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
+    // "imgW": attribute, int
     int GetImgW() const { return m_ImgW; }
     void SetImgW(int value) { m_ImgW = value; m_presence |= (1u << 4); }
     bool CheckImgW() const { return (m_presence & (1u << 4)) != 0; }
+    // "imgH": attribute, int
     int GetImgH() const { return m_ImgH; }
     void SetImgH(int value) { m_ImgH = value; m_presence |= (1u << 5); }
     bool CheckImgH() const { return (m_presence & (1u << 5)) != 0; }
@@ -2994,9 +3302,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "followColorScheme": attribute, wxString, default "none"
     wxString GetFollowColorScheme() const;
     void SetFollowColorScheme(wxString value);
     bool CheckFollowColorScheme() const { return (m_presence & (1u << 1)) != 0; }
@@ -3018,9 +3328,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "updateAutomatic": attribute, bool, default "false"
     bool GetUpdateAutomatic() const { return m_UpdateAutomatic; }
     void SetUpdateAutomatic(bool value) { m_UpdateAutomatic = value; m_presence |= (1u << 1); }
     bool CheckUpdateAutomatic() const { return (m_presence & (1u << 1)) != 0; }
@@ -3042,15 +3354,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_OleObjectData__* GetData__() const { return m_Data__; }
     void SetData__(CT_OleObjectData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "pic": child element
     CT_Picture* GetPic() const { return m_Pic; }
     void SetPic(CT_Picture* value) { m_Pic = value; m_presence |= (1u << 1); }
     bool CheckPic() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Ole
     AG_Ole* GetAG_Ole() const { return m_AG_Ole; }
     void SetAG_Ole(AG_Ole* value) { m_AG_Ole = value; m_presence |= (1u << 2); }
     bool CheckAG_Ole() const { return (m_presence & (1u << 2)) != 0; }
+    // "progId": attribute, wxString
     wxString GetProgId() const;
     void SetProgId(wxString value);
     bool CheckProgId() const { return (m_presence & (1u << 3)) != 0; }
@@ -3079,9 +3395,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "embed": child element
     CT_OleObjectEmbed* GetEmbed() const { return m_Embed; }
     void SetEmbed(CT_OleObjectEmbed* value) { m_Embed = value; m_presence |= (1u << 0); }
     bool CheckEmbed() const { return (m_presence & (1u << 0)) != 0; }
+    // "link": child element
     CT_OleObjectLink* GetLink() const { return m_Link; }
     void SetLink(CT_OleObjectLink* value) { m_Link = value; m_presence |= (1u << 1); }
     bool CheckLink() const { return (m_presence & (1u << 1)) != 0; }
@@ -3103,12 +3421,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "pic": child element
     CT_Picture* GetPic() const { return m_Pic; }
     void SetPic(CT_Picture* value) { m_Pic = value; m_presence |= (1u << 1); }
     bool CheckPic() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Ole
     AG_Ole* GetAG_Ole() const { return m_AG_Ole; }
     void SetAG_Ole(AG_Ole* value) { m_AG_Ole = value; m_presence |= (1u << 2); }
     bool CheckAG_Ole() const { return (m_presence & (1u << 2)) != 0; }
@@ -3131,6 +3452,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "control": child element, repeated
     XMLPtrArray<CT_Control> GetControl() const;
     void SetControl(XMLPtrArray<CT_Control> value);
     bool CheckControl() const { return (m_presence & (1u << 0)) != 0; }
@@ -3151,12 +3473,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
@@ -3179,6 +3504,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldId": child element, repeated
     XMLPtrArray<CT_SlideIdListEntry> GetSldId() const;
     void SetSldId(XMLPtrArray<CT_SlideIdListEntry> value);
     bool CheckSldId() const { return (m_presence & (1u << 0)) != 0; }
@@ -3199,12 +3525,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
@@ -3227,6 +3556,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldMasterId": child element, repeated
     XMLPtrArray<CT_SlideMasterIdListEntry> GetSldMasterId() const;
     void SetSldMasterId(XMLPtrArray<CT_SlideMasterIdListEntry> value);
     bool CheckSldMasterId() const { return (m_presence & (1u << 0)) != 0; }
@@ -3247,9 +3577,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -3271,6 +3603,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "notesMasterId": child element
     CT_NotesMasterIdListEntry* GetNotesMasterId() const { return m_NotesMasterId; }
     void SetNotesMasterId(CT_NotesMasterIdListEntry* value) { m_NotesMasterId = value; m_presence |= (1u << 0); }
     bool CheckNotesMasterId() const { return (m_presence & (1u << 0)) != 0; }
@@ -3291,9 +3624,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -3315,6 +3650,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "handoutMasterId": child element
     CT_HandoutMasterIdListEntry* GetHandoutMasterId() const { return m_HandoutMasterId; }
     void SetHandoutMasterId(CT_HandoutMasterIdListEntry* value) { m_HandoutMasterId = value; m_presence |= (1u << 0); }
     bool CheckHandoutMasterId() const { return (m_presence & (1u << 0)) != 0; }
@@ -3335,6 +3671,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -3355,18 +3692,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "font": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextFont* GetFont() const { return m_Font; }
     void SetFont(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextFont* value) { m_Font = value; m_presence |= (1u << 0); }
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "regular": child element
     CT_EmbeddedFontDataId* GetRegular() const { return m_Regular; }
     void SetRegular(CT_EmbeddedFontDataId* value) { m_Regular = value; m_presence |= (1u << 1); }
     bool CheckRegular() const { return (m_presence & (1u << 1)) != 0; }
+    // "bold": child element
     CT_EmbeddedFontDataId* GetBold() const { return m_Bold; }
     void SetBold(CT_EmbeddedFontDataId* value) { m_Bold = value; m_presence |= (1u << 2); }
     bool CheckBold() const { return (m_presence & (1u << 2)) != 0; }
+    // "italic": child element
     CT_EmbeddedFontDataId* GetItalic() const { return m_Italic; }
     void SetItalic(CT_EmbeddedFontDataId* value) { m_Italic = value; m_presence |= (1u << 3); }
     bool CheckItalic() const { return (m_presence & (1u << 3)) != 0; }
+    // "boldItalic": child element
     CT_EmbeddedFontDataId* GetBoldItalic() const { return m_BoldItalic; }
     void SetBoldItalic(CT_EmbeddedFontDataId* value) { m_BoldItalic = value; m_presence |= (1u << 4); }
     bool CheckBoldItalic() const { return (m_presence & (1u << 4)) != 0; }
@@ -3391,6 +3733,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "embeddedFont": child element, repeated
     XMLPtrArray<CT_EmbeddedFontListEntry> GetEmbeddedFont() const;
     void SetEmbeddedFont(XMLPtrArray<CT_EmbeddedFontListEntry> value);
     bool CheckEmbeddedFont() const { return (m_presence & (1u << 0)) != 0; }
@@ -3411,6 +3754,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -3431,15 +3775,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldLst": child element
     CT_SlideRelationshipList* GetSldLst() const { return m_SldLst; }
     void SetSldLst(CT_SlideRelationshipList* value) { m_SldLst = value; m_presence |= (1u << 0); }
     bool CheckSldLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 3); }
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
@@ -3463,6 +3811,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "custShow": child element, repeated
     XMLPtrArray<CT_CustomShow> GetCustShow() const;
     void SetCustShow(XMLPtrArray<CT_CustomShow> value);
     bool CheckCustShow() const { return (m_presence & (1u << 0)) != 0; }
@@ -3483,18 +3832,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "bw": attribute, bool, default "false"
     bool GetBw() const { return m_Bw; }
     void SetBw(bool value) { m_Bw = value; m_presence |= (1u << 1); }
     bool CheckBw() const { return (m_presence & (1u << 1)) != 0; }
+    // "showCaptions": attribute, bool, default "false"
     bool GetShowCaptions() const { return m_ShowCaptions; }
     void SetShowCaptions(bool value) { m_ShowCaptions = value; m_presence |= (1u << 2); }
     bool CheckShowCaptions() const { return (m_presence & (1u << 2)) != 0; }
+    // "layout": attribute, wxString, default "fitToSlide"
     wxString GetLayout() const;
     void SetLayout(wxString value);
     bool CheckLayout() const { return (m_presence & (1u << 3)) != 0; }
+    // "frame": attribute, wxString, default "frameStyle1"
     wxString GetFrame() const;
     void SetFrame(wxString value);
     bool CheckFrame() const { return (m_presence & (1u << 4)) != 0; }
@@ -3519,12 +3873,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cx": attribute, int
     int GetCx() const { return m_Cx; }
     void SetCx(int value) { m_Cx = value; m_presence |= (1u << 0); }
     bool CheckCx() const { return (m_presence & (1u << 0)) != 0; }
+    // "cy": attribute, int
     int GetCy() const { return m_Cy; }
     void SetCy(int value) { m_Cy = value; m_presence |= (1u << 1); }
     bool CheckCy() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString, default "custom"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
@@ -3547,12 +3904,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "invalStChars": attribute, wxString
     wxString GetInvalStChars() const;
     void SetInvalStChars(wxString value);
     bool CheckInvalStChars() const { return (m_presence & (1u << 1)) != 0; }
+    // "invalEndChars": attribute, wxString
     wxString GetInvalEndChars() const;
     void SetInvalEndChars(wxString value);
     bool CheckInvalEndChars() const { return (m_presence & (1u << 2)) != 0; }
@@ -3575,51 +3935,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 0)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 1)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 2)) != 0; }
+    // "spinValue": attribute, unsigned int
     unsigned int GetSpinValue() const { return m_SpinValue; }
     void SetSpinValue(unsigned int value) { m_SpinValue = value; m_presence |= (1u << 3); }
     bool CheckSpinValue() const { return (m_presence & (1u << 3)) != 0; }
+    // "cryptProviderType": attribute, wxString
     wxString GetCryptProviderType() const;
     void SetCryptProviderType(wxString value);
     bool CheckCryptProviderType() const { return (m_presence & (1u << 4)) != 0; }
+    // "cryptAlgorithmClass": attribute, wxString
     wxString GetCryptAlgorithmClass() const;
     void SetCryptAlgorithmClass(wxString value);
     bool CheckCryptAlgorithmClass() const { return (m_presence & (1u << 5)) != 0; }
+    // "cryptAlgorithmType": attribute, wxString
     wxString GetCryptAlgorithmType() const;
     void SetCryptAlgorithmType(wxString value);
     bool CheckCryptAlgorithmType() const { return (m_presence & (1u << 6)) != 0; }
+    // "cryptAlgorithmSid": attribute, unsigned int
     unsigned int GetCryptAlgorithmSid() const { return m_CryptAlgorithmSid; }
     void SetCryptAlgorithmSid(unsigned int value) { m_CryptAlgorithmSid = value; m_presence |= (1u << 7); }
     bool CheckCryptAlgorithmSid() const { return (m_presence & (1u << 7)) != 0; }
+    // "spinCount": attribute, unsigned int
     unsigned int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(unsigned int value) { m_SpinCount = value; m_presence |= (1u << 8); }
     bool CheckSpinCount() const { return (m_presence & (1u << 8)) != 0; }
+    // "saltData": attribute, wxString
     wxString GetSaltData() const;
     void SetSaltData(wxString value);
     bool CheckSaltData() const { return (m_presence & (1u << 9)) != 0; }
+    // "hashData": attribute, wxString
     wxString GetHashData() const;
     void SetHashData(wxString value);
     bool CheckHashData() const { return (m_presence & (1u << 10)) != 0; }
+    // "cryptProvider": attribute, wxString
     wxString GetCryptProvider() const;
     void SetCryptProvider(wxString value);
     bool CheckCryptProvider() const { return (m_presence & (1u << 11)) != 0; }
+    // "algIdExt": attribute, unsigned int
     unsigned int GetAlgIdExt() const { return m_AlgIdExt; }
     void SetAlgIdExt(unsigned int value) { m_AlgIdExt = value; m_presence |= (1u << 12); }
     bool CheckAlgIdExt() const { return (m_presence & (1u << 12)) != 0; }
+    // "algIdExtSource": attribute, wxString
     wxString GetAlgIdExtSource() const;
     void SetAlgIdExtSource(wxString value);
     bool CheckAlgIdExtSource() const { return (m_presence & (1u << 13)) != 0; }
+    // "cryptProviderTypeExt": attribute, unsigned int
     unsigned int GetCryptProviderTypeExt() const { return m_CryptProviderTypeExt; }
     void SetCryptProviderTypeExt(unsigned int value) { m_CryptProviderTypeExt = value; m_presence |= (1u << 14); }
     bool CheckCryptProviderTypeExt() const { return (m_presence & (1u << 14)) != 0; }
+    // "cryptProviderTypeExtSource": attribute, wxString
     wxString GetCryptProviderTypeExtSource() const;
     void SetCryptProviderTypeExtSource(wxString value);
     bool CheckCryptProviderTypeExtSource() const { return (m_presence & (1u << 15)) != 0; }
@@ -3655,84 +4031,111 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldMasterIdLst": child element
     CT_SlideMasterIdList* GetSldMasterIdLst() const { return m_SldMasterIdLst; }
     void SetSldMasterIdLst(CT_SlideMasterIdList* value) { m_SldMasterIdLst = value; m_presence |= (1u << 0); }
     bool CheckSldMasterIdLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "notesMasterIdLst": child element
     CT_NotesMasterIdList* GetNotesMasterIdLst() const { return m_NotesMasterIdLst; }
     void SetNotesMasterIdLst(CT_NotesMasterIdList* value) { m_NotesMasterIdLst = value; m_presence |= (1u << 1); }
     bool CheckNotesMasterIdLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "handoutMasterIdLst": child element
     CT_HandoutMasterIdList* GetHandoutMasterIdLst() const { return m_HandoutMasterIdLst; }
     void SetHandoutMasterIdLst(CT_HandoutMasterIdList* value) { m_HandoutMasterIdLst = value; m_presence |= (1u << 2); }
     bool CheckHandoutMasterIdLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "sldIdLst": child element
     CT_SlideIdList* GetSldIdLst() const { return m_SldIdLst; }
     void SetSldIdLst(CT_SlideIdList* value) { m_SldIdLst = value; m_presence |= (1u << 3); }
     bool CheckSldIdLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "sldSz": child element
     CT_SlideSize* GetSldSz() const { return m_SldSz; }
     void SetSldSz(CT_SlideSize* value) { m_SldSz = value; m_presence |= (1u << 4); }
     bool CheckSldSz() const { return (m_presence & (1u << 4)) != 0; }
+    // "notesSz": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetNotesSz() const { return m_NotesSz; }
     void SetNotesSz(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_NotesSz = value; m_presence |= (1u << 5); }
     bool CheckNotesSz() const { return (m_presence & (1u << 5)) != 0; }
+    // "smartTags": child element
     CT_SmartTags* GetSmartTags() const { return m_SmartTags; }
     void SetSmartTags(CT_SmartTags* value) { m_SmartTags = value; m_presence |= (1u << 6); }
     bool CheckSmartTags() const { return (m_presence & (1u << 6)) != 0; }
+    // "embeddedFontLst": child element
     CT_EmbeddedFontList* GetEmbeddedFontLst() const { return m_EmbeddedFontLst; }
     void SetEmbeddedFontLst(CT_EmbeddedFontList* value) { m_EmbeddedFontLst = value; m_presence |= (1u << 7); }
     bool CheckEmbeddedFontLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "custShowLst": child element
     CT_CustomShowList* GetCustShowLst() const { return m_CustShowLst; }
     void SetCustShowLst(CT_CustomShowList* value) { m_CustShowLst = value; m_presence |= (1u << 8); }
     bool CheckCustShowLst() const { return (m_presence & (1u << 8)) != 0; }
+    // "photoAlbum": child element
     CT_PhotoAlbum* GetPhotoAlbum() const { return m_PhotoAlbum; }
     void SetPhotoAlbum(CT_PhotoAlbum* value) { m_PhotoAlbum = value; m_presence |= (1u << 9); }
     bool CheckPhotoAlbum() const { return (m_presence & (1u << 9)) != 0; }
+    // "custDataLst": child element
     CT_CustomerDataList* GetCustDataLst() const { return m_CustDataLst; }
     void SetCustDataLst(CT_CustomerDataList* value) { m_CustDataLst = value; m_presence |= (1u << 10); }
     bool CheckCustDataLst() const { return (m_presence & (1u << 10)) != 0; }
+    // "kinsoku": child element
     CT_Kinsoku* GetKinsoku() const { return m_Kinsoku; }
     void SetKinsoku(CT_Kinsoku* value) { m_Kinsoku = value; m_presence |= (1u << 11); }
     bool CheckKinsoku() const { return (m_presence & (1u << 11)) != 0; }
+    // "defaultTextStyle": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* GetDefaultTextStyle() const { return m_DefaultTextStyle; }
     void SetDefaultTextStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* value) { m_DefaultTextStyle = value; m_presence |= (1u << 12); }
     bool CheckDefaultTextStyle() const { return (m_presence & (1u << 12)) != 0; }
+    // "ChangeVerifier": child element
     CT_ModifyVerifier* GetModifyVerifier() const { return m_ModifyVerifier; }
     void SetModifyVerifier(CT_ModifyVerifier* value) { m_ModifyVerifier = value; m_presence |= (1u << 13); }
     bool CheckModifyVerifier() const { return (m_presence & (1u << 13)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 14); }
     bool CheckExtLst() const { return (m_presence & (1u << 14)) != 0; }
+    // "serverZoom": attribute, wxAny, default "50%"
     wxAny GetServerZoom() const;
     void SetServerZoom(wxAny value);
     bool CheckServerZoom() const { return (m_presence & (1u << 15)) != 0; }
+    // "firstSlideNum": attribute, int, default "1"
     int GetFirstSlideNum() const { return m_FirstSlideNum; }
     void SetFirstSlideNum(int value) { m_FirstSlideNum = value; m_presence |= (1u << 16); }
     bool CheckFirstSlideNum() const { return (m_presence & (1u << 16)) != 0; }
+    // "showSpecialPlsOnTitleSld": attribute, bool, default "true"
     bool GetShowSpecialPlsOnTitleSld() const { return m_ShowSpecialPlsOnTitleSld; }
     void SetShowSpecialPlsOnTitleSld(bool value) { m_ShowSpecialPlsOnTitleSld = value; m_presence |= (1u << 17); }
     bool CheckShowSpecialPlsOnTitleSld() const { return (m_presence & (1u << 17)) != 0; }
+    // "rtl": attribute, bool, default "false"
     bool GetRtl() const { return m_Rtl; }
     void SetRtl(bool value) { m_Rtl = value; m_presence |= (1u << 18); }
     bool CheckRtl() const { return (m_presence & (1u << 18)) != 0; }
+    // "removePersonalInfoOnSave": attribute, bool, default "false"
     bool GetRemovePersonalInfoOnSave() const { return m_RemovePersonalInfoOnSave; }
     void SetRemovePersonalInfoOnSave(bool value) { m_RemovePersonalInfoOnSave = value; m_presence |= (1u << 19); }
     bool CheckRemovePersonalInfoOnSave() const { return (m_presence & (1u << 19)) != 0; }
+    // "compatMode": attribute, bool, default "false"
     bool GetCompatMode() const { return m_CompatMode; }
     void SetCompatMode(bool value) { m_CompatMode = value; m_presence |= (1u << 20); }
     bool CheckCompatMode() const { return (m_presence & (1u << 20)) != 0; }
+    // "strictFirstAndLastChars": attribute, bool, default "true"
     bool GetStrictFirstAndLastChars() const { return m_StrictFirstAndLastChars; }
     void SetStrictFirstAndLastChars(bool value) { m_StrictFirstAndLastChars = value; m_presence |= (1u << 21); }
     bool CheckStrictFirstAndLastChars() const { return (m_presence & (1u << 21)) != 0; }
+    // "embedTrueTypeFonts": attribute, bool, default "false"
     bool GetEmbedTrueTypeFonts() const { return m_EmbedTrueTypeFonts; }
     void SetEmbedTrueTypeFonts(bool value) { m_EmbedTrueTypeFonts = value; m_presence |= (1u << 22); }
     bool CheckEmbedTrueTypeFonts() const { return (m_presence & (1u << 22)) != 0; }
+    // "saveSubsetFonts": attribute, bool, default "false"
     bool GetSaveSubsetFonts() const { return m_SaveSubsetFonts; }
     void SetSaveSubsetFonts(bool value) { m_SaveSubsetFonts = value; m_presence |= (1u << 23); }
     bool CheckSaveSubsetFonts() const { return (m_presence & (1u << 23)) != 0; }
+    // "autoCompressPictures": attribute, bool, default "true"
     bool GetAutoCompressPictures() const { return m_AutoCompressPictures; }
     void SetAutoCompressPictures(bool value) { m_AutoCompressPictures = value; m_presence |= (1u << 24); }
     bool CheckAutoCompressPictures() const { return (m_presence & (1u << 24)) != 0; }
+    // "bookmarkIdSeed": attribute, unsigned int, default "1"
     unsigned int GetBookmarkIdSeed() const { return m_BookmarkIdSeed; }
     void SetBookmarkIdSeed(unsigned int value) { m_BookmarkIdSeed = value; m_presence |= (1u << 25); }
     bool CheckBookmarkIdSeed() const { return (m_presence & (1u << 25)) != 0; }
+    // "conformance": attribute, wxString
     wxString GetConformance() const;
     void SetConformance(wxString value);
     bool CheckConformance() const { return (m_presence & (1u << 26)) != 0; }
@@ -3779,21 +4182,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SlideListChoice
     EG_SlideListChoice* GetEG_SlideListChoice() const { return m_EG_SlideListChoice; }
     void SetEG_SlideListChoice(EG_SlideListChoice* value) { m_EG_SlideListChoice = value; m_presence |= (1u << 0); }
     bool CheckEG_SlideListChoice() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "showSpeakerNotes": attribute, bool, default "true"
     bool GetShowSpeakerNotes() const { return m_ShowSpeakerNotes; }
     void SetShowSpeakerNotes(bool value) { m_ShowSpeakerNotes = value; m_presence |= (1u << 2); }
     bool CheckShowSpeakerNotes() const { return (m_presence & (1u << 2)) != 0; }
+    // "target": attribute, wxString
     wxString GetTarget() const;
     void SetTarget(wxString value);
     bool CheckTarget() const { return (m_presence & (1u << 3)) != 0; }
+    // "title": attribute, wxString, default ""
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 4)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 5)) != 0; }
@@ -3819,33 +4228,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "showAnimation": attribute, bool, default "false"
     bool GetShowAnimation() const { return m_ShowAnimation; }
     void SetShowAnimation(bool value) { m_ShowAnimation = value; m_presence |= (1u << 1); }
     bool CheckShowAnimation() const { return (m_presence & (1u << 1)) != 0; }
+    // "resizeGraphics": attribute, bool, default "true"
     bool GetResizeGraphics() const { return m_ResizeGraphics; }
     void SetResizeGraphics(bool value) { m_ResizeGraphics = value; m_presence |= (1u << 2); }
     bool CheckResizeGraphics() const { return (m_presence & (1u << 2)) != 0; }
+    // "allowPng": attribute, bool, default "false"
     bool GetAllowPng() const { return m_AllowPng; }
     void SetAllowPng(bool value) { m_AllowPng = value; m_presence |= (1u << 3); }
     bool CheckAllowPng() const { return (m_presence & (1u << 3)) != 0; }
+    // "relyOnVml": attribute, bool, default "false"
     bool GetRelyOnVml() const { return m_RelyOnVml; }
     void SetRelyOnVml(bool value) { m_RelyOnVml = value; m_presence |= (1u << 4); }
     bool CheckRelyOnVml() const { return (m_presence & (1u << 4)) != 0; }
+    // "organizeInFolders": attribute, bool, default "true"
     bool GetOrganizeInFolders() const { return m_OrganizeInFolders; }
     void SetOrganizeInFolders(bool value) { m_OrganizeInFolders = value; m_presence |= (1u << 5); }
     bool CheckOrganizeInFolders() const { return (m_presence & (1u << 5)) != 0; }
+    // "useLongFilenames": attribute, bool, default "true"
     bool GetUseLongFilenames() const { return m_UseLongFilenames; }
     void SetUseLongFilenames(bool value) { m_UseLongFilenames = value; m_presence |= (1u << 6); }
     bool CheckUseLongFilenames() const { return (m_presence & (1u << 6)) != 0; }
+    // "imgSz": attribute, wxString, default "800x600"
     wxString GetImgSz() const;
     void SetImgSz(wxString value);
     bool CheckImgSz() const { return (m_presence & (1u << 7)) != 0; }
+    // "encoding": attribute, wxString, default ""
     wxString GetEncoding() const;
     void SetEncoding(wxString value);
     bool CheckEncoding() const { return (m_presence & (1u << 8)) != 0; }
+    // "clr": attribute, wxString, default "whiteTextOnBlack"
     wxString GetClr() const;
     void SetClr(wxString value);
     bool CheckClr() const { return (m_presence & (1u << 9)) != 0; }
@@ -3875,21 +4294,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "prnWhat": attribute, wxString, default "slides"
     wxString GetPrnWhat() const;
     void SetPrnWhat(wxString value);
     bool CheckPrnWhat() const { return (m_presence & (1u << 1)) != 0; }
+    // "clrMode": attribute, wxString, default "clr"
     wxString GetClrMode() const;
     void SetClrMode(wxString value);
     bool CheckClrMode() const { return (m_presence & (1u << 2)) != 0; }
+    // "hiddenSlides": attribute, bool, default "false"
     bool GetHiddenSlides() const { return m_HiddenSlides; }
     void SetHiddenSlides(bool value) { m_HiddenSlides = value; m_presence |= (1u << 3); }
     bool CheckHiddenSlides() const { return (m_presence & (1u << 3)) != 0; }
+    // "scaleToFitPaper": attribute, bool, default "false"
     bool GetScaleToFitPaper() const { return m_ScaleToFitPaper; }
     void SetScaleToFitPaper(bool value) { m_ScaleToFitPaper = value; m_presence |= (1u << 4); }
     bool CheckScaleToFitPaper() const { return (m_presence & (1u << 4)) != 0; }
+    // "frameSlides": attribute, bool, default "false"
     bool GetFrameSlides() const { return m_FrameSlides; }
     void SetFrameSlides(bool value) { m_FrameSlides = value; m_presence |= (1u << 5); }
     bool CheckFrameSlides() const { return (m_presence & (1u << 5)) != 0; }
@@ -3915,6 +4340,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "showScrollbar": attribute, bool, default "true"
     bool GetShowScrollbar() const { return m_ShowScrollbar; }
     void SetShowScrollbar(bool value) { m_ShowScrollbar = value; m_presence |= (1u << 0); }
     bool CheckShowScrollbar() const { return (m_presence & (1u << 0)) != 0; }
@@ -3935,6 +4361,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "restart": attribute, unsigned int, default "300000"
     unsigned int GetRestart() const { return m_Restart; }
     void SetRestart(unsigned int value) { m_Restart = value; m_presence |= (1u << 0); }
     bool CheckRestart() const { return (m_presence & (1u << 0)) != 0; }
@@ -3960,6 +4387,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ShowTypeData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ShowTypeData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -3985,12 +4413,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "present": child element
     CT_Empty* GetPresent() const { return m_Present; }
     void SetPresent(CT_Empty* value) { m_Present = value; m_presence |= (1u << 0); }
     bool CheckPresent() const { return (m_presence & (1u << 0)) != 0; }
+    // "browse": child element
     CT_ShowInfoBrowse* GetBrowse() const { return m_Browse; }
     void SetBrowse(CT_ShowInfoBrowse* value) { m_Browse = value; m_presence |= (1u << 1); }
     bool CheckBrowse() const { return (m_presence & (1u << 1)) != 0; }
+    // "kiosk": child element
     CT_ShowInfoKiosk* GetKiosk() const { return m_Kiosk; }
     void SetKiosk(CT_ShowInfoKiosk* value) { m_Kiosk = value; m_presence |= (1u << 2); }
     bool CheckKiosk() const { return (m_presence & (1u << 2)) != 0; }
@@ -4013,27 +4444,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShowType
     EG_ShowType* GetEG_ShowType() const { return m_EG_ShowType; }
     void SetEG_ShowType(EG_ShowType* value) { m_EG_ShowType = value; m_presence |= (1u << 0); }
     bool CheckEG_ShowType() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_SlideListChoice
     EG_SlideListChoice* GetEG_SlideListChoice() const { return m_EG_SlideListChoice; }
     void SetEG_SlideListChoice(EG_SlideListChoice* value) { m_EG_SlideListChoice = value; m_presence |= (1u << 1); }
     bool CheckEG_SlideListChoice() const { return (m_presence & (1u << 1)) != 0; }
+    // "penClr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* GetPenClr() const { return m_PenClr; }
     void SetPenClr(schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* value) { m_PenClr = value; m_presence |= (1u << 2); }
     bool CheckPenClr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "loop": attribute, bool, default "false"
     bool GetLoop() const { return m_Loop; }
     void SetLoop(bool value) { m_Loop = value; m_presence |= (1u << 4); }
     bool CheckLoop() const { return (m_presence & (1u << 4)) != 0; }
+    // "showNarration": attribute, bool, default "false"
     bool GetShowNarration() const { return m_ShowNarration; }
     void SetShowNarration(bool value) { m_ShowNarration = value; m_presence |= (1u << 5); }
     bool CheckShowNarration() const { return (m_presence & (1u << 5)) != 0; }
+    // "showAnimation": attribute, bool, default "true"
     bool GetShowAnimation() const { return m_ShowAnimation; }
     void SetShowAnimation(bool value) { m_ShowAnimation = value; m_presence |= (1u << 6); }
     bool CheckShowAnimation() const { return (m_presence & (1u << 6)) != 0; }
+    // "useTimings": attribute, bool, default "true"
     bool GetUseTimings() const { return m_UseTimings; }
     void SetUseTimings(bool value) { m_UseTimings = value; m_presence |= (1u << 7); }
     bool CheckUseTimings() const { return (m_presence & (1u << 7)) != 0; }
@@ -4061,21 +4500,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "htmlPubPr": child element
     CT_HtmlPublishProperties* GetHtmlPubPr() const { return m_HtmlPubPr; }
     void SetHtmlPubPr(CT_HtmlPublishProperties* value) { m_HtmlPubPr = value; m_presence |= (1u << 0); }
     bool CheckHtmlPubPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "webPr": child element
     CT_WebProperties* GetWebPr() const { return m_WebPr; }
     void SetWebPr(CT_WebProperties* value) { m_WebPr = value; m_presence |= (1u << 1); }
     bool CheckWebPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "prnPr": child element
     CT_PrintProperties* GetPrnPr() const { return m_PrnPr; }
     void SetPrnPr(CT_PrintProperties* value) { m_PrnPr = value; m_presence |= (1u << 2); }
     bool CheckPrnPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "showPr": child element
     CT_ShowProperties* GetShowPr() const { return m_ShowPr; }
     void SetShowPr(CT_ShowProperties* value) { m_ShowPr = value; m_presence |= (1u << 3); }
     bool CheckShowPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "clrMru": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMRU* GetClrMru() const { return m_ClrMru; }
     void SetClrMru(schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMRU* value) { m_ClrMru = value; m_presence |= (1u << 4); }
     bool CheckClrMru() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
@@ -4101,18 +4546,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "sldNum": attribute, bool, default "true"
     bool GetSldNum() const { return m_SldNum; }
     void SetSldNum(bool value) { m_SldNum = value; m_presence |= (1u << 1); }
     bool CheckSldNum() const { return (m_presence & (1u << 1)) != 0; }
+    // "hdr": attribute, bool, default "true"
     bool GetHdr() const { return m_Hdr; }
     void SetHdr(bool value) { m_Hdr = value; m_presence |= (1u << 2); }
     bool CheckHdr() const { return (m_presence & (1u << 2)) != 0; }
+    // "ftr": attribute, bool, default "true"
     bool GetFtr() const { return m_Ftr; }
     void SetFtr(bool value) { m_Ftr = value; m_presence |= (1u << 3); }
     bool CheckFtr() const { return (m_presence & (1u << 3)) != 0; }
+    // "dt": attribute, bool, default "true"
     bool GetDt() const { return m_Dt; }
     void SetDt(bool value) { m_Dt = value; m_presence |= (1u << 4); }
     bool CheckDt() const { return (m_presence & (1u << 4)) != 0; }
@@ -4137,21 +4587,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString, default "obj"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "orient": attribute, wxString, default "horz"
     wxString GetOrient() const;
     void SetOrient(wxString value);
     bool CheckOrient() const { return (m_presence & (1u << 2)) != 0; }
+    // "sz": attribute, wxString, default "full"
     wxString GetSz() const;
     void SetSz(wxString value);
     bool CheckSz() const { return (m_presence & (1u << 3)) != 0; }
+    // "idx": attribute, unsigned int, default "0"
     unsigned int GetIdx() const { return m_Idx; }
     void SetIdx(unsigned int value) { m_Idx = value; m_presence |= (1u << 4); }
     bool CheckIdx() const { return (m_presence & (1u << 4)) != 0; }
+    // "hasCustomPrompt": attribute, bool, default "false"
     bool GetHasCustomPrompt() const { return m_HasCustomPrompt; }
     void SetHasCustomPrompt(bool value) { m_HasCustomPrompt = value; m_presence |= (1u << 5); }
     bool CheckHasCustomPrompt() const { return (m_presence & (1u << 5)) != 0; }
@@ -4177,21 +4633,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ph": child element
     CT_Placeholder* GetPh() const { return m_Ph; }
     void SetPh(CT_Placeholder* value) { m_Ph = value; m_presence |= (1u << 0); }
     bool CheckPh() const { return (m_presence & (1u << 0)) != 0; }
+    // group a:EG_Media
     schemas_openxmlformats_org_drawingml_x2006_main::EG_Media* GetA_EG_Media() const { return m_A_EG_Media; }
     void SetA_EG_Media(schemas_openxmlformats_org_drawingml_x2006_main::EG_Media* value) { m_A_EG_Media = value; m_presence |= (1u << 1); }
     bool CheckA_EG_Media() const { return (m_presence & (1u << 1)) != 0; }
+    // "custDataLst": child element
     CT_CustomerDataList* GetCustDataLst() const { return m_CustDataLst; }
     void SetCustDataLst(CT_CustomerDataList* value) { m_CustDataLst = value; m_presence |= (1u << 2); }
     bool CheckCustDataLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "isPhoto": attribute, bool, default "false"
     bool GetIsPhoto() const { return m_IsPhoto; }
     void SetIsPhoto(bool value) { m_IsPhoto = value; m_presence |= (1u << 4); }
     bool CheckIsPhoto() const { return (m_presence & (1u << 4)) != 0; }
+    // "userDrawn": attribute, bool, default "false"
     bool GetUserDrawn() const { return m_UserDrawn; }
     void SetUserDrawn(bool value) { m_UserDrawn = value; m_presence |= (1u << 5); }
     bool CheckUserDrawn() const { return (m_presence & (1u << 5)) != 0; }
@@ -4217,12 +4679,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* GetCNvSpPr() const { return m_CNvSpPr; }
     void SetCNvSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* value) { m_CNvSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -4245,21 +4710,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvSpPr": child element
     CT_ShapeNonVisual* GetNvSpPr() const { return m_NvSpPr; }
     void SetNvSpPr(CT_ShapeNonVisual* value) { m_NvSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "txBody": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* GetTxBody() const { return m_TxBody; }
     void SetTxBody(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* value) { m_TxBody = value; m_presence |= (1u << 3); }
     bool CheckTxBody() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "useBgFill": attribute, bool, default "false"
     bool GetUseBgFill() const { return m_UseBgFill; }
     void SetUseBgFill(bool value) { m_UseBgFill = value; m_presence |= (1u << 5); }
     bool CheckUseBgFill() const { return (m_presence & (1u << 5)) != 0; }
@@ -4285,12 +4756,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvCxnSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* GetCNvCxnSpPr() const { return m_CNvCxnSpPr; }
     void SetCNvCxnSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* value) { m_CNvCxnSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -4313,15 +4787,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvCxnSpPr": child element
     CT_ConnectorNonVisual* GetNvCxnSpPr() const { return m_NvCxnSpPr; }
     void SetNvCxnSpPr(CT_ConnectorNonVisual* value) { m_NvCxnSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvCxnSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 1); }
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 2); }
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -4345,12 +4823,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvPicPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* GetCNvPicPr() const { return m_CNvPicPr; }
     void SetCNvPicPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* value) { m_CNvPicPr = value; m_presence |= (1u << 1); }
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -4373,18 +4854,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvPicPr": child element
     CT_PictureNonVisual* GetNvPicPr() const { return m_NvPicPr; }
     void SetNvPicPr(CT_PictureNonVisual* value) { m_NvPicPr = value; m_presence |= (1u << 0); }
     bool CheckNvPicPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "blipFill": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* GetBlipFill() const { return m_BlipFill; }
     void SetBlipFill(schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* value) { m_BlipFill = value; m_presence |= (1u << 1); }
     bool CheckBlipFill() const { return (m_presence & (1u << 1)) != 0; }
+    // "spPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* GetSpPr() const { return m_SpPr; }
     void SetSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* value) { m_SpPr = value; m_presence |= (1u << 2); }
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* GetStyle() const { return m_Style; }
     void SetStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -4409,12 +4895,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGraphicFramePr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* GetCNvGraphicFramePr() const { return m_CNvGraphicFramePr; }
     void SetCNvGraphicFramePr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* value) { m_CNvGraphicFramePr = value; m_presence |= (1u << 1); }
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -4437,18 +4926,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGraphicFramePr": child element
     CT_GraphicalObjectFrameNonVisual* GetNvGraphicFramePr() const { return m_NvGraphicFramePr; }
     void SetNvGraphicFramePr(CT_GraphicalObjectFrameNonVisual* value) { m_NvGraphicFramePr = value; m_presence |= (1u << 0); }
     bool CheckNvGraphicFramePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "xfrm": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* GetXfrm() const { return m_Xfrm; }
     void SetXfrm(schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* value) { m_Xfrm = value; m_presence |= (1u << 1); }
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
+    // "a:graphic": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* GetA_graphic() const { return m_A_graphic; }
     void SetA_graphic(schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* value) { m_A_graphic = value; m_presence |= (1u << 2); }
     bool CheckA_graphic() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "bwMode": attribute, wxString
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 4)) != 0; }
@@ -4473,12 +4967,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cNvPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* GetCNvPr() const { return m_CNvPr; }
     void SetCNvPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* value) { m_CNvPr = value; m_presence |= (1u << 0); }
     bool CheckCNvPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "cNvGrpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* GetCNvGrpSpPr() const { return m_CNvGrpSpPr; }
     void SetCNvGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* value) { m_CNvGrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "nvPr": child element
     CT_ApplicationNonVisualDrawingProps* GetNvPr() const { return m_NvPr; }
     void SetNvPr(CT_ApplicationNonVisualDrawingProps* value) { m_NvPr = value; m_presence |= (1u << 2); }
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -4501,15 +4998,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nvGrpSpPr": child element
     CT_GroupShapeNonVisual* GetNvGrpSpPr() const { return m_NvGrpSpPr; }
     void SetNvGrpSpPr(CT_GroupShapeNonVisual* value) { m_NvGrpSpPr = value; m_presence |= (1u << 0); }
     bool CheckNvGrpSpPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSpPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* GetGrpSpPr() const { return m_GrpSpPr; }
     void SetGrpSpPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* value) { m_GrpSpPr = value; m_presence |= (1u << 1); }
     bool CheckGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_GroupShapeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GroupShapeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -4538,21 +5039,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "sp": child element
     CT_Shape* GetSp() const { return m_Sp; }
     void SetSp(CT_Shape* value) { m_Sp = value; m_presence |= (1u << 0); }
     bool CheckSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "grpSp": child element
     CT_GroupShape* GetGrpSp() const { return m_GrpSp; }
     void SetGrpSp(CT_GroupShape* value) { m_GrpSp = value; m_presence |= (1u << 1); }
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
+    // "graphicFrame": child element
     CT_GraphicalObjectFrame* GetGraphicFrame() const { return m_GraphicFrame; }
     void SetGraphicFrame(CT_GraphicalObjectFrame* value) { m_GraphicFrame = value; m_presence |= (1u << 2); }
     bool CheckGraphicFrame() const { return (m_presence & (1u << 2)) != 0; }
+    // "cxnSp": child element
     CT_Connector* GetCxnSp() const { return m_CxnSp; }
     void SetCxnSp(CT_Connector* value) { m_CxnSp = value; m_presence |= (1u << 3); }
     bool CheckCxnSp() const { return (m_presence & (1u << 3)) != 0; }
+    // "pic": child element
     CT_Picture* GetPic() const { return m_Pic; }
     void SetPic(CT_Picture* value) { m_Pic = value; m_presence |= (1u << 4); }
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
+    // "contentPart": child element
     CT_Rel* GetContentPart() const { return m_ContentPart; }
     void SetContentPart(CT_Rel* value) { m_ContentPart = value; m_presence |= (1u << 5); }
     bool CheckContentPart() const { return (m_presence & (1u << 5)) != 0; }
@@ -4578,6 +5085,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -4603,6 +5111,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "clrMap": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* GetClrMap() const { return m_ClrMap; }
     void SetClrMap(schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* value) { m_ClrMap = value; m_presence |= (1u << 0); }
     bool CheckClrMap() const { return (m_presence & (1u << 0)) != 0; }
@@ -4628,6 +5137,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "clrMapOvr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMappingOverride* GetClrMapOvr() const { return m_ClrMapOvr; }
     void SetClrMapOvr(schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMappingOverride* value) { m_ClrMapOvr = value; m_presence |= (1u << 0); }
     bool CheckClrMapOvr() const { return (m_presence & (1u << 0)) != 0; }
@@ -4653,9 +5163,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "showMasterSp": attribute, bool, default "true"
     bool GetShowMasterSp() const { return m_ShowMasterSp; }
     void SetShowMasterSp(bool value) { m_ShowMasterSp = value; m_presence |= (1u << 0); }
     bool CheckShowMasterSp() const { return (m_presence & (1u << 0)) != 0; }
+    // "showMasterPhAnim": attribute, bool, default "true"
     bool GetShowMasterPhAnim() const { return m_ShowMasterPhAnim; }
     void SetShowMasterPhAnim(bool value) { m_ShowMasterPhAnim = value; m_presence |= (1u << 1); }
     bool CheckShowMasterPhAnim() const { return (m_presence & (1u << 1)) != 0; }
@@ -4677,15 +5189,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group a:EG_FillProperties
     schemas_openxmlformats_org_drawingml_x2006_main::EG_FillProperties* GetA_EG_FillProperties() const { return m_A_EG_FillProperties; }
     void SetA_EG_FillProperties(schemas_openxmlformats_org_drawingml_x2006_main::EG_FillProperties* value) { m_A_EG_FillProperties = value; m_presence |= (1u << 0); }
     bool CheckA_EG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
+    // group a:EG_EffectProperties
     schemas_openxmlformats_org_drawingml_x2006_main::EG_EffectProperties* GetA_EG_EffectProperties() const { return m_A_EG_EffectProperties; }
     void SetA_EG_EffectProperties(schemas_openxmlformats_org_drawingml_x2006_main::EG_EffectProperties* value) { m_A_EG_EffectProperties = value; m_presence |= (1u << 1); }
     bool CheckA_EG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "shadeToTitle": attribute, bool, default "false"
     bool GetShadeToTitle() const { return m_ShadeToTitle; }
     void SetShadeToTitle(bool value) { m_ShadeToTitle = value; m_presence |= (1u << 3); }
     bool CheckShadeToTitle() const { return (m_presence & (1u << 3)) != 0; }
@@ -4714,6 +5230,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_BackgroundData__* GetData__() const { return m_Data__; }
     void SetData__(EG_BackgroundData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4739,9 +5256,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bgPr": child element
     CT_BackgroundProperties* GetBgPr() const { return m_BgPr; }
     void SetBgPr(CT_BackgroundProperties* value) { m_BgPr = value; m_presence |= (1u << 0); }
     bool CheckBgPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "bgRef": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_StyleMatrixReference* GetBgRef() const { return m_BgRef; }
     void SetBgRef(schemas_openxmlformats_org_drawingml_x2006_main::CT_StyleMatrixReference* value) { m_BgRef = value; m_presence |= (1u << 1); }
     bool CheckBgRef() const { return (m_presence & (1u << 1)) != 0; }
@@ -4763,9 +5282,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_Background
     EG_Background* GetEG_Background() const { return m_EG_Background; }
     void SetEG_Background(EG_Background* value) { m_EG_Background = value; m_presence |= (1u << 0); }
     bool CheckEG_Background() const { return (m_presence & (1u << 0)) != 0; }
+    // "bwMode": attribute, wxString, default "white"
     wxString GetBwMode() const;
     void SetBwMode(wxString value);
     bool CheckBwMode() const { return (m_presence & (1u << 1)) != 0; }
@@ -4787,21 +5308,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bg": child element
     CT_Background* GetBg() const { return m_Bg; }
     void SetBg(CT_Background* value) { m_Bg = value; m_presence |= (1u << 0); }
     bool CheckBg() const { return (m_presence & (1u << 0)) != 0; }
+    // "spTree": child element
     CT_GroupShape* GetSpTree() const { return m_SpTree; }
     void SetSpTree(CT_GroupShape* value) { m_SpTree = value; m_presence |= (1u << 1); }
     bool CheckSpTree() const { return (m_presence & (1u << 1)) != 0; }
+    // "custDataLst": child element
     CT_CustomerDataList* GetCustDataLst() const { return m_CustDataLst; }
     void SetCustDataLst(CT_CustomerDataList* value) { m_CustDataLst = value; m_presence |= (1u << 2); }
     bool CheckCustDataLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "controls": child element
     CT_ControlList* GetControls() const { return m_Controls; }
     void SetControls(CT_ControlList* value) { m_Controls = value; m_presence |= (1u << 3); }
     bool CheckControls() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "name": attribute, wxString, default ""
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
@@ -4827,24 +5354,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ChildSlide
     EG_ChildSlide* GetEG_ChildSlide() const { return m_EG_ChildSlide; }
     void SetEG_ChildSlide(EG_ChildSlide* value) { m_EG_ChildSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_ChildSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "transition": child element
     CT_SlideTransition* GetTransition() const { return m_Transition; }
     void SetTransition(CT_SlideTransition* value) { m_Transition = value; m_presence |= (1u << 2); }
     bool CheckTransition() const { return (m_presence & (1u << 2)) != 0; }
+    // "timing": child element
     CT_SlideTiming* GetTiming() const { return m_Timing; }
     void SetTiming(CT_SlideTiming* value) { m_Timing = value; m_presence |= (1u << 3); }
     bool CheckTiming() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // attribute group AG_ChildSlide
     AG_ChildSlide* GetAG_ChildSlide() const { return m_AG_ChildSlide; }
     void SetAG_ChildSlide(AG_ChildSlide* value) { m_AG_ChildSlide = value; m_presence |= (1u << 5); }
     bool CheckAG_ChildSlide() const { return (m_presence & (1u << 5)) != 0; }
+    // "show": attribute, bool, default "true"
     bool GetShow() const { return m_Show; }
     void SetShow(bool value) { m_Show = value; m_presence |= (1u << 6); }
     bool CheckShow() const { return (m_presence & (1u << 6)) != 0; }
@@ -4871,36 +5405,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ChildSlide
     EG_ChildSlide* GetEG_ChildSlide() const { return m_EG_ChildSlide; }
     void SetEG_ChildSlide(EG_ChildSlide* value) { m_EG_ChildSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_ChildSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "transition": child element
     CT_SlideTransition* GetTransition() const { return m_Transition; }
     void SetTransition(CT_SlideTransition* value) { m_Transition = value; m_presence |= (1u << 2); }
     bool CheckTransition() const { return (m_presence & (1u << 2)) != 0; }
+    // "timing": child element
     CT_SlideTiming* GetTiming() const { return m_Timing; }
     void SetTiming(CT_SlideTiming* value) { m_Timing = value; m_presence |= (1u << 3); }
     bool CheckTiming() const { return (m_presence & (1u << 3)) != 0; }
+    // "hf": child element
     CT_HeaderFooter* GetHf() const { return m_Hf; }
     void SetHf(CT_HeaderFooter* value) { m_Hf = value; m_presence |= (1u << 4); }
     bool CheckHf() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // attribute group AG_ChildSlide
     AG_ChildSlide* GetAG_ChildSlide() const { return m_AG_ChildSlide; }
     void SetAG_ChildSlide(AG_ChildSlide* value) { m_AG_ChildSlide = value; m_presence |= (1u << 6); }
     bool CheckAG_ChildSlide() const { return (m_presence & (1u << 6)) != 0; }
+    // "matchingName": attribute, wxString, default ""
     wxString GetMatchingName() const;
     void SetMatchingName(wxString value);
     bool CheckMatchingName() const { return (m_presence & (1u << 7)) != 0; }
+    // "type": attribute, wxString, default "cust"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 8)) != 0; }
+    // "preserve": attribute, bool, default "false"
     bool GetPreserve() const { return m_Preserve; }
     void SetPreserve(bool value) { m_Preserve = value; m_presence |= (1u << 9); }
     bool CheckPreserve() const { return (m_presence & (1u << 9)) != 0; }
+    // "userDrawn": attribute, bool, default "false"
     bool GetUserDrawn() const { return m_UserDrawn; }
     void SetUserDrawn(bool value) { m_UserDrawn = value; m_presence |= (1u << 10); }
     bool CheckUserDrawn() const { return (m_presence & (1u << 10)) != 0; }
@@ -4931,15 +5476,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "titleStyle": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* GetTitleStyle() const { return m_TitleStyle; }
     void SetTitleStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* value) { m_TitleStyle = value; m_presence |= (1u << 0); }
     bool CheckTitleStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "bodyStyle": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* GetBodyStyle() const { return m_BodyStyle; }
     void SetBodyStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* value) { m_BodyStyle = value; m_presence |= (1u << 1); }
     bool CheckBodyStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "otherStyle": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* GetOtherStyle() const { return m_OtherStyle; }
     void SetOtherStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* value) { m_OtherStyle = value; m_presence |= (1u << 2); }
     bool CheckOtherStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -4963,12 +5512,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
@@ -4991,6 +5543,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sldLayoutId": child element, repeated
     XMLPtrArray<CT_SlideLayoutIdListEntry> GetSldLayoutId() const;
     void SetSldLayoutId(XMLPtrArray<CT_SlideLayoutIdListEntry> value);
     bool CheckSldLayoutId() const { return (m_presence & (1u << 0)) != 0; }
@@ -5011,30 +5564,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_TopLevelSlide
     EG_TopLevelSlide* GetEG_TopLevelSlide() const { return m_EG_TopLevelSlide; }
     void SetEG_TopLevelSlide(EG_TopLevelSlide* value) { m_EG_TopLevelSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_TopLevelSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "sldLayoutIdLst": child element
     CT_SlideLayoutIdList* GetSldLayoutIdLst() const { return m_SldLayoutIdLst; }
     void SetSldLayoutIdLst(CT_SlideLayoutIdList* value) { m_SldLayoutIdLst = value; m_presence |= (1u << 2); }
     bool CheckSldLayoutIdLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "transition": child element
     CT_SlideTransition* GetTransition() const { return m_Transition; }
     void SetTransition(CT_SlideTransition* value) { m_Transition = value; m_presence |= (1u << 3); }
     bool CheckTransition() const { return (m_presence & (1u << 3)) != 0; }
+    // "timing": child element
     CT_SlideTiming* GetTiming() const { return m_Timing; }
     void SetTiming(CT_SlideTiming* value) { m_Timing = value; m_presence |= (1u << 4); }
     bool CheckTiming() const { return (m_presence & (1u << 4)) != 0; }
+    // "hf": child element
     CT_HeaderFooter* GetHf() const { return m_Hf; }
     void SetHf(CT_HeaderFooter* value) { m_Hf = value; m_presence |= (1u << 5); }
     bool CheckHf() const { return (m_presence & (1u << 5)) != 0; }
+    // "txStyles": child element
     CT_SlideMasterTextStyles* GetTxStyles() const { return m_TxStyles; }
     void SetTxStyles(CT_SlideMasterTextStyles* value) { m_TxStyles = value; m_presence |= (1u << 6); }
     bool CheckTxStyles() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "preserve": attribute, bool, default "false"
     bool GetPreserve() const { return m_Preserve; }
     void SetPreserve(bool value) { m_Preserve = value; m_presence |= (1u << 8); }
     bool CheckPreserve() const { return (m_presence & (1u << 8)) != 0; }
@@ -5063,15 +5625,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_TopLevelSlide
     EG_TopLevelSlide* GetEG_TopLevelSlide() const { return m_EG_TopLevelSlide; }
     void SetEG_TopLevelSlide(EG_TopLevelSlide* value) { m_EG_TopLevelSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_TopLevelSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "hf": child element
     CT_HeaderFooter* GetHf() const { return m_Hf; }
     void SetHf(CT_HeaderFooter* value) { m_Hf = value; m_presence |= (1u << 2); }
     bool CheckHf() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
@@ -5095,18 +5661,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_TopLevelSlide
     EG_TopLevelSlide* GetEG_TopLevelSlide() const { return m_EG_TopLevelSlide; }
     void SetEG_TopLevelSlide(EG_TopLevelSlide* value) { m_EG_TopLevelSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_TopLevelSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "hf": child element
     CT_HeaderFooter* GetHf() const { return m_Hf; }
     void SetHf(CT_HeaderFooter* value) { m_Hf = value; m_presence |= (1u << 2); }
     bool CheckHf() const { return (m_presence & (1u << 2)) != 0; }
+    // "notesStyle": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* GetNotesStyle() const { return m_NotesStyle; }
     void SetNotesStyle(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* value) { m_NotesStyle = value; m_presence |= (1u << 3); }
     bool CheckNotesStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -5131,15 +5702,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSld": child element
     CT_CommonSlideData* GetCSld() const { return m_CSld; }
     void SetCSld(CT_CommonSlideData* value) { m_CSld = value; m_presence |= (1u << 0); }
     bool CheckCSld() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ChildSlide
     EG_ChildSlide* GetEG_ChildSlide() const { return m_EG_ChildSlide; }
     void SetEG_ChildSlide(EG_ChildSlide* value) { m_EG_ChildSlide = value; m_presence |= (1u << 1); }
     bool CheckEG_ChildSlide() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionListModify* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionListModify* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_ChildSlide
     AG_ChildSlide* GetAG_ChildSlide() const { return m_AG_ChildSlide; }
     void SetAG_ChildSlide(AG_ChildSlide* value) { m_AG_ChildSlide = value; m_presence |= (1u << 3); }
     bool CheckAG_ChildSlide() const { return (m_presence & (1u << 3)) != 0; }
@@ -5163,15 +5738,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "serverSldId": attribute, wxString
     wxString GetServerSldId() const;
     void SetServerSldId(wxString value);
     bool CheckServerSldId() const { return (m_presence & (1u << 1)) != 0; }
+    // "serverSldModifiedTime": attribute, wxString
     wxString GetServerSldModifiedTime() const;
     void SetServerSldModifiedTime(wxString value);
     bool CheckServerSldModifiedTime() const { return (m_presence & (1u << 2)) != 0; }
+    // "clientInsertedTime": attribute, wxString
     wxString GetClientInsertedTime() const;
     void SetClientInsertedTime(wxString value);
     bool CheckClientInsertedTime() const { return (m_presence & (1u << 3)) != 0; }
@@ -5195,9 +5774,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -5219,6 +5800,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tag": child element, repeated
     XMLPtrArray<CT_StringTag> GetTag() const;
     void SetTag(XMLPtrArray<CT_StringTag> value);
     bool CheckTag() const { return (m_presence & (1u << 0)) != 0; }
@@ -5239,9 +5821,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sz": attribute, wxAny
     wxAny GetSz() const;
     void SetSz(wxAny value);
     bool CheckSz() const { return (m_presence & (1u << 0)) != 0; }
+    // "autoAdjust": attribute, bool, default "true"
     bool GetAutoAdjust() const { return m_AutoAdjust; }
     void SetAutoAdjust(bool value) { m_AutoAdjust = value; m_presence |= (1u << 1); }
     bool CheckAutoAdjust() const { return (m_presence & (1u << 1)) != 0; }
@@ -5263,27 +5847,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "restoredLeft": child element
     CT_NormalViewPortion* GetRestoredLeft() const { return m_RestoredLeft; }
     void SetRestoredLeft(CT_NormalViewPortion* value) { m_RestoredLeft = value; m_presence |= (1u << 0); }
     bool CheckRestoredLeft() const { return (m_presence & (1u << 0)) != 0; }
+    // "restoredTop": child element
     CT_NormalViewPortion* GetRestoredTop() const { return m_RestoredTop; }
     void SetRestoredTop(CT_NormalViewPortion* value) { m_RestoredTop = value; m_presence |= (1u << 1); }
     bool CheckRestoredTop() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "showOutlineIcons": attribute, bool, default "true"
     bool GetShowOutlineIcons() const { return m_ShowOutlineIcons; }
     void SetShowOutlineIcons(bool value) { m_ShowOutlineIcons = value; m_presence |= (1u << 3); }
     bool CheckShowOutlineIcons() const { return (m_presence & (1u << 3)) != 0; }
+    // "snapVertSplitter": attribute, bool, default "false"
     bool GetSnapVertSplitter() const { return m_SnapVertSplitter; }
     void SetSnapVertSplitter(bool value) { m_SnapVertSplitter = value; m_presence |= (1u << 4); }
     bool CheckSnapVertSplitter() const { return (m_presence & (1u << 4)) != 0; }
+    // "vertBarState": attribute, wxString, default "restored"
     wxString GetVertBarState() const;
     void SetVertBarState(wxString value);
     bool CheckVertBarState() const { return (m_presence & (1u << 5)) != 0; }
+    // "horzBarState": attribute, wxString, default "restored"
     wxString GetHorzBarState() const;
     void SetHorzBarState(wxString value);
     bool CheckHorzBarState() const { return (m_presence & (1u << 6)) != 0; }
+    // "preferSingleView": attribute, bool, default "false"
     bool GetPreferSingleView() const { return m_PreferSingleView; }
     void SetPreferSingleView(bool value) { m_PreferSingleView = value; m_presence |= (1u << 7); }
     bool CheckPreferSingleView() const { return (m_presence & (1u << 7)) != 0; }
@@ -5311,12 +5903,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "scale": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Scale2D* GetScale() const { return m_Scale; }
     void SetScale(schemas_openxmlformats_org_drawingml_x2006_main::CT_Scale2D* value) { m_Scale = value; m_presence |= (1u << 0); }
     bool CheckScale() const { return (m_presence & (1u << 0)) != 0; }
+    // "origin": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* GetOrigin() const { return m_Origin; }
     void SetOrigin(schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* value) { m_Origin = value; m_presence |= (1u << 1); }
     bool CheckOrigin() const { return (m_presence & (1u << 1)) != 0; }
+    // "varScale": attribute, bool, default "false"
     bool GetVarScale() const { return m_VarScale; }
     void SetVarScale(bool value) { m_VarScale = value; m_presence |= (1u << 2); }
     bool CheckVarScale() const { return (m_presence & (1u << 2)) != 0; }
@@ -5339,9 +5934,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cViewPr": child element
     CT_CommonViewProperties* GetCViewPr() const { return m_CViewPr; }
     void SetCViewPr(CT_CommonViewProperties* value) { m_CViewPr = value; m_presence |= (1u << 0); }
     bool CheckCViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -5363,9 +5960,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
+    // "collapse": attribute, bool, default "false"
     bool GetCollapse() const { return m_Collapse; }
     void SetCollapse(bool value) { m_Collapse = value; m_presence |= (1u << 1); }
     bool CheckCollapse() const { return (m_presence & (1u << 1)) != 0; }
@@ -5387,6 +5986,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sld": child element, repeated
     XMLPtrArray<CT_OutlineViewSlideEntry> GetSld() const;
     void SetSld(XMLPtrArray<CT_OutlineViewSlideEntry> value);
     bool CheckSld() const { return (m_presence & (1u << 0)) != 0; }
@@ -5407,12 +6007,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cViewPr": child element
     CT_CommonViewProperties* GetCViewPr() const { return m_CViewPr; }
     void SetCViewPr(CT_CommonViewProperties* value) { m_CViewPr = value; m_presence |= (1u << 0); }
     bool CheckCViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sldLst": child element
     CT_OutlineViewSlideList* GetSldLst() const { return m_SldLst; }
     void SetSldLst(CT_OutlineViewSlideList* value) { m_SldLst = value; m_presence |= (1u << 1); }
     bool CheckSldLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -5435,12 +6038,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cViewPr": child element
     CT_CommonViewProperties* GetCViewPr() const { return m_CViewPr; }
     void SetCViewPr(CT_CommonViewProperties* value) { m_CViewPr = value; m_presence |= (1u << 0); }
     bool CheckCViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "showFormatting": attribute, bool, default "true"
     bool GetShowFormatting() const { return m_ShowFormatting; }
     void SetShowFormatting(bool value) { m_ShowFormatting = value; m_presence |= (1u << 2); }
     bool CheckShowFormatting() const { return (m_presence & (1u << 2)) != 0; }
@@ -5463,9 +6069,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "orient": attribute, wxString, default "vert"
     wxString GetOrient() const;
     void SetOrient(wxString value);
     bool CheckOrient() const { return (m_presence & (1u << 0)) != 0; }
+    // "pos": attribute, wxAny, default "0"
     wxAny GetPos() const;
     void SetPos(wxAny value);
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
@@ -5487,6 +6095,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "guide": child element, repeated
     XMLPtrArray<CT_Guide> GetGuide() const;
     void SetGuide(XMLPtrArray<CT_Guide> value);
     bool CheckGuide() const { return (m_presence & (1u << 0)) != 0; }
@@ -5507,18 +6116,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cViewPr": child element
     CT_CommonViewProperties* GetCViewPr() const { return m_CViewPr; }
     void SetCViewPr(CT_CommonViewProperties* value) { m_CViewPr = value; m_presence |= (1u << 0); }
     bool CheckCViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "guideLst": child element
     CT_GuideList* GetGuideLst() const { return m_GuideLst; }
     void SetGuideLst(CT_GuideList* value) { m_GuideLst = value; m_presence |= (1u << 1); }
     bool CheckGuideLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "snapToGrid": attribute, bool, default "true"
     bool GetSnapToGrid() const { return m_SnapToGrid; }
     void SetSnapToGrid(bool value) { m_SnapToGrid = value; m_presence |= (1u << 2); }
     bool CheckSnapToGrid() const { return (m_presence & (1u << 2)) != 0; }
+    // "snapToObjects": attribute, bool, default "false"
     bool GetSnapToObjects() const { return m_SnapToObjects; }
     void SetSnapToObjects(bool value) { m_SnapToObjects = value; m_presence |= (1u << 3); }
     bool CheckSnapToObjects() const { return (m_presence & (1u << 3)) != 0; }
+    // "showGuides": attribute, bool, default "false"
     bool GetShowGuides() const { return m_ShowGuides; }
     void SetShowGuides(bool value) { m_ShowGuides = value; m_presence |= (1u << 4); }
     bool CheckShowGuides() const { return (m_presence & (1u << 4)) != 0; }
@@ -5543,9 +6157,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSldViewPr": child element
     CT_CommonSlideViewProperties* GetCSldViewPr() const { return m_CSldViewPr; }
     void SetCSldViewPr(CT_CommonSlideViewProperties* value) { m_CSldViewPr = value; m_presence |= (1u << 0); }
     bool CheckCSldViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -5567,9 +6183,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cSldViewPr": child element
     CT_CommonSlideViewProperties* GetCSldViewPr() const { return m_CSldViewPr; }
     void SetCSldViewPr(CT_CommonSlideViewProperties* value) { m_CSldViewPr = value; m_presence |= (1u << 0); }
     bool CheckCSldViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -5591,33 +6209,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "normalViewPr": child element
     CT_NormalViewProperties* GetNormalViewPr() const { return m_NormalViewPr; }
     void SetNormalViewPr(CT_NormalViewProperties* value) { m_NormalViewPr = value; m_presence |= (1u << 0); }
     bool CheckNormalViewPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "slideViewPr": child element
     CT_SlideViewProperties* GetSlideViewPr() const { return m_SlideViewPr; }
     void SetSlideViewPr(CT_SlideViewProperties* value) { m_SlideViewPr = value; m_presence |= (1u << 1); }
     bool CheckSlideViewPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "outlineViewPr": child element
     CT_OutlineViewProperties* GetOutlineViewPr() const { return m_OutlineViewPr; }
     void SetOutlineViewPr(CT_OutlineViewProperties* value) { m_OutlineViewPr = value; m_presence |= (1u << 2); }
     bool CheckOutlineViewPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "notesTextViewPr": child element
     CT_NotesTextViewProperties* GetNotesTextViewPr() const { return m_NotesTextViewPr; }
     void SetNotesTextViewPr(CT_NotesTextViewProperties* value) { m_NotesTextViewPr = value; m_presence |= (1u << 3); }
     bool CheckNotesTextViewPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "sorterViewPr": child element
     CT_SlideSorterViewProperties* GetSorterViewPr() const { return m_SorterViewPr; }
     void SetSorterViewPr(CT_SlideSorterViewProperties* value) { m_SorterViewPr = value; m_presence |= (1u << 4); }
     bool CheckSorterViewPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "notesViewPr": child element
     CT_NotesViewProperties* GetNotesViewPr() const { return m_NotesViewPr; }
     void SetNotesViewPr(CT_NotesViewProperties* value) { m_NotesViewPr = value; m_presence |= (1u << 5); }
     bool CheckNotesViewPr() const { return (m_presence & (1u << 5)) != 0; }
+    // "gridSpacing": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* GetGridSpacing() const { return m_GridSpacing; }
     void SetGridSpacing(schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* value) { m_GridSpacing = value; m_presence |= (1u << 6); }
     bool CheckGridSpacing() const { return (m_presence & (1u << 6)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 7); }
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
+    // "lastView": attribute, wxString, default "sldView"
     wxString GetLastView() const;
     void SetLastView(wxString value);
     bool CheckLastView() const { return (m_presence & (1u << 8)) != 0; }
+    // "showComments": attribute, bool, default "true"
     bool GetShowComments() const { return m_ShowComments; }
     void SetShowComments(bool value) { m_ShowComments = value; m_presence |= (1u << 9); }
     bool CheckShowComments() const { return (m_presence & (1u << 9)) != 0; }

@@ -414,15 +414,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "filterColumn": child element, repeated
     XMLPtrArray<CT_FilterColumn> GetFilterColumn() const;
     void SetFilterColumn(XMLPtrArray<CT_FilterColumn> value);
     bool CheckFilterColumn() const { return (m_presence & (1u << 0)) != 0; }
+    // "sortState": child element
     CT_SortState* GetSortState() const { return m_SortState; }
     void SetSortState(CT_SortState* value) { m_SortState = value; m_presence |= (1u << 1); }
     bool CheckSortState() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 3)) != 0; }
@@ -446,15 +450,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_FilterColumnData__* GetData__() const { return m_Data__; }
     void SetData__(CT_FilterColumnData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "colId": attribute, unsigned int
     unsigned int GetColId() const { return m_ColId; }
     void SetColId(unsigned int value) { m_ColId = value; m_presence |= (1u << 1); }
     bool CheckColId() const { return (m_presence & (1u << 1)) != 0; }
+    // "hiddenButton": attribute, bool, default "false"
     bool GetHiddenButton() const { return m_HiddenButton; }
     void SetHiddenButton(bool value) { m_HiddenButton = value; m_presence |= (1u << 2); }
     bool CheckHiddenButton() const { return (m_presence & (1u << 2)) != 0; }
+    // "showButton": attribute, bool, default "true"
     bool GetShowButton() const { return m_ShowButton; }
     void SetShowButton(bool value) { m_ShowButton = value; m_presence |= (1u << 3); }
     bool CheckShowButton() const { return (m_presence & (1u << 3)) != 0; }
@@ -483,24 +491,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "filters": child element
     CT_Filters* GetFilters() const { return m_Filters; }
     void SetFilters(CT_Filters* value) { m_Filters = value; m_presence |= (1u << 0); }
     bool CheckFilters() const { return (m_presence & (1u << 0)) != 0; }
+    // "top10": child element
     CT_Top10* GetTop10() const { return m_Top10; }
     void SetTop10(CT_Top10* value) { m_Top10 = value; m_presence |= (1u << 1); }
     bool CheckTop10() const { return (m_presence & (1u << 1)) != 0; }
+    // "customFilters": child element
     CT_CustomFilters* GetCustomFilters() const { return m_CustomFilters; }
     void SetCustomFilters(CT_CustomFilters* value) { m_CustomFilters = value; m_presence |= (1u << 2); }
     bool CheckCustomFilters() const { return (m_presence & (1u << 2)) != 0; }
+    // "dynamicFilter": child element
     CT_DynamicFilter* GetDynamicFilter() const { return m_DynamicFilter; }
     void SetDynamicFilter(CT_DynamicFilter* value) { m_DynamicFilter = value; m_presence |= (1u << 3); }
     bool CheckDynamicFilter() const { return (m_presence & (1u << 3)) != 0; }
+    // "colorFilter": child element
     CT_ColorFilter* GetColorFilter() const { return m_ColorFilter; }
     void SetColorFilter(CT_ColorFilter* value) { m_ColorFilter = value; m_presence |= (1u << 4); }
     bool CheckColorFilter() const { return (m_presence & (1u << 4)) != 0; }
+    // "iconFilter": child element
     CT_IconFilter* GetIconFilter() const { return m_IconFilter; }
     void SetIconFilter(CT_IconFilter* value) { m_IconFilter = value; m_presence |= (1u << 5); }
     bool CheckIconFilter() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -527,15 +542,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "filter": child element, repeated
     XMLPtrArray<CT_Filter> GetFilter() const;
     void SetFilter(XMLPtrArray<CT_Filter> value);
     bool CheckFilter() const { return (m_presence & (1u << 0)) != 0; }
+    // "dateGroupItem": child element, repeated
     XMLPtrArray<CT_DateGroupItem> GetDateGroupItem() const;
     void SetDateGroupItem(XMLPtrArray<CT_DateGroupItem> value);
     bool CheckDateGroupItem() const { return (m_presence & (1u << 1)) != 0; }
+    // "blank": attribute, bool, default "false"
     bool GetBlank() const { return m_Blank; }
     void SetBlank(bool value) { m_Blank = value; m_presence |= (1u << 2); }
     bool CheckBlank() const { return (m_presence & (1u << 2)) != 0; }
+    // "calendarType": attribute, wxString, default "none"
     wxString GetCalendarType() const;
     void SetCalendarType(wxString value);
     bool CheckCalendarType() const { return (m_presence & (1u << 3)) != 0; }
@@ -559,6 +578,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -579,9 +599,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customFilter": child element, repeated
     XMLPtrArray<CT_CustomFilter> GetCustomFilter() const;
     void SetCustomFilter(XMLPtrArray<CT_CustomFilter> value);
     bool CheckCustomFilter() const { return (m_presence & (1u << 0)) != 0; }
+    // "and": attribute, bool, default "false"
     bool GetAnd() const { return m_And; }
     void SetAnd(bool value) { m_And = value; m_presence |= (1u << 1); }
     bool CheckAnd() const { return (m_presence & (1u << 1)) != 0; }
@@ -603,9 +625,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "operator": attribute, wxString, default "equal"
     wxString GetOperator() const;
     void SetOperator(wxString value);
     bool CheckOperator() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -627,15 +651,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": attribute, bool, default "true"
     bool GetTop() const { return m_Top; }
     void SetTop(bool value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "percent": attribute, bool, default "false"
     bool GetPercent() const { return m_Percent; }
     void SetPercent(bool value) { m_Percent = value; m_presence |= (1u << 1); }
     bool CheckPercent() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 2); }
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "filterVal": attribute, double
     double GetFilterVal() const { return m_FilterVal; }
     void SetFilterVal(double value) { m_FilterVal = value; m_presence |= (1u << 3); }
     bool CheckFilterVal() const { return (m_presence & (1u << 3)) != 0; }
@@ -659,9 +687,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dxfId": attribute, unsigned int
     unsigned int GetDxfId() const { return m_DxfId; }
     void SetDxfId(unsigned int value) { m_DxfId = value; m_presence |= (1u << 0); }
     bool CheckDxfId() const { return (m_presence & (1u << 0)) != 0; }
+    // "cellColor": attribute, bool, default "true"
     bool GetCellColor() const { return m_CellColor; }
     void SetCellColor(bool value) { m_CellColor = value; m_presence |= (1u << 1); }
     bool CheckCellColor() const { return (m_presence & (1u << 1)) != 0; }
@@ -683,9 +713,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "iconSet": attribute, wxString
     wxString GetIconSet() const;
     void SetIconSet(wxString value);
     bool CheckIconSet() const { return (m_presence & (1u << 0)) != 0; }
+    // "iconId": attribute, unsigned int
     unsigned int GetIconId() const { return m_IconId; }
     void SetIconId(unsigned int value) { m_IconId = value; m_presence |= (1u << 1); }
     bool CheckIconId() const { return (m_presence & (1u << 1)) != 0; }
@@ -707,18 +739,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 1); }
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
+    // "valIso": attribute, wxString
     wxString GetValIso() const;
     void SetValIso(wxString value);
     bool CheckValIso() const { return (m_presence & (1u << 2)) != 0; }
+    // "maxVal": attribute, double
     double GetMaxVal() const { return m_MaxVal; }
     void SetMaxVal(double value) { m_MaxVal = value; m_presence |= (1u << 3); }
     bool CheckMaxVal() const { return (m_presence & (1u << 3)) != 0; }
+    // "maxValIso": attribute, wxString
     wxString GetMaxValIso() const;
     void SetMaxValIso(wxString value);
     bool CheckMaxValIso() const { return (m_presence & (1u << 4)) != 0; }
@@ -743,21 +780,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sortCondition": child element, repeated
     XMLPtrArray<CT_SortCondition> GetSortCondition() const;
     void SetSortCondition(XMLPtrArray<CT_SortCondition> value);
     bool CheckSortCondition() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "columnSort": attribute, bool, default "false"
     bool GetColumnSort() const { return m_ColumnSort; }
     void SetColumnSort(bool value) { m_ColumnSort = value; m_presence |= (1u << 2); }
     bool CheckColumnSort() const { return (m_presence & (1u << 2)) != 0; }
+    // "caseSensitive": attribute, bool, default "false"
     bool GetCaseSensitive() const { return m_CaseSensitive; }
     void SetCaseSensitive(bool value) { m_CaseSensitive = value; m_presence |= (1u << 3); }
     bool CheckCaseSensitive() const { return (m_presence & (1u << 3)) != 0; }
+    // "sortMethod": attribute, wxString, default "none"
     wxString GetSortMethod() const;
     void SetSortMethod(wxString value);
     bool CheckSortMethod() const { return (m_presence & (1u << 4)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 5)) != 0; }
@@ -783,24 +826,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "descending": attribute, bool, default "false"
     bool GetDescending() const { return m_Descending; }
     void SetDescending(bool value) { m_Descending = value; m_presence |= (1u << 0); }
     bool CheckDescending() const { return (m_presence & (1u << 0)) != 0; }
+    // "sortBy": attribute, wxString, default "value"
     wxString GetSortBy() const;
     void SetSortBy(wxString value);
     bool CheckSortBy() const { return (m_presence & (1u << 1)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 2)) != 0; }
+    // "customList": attribute, wxString
     wxString GetCustomList() const;
     void SetCustomList(wxString value);
     bool CheckCustomList() const { return (m_presence & (1u << 3)) != 0; }
+    // "dxfId": attribute, unsigned int
     unsigned int GetDxfId() const { return m_DxfId; }
     void SetDxfId(unsigned int value) { m_DxfId = value; m_presence |= (1u << 4); }
     bool CheckDxfId() const { return (m_presence & (1u << 4)) != 0; }
+    // "iconSet": attribute, wxString, default "3Arrows"
     wxString GetIconSet() const;
     void SetIconSet(wxString value);
     bool CheckIconSet() const { return (m_presence & (1u << 5)) != 0; }
+    // "iconId": attribute, unsigned int
     unsigned int GetIconId() const { return m_IconId; }
     void SetIconId(unsigned int value) { m_IconId = value; m_presence |= (1u << 6); }
     bool CheckIconId() const { return (m_presence & (1u << 6)) != 0; }
@@ -827,24 +877,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "year": attribute, unsigned short
     unsigned short GetYear() const { return m_Year; }
     void SetYear(unsigned short value) { m_Year = value; m_presence |= (1u << 0); }
     bool CheckYear() const { return (m_presence & (1u << 0)) != 0; }
+    // "month": attribute, unsigned short
     unsigned short GetMonth() const { return m_Month; }
     void SetMonth(unsigned short value) { m_Month = value; m_presence |= (1u << 1); }
     bool CheckMonth() const { return (m_presence & (1u << 1)) != 0; }
+    // "day": attribute, unsigned short
     unsigned short GetDay() const { return m_Day; }
     void SetDay(unsigned short value) { m_Day = value; m_presence |= (1u << 2); }
     bool CheckDay() const { return (m_presence & (1u << 2)) != 0; }
+    // "hour": attribute, unsigned short
     unsigned short GetHour() const { return m_Hour; }
     void SetHour(unsigned short value) { m_Hour = value; m_presence |= (1u << 3); }
     bool CheckHour() const { return (m_presence & (1u << 3)) != 0; }
+    // "minute": attribute, unsigned short
     unsigned short GetMinute() const { return m_Minute; }
     void SetMinute(unsigned short value) { m_Minute = value; m_presence |= (1u << 4); }
     bool CheckMinute() const { return (m_presence & (1u << 4)) != 0; }
+    // "second": attribute, unsigned short
     unsigned short GetSecond() const { return m_Second; }
     void SetSecond(unsigned short value) { m_Second = value; m_presence |= (1u << 5); }
     bool CheckSecond() const { return (m_presence & (1u << 5)) != 0; }
+    // "dateTimeGrouping": attribute, wxString
     wxString GetDateTimeGrouping() const;
     void SetDateTimeGrouping(wxString value);
     bool CheckDateTimeGrouping() const { return (m_presence & (1u << 6)) != 0; }
@@ -871,6 +928,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
@@ -891,6 +949,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
@@ -911,15 +970,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xdr:from": child element
     schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* GetXdr_from() const { return m_Xdr_from; }
     void SetXdr_from(schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* value) { m_Xdr_from = value; m_presence |= (1u << 0); }
     bool CheckXdr_from() const { return (m_presence & (1u << 0)) != 0; }
+    // "xdr:to": child element
     schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* GetXdr_to() const { return m_Xdr_to; }
     void SetXdr_to(schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* value) { m_Xdr_to = value; m_presence |= (1u << 1); }
     bool CheckXdr_to() const { return (m_presence & (1u << 1)) != 0; }
+    // "moveWithCells": attribute, bool, default "false"
     bool GetMoveWithCells() const { return m_MoveWithCells; }
     void SetMoveWithCells(bool value) { m_MoveWithCells = value; m_presence |= (1u << 2); }
     bool CheckMoveWithCells() const { return (m_presence & (1u << 2)) != 0; }
+    // "sizeWithCells": attribute, bool, default "false"
     bool GetSizeWithCells() const { return m_SizeWithCells; }
     void SetSizeWithCells(bool value) { m_SizeWithCells = value; m_presence |= (1u << 3); }
     bool CheckSizeWithCells() const { return (m_presence & (1u << 3)) != 0; }
@@ -948,6 +1011,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ext": child element, repeated
     XMLPtrArray<CT_Extension> GetExt() const;
     void SetExt(XMLPtrArray<CT_Extension> value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -968,6 +1032,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ExtensionList
     EG_ExtensionList* GetEG_ExtensionList() const { return m_EG_ExtensionList; }
     void SetEG_ExtensionList(EG_ExtensionList* value) { m_EG_ExtensionList = value; m_presence |= (1u << 0); }
     bool CheckEG_ExtensionList() const { return (m_presence & (1u << 0)) != 0; }
@@ -988,9 +1053,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "c": child element, repeated
     XMLPtrArray<CT_CalcCell> GetC() const;
     void SetC(XMLPtrArray<CT_CalcCell> value);
     bool CheckC() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -1012,24 +1079,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 1)) != 0; }
+    // "i": attribute, int, default "0"
     int GetI() const { return m_I; }
     void SetI(int value) { m_I = value; m_presence |= (1u << 2); }
     bool CheckI() const { return (m_presence & (1u << 2)) != 0; }
+    // "s": attribute, bool, default "false"
     bool GetS() const { return m_S; }
     void SetS(bool value) { m_S = value; m_presence |= (1u << 3); }
     bool CheckS() const { return (m_presence & (1u << 3)) != 0; }
+    // "l": attribute, bool, default "false"
     bool GetL() const { return m_L; }
     void SetL(bool value) { m_L = value; m_presence |= (1u << 4); }
     bool CheckL() const { return (m_presence & (1u << 4)) != 0; }
+    // "t": attribute, bool, default "false"
     bool GetT() const { return m_T; }
     void SetT(bool value) { m_T = value; m_presence |= (1u << 5); }
     bool CheckT() const { return (m_presence & (1u << 5)) != 0; }
+    // "a": attribute, bool, default "false"
     bool GetA() const { return m_A; }
     void SetA(bool value) { m_A = value; m_presence |= (1u << 6); }
     bool CheckA() const { return (m_presence & (1u << 6)) != 0; }
@@ -1056,12 +1130,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "authors": child element
     CT_Authors* GetAuthors() const { return m_Authors; }
     void SetAuthors(CT_Authors* value) { m_Authors = value; m_presence |= (1u << 0); }
     bool CheckAuthors() const { return (m_presence & (1u << 0)) != 0; }
+    // "commentList": child element
     CT_CommentList* GetCommentList() const { return m_CommentList; }
     void SetCommentList(CT_CommentList* value) { m_CommentList = value; m_presence |= (1u << 1); }
     bool CheckCommentList() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -1084,6 +1161,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "author": value element, wxString, repeated
     std::vector<wxString> GetAuthor() const;
     void SetAuthor(std::vector<wxString> value);
     bool CheckAuthor() const { return (m_presence & (1u << 0)) != 0; }
@@ -1104,6 +1182,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "comment": child element, repeated
     XMLPtrArray<CT_Comment> GetComment() const;
     void SetComment(XMLPtrArray<CT_Comment> value);
     bool CheckComment() const { return (m_presence & (1u << 0)) != 0; }
@@ -1124,21 +1203,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "text": child element
     CT_Rst* GetText() const { return m_Text; }
     void SetText(CT_Rst* value) { m_Text = value; m_presence |= (1u << 0); }
     bool CheckText() const { return (m_presence & (1u << 0)) != 0; }
+    // "commentPr": child element
     CT_CommentPr* GetCommentPr() const { return m_CommentPr; }
     void SetCommentPr(CT_CommentPr* value) { m_CommentPr = value; m_presence |= (1u << 1); }
     bool CheckCommentPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 2)) != 0; }
+    // "authorId": attribute, unsigned int
     unsigned int GetAuthorId() const { return m_AuthorId; }
     void SetAuthorId(unsigned int value) { m_AuthorId = value; m_presence |= (1u << 3); }
     bool CheckAuthorId() const { return (m_presence & (1u << 3)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 4)) != 0; }
+    // "shapeId": attribute, unsigned int
     unsigned int GetShapeId() const { return m_ShapeId; }
     void SetShapeId(unsigned int value) { m_ShapeId = value; m_presence |= (1u << 5); }
     bool CheckShapeId() const { return (m_presence & (1u << 5)) != 0; }
@@ -1164,42 +1249,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "anchor": child element
     CT_ObjectAnchor* GetAnchor() const { return m_Anchor; }
     void SetAnchor(CT_ObjectAnchor* value) { m_Anchor = value; m_presence |= (1u << 0); }
     bool CheckAnchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "locked": attribute, bool, default "true"
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 1); }
     bool CheckLocked() const { return (m_presence & (1u << 1)) != 0; }
+    // "defaultSize": attribute, bool, default "true"
     bool GetDefaultSize() const { return m_DefaultSize; }
     void SetDefaultSize(bool value) { m_DefaultSize = value; m_presence |= (1u << 2); }
     bool CheckDefaultSize() const { return (m_presence & (1u << 2)) != 0; }
+    // "print": attribute, bool, default "true"
     bool GetPrint() const { return m_Print; }
     void SetPrint(bool value) { m_Print = value; m_presence |= (1u << 3); }
     bool CheckPrint() const { return (m_presence & (1u << 3)) != 0; }
+    // "disabled": attribute, bool, default "false"
     bool GetDisabled() const { return m_Disabled; }
     void SetDisabled(bool value) { m_Disabled = value; m_presence |= (1u << 4); }
     bool CheckDisabled() const { return (m_presence & (1u << 4)) != 0; }
+    // "autoFill": attribute, bool, default "true"
     bool GetAutoFill() const { return m_AutoFill; }
     void SetAutoFill(bool value) { m_AutoFill = value; m_presence |= (1u << 5); }
     bool CheckAutoFill() const { return (m_presence & (1u << 5)) != 0; }
+    // "autoLine": attribute, bool, default "true"
     bool GetAutoLine() const { return m_AutoLine; }
     void SetAutoLine(bool value) { m_AutoLine = value; m_presence |= (1u << 6); }
     bool CheckAutoLine() const { return (m_presence & (1u << 6)) != 0; }
+    // "altText": attribute, wxString
     wxString GetAltText() const;
     void SetAltText(wxString value);
     bool CheckAltText() const { return (m_presence & (1u << 7)) != 0; }
+    // "textHAlign": attribute, wxString, default "left"
     wxString GetTextHAlign() const;
     void SetTextHAlign(wxString value);
     bool CheckTextHAlign() const { return (m_presence & (1u << 8)) != 0; }
+    // "textVAlign": attribute, wxString, default "top"
     wxString GetTextVAlign() const;
     void SetTextVAlign(wxString value);
     bool CheckTextVAlign() const { return (m_presence & (1u << 9)) != 0; }
+    // "lockText": attribute, bool, default "true"
     bool GetLockText() const { return m_LockText; }
     void SetLockText(bool value) { m_LockText = value; m_presence |= (1u << 10); }
     bool CheckLockText() const { return (m_presence & (1u << 10)) != 0; }
+    // "justLastX": attribute, bool, default "false"
     bool GetJustLastX() const { return m_JustLastX; }
     void SetJustLastX(bool value) { m_JustLastX = value; m_presence |= (1u << 11); }
     bool CheckJustLastX() const { return (m_presence & (1u << 11)) != 0; }
+    // "autoScale": attribute, bool, default "false"
     bool GetAutoScale() const { return m_AutoScale; }
     void SetAutoScale(bool value) { m_AutoScale = value; m_presence |= (1u << 12); }
     bool CheckAutoScale() const { return (m_presence & (1u << 12)) != 0; }
@@ -1232,12 +1330,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "Schema": child element, repeated
     XMLPtrArray<CT_Schema> GetSchema() const;
     void SetSchema(XMLPtrArray<CT_Schema> value);
     bool CheckSchema() const { return (m_presence & (1u << 0)) != 0; }
+    // "Map": child element, repeated
     XMLPtrArray<CT_Map> GetMap() const;
     void SetMap(XMLPtrArray<CT_Map> value);
     bool CheckMap() const { return (m_presence & (1u << 1)) != 0; }
+    // "SelectionNamespaces": attribute, wxString
     wxString GetSelectionNamespaces() const;
     void SetSelectionNamespaces(wxString value);
     bool CheckSelectionNamespaces() const { return (m_presence & (1u << 2)) != 0; }
@@ -1260,15 +1361,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ID": attribute, wxString
     wxString GetID() const;
     void SetID(wxString value);
     bool CheckID() const { return (m_presence & (1u << 0)) != 0; }
+    // "SchemaRef": attribute, wxString
     wxString GetSchemaRef() const;
     void SetSchemaRef(wxString value);
     bool CheckSchemaRef() const { return (m_presence & (1u << 1)) != 0; }
+    // "Namespace": attribute, wxString
     wxString GetNamespace() const;
     void SetNamespace(wxString value);
     bool CheckNamespace() const { return (m_presence & (1u << 2)) != 0; }
+    // "SchemaLanguage": attribute, wxString
     wxString GetSchemaLanguage() const;
     void SetSchemaLanguage(wxString value);
     bool CheckSchemaLanguage() const { return (m_presence & (1u << 3)) != 0; }
@@ -1292,33 +1397,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "DataBinding": child element
     CT_DataBinding* GetDataBinding() const { return m_DataBinding; }
     void SetDataBinding(CT_DataBinding* value) { m_DataBinding = value; m_presence |= (1u << 0); }
     bool CheckDataBinding() const { return (m_presence & (1u << 0)) != 0; }
+    // "ID": attribute, unsigned int
     unsigned int GetID() const { return m_ID; }
     void SetID(unsigned int value) { m_ID = value; m_presence |= (1u << 1); }
     bool CheckID() const { return (m_presence & (1u << 1)) != 0; }
+    // "Name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "RootElement": attribute, wxString
     wxString GetRootElement() const;
     void SetRootElement(wxString value);
     bool CheckRootElement() const { return (m_presence & (1u << 3)) != 0; }
+    // "SchemaID": attribute, wxString
     wxString GetSchemaID() const;
     void SetSchemaID(wxString value);
     bool CheckSchemaID() const { return (m_presence & (1u << 4)) != 0; }
+    // "ShowImportExportValidationErrors": attribute, bool
     bool GetShowImportExportValidationErrors() const { return m_ShowImportExportValidationErrors; }
     void SetShowImportExportValidationErrors(bool value) { m_ShowImportExportValidationErrors = value; m_presence |= (1u << 5); }
     bool CheckShowImportExportValidationErrors() const { return (m_presence & (1u << 5)) != 0; }
+    // "AutoFit": attribute, bool
     bool GetAutoFit() const { return m_AutoFit; }
     void SetAutoFit(bool value) { m_AutoFit = value; m_presence |= (1u << 6); }
     bool CheckAutoFit() const { return (m_presence & (1u << 6)) != 0; }
+    // "Append": attribute, bool
     bool GetAppend() const { return m_Append; }
     void SetAppend(bool value) { m_Append = value; m_presence |= (1u << 7); }
     bool CheckAppend() const { return (m_presence & (1u << 7)) != 0; }
+    // "PreserveSortAFLayout": attribute, bool
     bool GetPreserveSortAFLayout() const { return m_PreserveSortAFLayout; }
     void SetPreserveSortAFLayout(bool value) { m_PreserveSortAFLayout = value; m_presence |= (1u << 8); }
     bool CheckPreserveSortAFLayout() const { return (m_presence & (1u << 8)) != 0; }
+    // "PreserveFormat": attribute, bool
     bool GetPreserveFormat() const { return m_PreserveFormat; }
     void SetPreserveFormat(bool value) { m_PreserveFormat = value; m_presence |= (1u << 9); }
     bool CheckPreserveFormat() const { return (m_presence & (1u << 9)) != 0; }
@@ -1348,18 +1463,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "DataBindingName": attribute, wxString
     wxString GetDataBindingName() const;
     void SetDataBindingName(wxString value);
     bool CheckDataBindingName() const { return (m_presence & (1u << 0)) != 0; }
+    // "FileBinding": attribute, bool
     bool GetFileBinding() const { return m_FileBinding; }
     void SetFileBinding(bool value) { m_FileBinding = value; m_presence |= (1u << 1); }
     bool CheckFileBinding() const { return (m_presence & (1u << 1)) != 0; }
+    // "ConnectionID": attribute, unsigned int
     unsigned int GetConnectionID() const { return m_ConnectionID; }
     void SetConnectionID(unsigned int value) { m_ConnectionID = value; m_presence |= (1u << 2); }
     bool CheckConnectionID() const { return (m_presence & (1u << 2)) != 0; }
+    // "FileBindingName": attribute, wxString
     wxString GetFileBindingName() const;
     void SetFileBindingName(wxString value);
     bool CheckFileBindingName() const { return (m_presence & (1u << 3)) != 0; }
+    // "DataBindingLoadMode": attribute, unsigned int
     unsigned int GetDataBindingLoadMode() const { return m_DataBindingLoadMode; }
     void SetDataBindingLoadMode(unsigned int value) { m_DataBindingLoadMode = value; m_presence |= (1u << 4); }
     bool CheckDataBindingLoadMode() const { return (m_presence & (1u << 4)) != 0; }
@@ -1384,6 +1504,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "connection": child element, repeated
     XMLPtrArray<CT_Connection> GetConnection() const;
     void SetConnection(XMLPtrArray<CT_Connection> value);
     bool CheckConnection() const { return (m_presence & (1u << 0)) != 0; }
@@ -1404,81 +1525,107 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dbPr": child element
     CT_DbPr* GetDbPr() const { return m_DbPr; }
     void SetDbPr(CT_DbPr* value) { m_DbPr = value; m_presence |= (1u << 0); }
     bool CheckDbPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "olapPr": child element
     CT_OlapPr* GetOlapPr() const { return m_OlapPr; }
     void SetOlapPr(CT_OlapPr* value) { m_OlapPr = value; m_presence |= (1u << 1); }
     bool CheckOlapPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "webPr": child element
     CT_WebPr* GetWebPr() const { return m_WebPr; }
     void SetWebPr(CT_WebPr* value) { m_WebPr = value; m_presence |= (1u << 2); }
     bool CheckWebPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "textPr": child element
     CT_TextPr* GetTextPr() const { return m_TextPr; }
     void SetTextPr(CT_TextPr* value) { m_TextPr = value; m_presence |= (1u << 3); }
     bool CheckTextPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "parameters": child element
     CT_Parameters* GetParameters() const { return m_Parameters; }
     void SetParameters(CT_Parameters* value) { m_Parameters = value; m_presence |= (1u << 4); }
     bool CheckParameters() const { return (m_presence & (1u << 4)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 5); }
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 6); }
     bool CheckId() const { return (m_presence & (1u << 6)) != 0; }
+    // "sourceFile": attribute, wxString
     wxString GetSourceFile() const;
     void SetSourceFile(wxString value);
     bool CheckSourceFile() const { return (m_presence & (1u << 7)) != 0; }
+    // "odcFile": attribute, wxString
     wxString GetOdcFile() const;
     void SetOdcFile(wxString value);
     bool CheckOdcFile() const { return (m_presence & (1u << 8)) != 0; }
+    // "keepAlive": attribute, bool, default "false"
     bool GetKeepAlive() const { return m_KeepAlive; }
     void SetKeepAlive(bool value) { m_KeepAlive = value; m_presence |= (1u << 9); }
     bool CheckKeepAlive() const { return (m_presence & (1u << 9)) != 0; }
+    // "interval": attribute, unsigned int, default "0"
     unsigned int GetInterval() const { return m_Interval; }
     void SetInterval(unsigned int value) { m_Interval = value; m_presence |= (1u << 10); }
     bool CheckInterval() const { return (m_presence & (1u << 10)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 11)) != 0; }
+    // "description": attribute, wxString
     wxString GetDescription() const;
     void SetDescription(wxString value);
     bool CheckDescription() const { return (m_presence & (1u << 12)) != 0; }
+    // "type": attribute, unsigned int
     unsigned int GetType() const { return m_Type; }
     void SetType(unsigned int value) { m_Type = value; m_presence |= (1u << 13); }
     bool CheckType() const { return (m_presence & (1u << 13)) != 0; }
+    // "reconnectionMethod": attribute, unsigned int, default "1"
     unsigned int GetReconnectionMethod() const { return m_ReconnectionMethod; }
     void SetReconnectionMethod(unsigned int value) { m_ReconnectionMethod = value; m_presence |= (1u << 14); }
     bool CheckReconnectionMethod() const { return (m_presence & (1u << 14)) != 0; }
+    // "refreshedVersion": attribute, unsigned char
     unsigned char GetRefreshedVersion() const { return m_RefreshedVersion; }
     void SetRefreshedVersion(unsigned char value) { m_RefreshedVersion = value; m_presence |= (1u << 15); }
     bool CheckRefreshedVersion() const { return (m_presence & (1u << 15)) != 0; }
+    // "minRefreshableVersion": attribute, unsigned char, default "0"
     unsigned char GetMinRefreshableVersion() const { return m_MinRefreshableVersion; }
     void SetMinRefreshableVersion(unsigned char value) { m_MinRefreshableVersion = value; m_presence |= (1u << 16); }
     bool CheckMinRefreshableVersion() const { return (m_presence & (1u << 16)) != 0; }
+    // "savePassword": attribute, bool, default "false"
     bool GetSavePassword() const { return m_SavePassword; }
     void SetSavePassword(bool value) { m_SavePassword = value; m_presence |= (1u << 17); }
     bool CheckSavePassword() const { return (m_presence & (1u << 17)) != 0; }
+    // "new": attribute, bool, default "false"
     bool GetNew() const { return m_New; }
     void SetNew(bool value) { m_New = value; m_presence |= (1u << 18); }
     bool CheckNew() const { return (m_presence & (1u << 18)) != 0; }
+    // "deleted": attribute, bool, default "false"
     bool GetDeleted() const { return m_Deleted; }
     void SetDeleted(bool value) { m_Deleted = value; m_presence |= (1u << 19); }
     bool CheckDeleted() const { return (m_presence & (1u << 19)) != 0; }
+    // "onlyUseConnectionFile": attribute, bool, default "false"
     bool GetOnlyUseConnectionFile() const { return m_OnlyUseConnectionFile; }
     void SetOnlyUseConnectionFile(bool value) { m_OnlyUseConnectionFile = value; m_presence |= (1u << 20); }
     bool CheckOnlyUseConnectionFile() const { return (m_presence & (1u << 20)) != 0; }
+    // "background": attribute, bool, default "false"
     bool GetBackground() const { return m_Background; }
     void SetBackground(bool value) { m_Background = value; m_presence |= (1u << 21); }
     bool CheckBackground() const { return (m_presence & (1u << 21)) != 0; }
+    // "refreshOnLoad": attribute, bool, default "false"
     bool GetRefreshOnLoad() const { return m_RefreshOnLoad; }
     void SetRefreshOnLoad(bool value) { m_RefreshOnLoad = value; m_presence |= (1u << 22); }
     bool CheckRefreshOnLoad() const { return (m_presence & (1u << 22)) != 0; }
+    // "saveData": attribute, bool, default "false"
     bool GetSaveData() const { return m_SaveData; }
     void SetSaveData(bool value) { m_SaveData = value; m_presence |= (1u << 23); }
     bool CheckSaveData() const { return (m_presence & (1u << 23)) != 0; }
+    // "credentials": attribute, wxString, default "integrated"
     wxString GetCredentials() const;
     void SetCredentials(wxString value);
     bool CheckCredentials() const { return (m_presence & (1u << 24)) != 0; }
+    // "singleSignOnId": attribute, wxString
     wxString GetSingleSignOnId() const;
     void SetSingleSignOnId(wxString value);
     bool CheckSingleSignOnId() const { return (m_presence & (1u << 25)) != 0; }
@@ -1524,15 +1671,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "connection": attribute, wxString
     wxString GetConnection() const;
     void SetConnection(wxString value);
     bool CheckConnection() const { return (m_presence & (1u << 0)) != 0; }
+    // "command": attribute, wxString
     wxString GetCommand() const;
     void SetCommand(wxString value);
     bool CheckCommand() const { return (m_presence & (1u << 1)) != 0; }
+    // "serverCommand": attribute, wxString
     wxString GetServerCommand() const;
     void SetServerCommand(wxString value);
     bool CheckServerCommand() const { return (m_presence & (1u << 2)) != 0; }
+    // "commandType": attribute, unsigned int, default "2"
     unsigned int GetCommandType() const { return m_CommandType; }
     void SetCommandType(unsigned int value) { m_CommandType = value; m_presence |= (1u << 3); }
     bool CheckCommandType() const { return (m_presence & (1u << 3)) != 0; }
@@ -1556,30 +1707,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "local": attribute, bool, default "false"
     bool GetLocal() const { return m_Local; }
     void SetLocal(bool value) { m_Local = value; m_presence |= (1u << 0); }
     bool CheckLocal() const { return (m_presence & (1u << 0)) != 0; }
+    // "localConnection": attribute, wxString
     wxString GetLocalConnection() const;
     void SetLocalConnection(wxString value);
     bool CheckLocalConnection() const { return (m_presence & (1u << 1)) != 0; }
+    // "localRefresh": attribute, bool, default "true"
     bool GetLocalRefresh() const { return m_LocalRefresh; }
     void SetLocalRefresh(bool value) { m_LocalRefresh = value; m_presence |= (1u << 2); }
     bool CheckLocalRefresh() const { return (m_presence & (1u << 2)) != 0; }
+    // "sendLocale": attribute, bool, default "false"
     bool GetSendLocale() const { return m_SendLocale; }
     void SetSendLocale(bool value) { m_SendLocale = value; m_presence |= (1u << 3); }
     bool CheckSendLocale() const { return (m_presence & (1u << 3)) != 0; }
+    // "rowDrillCount": attribute, unsigned int
     unsigned int GetRowDrillCount() const { return m_RowDrillCount; }
     void SetRowDrillCount(unsigned int value) { m_RowDrillCount = value; m_presence |= (1u << 4); }
     bool CheckRowDrillCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "serverFill": attribute, bool, default "true"
     bool GetServerFill() const { return m_ServerFill; }
     void SetServerFill(bool value) { m_ServerFill = value; m_presence |= (1u << 5); }
     bool CheckServerFill() const { return (m_presence & (1u << 5)) != 0; }
+    // "serverNumberFormat": attribute, bool, default "true"
     bool GetServerNumberFormat() const { return m_ServerNumberFormat; }
     void SetServerNumberFormat(bool value) { m_ServerNumberFormat = value; m_presence |= (1u << 6); }
     bool CheckServerNumberFormat() const { return (m_presence & (1u << 6)) != 0; }
+    // "serverFont": attribute, bool, default "true"
     bool GetServerFont() const { return m_ServerFont; }
     void SetServerFont(bool value) { m_ServerFont = value; m_presence |= (1u << 7); }
     bool CheckServerFont() const { return (m_presence & (1u << 7)) != 0; }
+    // "serverFontColor": attribute, bool, default "true"
     bool GetServerFontColor() const { return m_ServerFontColor; }
     void SetServerFontColor(bool value) { m_ServerFontColor = value; m_presence |= (1u << 8); }
     bool CheckServerFontColor() const { return (m_presence & (1u << 8)) != 0; }
@@ -1608,45 +1768,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tables": child element
     CT_Tables* GetTables() const { return m_Tables; }
     void SetTables(CT_Tables* value) { m_Tables = value; m_presence |= (1u << 0); }
     bool CheckTables() const { return (m_presence & (1u << 0)) != 0; }
+    // "xml": attribute, bool, default "false"
     bool GetXml() const { return m_Xml; }
     void SetXml(bool value) { m_Xml = value; m_presence |= (1u << 1); }
     bool CheckXml() const { return (m_presence & (1u << 1)) != 0; }
+    // "sourceData": attribute, bool, default "false"
     bool GetSourceData() const { return m_SourceData; }
     void SetSourceData(bool value) { m_SourceData = value; m_presence |= (1u << 2); }
     bool CheckSourceData() const { return (m_presence & (1u << 2)) != 0; }
+    // "parsePre": attribute, bool, default "false"
     bool GetParsePre() const { return m_ParsePre; }
     void SetParsePre(bool value) { m_ParsePre = value; m_presence |= (1u << 3); }
     bool CheckParsePre() const { return (m_presence & (1u << 3)) != 0; }
+    // "consecutive": attribute, bool, default "false"
     bool GetConsecutive() const { return m_Consecutive; }
     void SetConsecutive(bool value) { m_Consecutive = value; m_presence |= (1u << 4); }
     bool CheckConsecutive() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstRow": attribute, bool, default "false"
     bool GetFirstRow() const { return m_FirstRow; }
     void SetFirstRow(bool value) { m_FirstRow = value; m_presence |= (1u << 5); }
     bool CheckFirstRow() const { return (m_presence & (1u << 5)) != 0; }
+    // "xl97": attribute, bool, default "false"
     bool GetXl97() const { return m_Xl97; }
     void SetXl97(bool value) { m_Xl97 = value; m_presence |= (1u << 6); }
     bool CheckXl97() const { return (m_presence & (1u << 6)) != 0; }
+    // "textDates": attribute, bool, default "false"
     bool GetTextDates() const { return m_TextDates; }
     void SetTextDates(bool value) { m_TextDates = value; m_presence |= (1u << 7); }
     bool CheckTextDates() const { return (m_presence & (1u << 7)) != 0; }
+    // "xl2000": attribute, bool, default "false"
     bool GetXl2000() const { return m_Xl2000; }
     void SetXl2000(bool value) { m_Xl2000 = value; m_presence |= (1u << 8); }
     bool CheckXl2000() const { return (m_presence & (1u << 8)) != 0; }
+    // "url": attribute, wxString
     wxString GetUrl() const;
     void SetUrl(wxString value);
     bool CheckUrl() const { return (m_presence & (1u << 9)) != 0; }
+    // "post": attribute, wxString
     wxString GetPost() const;
     void SetPost(wxString value);
     bool CheckPost() const { return (m_presence & (1u << 10)) != 0; }
+    // "htmlTables": attribute, bool, default "false"
     bool GetHtmlTables() const { return m_HtmlTables; }
     void SetHtmlTables(bool value) { m_HtmlTables = value; m_presence |= (1u << 11); }
     bool CheckHtmlTables() const { return (m_presence & (1u << 11)) != 0; }
+    // "htmlFormat": attribute, wxString, default "none"
     wxString GetHtmlFormat() const;
     void SetHtmlFormat(wxString value);
     bool CheckHtmlFormat() const { return (m_presence & (1u << 12)) != 0; }
+    // "editPage": attribute, wxString
     wxString GetEditPage() const;
     void SetEditPage(wxString value);
     bool CheckEditPage() const { return (m_presence & (1u << 13)) != 0; }
@@ -1680,9 +1854,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "parameter": child element, repeated
     XMLPtrArray<CT_Parameter> GetParameter() const;
     void SetParameter(XMLPtrArray<CT_Parameter> value);
     bool CheckParameter() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -1704,33 +1880,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "sqlType": attribute, int, default "0"
     int GetSqlType() const { return m_SqlType; }
     void SetSqlType(int value) { m_SqlType = value; m_presence |= (1u << 1); }
     bool CheckSqlType() const { return (m_presence & (1u << 1)) != 0; }
+    // "parameterType": attribute, wxString, default "prompt"
     wxString GetParameterType() const;
     void SetParameterType(wxString value);
     bool CheckParameterType() const { return (m_presence & (1u << 2)) != 0; }
+    // "refreshOnChange": attribute, bool, default "false"
     bool GetRefreshOnChange() const { return m_RefreshOnChange; }
     void SetRefreshOnChange(bool value) { m_RefreshOnChange = value; m_presence |= (1u << 3); }
     bool CheckRefreshOnChange() const { return (m_presence & (1u << 3)) != 0; }
+    // "prompt": attribute, wxString
     wxString GetPrompt() const;
     void SetPrompt(wxString value);
     bool CheckPrompt() const { return (m_presence & (1u << 4)) != 0; }
+    // "boolean": attribute, bool
     bool GetBoolean() const { return m_Boolean; }
     void SetBoolean(bool value) { m_Boolean = value; m_presence |= (1u << 5); }
     bool CheckBoolean() const { return (m_presence & (1u << 5)) != 0; }
+    // "double": attribute, double
     double GetDouble() const { return m_Double; }
     void SetDouble(double value) { m_Double = value; m_presence |= (1u << 6); }
     bool CheckDouble() const { return (m_presence & (1u << 6)) != 0; }
+    // "integer": attribute, int
     int GetInteger() const { return m_Integer; }
     void SetInteger(int value) { m_Integer = value; m_presence |= (1u << 7); }
     bool CheckInteger() const { return (m_presence & (1u << 7)) != 0; }
+    // "string": attribute, wxString
     wxString GetString() const;
     void SetString(wxString value);
     bool CheckString() const { return (m_presence & (1u << 8)) != 0; }
+    // "cell": attribute, wxString
     wxString GetCell() const;
     void SetCell(wxString value);
     bool CheckCell() const { return (m_presence & (1u << 9)) != 0; }
@@ -1760,9 +1946,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_TablesData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_TablesData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -1789,12 +1977,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m": child element
     CT_TableMissing* GetM() const { return m_M; }
     void SetM(CT_TableMissing* value) { m_M = value; m_presence |= (1u << 0); }
     bool CheckM() const { return (m_presence & (1u << 0)) != 0; }
+    // "s": child element
     CT_XStringElement* GetS() const { return m_S; }
     void SetS(CT_XStringElement* value) { m_S = value; m_presence |= (1u << 1); }
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
+    // "x": child element
     CT_Index* GetX() const { return m_X; }
     void SetX(CT_Index* value) { m_X = value; m_presence |= (1u << 2); }
     bool CheckX() const { return (m_presence & (1u << 2)) != 0; }
@@ -1832,54 +2023,71 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "textFields": child element
     CT_TextFields* GetTextFields() const { return m_TextFields; }
     void SetTextFields(CT_TextFields* value) { m_TextFields = value; m_presence |= (1u << 0); }
     bool CheckTextFields() const { return (m_presence & (1u << 0)) != 0; }
+    // "prompt": attribute, bool, default "true"
     bool GetPrompt() const { return m_Prompt; }
     void SetPrompt(bool value) { m_Prompt = value; m_presence |= (1u << 1); }
     bool CheckPrompt() const { return (m_presence & (1u << 1)) != 0; }
+    // "fileType": attribute, wxString, default "win"
     wxString GetFileType() const;
     void SetFileType(wxString value);
     bool CheckFileType() const { return (m_presence & (1u << 2)) != 0; }
+    // "codePage": attribute, unsigned int, default "1252"
     unsigned int GetCodePage() const { return m_CodePage; }
     void SetCodePage(unsigned int value) { m_CodePage = value; m_presence |= (1u << 3); }
     bool CheckCodePage() const { return (m_presence & (1u << 3)) != 0; }
+    // "characterSet": attribute, wxString
     wxString GetCharacterSet() const;
     void SetCharacterSet(wxString value);
     bool CheckCharacterSet() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstRow": attribute, unsigned int, default "1"
     unsigned int GetFirstRow() const { return m_FirstRow; }
     void SetFirstRow(unsigned int value) { m_FirstRow = value; m_presence |= (1u << 5); }
     bool CheckFirstRow() const { return (m_presence & (1u << 5)) != 0; }
+    // "sourceFile": attribute, wxString, default ""
     wxString GetSourceFile() const;
     void SetSourceFile(wxString value);
     bool CheckSourceFile() const { return (m_presence & (1u << 6)) != 0; }
+    // "delimited": attribute, bool, default "true"
     bool GetDelimited() const { return m_Delimited; }
     void SetDelimited(bool value) { m_Delimited = value; m_presence |= (1u << 7); }
     bool CheckDelimited() const { return (m_presence & (1u << 7)) != 0; }
+    // "decimal": attribute, wxString, default "."
     wxString GetDecimal() const;
     void SetDecimal(wxString value);
     bool CheckDecimal() const { return (m_presence & (1u << 8)) != 0; }
+    // "thousands": attribute, wxString, default ","
     wxString GetThousands() const;
     void SetThousands(wxString value);
     bool CheckThousands() const { return (m_presence & (1u << 9)) != 0; }
+    // "tab": attribute, bool, default "true"
     bool GetTab() const { return m_Tab; }
     void SetTab(bool value) { m_Tab = value; m_presence |= (1u << 10); }
     bool CheckTab() const { return (m_presence & (1u << 10)) != 0; }
+    // "space": attribute, bool, default "false"
     bool GetSpace() const { return m_Space; }
     void SetSpace(bool value) { m_Space = value; m_presence |= (1u << 11); }
     bool CheckSpace() const { return (m_presence & (1u << 11)) != 0; }
+    // "comma": attribute, bool, default "false"
     bool GetComma() const { return m_Comma; }
     void SetComma(bool value) { m_Comma = value; m_presence |= (1u << 12); }
     bool CheckComma() const { return (m_presence & (1u << 12)) != 0; }
+    // "semicolon": attribute, bool, default "false"
     bool GetSemicolon() const { return m_Semicolon; }
     void SetSemicolon(bool value) { m_Semicolon = value; m_presence |= (1u << 13); }
     bool CheckSemicolon() const { return (m_presence & (1u << 13)) != 0; }
+    // "consecutive": attribute, bool, default "false"
     bool GetConsecutive() const { return m_Consecutive; }
     void SetConsecutive(bool value) { m_Consecutive = value; m_presence |= (1u << 14); }
     bool CheckConsecutive() const { return (m_presence & (1u << 14)) != 0; }
+    // "qualifier": attribute, wxString, default "doubleQuote"
     wxString GetQualifier() const;
     void SetQualifier(wxString value);
     bool CheckQualifier() const { return (m_presence & (1u << 15)) != 0; }
+    // "delimiter": attribute, wxString
     wxString GetDelimiter() const;
     void SetDelimiter(wxString value);
     bool CheckDelimiter() const { return (m_presence & (1u << 16)) != 0; }
@@ -1916,9 +2124,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "textField": child element, repeated
     XMLPtrArray<CT_TextField> GetTextField() const;
     void SetTextField(XMLPtrArray<CT_TextField> value);
     bool CheckTextField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "1"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -1940,9 +2150,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString, default "general"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "position": attribute, unsigned int, default "0"
     unsigned int GetPosition() const { return m_Position; }
     void SetPosition(unsigned int value) { m_Position = value; m_presence |= (1u << 1); }
     bool CheckPosition() const { return (m_presence & (1u << 1)) != 0; }
@@ -1964,93 +2176,123 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cacheSource": child element
     CT_CacheSource* GetCacheSource() const { return m_CacheSource; }
     void SetCacheSource(CT_CacheSource* value) { m_CacheSource = value; m_presence |= (1u << 0); }
     bool CheckCacheSource() const { return (m_presence & (1u << 0)) != 0; }
+    // "cacheFields": child element
     CT_CacheFields* GetCacheFields() const { return m_CacheFields; }
     void SetCacheFields(CT_CacheFields* value) { m_CacheFields = value; m_presence |= (1u << 1); }
     bool CheckCacheFields() const { return (m_presence & (1u << 1)) != 0; }
+    // "cacheHierarchies": child element
     CT_CacheHierarchies* GetCacheHierarchies() const { return m_CacheHierarchies; }
     void SetCacheHierarchies(CT_CacheHierarchies* value) { m_CacheHierarchies = value; m_presence |= (1u << 2); }
     bool CheckCacheHierarchies() const { return (m_presence & (1u << 2)) != 0; }
+    // "kpis": child element
     CT_PCDKPIs* GetKpis() const { return m_Kpis; }
     void SetKpis(CT_PCDKPIs* value) { m_Kpis = value; m_presence |= (1u << 3); }
     bool CheckKpis() const { return (m_presence & (1u << 3)) != 0; }
+    // "tupleCache": child element
     CT_TupleCache* GetTupleCache() const { return m_TupleCache; }
     void SetTupleCache(CT_TupleCache* value) { m_TupleCache = value; m_presence |= (1u << 4); }
     bool CheckTupleCache() const { return (m_presence & (1u << 4)) != 0; }
+    // "calculatedItems": child element
     CT_CalculatedItems* GetCalculatedItems() const { return m_CalculatedItems; }
     void SetCalculatedItems(CT_CalculatedItems* value) { m_CalculatedItems = value; m_presence |= (1u << 5); }
     bool CheckCalculatedItems() const { return (m_presence & (1u << 5)) != 0; }
+    // "calculatedMembers": child element
     CT_CalculatedMembers* GetCalculatedMembers() const { return m_CalculatedMembers; }
     void SetCalculatedMembers(CT_CalculatedMembers* value) { m_CalculatedMembers = value; m_presence |= (1u << 6); }
     bool CheckCalculatedMembers() const { return (m_presence & (1u << 6)) != 0; }
+    // "dimensions": child element
     CT_Dimensions* GetDimensions() const { return m_Dimensions; }
     void SetDimensions(CT_Dimensions* value) { m_Dimensions = value; m_presence |= (1u << 7); }
     bool CheckDimensions() const { return (m_presence & (1u << 7)) != 0; }
+    // "measureGroups": child element
     CT_MeasureGroups* GetMeasureGroups() const { return m_MeasureGroups; }
     void SetMeasureGroups(CT_MeasureGroups* value) { m_MeasureGroups = value; m_presence |= (1u << 8); }
     bool CheckMeasureGroups() const { return (m_presence & (1u << 8)) != 0; }
+    // "maps": child element
     CT_MeasureDimensionMaps* GetMaps() const { return m_Maps; }
     void SetMaps(CT_MeasureDimensionMaps* value) { m_Maps = value; m_presence |= (1u << 9); }
     bool CheckMaps() const { return (m_presence & (1u << 9)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 10); }
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 11)) != 0; }
+    // "invalid": attribute, bool, default "false"
     bool GetInvalid() const { return m_Invalid; }
     void SetInvalid(bool value) { m_Invalid = value; m_presence |= (1u << 12); }
     bool CheckInvalid() const { return (m_presence & (1u << 12)) != 0; }
+    // "saveData": attribute, bool, default "true"
     bool GetSaveData() const { return m_SaveData; }
     void SetSaveData(bool value) { m_SaveData = value; m_presence |= (1u << 13); }
     bool CheckSaveData() const { return (m_presence & (1u << 13)) != 0; }
+    // "refreshOnLoad": attribute, bool, default "false"
     bool GetRefreshOnLoad() const { return m_RefreshOnLoad; }
     void SetRefreshOnLoad(bool value) { m_RefreshOnLoad = value; m_presence |= (1u << 14); }
     bool CheckRefreshOnLoad() const { return (m_presence & (1u << 14)) != 0; }
+    // "optimizeMemory": attribute, bool, default "false"
     bool GetOptimizeMemory() const { return m_OptimizeMemory; }
     void SetOptimizeMemory(bool value) { m_OptimizeMemory = value; m_presence |= (1u << 15); }
     bool CheckOptimizeMemory() const { return (m_presence & (1u << 15)) != 0; }
+    // "enableRefresh": attribute, bool, default "true"
     bool GetEnableRefresh() const { return m_EnableRefresh; }
     void SetEnableRefresh(bool value) { m_EnableRefresh = value; m_presence |= (1u << 16); }
     bool CheckEnableRefresh() const { return (m_presence & (1u << 16)) != 0; }
+    // "refreshedBy": attribute, wxString
     wxString GetRefreshedBy() const;
     void SetRefreshedBy(wxString value);
     bool CheckRefreshedBy() const { return (m_presence & (1u << 17)) != 0; }
+    // "refreshedDate": attribute, double
     double GetRefreshedDate() const { return m_RefreshedDate; }
     void SetRefreshedDate(double value) { m_RefreshedDate = value; m_presence |= (1u << 18); }
     bool CheckRefreshedDate() const { return (m_presence & (1u << 18)) != 0; }
+    // "refreshedDateIso": attribute, wxString
     wxString GetRefreshedDateIso() const;
     void SetRefreshedDateIso(wxString value);
     bool CheckRefreshedDateIso() const { return (m_presence & (1u << 19)) != 0; }
+    // "backgroundQuery": attribute, bool, default "false"
     bool GetBackgroundQuery() const { return m_BackgroundQuery; }
     void SetBackgroundQuery(bool value) { m_BackgroundQuery = value; m_presence |= (1u << 20); }
     bool CheckBackgroundQuery() const { return (m_presence & (1u << 20)) != 0; }
+    // "missingItemsLimit": attribute, unsigned int
     unsigned int GetMissingItemsLimit() const { return m_MissingItemsLimit; }
     void SetMissingItemsLimit(unsigned int value) { m_MissingItemsLimit = value; m_presence |= (1u << 21); }
     bool CheckMissingItemsLimit() const { return (m_presence & (1u << 21)) != 0; }
+    // "createdVersion": attribute, unsigned char, default "0"
     unsigned char GetCreatedVersion() const { return m_CreatedVersion; }
     void SetCreatedVersion(unsigned char value) { m_CreatedVersion = value; m_presence |= (1u << 22); }
     bool CheckCreatedVersion() const { return (m_presence & (1u << 22)) != 0; }
+    // "refreshedVersion": attribute, unsigned char, default "0"
     unsigned char GetRefreshedVersion() const { return m_RefreshedVersion; }
     void SetRefreshedVersion(unsigned char value) { m_RefreshedVersion = value; m_presence |= (1u << 23); }
     bool CheckRefreshedVersion() const { return (m_presence & (1u << 23)) != 0; }
+    // "minRefreshableVersion": attribute, unsigned char, default "0"
     unsigned char GetMinRefreshableVersion() const { return m_MinRefreshableVersion; }
     void SetMinRefreshableVersion(unsigned char value) { m_MinRefreshableVersion = value; m_presence |= (1u << 24); }
     bool CheckMinRefreshableVersion() const { return (m_presence & (1u << 24)) != 0; }
+    // "recordCount": attribute, unsigned int
     unsigned int GetRecordCount() const { return m_RecordCount; }
     void SetRecordCount(unsigned int value) { m_RecordCount = value; m_presence |= (1u << 25); }
     bool CheckRecordCount() const { return (m_presence & (1u << 25)) != 0; }
+    // "upgradeOnRefresh": attribute, bool, default "false"
     bool GetUpgradeOnRefresh() const { return m_UpgradeOnRefresh; }
     void SetUpgradeOnRefresh(bool value) { m_UpgradeOnRefresh = value; m_presence |= (1u << 26); }
     bool CheckUpgradeOnRefresh() const { return (m_presence & (1u << 26)) != 0; }
+    // "tupleCache": attribute, bool, default "false"
     bool GetTupleCache_1() const { return m_TupleCache_1; }
     void SetTupleCache_1(bool value) { m_TupleCache_1 = value; m_presence |= (1u << 27); }
     bool CheckTupleCache_1() const { return (m_presence & (1u << 27)) != 0; }
+    // "supportSubquery": attribute, bool, default "false"
     bool GetSupportSubquery() const { return m_SupportSubquery; }
     void SetSupportSubquery(bool value) { m_SupportSubquery = value; m_presence |= (1u << 28); }
     bool CheckSupportSubquery() const { return (m_presence & (1u << 28)) != 0; }
+    // "supportAdvancedDrill": attribute, bool, default "false"
     bool GetSupportAdvancedDrill() const { return m_SupportAdvancedDrill; }
     void SetSupportAdvancedDrill(bool value) { m_SupportAdvancedDrill = value; m_presence |= (1u << 29); }
     bool CheckSupportAdvancedDrill() const { return (m_presence & (1u << 29)) != 0; }
@@ -2100,9 +2342,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cacheField": child element, repeated
     XMLPtrArray<CT_CacheField> GetCacheField() const;
     void SetCacheField(XMLPtrArray<CT_CacheField> value);
     bool CheckCacheField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -2124,54 +2368,71 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sharedItems": child element
     CT_SharedItems* GetSharedItems() const { return m_SharedItems; }
     void SetSharedItems(CT_SharedItems* value) { m_SharedItems = value; m_presence |= (1u << 0); }
     bool CheckSharedItems() const { return (m_presence & (1u << 0)) != 0; }
+    // "fieldGroup": child element
     CT_FieldGroup* GetFieldGroup() const { return m_FieldGroup; }
     void SetFieldGroup(CT_FieldGroup* value) { m_FieldGroup = value; m_presence |= (1u << 1); }
     bool CheckFieldGroup() const { return (m_presence & (1u << 1)) != 0; }
+    // "mpMap": child element, repeated
     XMLPtrArray<CT_X> GetMpMap() const;
     void SetMpMap(XMLPtrArray<CT_X> value);
     bool CheckMpMap() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 4)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 5)) != 0; }
+    // "propertyName": attribute, wxString
     wxString GetPropertyName() const;
     void SetPropertyName(wxString value);
     bool CheckPropertyName() const { return (m_presence & (1u << 6)) != 0; }
+    // "serverField": attribute, bool, default "false"
     bool GetServerField() const { return m_ServerField; }
     void SetServerField(bool value) { m_ServerField = value; m_presence |= (1u << 7); }
     bool CheckServerField() const { return (m_presence & (1u << 7)) != 0; }
+    // "uniqueList": attribute, bool, default "true"
     bool GetUniqueList() const { return m_UniqueList; }
     void SetUniqueList(bool value) { m_UniqueList = value; m_presence |= (1u << 8); }
     bool CheckUniqueList() const { return (m_presence & (1u << 8)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 9); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 9)) != 0; }
+    // "formula": attribute, wxString
     wxString GetFormula() const;
     void SetFormula(wxString value);
     bool CheckFormula() const { return (m_presence & (1u << 10)) != 0; }
+    // "sqlType": attribute, int, default "0"
     int GetSqlType() const { return m_SqlType; }
     void SetSqlType(int value) { m_SqlType = value; m_presence |= (1u << 11); }
     bool CheckSqlType() const { return (m_presence & (1u << 11)) != 0; }
+    // "hierarchy": attribute, int, default "0"
     int GetHierarchy() const { return m_Hierarchy; }
     void SetHierarchy(int value) { m_Hierarchy = value; m_presence |= (1u << 12); }
     bool CheckHierarchy() const { return (m_presence & (1u << 12)) != 0; }
+    // "level": attribute, unsigned int, default "0"
     unsigned int GetLevel() const { return m_Level; }
     void SetLevel(unsigned int value) { m_Level = value; m_presence |= (1u << 13); }
     bool CheckLevel() const { return (m_presence & (1u << 13)) != 0; }
+    // "databaseField": attribute, bool, default "true"
     bool GetDatabaseField() const { return m_DatabaseField; }
     void SetDatabaseField(bool value) { m_DatabaseField = value; m_presence |= (1u << 14); }
     bool CheckDatabaseField() const { return (m_presence & (1u << 14)) != 0; }
+    // "mappingCount": attribute, unsigned int
     unsigned int GetMappingCount() const { return m_MappingCount; }
     void SetMappingCount(unsigned int value) { m_MappingCount = value; m_presence |= (1u << 15); }
     bool CheckMappingCount() const { return (m_presence & (1u << 15)) != 0; }
+    // "memberPropertyField": attribute, bool, default "false"
     bool GetMemberPropertyField() const { return m_MemberPropertyField; }
     void SetMemberPropertyField(bool value) { m_MemberPropertyField = value; m_presence |= (1u << 16); }
     bool CheckMemberPropertyField() const { return (m_presence & (1u << 16)) != 0; }
@@ -2208,12 +2469,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_CacheSourceData__* GetData__() const { return m_Data__; }
     void SetData__(CT_CacheSourceData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "connectionId": attribute, unsigned int, default "0"
     unsigned int GetConnectionId() const { return m_ConnectionId; }
     void SetConnectionId(unsigned int value) { m_ConnectionId = value; m_presence |= (1u << 2); }
     bool CheckConnectionId() const { return (m_presence & (1u << 2)) != 0; }
@@ -2241,12 +2505,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "worksheetSource": child element
     CT_WorksheetSource* GetWorksheetSource() const { return m_WorksheetSource; }
     void SetWorksheetSource(CT_WorksheetSource* value) { m_WorksheetSource = value; m_presence |= (1u << 0); }
     bool CheckWorksheetSource() const { return (m_presence & (1u << 0)) != 0; }
+    // "consolidation": child element
     CT_Consolidation* GetConsolidation() const { return m_Consolidation; }
     void SetConsolidation(CT_Consolidation* value) { m_Consolidation = value; m_presence |= (1u << 1); }
     bool CheckConsolidation() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
@@ -2269,15 +2536,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheet": attribute, wxString
     wxString GetSheet() const;
     void SetSheet(wxString value);
     bool CheckSheet() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
@@ -2301,12 +2572,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pages": child element
     CT_Pages* GetPages() const { return m_Pages; }
     void SetPages(CT_Pages* value) { m_Pages = value; m_presence |= (1u << 0); }
     bool CheckPages() const { return (m_presence & (1u << 0)) != 0; }
+    // "rangeSets": child element
     CT_RangeSets* GetRangeSets() const { return m_RangeSets; }
     void SetRangeSets(CT_RangeSets* value) { m_RangeSets = value; m_presence |= (1u << 1); }
     bool CheckRangeSets() const { return (m_presence & (1u << 1)) != 0; }
+    // "autoPage": attribute, bool, default "true"
     bool GetAutoPage() const { return m_AutoPage; }
     void SetAutoPage(bool value) { m_AutoPage = value; m_presence |= (1u << 2); }
     bool CheckAutoPage() const { return (m_presence & (1u << 2)) != 0; }
@@ -2329,9 +2603,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "page": child element, repeated
     XMLPtrArray<CT_PCDSCPage> GetPage() const;
     void SetPage(XMLPtrArray<CT_PCDSCPage> value);
     bool CheckPage() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -2353,9 +2629,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pageItem": child element, repeated
     XMLPtrArray<CT_PageItem> GetPageItem() const;
     void SetPageItem(XMLPtrArray<CT_PageItem> value);
     bool CheckPageItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -2377,6 +2655,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
@@ -2397,9 +2676,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rangeSet": child element, repeated
     XMLPtrArray<CT_RangeSet> GetRangeSet() const;
     void SetRangeSet(XMLPtrArray<CT_RangeSet> value);
     bool CheckRangeSet() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -2421,27 +2702,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "i1": attribute, unsigned int
     unsigned int GetI1() const { return m_I1; }
     void SetI1(unsigned int value) { m_I1 = value; m_presence |= (1u << 0); }
     bool CheckI1() const { return (m_presence & (1u << 0)) != 0; }
+    // "i2": attribute, unsigned int
     unsigned int GetI2() const { return m_I2; }
     void SetI2(unsigned int value) { m_I2 = value; m_presence |= (1u << 1); }
     bool CheckI2() const { return (m_presence & (1u << 1)) != 0; }
+    // "i3": attribute, unsigned int
     unsigned int GetI3() const { return m_I3; }
     void SetI3(unsigned int value) { m_I3 = value; m_presence |= (1u << 2); }
     bool CheckI3() const { return (m_presence & (1u << 2)) != 0; }
+    // "i4": attribute, unsigned int
     unsigned int GetI4() const { return m_I4; }
     void SetI4(unsigned int value) { m_I4 = value; m_presence |= (1u << 3); }
     bool CheckI4() const { return (m_presence & (1u << 3)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 4)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
+    // "sheet": attribute, wxString
     wxString GetSheet() const;
     void SetSheet(wxString value);
     bool CheckSheet() const { return (m_presence & (1u << 6)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 7)) != 0; }
@@ -2469,48 +2758,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_SharedItemsData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_SharedItemsData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "containsSemiMixedTypes": attribute, bool, default "true"
     bool GetContainsSemiMixedTypes() const { return m_ContainsSemiMixedTypes; }
     void SetContainsSemiMixedTypes(bool value) { m_ContainsSemiMixedTypes = value; m_presence |= (1u << 1); }
     bool CheckContainsSemiMixedTypes() const { return (m_presence & (1u << 1)) != 0; }
+    // "containsNonDate": attribute, bool, default "true"
     bool GetContainsNonDate() const { return m_ContainsNonDate; }
     void SetContainsNonDate(bool value) { m_ContainsNonDate = value; m_presence |= (1u << 2); }
     bool CheckContainsNonDate() const { return (m_presence & (1u << 2)) != 0; }
+    // "containsDate": attribute, bool, default "false"
     bool GetContainsDate() const { return m_ContainsDate; }
     void SetContainsDate(bool value) { m_ContainsDate = value; m_presence |= (1u << 3); }
     bool CheckContainsDate() const { return (m_presence & (1u << 3)) != 0; }
+    // "containsString": attribute, bool, default "true"
     bool GetContainsString() const { return m_ContainsString; }
     void SetContainsString(bool value) { m_ContainsString = value; m_presence |= (1u << 4); }
     bool CheckContainsString() const { return (m_presence & (1u << 4)) != 0; }
+    // "containsBlank": attribute, bool, default "false"
     bool GetContainsBlank() const { return m_ContainsBlank; }
     void SetContainsBlank(bool value) { m_ContainsBlank = value; m_presence |= (1u << 5); }
     bool CheckContainsBlank() const { return (m_presence & (1u << 5)) != 0; }
+    // "containsMixedTypes": attribute, bool, default "false"
     bool GetContainsMixedTypes() const { return m_ContainsMixedTypes; }
     void SetContainsMixedTypes(bool value) { m_ContainsMixedTypes = value; m_presence |= (1u << 6); }
     bool CheckContainsMixedTypes() const { return (m_presence & (1u << 6)) != 0; }
+    // "containsNumber": attribute, bool, default "false"
     bool GetContainsNumber() const { return m_ContainsNumber; }
     void SetContainsNumber(bool value) { m_ContainsNumber = value; m_presence |= (1u << 7); }
     bool CheckContainsNumber() const { return (m_presence & (1u << 7)) != 0; }
+    // "containsInteger": attribute, bool, default "false"
     bool GetContainsInteger() const { return m_ContainsInteger; }
     void SetContainsInteger(bool value) { m_ContainsInteger = value; m_presence |= (1u << 8); }
     bool CheckContainsInteger() const { return (m_presence & (1u << 8)) != 0; }
+    // "minValue": attribute, double
     double GetMinValue() const { return m_MinValue; }
     void SetMinValue(double value) { m_MinValue = value; m_presence |= (1u << 9); }
     bool CheckMinValue() const { return (m_presence & (1u << 9)) != 0; }
+    // "maxValue": attribute, double
     double GetMaxValue() const { return m_MaxValue; }
     void SetMaxValue(double value) { m_MaxValue = value; m_presence |= (1u << 10); }
     bool CheckMaxValue() const { return (m_presence & (1u << 10)) != 0; }
+    // "minDate": attribute, wxString
     wxString GetMinDate() const;
     void SetMinDate(wxString value);
     bool CheckMinDate() const { return (m_presence & (1u << 11)) != 0; }
+    // "maxDate": attribute, wxString
     wxString GetMaxDate() const;
     void SetMaxDate(wxString value);
     bool CheckMaxDate() const { return (m_presence & (1u << 12)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 13); }
     bool CheckCount() const { return (m_presence & (1u << 13)) != 0; }
+    // "longText": attribute, bool, default "false"
     bool GetLongText() const { return m_LongText; }
     void SetLongText(bool value) { m_LongText = value; m_presence |= (1u << 14); }
     bool CheckLongText() const { return (m_presence & (1u << 14)) != 0; }
@@ -2550,21 +2854,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m": child element
     CT_Missing* GetM() const { return m_M; }
     void SetM(CT_Missing* value) { m_M = value; m_presence |= (1u << 0); }
     bool CheckM() const { return (m_presence & (1u << 0)) != 0; }
+    // "n": child element
     CT_Number* GetN() const { return m_N; }
     void SetN(CT_Number* value) { m_N = value; m_presence |= (1u << 1); }
     bool CheckN() const { return (m_presence & (1u << 1)) != 0; }
+    // "b": child element
     CT_Boolean* GetB() const { return m_B; }
     void SetB(CT_Boolean* value) { m_B = value; m_presence |= (1u << 2); }
     bool CheckB() const { return (m_presence & (1u << 2)) != 0; }
+    // "e": child element
     CT_Error* GetE() const { return m_E; }
     void SetE(CT_Error* value) { m_E = value; m_presence |= (1u << 3); }
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
+    // "s": child element
     CT_String* GetS() const { return m_S; }
     void SetS(CT_String* value) { m_S = value; m_presence |= (1u << 4); }
     bool CheckS() const { return (m_presence & (1u << 4)) != 0; }
+    // "d": child element
     CT_DateTime* GetD() const { return m_D; }
     void SetD(CT_DateTime* value) { m_D = value; m_presence |= (1u << 5); }
     bool CheckD() const { return (m_presence & (1u << 5)) != 0; }
@@ -2590,42 +2900,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element, repeated
     XMLPtrArray<CT_Tuples> GetTpls() const;
     void SetTpls(XMLPtrArray<CT_Tuples> value);
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 1)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 2); }
     bool CheckU() const { return (m_presence & (1u << 2)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 3); }
     bool CheckF() const { return (m_presence & (1u << 3)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 4)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 5); }
     bool CheckCp() const { return (m_presence & (1u << 5)) != 0; }
+    // "in": attribute, unsigned int
     unsigned int GetIn() const { return m_In; }
     void SetIn(unsigned int value) { m_In = value; m_presence |= (1u << 6); }
     bool CheckIn() const { return (m_presence & (1u << 6)) != 0; }
+    // "bc": attribute, wxString
     wxString GetBc() const;
     void SetBc(wxString value);
     bool CheckBc() const { return (m_presence & (1u << 7)) != 0; }
+    // "fc": attribute, wxString
     wxString GetFc() const;
     void SetFc(wxString value);
     bool CheckFc() const { return (m_presence & (1u << 8)) != 0; }
+    // "i": attribute, bool, default "false"
     bool GetI() const { return m_I; }
     void SetI(bool value) { m_I = value; m_presence |= (1u << 9); }
     bool CheckI() const { return (m_presence & (1u << 9)) != 0; }
+    // "un": attribute, bool, default "false"
     bool GetUn() const { return m_Un; }
     void SetUn(bool value) { m_Un = value; m_presence |= (1u << 10); }
     bool CheckUn() const { return (m_presence & (1u << 10)) != 0; }
+    // "st": attribute, bool, default "false"
     bool GetSt() const { return m_St; }
     void SetSt(bool value) { m_St = value; m_presence |= (1u << 11); }
     bool CheckSt() const { return (m_presence & (1u << 11)) != 0; }
+    // "b": attribute, bool, default "false"
     bool GetB() const { return m_B; }
     void SetB(bool value) { m_B = value; m_presence |= (1u << 12); }
     bool CheckB() const { return (m_presence & (1u << 12)) != 0; }
@@ -2658,45 +2981,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element, repeated
     XMLPtrArray<CT_Tuples> GetTpls() const;
     void SetTpls(XMLPtrArray<CT_Tuples> value);
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 1)) != 0; }
+    // "v": attribute, double
     double GetV() const { return m_V; }
     void SetV(double value) { m_V = value; m_presence |= (1u << 2); }
     bool CheckV() const { return (m_presence & (1u << 2)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 3); }
     bool CheckU() const { return (m_presence & (1u << 3)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 4); }
     bool CheckF() const { return (m_presence & (1u << 4)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 5)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 6); }
     bool CheckCp() const { return (m_presence & (1u << 6)) != 0; }
+    // "in": attribute, unsigned int
     unsigned int GetIn() const { return m_In; }
     void SetIn(unsigned int value) { m_In = value; m_presence |= (1u << 7); }
     bool CheckIn() const { return (m_presence & (1u << 7)) != 0; }
+    // "bc": attribute, wxString
     wxString GetBc() const;
     void SetBc(wxString value);
     bool CheckBc() const { return (m_presence & (1u << 8)) != 0; }
+    // "fc": attribute, wxString
     wxString GetFc() const;
     void SetFc(wxString value);
     bool CheckFc() const { return (m_presence & (1u << 9)) != 0; }
+    // "i": attribute, bool, default "false"
     bool GetI() const { return m_I; }
     void SetI(bool value) { m_I = value; m_presence |= (1u << 10); }
     bool CheckI() const { return (m_presence & (1u << 10)) != 0; }
+    // "un": attribute, bool, default "false"
     bool GetUn() const { return m_Un; }
     void SetUn(bool value) { m_Un = value; m_presence |= (1u << 11); }
     bool CheckUn() const { return (m_presence & (1u << 11)) != 0; }
+    // "st": attribute, bool, default "false"
     bool GetSt() const { return m_St; }
     void SetSt(bool value) { m_St = value; m_presence |= (1u << 12); }
     bool CheckSt() const { return (m_presence & (1u << 12)) != 0; }
+    // "b": attribute, bool, default "false"
     bool GetB() const { return m_B; }
     void SetB(bool value) { m_B = value; m_presence |= (1u << 13); }
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
@@ -2730,21 +3067,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": attribute, bool
     bool GetV() const { return m_V; }
     void SetV(bool value) { m_V = value; m_presence |= (1u << 1); }
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 2); }
     bool CheckU() const { return (m_presence & (1u << 2)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 3); }
     bool CheckF() const { return (m_presence & (1u << 3)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 4)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 5); }
     bool CheckCp() const { return (m_presence & (1u << 5)) != 0; }
@@ -2770,45 +3113,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element
     CT_Tuples* GetTpls() const { return m_Tpls; }
     void SetTpls(CT_Tuples* value) { m_Tpls = value; m_presence |= (1u << 0); }
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 1)) != 0; }
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 2)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 3); }
     bool CheckU() const { return (m_presence & (1u << 3)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 4); }
     bool CheckF() const { return (m_presence & (1u << 4)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 5)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 6); }
     bool CheckCp() const { return (m_presence & (1u << 6)) != 0; }
+    // "in": attribute, unsigned int
     unsigned int GetIn() const { return m_In; }
     void SetIn(unsigned int value) { m_In = value; m_presence |= (1u << 7); }
     bool CheckIn() const { return (m_presence & (1u << 7)) != 0; }
+    // "bc": attribute, wxString
     wxString GetBc() const;
     void SetBc(wxString value);
     bool CheckBc() const { return (m_presence & (1u << 8)) != 0; }
+    // "fc": attribute, wxString
     wxString GetFc() const;
     void SetFc(wxString value);
     bool CheckFc() const { return (m_presence & (1u << 9)) != 0; }
+    // "i": attribute, bool, default "false"
     bool GetI() const { return m_I; }
     void SetI(bool value) { m_I = value; m_presence |= (1u << 10); }
     bool CheckI() const { return (m_presence & (1u << 10)) != 0; }
+    // "un": attribute, bool, default "false"
     bool GetUn() const { return m_Un; }
     void SetUn(bool value) { m_Un = value; m_presence |= (1u << 11); }
     bool CheckUn() const { return (m_presence & (1u << 11)) != 0; }
+    // "st": attribute, bool, default "false"
     bool GetSt() const { return m_St; }
     void SetSt(bool value) { m_St = value; m_presence |= (1u << 12); }
     bool CheckSt() const { return (m_presence & (1u << 12)) != 0; }
+    // "b": attribute, bool, default "false"
     bool GetB() const { return m_B; }
     void SetB(bool value) { m_B = value; m_presence |= (1u << 13); }
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
@@ -2842,45 +3199,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element, repeated
     XMLPtrArray<CT_Tuples> GetTpls() const;
     void SetTpls(XMLPtrArray<CT_Tuples> value);
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 1)) != 0; }
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 2)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 3); }
     bool CheckU() const { return (m_presence & (1u << 3)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 4); }
     bool CheckF() const { return (m_presence & (1u << 4)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 5)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 6); }
     bool CheckCp() const { return (m_presence & (1u << 6)) != 0; }
+    // "in": attribute, unsigned int
     unsigned int GetIn() const { return m_In; }
     void SetIn(unsigned int value) { m_In = value; m_presence |= (1u << 7); }
     bool CheckIn() const { return (m_presence & (1u << 7)) != 0; }
+    // "bc": attribute, wxString
     wxString GetBc() const;
     void SetBc(wxString value);
     bool CheckBc() const { return (m_presence & (1u << 8)) != 0; }
+    // "fc": attribute, wxString
     wxString GetFc() const;
     void SetFc(wxString value);
     bool CheckFc() const { return (m_presence & (1u << 9)) != 0; }
+    // "i": attribute, bool, default "false"
     bool GetI() const { return m_I; }
     void SetI(bool value) { m_I = value; m_presence |= (1u << 10); }
     bool CheckI() const { return (m_presence & (1u << 10)) != 0; }
+    // "un": attribute, bool, default "false"
     bool GetUn() const { return m_Un; }
     void SetUn(bool value) { m_Un = value; m_presence |= (1u << 11); }
     bool CheckUn() const { return (m_presence & (1u << 11)) != 0; }
+    // "st": attribute, bool, default "false"
     bool GetSt() const { return m_St; }
     void SetSt(bool value) { m_St = value; m_presence |= (1u << 12); }
     bool CheckSt() const { return (m_presence & (1u << 12)) != 0; }
+    // "b": attribute, bool, default "false"
     bool GetB() const { return m_B; }
     void SetB(bool value) { m_B = value; m_presence |= (1u << 13); }
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
@@ -2914,21 +3285,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
+    // "u": attribute, bool
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 2); }
     bool CheckU() const { return (m_presence & (1u << 2)) != 0; }
+    // "f": attribute, bool
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 3); }
     bool CheckF() const { return (m_presence & (1u << 3)) != 0; }
+    // "c": attribute, wxString
     wxString GetC() const;
     void SetC(wxString value);
     bool CheckC() const { return (m_presence & (1u << 4)) != 0; }
+    // "cp": attribute, unsigned int
     unsigned int GetCp() const { return m_Cp; }
     void SetCp(unsigned int value) { m_Cp = value; m_presence |= (1u << 5); }
     bool CheckCp() const { return (m_presence & (1u << 5)) != 0; }
@@ -2954,18 +3331,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rangePr": child element
     CT_RangePr* GetRangePr() const { return m_RangePr; }
     void SetRangePr(CT_RangePr* value) { m_RangePr = value; m_presence |= (1u << 0); }
     bool CheckRangePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "discretePr": child element
     CT_DiscretePr* GetDiscretePr() const { return m_DiscretePr; }
     void SetDiscretePr(CT_DiscretePr* value) { m_DiscretePr = value; m_presence |= (1u << 1); }
     bool CheckDiscretePr() const { return (m_presence & (1u << 1)) != 0; }
+    // "groupItems": child element
     CT_GroupItems* GetGroupItems() const { return m_GroupItems; }
     void SetGroupItems(CT_GroupItems* value) { m_GroupItems = value; m_presence |= (1u << 2); }
     bool CheckGroupItems() const { return (m_presence & (1u << 2)) != 0; }
+    // "par": attribute, unsigned int
     unsigned int GetPar() const { return m_Par; }
     void SetPar(unsigned int value) { m_Par = value; m_presence |= (1u << 3); }
     bool CheckPar() const { return (m_presence & (1u << 3)) != 0; }
+    // "base": attribute, unsigned int
     unsigned int GetBase() const { return m_Base; }
     void SetBase(unsigned int value) { m_Base = value; m_presence |= (1u << 4); }
     bool CheckBase() const { return (m_presence & (1u << 4)) != 0; }
@@ -2990,27 +3372,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoStart": attribute, bool, default "true"
     bool GetAutoStart() const { return m_AutoStart; }
     void SetAutoStart(bool value) { m_AutoStart = value; m_presence |= (1u << 0); }
     bool CheckAutoStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "autoEnd": attribute, bool, default "true"
     bool GetAutoEnd() const { return m_AutoEnd; }
     void SetAutoEnd(bool value) { m_AutoEnd = value; m_presence |= (1u << 1); }
     bool CheckAutoEnd() const { return (m_presence & (1u << 1)) != 0; }
+    // "groupBy": attribute, wxString, default "range"
     wxString GetGroupBy() const;
     void SetGroupBy(wxString value);
     bool CheckGroupBy() const { return (m_presence & (1u << 2)) != 0; }
+    // "startNum": attribute, double
     double GetStartNum() const { return m_StartNum; }
     void SetStartNum(double value) { m_StartNum = value; m_presence |= (1u << 3); }
     bool CheckStartNum() const { return (m_presence & (1u << 3)) != 0; }
+    // "endNum": attribute, double
     double GetEndNum() const { return m_EndNum; }
     void SetEndNum(double value) { m_EndNum = value; m_presence |= (1u << 4); }
     bool CheckEndNum() const { return (m_presence & (1u << 4)) != 0; }
+    // "startDate": attribute, wxString
     wxString GetStartDate() const;
     void SetStartDate(wxString value);
     bool CheckStartDate() const { return (m_presence & (1u << 5)) != 0; }
+    // "endDate": attribute, wxString
     wxString GetEndDate() const;
     void SetEndDate(wxString value);
     bool CheckEndDate() const { return (m_presence & (1u << 6)) != 0; }
+    // "groupInterval": attribute, double, default "1"
     double GetGroupInterval() const { return m_GroupInterval; }
     void SetGroupInterval(double value) { m_GroupInterval = value; m_presence |= (1u << 7); }
     bool CheckGroupInterval() const { return (m_presence & (1u << 7)) != 0; }
@@ -3038,9 +3428,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": child element, repeated
     XMLPtrArray<CT_Index> GetX() const;
     void SetX(XMLPtrArray<CT_Index> value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3062,9 +3454,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_GroupItemsData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GroupItemsData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3091,21 +3485,27 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m": child element
     CT_Missing* GetM() const { return m_M; }
     void SetM(CT_Missing* value) { m_M = value; m_presence |= (1u << 0); }
     bool CheckM() const { return (m_presence & (1u << 0)) != 0; }
+    // "n": child element
     CT_Number* GetN() const { return m_N; }
     void SetN(CT_Number* value) { m_N = value; m_presence |= (1u << 1); }
     bool CheckN() const { return (m_presence & (1u << 1)) != 0; }
+    // "b": child element
     CT_Boolean* GetB() const { return m_B; }
     void SetB(CT_Boolean* value) { m_B = value; m_presence |= (1u << 2); }
     bool CheckB() const { return (m_presence & (1u << 2)) != 0; }
+    // "e": child element
     CT_Error* GetE() const { return m_E; }
     void SetE(CT_Error* value) { m_E = value; m_presence |= (1u << 3); }
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
+    // "s": child element
     CT_String* GetS() const { return m_S; }
     void SetS(CT_String* value) { m_S = value; m_presence |= (1u << 4); }
     bool CheckS() const { return (m_presence & (1u << 4)) != 0; }
+    // "d": child element
     CT_DateTime* GetD() const { return m_D; }
     void SetD(CT_DateTime* value) { m_D = value; m_presence |= (1u << 5); }
     bool CheckD() const { return (m_presence & (1u << 5)) != 0; }
@@ -3131,12 +3531,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": child element, repeated
     XMLPtrArray<CT_Record> GetR() const;
     void SetR(XMLPtrArray<CT_Record> value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 2); }
     bool CheckCount() const { return (m_presence & (1u << 2)) != 0; }
@@ -3159,6 +3562,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RecordData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RecordData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -3184,24 +3588,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m": child element
     CT_Missing* GetM() const { return m_M; }
     void SetM(CT_Missing* value) { m_M = value; m_presence |= (1u << 0); }
     bool CheckM() const { return (m_presence & (1u << 0)) != 0; }
+    // "n": child element
     CT_Number* GetN() const { return m_N; }
     void SetN(CT_Number* value) { m_N = value; m_presence |= (1u << 1); }
     bool CheckN() const { return (m_presence & (1u << 1)) != 0; }
+    // "b": child element
     CT_Boolean* GetB() const { return m_B; }
     void SetB(CT_Boolean* value) { m_B = value; m_presence |= (1u << 2); }
     bool CheckB() const { return (m_presence & (1u << 2)) != 0; }
+    // "e": child element
     CT_Error* GetE() const { return m_E; }
     void SetE(CT_Error* value) { m_E = value; m_presence |= (1u << 3); }
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
+    // "s": child element
     CT_String* GetS() const { return m_S; }
     void SetS(CT_String* value) { m_S = value; m_presence |= (1u << 4); }
     bool CheckS() const { return (m_presence & (1u << 4)) != 0; }
+    // "d": child element
     CT_DateTime* GetD() const { return m_D; }
     void SetD(CT_DateTime* value) { m_D = value; m_presence |= (1u << 5); }
     bool CheckD() const { return (m_presence & (1u << 5)) != 0; }
+    // "x": child element
     CT_Index* GetX() const { return m_X; }
     void SetX(CT_Index* value) { m_X = value; m_presence |= (1u << 6); }
     bool CheckX() const { return (m_presence & (1u << 6)) != 0; }
@@ -3228,9 +3639,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "kpi": child element, repeated
     XMLPtrArray<CT_PCDKPI> GetKpi() const;
     void SetKpi(XMLPtrArray<CT_PCDKPI> value);
     bool CheckKpi() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3252,36 +3665,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 0)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 1)) != 0; }
+    // "displayFolder": attribute, wxString
     wxString GetDisplayFolder() const;
     void SetDisplayFolder(wxString value);
     bool CheckDisplayFolder() const { return (m_presence & (1u << 2)) != 0; }
+    // "measureGroup": attribute, wxString
     wxString GetMeasureGroup() const;
     void SetMeasureGroup(wxString value);
     bool CheckMeasureGroup() const { return (m_presence & (1u << 3)) != 0; }
+    // "parent": attribute, wxString
     wxString GetParent() const;
     void SetParent(wxString value);
     bool CheckParent() const { return (m_presence & (1u << 4)) != 0; }
+    // "value": attribute, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 5)) != 0; }
+    // "goal": attribute, wxString
     wxString GetGoal() const;
     void SetGoal(wxString value);
     bool CheckGoal() const { return (m_presence & (1u << 6)) != 0; }
+    // "status": attribute, wxString
     wxString GetStatus() const;
     void SetStatus(wxString value);
     bool CheckStatus() const { return (m_presence & (1u << 7)) != 0; }
+    // "trend": attribute, wxString
     wxString GetTrend() const;
     void SetTrend(wxString value);
     bool CheckTrend() const { return (m_presence & (1u << 8)) != 0; }
+    // "weight": attribute, wxString
     wxString GetWeight() const;
     void SetWeight(wxString value);
     bool CheckWeight() const { return (m_presence & (1u << 9)) != 0; }
+    // "time": attribute, wxString
     wxString GetTime() const;
     void SetTime(wxString value);
     bool CheckTime() const { return (m_presence & (1u << 10)) != 0; }
@@ -3312,9 +3736,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cacheHierarchy": child element, repeated
     XMLPtrArray<CT_CacheHierarchy> GetCacheHierarchy() const;
     void SetCacheHierarchy(XMLPtrArray<CT_CacheHierarchy> value);
     bool CheckCacheHierarchy() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3336,78 +3762,103 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fieldsUsage": child element
     CT_FieldsUsage* GetFieldsUsage() const { return m_FieldsUsage; }
     void SetFieldsUsage(CT_FieldsUsage* value) { m_FieldsUsage = value; m_presence |= (1u << 0); }
     bool CheckFieldsUsage() const { return (m_presence & (1u << 0)) != 0; }
+    // "groupLevels": child element
     CT_GroupLevels* GetGroupLevels() const { return m_GroupLevels; }
     void SetGroupLevels(CT_GroupLevels* value) { m_GroupLevels = value; m_presence |= (1u << 1); }
     bool CheckGroupLevels() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 3)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 4)) != 0; }
+    // "measure": attribute, bool, default "false"
     bool GetMeasure() const { return m_Measure; }
     void SetMeasure(bool value) { m_Measure = value; m_presence |= (1u << 5); }
     bool CheckMeasure() const { return (m_presence & (1u << 5)) != 0; }
+    // "set": attribute, bool, default "false"
     bool GetSet() const { return m_Set; }
     void SetSet(bool value) { m_Set = value; m_presence |= (1u << 6); }
     bool CheckSet() const { return (m_presence & (1u << 6)) != 0; }
+    // "parentSet": attribute, unsigned int
     unsigned int GetParentSet() const { return m_ParentSet; }
     void SetParentSet(unsigned int value) { m_ParentSet = value; m_presence |= (1u << 7); }
     bool CheckParentSet() const { return (m_presence & (1u << 7)) != 0; }
+    // "iconSet": attribute, int, default "0"
     int GetIconSet() const { return m_IconSet; }
     void SetIconSet(int value) { m_IconSet = value; m_presence |= (1u << 8); }
     bool CheckIconSet() const { return (m_presence & (1u << 8)) != 0; }
+    // "attribute": attribute, bool, default "false"
     bool GetAttribute() const { return m_Attribute; }
     void SetAttribute(bool value) { m_Attribute = value; m_presence |= (1u << 9); }
     bool CheckAttribute() const { return (m_presence & (1u << 9)) != 0; }
+    // "time": attribute, bool, default "false"
     bool GetTime() const { return m_Time; }
     void SetTime(bool value) { m_Time = value; m_presence |= (1u << 10); }
     bool CheckTime() const { return (m_presence & (1u << 10)) != 0; }
+    // "keyAttribute": attribute, bool, default "false"
     bool GetKeyAttribute() const { return m_KeyAttribute; }
     void SetKeyAttribute(bool value) { m_KeyAttribute = value; m_presence |= (1u << 11); }
     bool CheckKeyAttribute() const { return (m_presence & (1u << 11)) != 0; }
+    // "defaultMemberUniqueName": attribute, wxString
     wxString GetDefaultMemberUniqueName() const;
     void SetDefaultMemberUniqueName(wxString value);
     bool CheckDefaultMemberUniqueName() const { return (m_presence & (1u << 12)) != 0; }
+    // "allUniqueName": attribute, wxString
     wxString GetAllUniqueName() const;
     void SetAllUniqueName(wxString value);
     bool CheckAllUniqueName() const { return (m_presence & (1u << 13)) != 0; }
+    // "allCaption": attribute, wxString
     wxString GetAllCaption() const;
     void SetAllCaption(wxString value);
     bool CheckAllCaption() const { return (m_presence & (1u << 14)) != 0; }
+    // "dimensionUniqueName": attribute, wxString
     wxString GetDimensionUniqueName() const;
     void SetDimensionUniqueName(wxString value);
     bool CheckDimensionUniqueName() const { return (m_presence & (1u << 15)) != 0; }
+    // "displayFolder": attribute, wxString
     wxString GetDisplayFolder() const;
     void SetDisplayFolder(wxString value);
     bool CheckDisplayFolder() const { return (m_presence & (1u << 16)) != 0; }
+    // "measureGroup": attribute, wxString
     wxString GetMeasureGroup() const;
     void SetMeasureGroup(wxString value);
     bool CheckMeasureGroup() const { return (m_presence & (1u << 17)) != 0; }
+    // "measures": attribute, bool, default "false"
     bool GetMeasures() const { return m_Measures; }
     void SetMeasures(bool value) { m_Measures = value; m_presence |= (1u << 18); }
     bool CheckMeasures() const { return (m_presence & (1u << 18)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 19); }
     bool CheckCount() const { return (m_presence & (1u << 19)) != 0; }
+    // "oneField": attribute, bool, default "false"
     bool GetOneField() const { return m_OneField; }
     void SetOneField(bool value) { m_OneField = value; m_presence |= (1u << 20); }
     bool CheckOneField() const { return (m_presence & (1u << 20)) != 0; }
+    // "memberValueDatatype": attribute, unsigned short
     unsigned short GetMemberValueDatatype() const { return m_MemberValueDatatype; }
     void SetMemberValueDatatype(unsigned short value) { m_MemberValueDatatype = value; m_presence |= (1u << 21); }
     bool CheckMemberValueDatatype() const { return (m_presence & (1u << 21)) != 0; }
+    // "unbalanced": attribute, bool
     bool GetUnbalanced() const { return m_Unbalanced; }
     void SetUnbalanced(bool value) { m_Unbalanced = value; m_presence |= (1u << 22); }
     bool CheckUnbalanced() const { return (m_presence & (1u << 22)) != 0; }
+    // "unbalancedGroup": attribute, bool
     bool GetUnbalancedGroup() const { return m_UnbalancedGroup; }
     void SetUnbalancedGroup(bool value) { m_UnbalancedGroup = value; m_presence |= (1u << 23); }
     bool CheckUnbalancedGroup() const { return (m_presence & (1u << 23)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 24); }
     bool CheckHidden() const { return (m_presence & (1u << 24)) != 0; }
@@ -3452,9 +3903,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fieldUsage": child element, repeated
     XMLPtrArray<CT_FieldUsage> GetFieldUsage() const;
     void SetFieldUsage(XMLPtrArray<CT_FieldUsage> value);
     bool CheckFieldUsage() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3476,6 +3929,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, int
     int GetX() const { return m_X; }
     void SetX(int value) { m_X = value; m_presence |= (1u << 0); }
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
@@ -3496,9 +3950,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "groupLevel": child element, repeated
     XMLPtrArray<CT_GroupLevel> GetGroupLevel() const;
     void SetGroupLevel(XMLPtrArray<CT_GroupLevel> value);
     bool CheckGroupLevel() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3520,21 +3976,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "groups": child element
     CT_Groups* GetGroups() const { return m_Groups; }
     void SetGroups(CT_Groups* value) { m_Groups = value; m_presence |= (1u << 0); }
     bool CheckGroups() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 2)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 3)) != 0; }
+    // "user": attribute, bool, default "false"
     bool GetUser() const { return m_User; }
     void SetUser(bool value) { m_User = value; m_presence |= (1u << 4); }
     bool CheckUser() const { return (m_presence & (1u << 4)) != 0; }
+    // "customRollUp": attribute, bool, default "false"
     bool GetCustomRollUp() const { return m_CustomRollUp; }
     void SetCustomRollUp(bool value) { m_CustomRollUp = value; m_presence |= (1u << 5); }
     bool CheckCustomRollUp() const { return (m_presence & (1u << 5)) != 0; }
@@ -3560,9 +4022,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "group": child element, repeated
     XMLPtrArray<CT_LevelGroup> GetGroup() const;
     void SetGroup(XMLPtrArray<CT_LevelGroup> value);
     bool CheckGroup() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3584,21 +4048,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "groupMembers": child element
     CT_GroupMembers* GetGroupMembers() const { return m_GroupMembers; }
     void SetGroupMembers(CT_GroupMembers* value) { m_GroupMembers = value; m_presence |= (1u << 0); }
     bool CheckGroupMembers() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 2)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 3)) != 0; }
+    // "uniqueParent": attribute, wxString
     wxString GetUniqueParent() const;
     void SetUniqueParent(wxString value);
     bool CheckUniqueParent() const { return (m_presence & (1u << 4)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 5); }
     bool CheckId() const { return (m_presence & (1u << 5)) != 0; }
@@ -3624,9 +4094,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "groupMember": child element, repeated
     XMLPtrArray<CT_GroupMember> GetGroupMember() const;
     void SetGroupMember(XMLPtrArray<CT_GroupMember> value);
     bool CheckGroupMember() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3648,9 +4120,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 0)) != 0; }
+    // "group": attribute, bool, default "false"
     bool GetGroup() const { return m_Group; }
     void SetGroup(bool value) { m_Group = value; m_presence |= (1u << 1); }
     bool CheckGroup() const { return (m_presence & (1u << 1)) != 0; }
@@ -3672,18 +4146,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entries": child element
     CT_PCDSDTCEntries* GetEntries() const { return m_Entries; }
     void SetEntries(CT_PCDSDTCEntries* value) { m_Entries = value; m_presence |= (1u << 0); }
     bool CheckEntries() const { return (m_presence & (1u << 0)) != 0; }
+    // "sets": child element
     CT_Sets* GetSets() const { return m_Sets; }
     void SetSets(CT_Sets* value) { m_Sets = value; m_presence |= (1u << 1); }
     bool CheckSets() const { return (m_presence & (1u << 1)) != 0; }
+    // "queryCache": child element
     CT_QueryCache* GetQueryCache() const { return m_QueryCache; }
     void SetQueryCache(CT_QueryCache* value) { m_QueryCache = value; m_presence |= (1u << 2); }
     bool CheckQueryCache() const { return (m_presence & (1u << 2)) != 0; }
+    // "serverFormats": child element
     CT_ServerFormats* GetServerFormats() const { return m_ServerFormats; }
     void SetServerFormats(CT_ServerFormats* value) { m_ServerFormats = value; m_presence |= (1u << 3); }
     bool CheckServerFormats() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
@@ -3708,9 +4187,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "culture": attribute, wxString
     wxString GetCulture() const;
     void SetCulture(wxString value);
     bool CheckCulture() const { return (m_presence & (1u << 0)) != 0; }
+    // "format": attribute, wxString
     wxString GetFormat() const;
     void SetFormat(wxString value);
     bool CheckFormat() const { return (m_presence & (1u << 1)) != 0; }
@@ -3732,9 +4213,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "serverFormat": child element, repeated
     XMLPtrArray<CT_ServerFormat> GetServerFormat() const;
     void SetServerFormat(XMLPtrArray<CT_ServerFormat> value);
     bool CheckServerFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3756,9 +4239,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_PCDSDTCEntriesData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_PCDSDTCEntriesData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3785,15 +4270,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m": child element
     CT_Missing* GetM() const { return m_M; }
     void SetM(CT_Missing* value) { m_M = value; m_presence |= (1u << 0); }
     bool CheckM() const { return (m_presence & (1u << 0)) != 0; }
+    // "n": child element
     CT_Number* GetN() const { return m_N; }
     void SetN(CT_Number* value) { m_N = value; m_presence |= (1u << 1); }
     bool CheckN() const { return (m_presence & (1u << 1)) != 0; }
+    // "e": child element
     CT_Error* GetE() const { return m_E; }
     void SetE(CT_Error* value) { m_E = value; m_presence |= (1u << 2); }
     bool CheckE() const { return (m_presence & (1u << 2)) != 0; }
+    // "s": child element
     CT_String* GetS() const { return m_S; }
     void SetS(CT_String* value) { m_S = value; m_presence |= (1u << 3); }
     bool CheckS() const { return (m_presence & (1u << 3)) != 0; }
@@ -3817,9 +4306,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpl": child element, repeated
     XMLPtrArray<CT_Tuple> GetTpl() const;
     void SetTpl(XMLPtrArray<CT_Tuple> value);
     bool CheckTpl() const { return (m_presence & (1u << 0)) != 0; }
+    // "c": attribute, unsigned int
     unsigned int GetC() const { return m_C; }
     void SetC(unsigned int value) { m_C = value; m_presence |= (1u << 1); }
     bool CheckC() const { return (m_presence & (1u << 1)) != 0; }
@@ -3841,12 +4332,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fld": attribute, unsigned int
     unsigned int GetFld() const { return m_Fld; }
     void SetFld(unsigned int value) { m_Fld = value; m_presence |= (1u << 0); }
     bool CheckFld() const { return (m_presence & (1u << 0)) != 0; }
+    // "hier": attribute, unsigned int
     unsigned int GetHier() const { return m_Hier; }
     void SetHier(unsigned int value) { m_Hier = value; m_presence |= (1u << 1); }
     bool CheckHier() const { return (m_presence & (1u << 1)) != 0; }
+    // "item": attribute, unsigned int
     unsigned int GetItem() const { return m_Item; }
     void SetItem(unsigned int value) { m_Item = value; m_presence |= (1u << 2); }
     bool CheckItem() const { return (m_presence & (1u << 2)) != 0; }
@@ -3869,9 +4363,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "set": child element, repeated
     XMLPtrArray<CT_Set> GetSet() const;
     void SetSet(XMLPtrArray<CT_Set> value);
     bool CheckSet() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3893,24 +4389,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element, repeated
     XMLPtrArray<CT_Tuples> GetTpls() const;
     void SetTpls(XMLPtrArray<CT_Tuples> value);
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "sortByTuple": child element
     CT_Tuples* GetSortByTuple() const { return m_SortByTuple; }
     void SetSortByTuple(CT_Tuples* value) { m_SortByTuple = value; m_presence |= (1u << 1); }
     bool CheckSortByTuple() const { return (m_presence & (1u << 1)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 2); }
     bool CheckCount() const { return (m_presence & (1u << 2)) != 0; }
+    // "maxRank": attribute, int
     int GetMaxRank() const { return m_MaxRank; }
     void SetMaxRank(int value) { m_MaxRank = value; m_presence |= (1u << 3); }
     bool CheckMaxRank() const { return (m_presence & (1u << 3)) != 0; }
+    // "setDefinition": attribute, wxString
     wxString GetSetDefinition() const;
     void SetSetDefinition(wxString value);
     bool CheckSetDefinition() const { return (m_presence & (1u << 4)) != 0; }
+    // "sortType": attribute, wxString, default "none"
     wxString GetSortType() const;
     void SetSortType(wxString value);
     bool CheckSortType() const { return (m_presence & (1u << 5)) != 0; }
+    // "queryFailed": attribute, bool, default "false"
     bool GetQueryFailed() const { return m_QueryFailed; }
     void SetQueryFailed(bool value) { m_QueryFailed = value; m_presence |= (1u << 6); }
     bool CheckQueryFailed() const { return (m_presence & (1u << 6)) != 0; }
@@ -3937,9 +4440,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "query": child element, repeated
     XMLPtrArray<CT_Query> GetQuery() const;
     void SetQuery(XMLPtrArray<CT_Query> value);
     bool CheckQuery() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -3961,9 +4466,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tpls": child element
     CT_Tuples* GetTpls() const { return m_Tpls; }
     void SetTpls(CT_Tuples* value) { m_Tpls = value; m_presence |= (1u << 0); }
     bool CheckTpls() const { return (m_presence & (1u << 0)) != 0; }
+    // "mdx": attribute, wxString
     wxString GetMdx() const;
     void SetMdx(wxString value);
     bool CheckMdx() const { return (m_presence & (1u << 1)) != 0; }
@@ -3985,9 +4492,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "calculatedItem": child element, repeated
     XMLPtrArray<CT_CalculatedItem> GetCalculatedItem() const;
     void SetCalculatedItem(XMLPtrArray<CT_CalculatedItem> value);
     bool CheckCalculatedItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4009,15 +4518,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element
     CT_PivotArea* GetPivotArea() const { return m_PivotArea; }
     void SetPivotArea(CT_PivotArea* value) { m_PivotArea = value; m_presence |= (1u << 0); }
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "field": attribute, unsigned int
     unsigned int GetField() const { return m_Field; }
     void SetField(unsigned int value) { m_Field = value; m_presence |= (1u << 2); }
     bool CheckField() const { return (m_presence & (1u << 2)) != 0; }
+    // "formula": attribute, wxString
     wxString GetFormula() const;
     void SetFormula(wxString value);
     bool CheckFormula() const { return (m_presence & (1u << 3)) != 0; }
@@ -4041,9 +4554,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "calculatedMember": child element, repeated
     XMLPtrArray<CT_CalculatedMember> GetCalculatedMember() const;
     void SetCalculatedMember(XMLPtrArray<CT_CalculatedMember> value);
     bool CheckCalculatedMember() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4065,27 +4580,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "mdx": attribute, wxString
     wxString GetMdx() const;
     void SetMdx(wxString value);
     bool CheckMdx() const { return (m_presence & (1u << 2)) != 0; }
+    // "memberName": attribute, wxString
     wxString GetMemberName() const;
     void SetMemberName(wxString value);
     bool CheckMemberName() const { return (m_presence & (1u << 3)) != 0; }
+    // "hierarchy": attribute, wxString
     wxString GetHierarchy() const;
     void SetHierarchy(wxString value);
     bool CheckHierarchy() const { return (m_presence & (1u << 4)) != 0; }
+    // "parent": attribute, wxString
     wxString GetParent() const;
     void SetParent(wxString value);
     bool CheckParent() const { return (m_presence & (1u << 5)) != 0; }
+    // "solveOrder": attribute, int, default "0"
     int GetSolveOrder() const { return m_SolveOrder; }
     void SetSolveOrder(int value) { m_SolveOrder = value; m_presence |= (1u << 6); }
     bool CheckSolveOrder() const { return (m_presence & (1u << 6)) != 0; }
+    // "set": attribute, bool, default "false"
     bool GetSet() const { return m_Set; }
     void SetSet(bool value) { m_Set = value; m_presence |= (1u << 7); }
     bool CheckSet() const { return (m_presence & (1u << 7)) != 0; }
@@ -4113,240 +4636,319 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "location": child element
     CT_Location* GetLocation() const { return m_Location; }
     void SetLocation(CT_Location* value) { m_Location = value; m_presence[0] |= (std::uint64_t(1) << 0); }
     bool CheckLocation() const { return (m_presence[0] & (std::uint64_t(1) << 0)) != 0; }
+    // "pivotFields": child element
     CT_PivotFields* GetPivotFields() const { return m_PivotFields; }
     void SetPivotFields(CT_PivotFields* value) { m_PivotFields = value; m_presence[0] |= (std::uint64_t(1) << 1); }
     bool CheckPivotFields() const { return (m_presence[0] & (std::uint64_t(1) << 1)) != 0; }
+    // "rowFields": child element
     CT_RowFields* GetRowFields() const { return m_RowFields; }
     void SetRowFields(CT_RowFields* value) { m_RowFields = value; m_presence[0] |= (std::uint64_t(1) << 2); }
     bool CheckRowFields() const { return (m_presence[0] & (std::uint64_t(1) << 2)) != 0; }
+    // "rowItems": child element
     CT_rowItems* GetRowItems() const { return m_RowItems; }
     void SetRowItems(CT_rowItems* value) { m_RowItems = value; m_presence[0] |= (std::uint64_t(1) << 3); }
     bool CheckRowItems() const { return (m_presence[0] & (std::uint64_t(1) << 3)) != 0; }
+    // "colFields": child element
     CT_ColFields* GetColFields() const { return m_ColFields; }
     void SetColFields(CT_ColFields* value) { m_ColFields = value; m_presence[0] |= (std::uint64_t(1) << 4); }
     bool CheckColFields() const { return (m_presence[0] & (std::uint64_t(1) << 4)) != 0; }
+    // "colItems": child element
     CT_colItems* GetColItems() const { return m_ColItems; }
     void SetColItems(CT_colItems* value) { m_ColItems = value; m_presence[0] |= (std::uint64_t(1) << 5); }
     bool CheckColItems() const { return (m_presence[0] & (std::uint64_t(1) << 5)) != 0; }
+    // "pageFields": child element
     CT_PageFields* GetPageFields() const { return m_PageFields; }
     void SetPageFields(CT_PageFields* value) { m_PageFields = value; m_presence[0] |= (std::uint64_t(1) << 6); }
     bool CheckPageFields() const { return (m_presence[0] & (std::uint64_t(1) << 6)) != 0; }
+    // "dataFields": child element
     CT_DataFields* GetDataFields() const { return m_DataFields; }
     void SetDataFields(CT_DataFields* value) { m_DataFields = value; m_presence[0] |= (std::uint64_t(1) << 7); }
     bool CheckDataFields() const { return (m_presence[0] & (std::uint64_t(1) << 7)) != 0; }
+    // "formats": child element
     CT_Formats* GetFormats() const { return m_Formats; }
     void SetFormats(CT_Formats* value) { m_Formats = value; m_presence[0] |= (std::uint64_t(1) << 8); }
     bool CheckFormats() const { return (m_presence[0] & (std::uint64_t(1) << 8)) != 0; }
+    // "conditionalFormats": child element
     CT_ConditionalFormats* GetConditionalFormats() const { return m_ConditionalFormats; }
     void SetConditionalFormats(CT_ConditionalFormats* value) { m_ConditionalFormats = value; m_presence[0] |= (std::uint64_t(1) << 9); }
     bool CheckConditionalFormats() const { return (m_presence[0] & (std::uint64_t(1) << 9)) != 0; }
+    // "chartFormats": child element
     CT_ChartFormats* GetChartFormats() const { return m_ChartFormats; }
     void SetChartFormats(CT_ChartFormats* value) { m_ChartFormats = value; m_presence[0] |= (std::uint64_t(1) << 10); }
     bool CheckChartFormats() const { return (m_presence[0] & (std::uint64_t(1) << 10)) != 0; }
+    // "pivotHierarchies": child element
     CT_PivotHierarchies* GetPivotHierarchies() const { return m_PivotHierarchies; }
     void SetPivotHierarchies(CT_PivotHierarchies* value) { m_PivotHierarchies = value; m_presence[0] |= (std::uint64_t(1) << 11); }
     bool CheckPivotHierarchies() const { return (m_presence[0] & (std::uint64_t(1) << 11)) != 0; }
+    // "pivotTableStyleInfo": child element
     CT_PivotTableStyle* GetPivotTableStyleInfo() const { return m_PivotTableStyleInfo; }
     void SetPivotTableStyleInfo(CT_PivotTableStyle* value) { m_PivotTableStyleInfo = value; m_presence[0] |= (std::uint64_t(1) << 12); }
     bool CheckPivotTableStyleInfo() const { return (m_presence[0] & (std::uint64_t(1) << 12)) != 0; }
+    // "filters": child element
     CT_PivotFilters* GetFilters() const { return m_Filters; }
     void SetFilters(CT_PivotFilters* value) { m_Filters = value; m_presence[0] |= (std::uint64_t(1) << 13); }
     bool CheckFilters() const { return (m_presence[0] & (std::uint64_t(1) << 13)) != 0; }
+    // "rowHierarchiesUsage": child element
     CT_RowHierarchiesUsage* GetRowHierarchiesUsage() const { return m_RowHierarchiesUsage; }
     void SetRowHierarchiesUsage(CT_RowHierarchiesUsage* value) { m_RowHierarchiesUsage = value; m_presence[0] |= (std::uint64_t(1) << 14); }
     bool CheckRowHierarchiesUsage() const { return (m_presence[0] & (std::uint64_t(1) << 14)) != 0; }
+    // "colHierarchiesUsage": child element
     CT_ColHierarchiesUsage* GetColHierarchiesUsage() const { return m_ColHierarchiesUsage; }
     void SetColHierarchiesUsage(CT_ColHierarchiesUsage* value) { m_ColHierarchiesUsage = value; m_presence[0] |= (std::uint64_t(1) << 15); }
     bool CheckColHierarchiesUsage() const { return (m_presence[0] & (std::uint64_t(1) << 15)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence[0] |= (std::uint64_t(1) << 16); }
     bool CheckExtLst() const { return (m_presence[0] & (std::uint64_t(1) << 16)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence[0] & (std::uint64_t(1) << 17)) != 0; }
+    // "cacheId": attribute, unsigned int
     unsigned int GetCacheId() const { return m_CacheId; }
     void SetCacheId(unsigned int value) { m_CacheId = value; m_presence[0] |= (std::uint64_t(1) << 18); }
     bool CheckCacheId() const { return (m_presence[0] & (std::uint64_t(1) << 18)) != 0; }
+    // "dataOnRows": attribute, bool, default "false"
     bool GetDataOnRows() const { return m_DataOnRows; }
     void SetDataOnRows(bool value) { m_DataOnRows = value; m_presence[0] |= (std::uint64_t(1) << 19); }
     bool CheckDataOnRows() const { return (m_presence[0] & (std::uint64_t(1) << 19)) != 0; }
+    // "dataPosition": attribute, unsigned int
     unsigned int GetDataPosition() const { return m_DataPosition; }
     void SetDataPosition(unsigned int value) { m_DataPosition = value; m_presence[0] |= (std::uint64_t(1) << 20); }
     bool CheckDataPosition() const { return (m_presence[0] & (std::uint64_t(1) << 20)) != 0; }
+    // attribute group AG_AutoFormat
     AG_AutoFormat* GetAG_AutoFormat() const { return m_AG_AutoFormat; }
     void SetAG_AutoFormat(AG_AutoFormat* value) { m_AG_AutoFormat = value; m_presence[0] |= (std::uint64_t(1) << 21); }
     bool CheckAG_AutoFormat() const { return (m_presence[0] & (std::uint64_t(1) << 21)) != 0; }
+    // "dataCaption": attribute, wxString
     wxString GetDataCaption() const;
     void SetDataCaption(wxString value);
     bool CheckDataCaption() const { return (m_presence[0] & (std::uint64_t(1) << 22)) != 0; }
+    // "grandTotalCaption": attribute, wxString
     wxString GetGrandTotalCaption() const;
     void SetGrandTotalCaption(wxString value);
     bool CheckGrandTotalCaption() const { return (m_presence[0] & (std::uint64_t(1) << 23)) != 0; }
+    // "errorCaption": attribute, wxString
     wxString GetErrorCaption() const;
     void SetErrorCaption(wxString value);
     bool CheckErrorCaption() const { return (m_presence[0] & (std::uint64_t(1) << 24)) != 0; }
+    // "showError": attribute, bool, default "false"
     bool GetShowError() const { return m_ShowError; }
     void SetShowError(bool value) { m_ShowError = value; m_presence[0] |= (std::uint64_t(1) << 25); }
     bool CheckShowError() const { return (m_presence[0] & (std::uint64_t(1) << 25)) != 0; }
+    // "missingCaption": attribute, wxString
     wxString GetMissingCaption() const;
     void SetMissingCaption(wxString value);
     bool CheckMissingCaption() const { return (m_presence[0] & (std::uint64_t(1) << 26)) != 0; }
+    // "showMissing": attribute, bool, default "true"
     bool GetShowMissing() const { return m_ShowMissing; }
     void SetShowMissing(bool value) { m_ShowMissing = value; m_presence[0] |= (std::uint64_t(1) << 27); }
     bool CheckShowMissing() const { return (m_presence[0] & (std::uint64_t(1) << 27)) != 0; }
+    // "pageStyle": attribute, wxString
     wxString GetPageStyle() const;
     void SetPageStyle(wxString value);
     bool CheckPageStyle() const { return (m_presence[0] & (std::uint64_t(1) << 28)) != 0; }
+    // "pivotTableStyle": attribute, wxString
     wxString GetPivotTableStyle() const;
     void SetPivotTableStyle(wxString value);
     bool CheckPivotTableStyle() const { return (m_presence[0] & (std::uint64_t(1) << 29)) != 0; }
+    // "vacatedStyle": attribute, wxString
     wxString GetVacatedStyle() const;
     void SetVacatedStyle(wxString value);
     bool CheckVacatedStyle() const { return (m_presence[0] & (std::uint64_t(1) << 30)) != 0; }
+    // "tag": attribute, wxString
     wxString GetTag() const;
     void SetTag(wxString value);
     bool CheckTag() const { return (m_presence[0] & (std::uint64_t(1) << 31)) != 0; }
+    // "updatedVersion": attribute, unsigned char, default "0"
     unsigned char GetUpdatedVersion() const { return m_UpdatedVersion; }
     void SetUpdatedVersion(unsigned char value) { m_UpdatedVersion = value; m_presence[0] |= (std::uint64_t(1) << 32); }
     bool CheckUpdatedVersion() const { return (m_presence[0] & (std::uint64_t(1) << 32)) != 0; }
+    // "minRefreshableVersion": attribute, unsigned char, default "0"
     unsigned char GetMinRefreshableVersion() const { return m_MinRefreshableVersion; }
     void SetMinRefreshableVersion(unsigned char value) { m_MinRefreshableVersion = value; m_presence[0] |= (std::uint64_t(1) << 33); }
     bool CheckMinRefreshableVersion() const { return (m_presence[0] & (std::uint64_t(1) << 33)) != 0; }
+    // "asteriskTotals": attribute, bool, default "false"
     bool GetAsteriskTotals() const { return m_AsteriskTotals; }
     void SetAsteriskTotals(bool value) { m_AsteriskTotals = value; m_presence[0] |= (std::uint64_t(1) << 34); }
     bool CheckAsteriskTotals() const { return (m_presence[0] & (std::uint64_t(1) << 34)) != 0; }
+    // "showItems": attribute, bool, default "true"
     bool GetShowItems() const { return m_ShowItems; }
     void SetShowItems(bool value) { m_ShowItems = value; m_presence[0] |= (std::uint64_t(1) << 35); }
     bool CheckShowItems() const { return (m_presence[0] & (std::uint64_t(1) << 35)) != 0; }
+    // "editData": attribute, bool, default "false"
     bool GetEditData() const { return m_EditData; }
     void SetEditData(bool value) { m_EditData = value; m_presence[0] |= (std::uint64_t(1) << 36); }
     bool CheckEditData() const { return (m_presence[0] & (std::uint64_t(1) << 36)) != 0; }
+    // "disableFieldList": attribute, bool, default "false"
     bool GetDisableFieldList() const { return m_DisableFieldList; }
     void SetDisableFieldList(bool value) { m_DisableFieldList = value; m_presence[0] |= (std::uint64_t(1) << 37); }
     bool CheckDisableFieldList() const { return (m_presence[0] & (std::uint64_t(1) << 37)) != 0; }
+    // "showCalcMbrs": attribute, bool, default "true"
     bool GetShowCalcMbrs() const { return m_ShowCalcMbrs; }
     void SetShowCalcMbrs(bool value) { m_ShowCalcMbrs = value; m_presence[0] |= (std::uint64_t(1) << 38); }
     bool CheckShowCalcMbrs() const { return (m_presence[0] & (std::uint64_t(1) << 38)) != 0; }
+    // "visualTotals": attribute, bool, default "true"
     bool GetVisualTotals() const { return m_VisualTotals; }
     void SetVisualTotals(bool value) { m_VisualTotals = value; m_presence[0] |= (std::uint64_t(1) << 39); }
     bool CheckVisualTotals() const { return (m_presence[0] & (std::uint64_t(1) << 39)) != 0; }
+    // "showMultipleLabel": attribute, bool, default "true"
     bool GetShowMultipleLabel() const { return m_ShowMultipleLabel; }
     void SetShowMultipleLabel(bool value) { m_ShowMultipleLabel = value; m_presence[0] |= (std::uint64_t(1) << 40); }
     bool CheckShowMultipleLabel() const { return (m_presence[0] & (std::uint64_t(1) << 40)) != 0; }
+    // "showDataDropDown": attribute, bool, default "true"
     bool GetShowDataDropDown() const { return m_ShowDataDropDown; }
     void SetShowDataDropDown(bool value) { m_ShowDataDropDown = value; m_presence[0] |= (std::uint64_t(1) << 41); }
     bool CheckShowDataDropDown() const { return (m_presence[0] & (std::uint64_t(1) << 41)) != 0; }
+    // "showDrill": attribute, bool, default "true"
     bool GetShowDrill() const { return m_ShowDrill; }
     void SetShowDrill(bool value) { m_ShowDrill = value; m_presence[0] |= (std::uint64_t(1) << 42); }
     bool CheckShowDrill() const { return (m_presence[0] & (std::uint64_t(1) << 42)) != 0; }
+    // "printDrill": attribute, bool, default "false"
     bool GetPrintDrill() const { return m_PrintDrill; }
     void SetPrintDrill(bool value) { m_PrintDrill = value; m_presence[0] |= (std::uint64_t(1) << 43); }
     bool CheckPrintDrill() const { return (m_presence[0] & (std::uint64_t(1) << 43)) != 0; }
+    // "showMemberPropertyTips": attribute, bool, default "true"
     bool GetShowMemberPropertyTips() const { return m_ShowMemberPropertyTips; }
     void SetShowMemberPropertyTips(bool value) { m_ShowMemberPropertyTips = value; m_presence[0] |= (std::uint64_t(1) << 44); }
     bool CheckShowMemberPropertyTips() const { return (m_presence[0] & (std::uint64_t(1) << 44)) != 0; }
+    // "showDataTips": attribute, bool, default "true"
     bool GetShowDataTips() const { return m_ShowDataTips; }
     void SetShowDataTips(bool value) { m_ShowDataTips = value; m_presence[0] |= (std::uint64_t(1) << 45); }
     bool CheckShowDataTips() const { return (m_presence[0] & (std::uint64_t(1) << 45)) != 0; }
+    // "enableWizard": attribute, bool, default "true"
     bool GetEnableWizard() const { return m_EnableWizard; }
     void SetEnableWizard(bool value) { m_EnableWizard = value; m_presence[0] |= (std::uint64_t(1) << 46); }
     bool CheckEnableWizard() const { return (m_presence[0] & (std::uint64_t(1) << 46)) != 0; }
+    // "enableDrill": attribute, bool, default "true"
     bool GetEnableDrill() const { return m_EnableDrill; }
     void SetEnableDrill(bool value) { m_EnableDrill = value; m_presence[0] |= (std::uint64_t(1) << 47); }
     bool CheckEnableDrill() const { return (m_presence[0] & (std::uint64_t(1) << 47)) != 0; }
+    // "enableFieldProperties": attribute, bool, default "true"
     bool GetEnableFieldProperties() const { return m_EnableFieldProperties; }
     void SetEnableFieldProperties(bool value) { m_EnableFieldProperties = value; m_presence[0] |= (std::uint64_t(1) << 48); }
     bool CheckEnableFieldProperties() const { return (m_presence[0] & (std::uint64_t(1) << 48)) != 0; }
+    // "preserveFormatting": attribute, bool, default "true"
     bool GetPreserveFormatting() const { return m_PreserveFormatting; }
     void SetPreserveFormatting(bool value) { m_PreserveFormatting = value; m_presence[0] |= (std::uint64_t(1) << 49); }
     bool CheckPreserveFormatting() const { return (m_presence[0] & (std::uint64_t(1) << 49)) != 0; }
+    // "useAutoFormatting": attribute, bool, default "false"
     bool GetUseAutoFormatting() const { return m_UseAutoFormatting; }
     void SetUseAutoFormatting(bool value) { m_UseAutoFormatting = value; m_presence[0] |= (std::uint64_t(1) << 50); }
     bool CheckUseAutoFormatting() const { return (m_presence[0] & (std::uint64_t(1) << 50)) != 0; }
+    // "pageWrap": attribute, unsigned int, default "0"
     unsigned int GetPageWrap() const { return m_PageWrap; }
     void SetPageWrap(unsigned int value) { m_PageWrap = value; m_presence[0] |= (std::uint64_t(1) << 51); }
     bool CheckPageWrap() const { return (m_presence[0] & (std::uint64_t(1) << 51)) != 0; }
+    // "pageOverThenDown": attribute, bool, default "false"
     bool GetPageOverThenDown() const { return m_PageOverThenDown; }
     void SetPageOverThenDown(bool value) { m_PageOverThenDown = value; m_presence[0] |= (std::uint64_t(1) << 52); }
     bool CheckPageOverThenDown() const { return (m_presence[0] & (std::uint64_t(1) << 52)) != 0; }
+    // "subtotalHiddenItems": attribute, bool, default "false"
     bool GetSubtotalHiddenItems() const { return m_SubtotalHiddenItems; }
     void SetSubtotalHiddenItems(bool value) { m_SubtotalHiddenItems = value; m_presence[0] |= (std::uint64_t(1) << 53); }
     bool CheckSubtotalHiddenItems() const { return (m_presence[0] & (std::uint64_t(1) << 53)) != 0; }
+    // "rowGrandTotals": attribute, bool, default "true"
     bool GetRowGrandTotals() const { return m_RowGrandTotals; }
     void SetRowGrandTotals(bool value) { m_RowGrandTotals = value; m_presence[0] |= (std::uint64_t(1) << 54); }
     bool CheckRowGrandTotals() const { return (m_presence[0] & (std::uint64_t(1) << 54)) != 0; }
+    // "colGrandTotals": attribute, bool, default "true"
     bool GetColGrandTotals() const { return m_ColGrandTotals; }
     void SetColGrandTotals(bool value) { m_ColGrandTotals = value; m_presence[0] |= (std::uint64_t(1) << 55); }
     bool CheckColGrandTotals() const { return (m_presence[0] & (std::uint64_t(1) << 55)) != 0; }
+    // "fieldPrintTitles": attribute, bool, default "false"
     bool GetFieldPrintTitles() const { return m_FieldPrintTitles; }
     void SetFieldPrintTitles(bool value) { m_FieldPrintTitles = value; m_presence[0] |= (std::uint64_t(1) << 56); }
     bool CheckFieldPrintTitles() const { return (m_presence[0] & (std::uint64_t(1) << 56)) != 0; }
+    // "itemPrintTitles": attribute, bool, default "false"
     bool GetItemPrintTitles() const { return m_ItemPrintTitles; }
     void SetItemPrintTitles(bool value) { m_ItemPrintTitles = value; m_presence[0] |= (std::uint64_t(1) << 57); }
     bool CheckItemPrintTitles() const { return (m_presence[0] & (std::uint64_t(1) << 57)) != 0; }
+    // "mergeItem": attribute, bool, default "false"
     bool GetMergeItem() const { return m_MergeItem; }
     void SetMergeItem(bool value) { m_MergeItem = value; m_presence[0] |= (std::uint64_t(1) << 58); }
     bool CheckMergeItem() const { return (m_presence[0] & (std::uint64_t(1) << 58)) != 0; }
+    // "showDropZones": attribute, bool, default "true"
     bool GetShowDropZones() const { return m_ShowDropZones; }
     void SetShowDropZones(bool value) { m_ShowDropZones = value; m_presence[0] |= (std::uint64_t(1) << 59); }
     bool CheckShowDropZones() const { return (m_presence[0] & (std::uint64_t(1) << 59)) != 0; }
+    // "createdVersion": attribute, unsigned char, default "0"
     unsigned char GetCreatedVersion() const { return m_CreatedVersion; }
     void SetCreatedVersion(unsigned char value) { m_CreatedVersion = value; m_presence[0] |= (std::uint64_t(1) << 60); }
     bool CheckCreatedVersion() const { return (m_presence[0] & (std::uint64_t(1) << 60)) != 0; }
+    // "indent": attribute, unsigned int, default "1"
     unsigned int GetIndent() const { return m_Indent; }
     void SetIndent(unsigned int value) { m_Indent = value; m_presence[0] |= (std::uint64_t(1) << 61); }
     bool CheckIndent() const { return (m_presence[0] & (std::uint64_t(1) << 61)) != 0; }
+    // "showEmptyRow": attribute, bool, default "false"
     bool GetShowEmptyRow() const { return m_ShowEmptyRow; }
     void SetShowEmptyRow(bool value) { m_ShowEmptyRow = value; m_presence[0] |= (std::uint64_t(1) << 62); }
     bool CheckShowEmptyRow() const { return (m_presence[0] & (std::uint64_t(1) << 62)) != 0; }
+    // "showEmptyCol": attribute, bool, default "false"
     bool GetShowEmptyCol() const { return m_ShowEmptyCol; }
     void SetShowEmptyCol(bool value) { m_ShowEmptyCol = value; m_presence[0] |= (std::uint64_t(1) << 63); }
     bool CheckShowEmptyCol() const { return (m_presence[0] & (std::uint64_t(1) << 63)) != 0; }
+    // "showHeaders": attribute, bool, default "true"
     bool GetShowHeaders() const { return m_ShowHeaders; }
     void SetShowHeaders(bool value) { m_ShowHeaders = value; m_presence[1] |= (std::uint64_t(1) << 0); }
     bool CheckShowHeaders() const { return (m_presence[1] & (std::uint64_t(1) << 0)) != 0; }
+    // "compact": attribute, bool, default "true"
     bool GetCompact() const { return m_Compact; }
     void SetCompact(bool value) { m_Compact = value; m_presence[1] |= (std::uint64_t(1) << 1); }
     bool CheckCompact() const { return (m_presence[1] & (std::uint64_t(1) << 1)) != 0; }
+    // "outline": attribute, bool, default "false"
     bool GetOutline() const { return m_Outline; }
     void SetOutline(bool value) { m_Outline = value; m_presence[1] |= (std::uint64_t(1) << 2); }
     bool CheckOutline() const { return (m_presence[1] & (std::uint64_t(1) << 2)) != 0; }
+    // "outlineData": attribute, bool, default "false"
     bool GetOutlineData() const { return m_OutlineData; }
     void SetOutlineData(bool value) { m_OutlineData = value; m_presence[1] |= (std::uint64_t(1) << 3); }
     bool CheckOutlineData() const { return (m_presence[1] & (std::uint64_t(1) << 3)) != 0; }
+    // "compactData": attribute, bool, default "true"
     bool GetCompactData() const { return m_CompactData; }
     void SetCompactData(bool value) { m_CompactData = value; m_presence[1] |= (std::uint64_t(1) << 4); }
     bool CheckCompactData() const { return (m_presence[1] & (std::uint64_t(1) << 4)) != 0; }
+    // "published": attribute, bool, default "false"
     bool GetPublished() const { return m_Published; }
     void SetPublished(bool value) { m_Published = value; m_presence[1] |= (std::uint64_t(1) << 5); }
     bool CheckPublished() const { return (m_presence[1] & (std::uint64_t(1) << 5)) != 0; }
+    // "gridDropZones": attribute, bool, default "false"
     bool GetGridDropZones() const { return m_GridDropZones; }
     void SetGridDropZones(bool value) { m_GridDropZones = value; m_presence[1] |= (std::uint64_t(1) << 6); }
     bool CheckGridDropZones() const { return (m_presence[1] & (std::uint64_t(1) << 6)) != 0; }
+    // "immersive": attribute, bool, default "true"
     bool GetImmersive() const { return m_Immersive; }
     void SetImmersive(bool value) { m_Immersive = value; m_presence[1] |= (std::uint64_t(1) << 7); }
     bool CheckImmersive() const { return (m_presence[1] & (std::uint64_t(1) << 7)) != 0; }
+    // "multipleFieldFilters": attribute, bool, default "true"
     bool GetMultipleFieldFilters() const { return m_MultipleFieldFilters; }
     void SetMultipleFieldFilters(bool value) { m_MultipleFieldFilters = value; m_presence[1] |= (std::uint64_t(1) << 8); }
     bool CheckMultipleFieldFilters() const { return (m_presence[1] & (std::uint64_t(1) << 8)) != 0; }
+    // "chartFormat": attribute, unsigned int, default "0"
     unsigned int GetChartFormat() const { return m_ChartFormat; }
     void SetChartFormat(unsigned int value) { m_ChartFormat = value; m_presence[1] |= (std::uint64_t(1) << 9); }
     bool CheckChartFormat() const { return (m_presence[1] & (std::uint64_t(1) << 9)) != 0; }
+    // "rowHeaderCaption": attribute, wxString
     wxString GetRowHeaderCaption() const;
     void SetRowHeaderCaption(wxString value);
     bool CheckRowHeaderCaption() const { return (m_presence[1] & (std::uint64_t(1) << 10)) != 0; }
+    // "colHeaderCaption": attribute, wxString
     wxString GetColHeaderCaption() const;
     void SetColHeaderCaption(wxString value);
     bool CheckColHeaderCaption() const { return (m_presence[1] & (std::uint64_t(1) << 11)) != 0; }
+    // "fieldListSortAscending": attribute, bool, default "false"
     bool GetFieldListSortAscending() const { return m_FieldListSortAscending; }
     void SetFieldListSortAscending(bool value) { m_FieldListSortAscending = value; m_presence[1] |= (std::uint64_t(1) << 12); }
     bool CheckFieldListSortAscending() const { return (m_presence[1] & (std::uint64_t(1) << 12)) != 0; }
+    // "mdxSubqueries": attribute, bool, default "false"
     bool GetMdxSubqueries() const { return m_MdxSubqueries; }
     void SetMdxSubqueries(bool value) { m_MdxSubqueries = value; m_presence[1] |= (std::uint64_t(1) << 13); }
     bool CheckMdxSubqueries() const { return (m_presence[1] & (std::uint64_t(1) << 13)) != 0; }
+    // "customListSort": attribute, bool, default "true"
     bool GetCustomListSort() const { return m_CustomListSort; }
     void SetCustomListSort(bool value) { m_CustomListSort = value; m_presence[1] |= (std::uint64_t(1) << 14); }
     bool CheckCustomListSort() const { return (m_presence[1] & (std::uint64_t(1) << 14)) != 0; }
@@ -4445,21 +5047,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "firstHeaderRow": attribute, unsigned int
     unsigned int GetFirstHeaderRow() const { return m_FirstHeaderRow; }
     void SetFirstHeaderRow(unsigned int value) { m_FirstHeaderRow = value; m_presence |= (1u << 1); }
     bool CheckFirstHeaderRow() const { return (m_presence & (1u << 1)) != 0; }
+    // "firstDataRow": attribute, unsigned int
     unsigned int GetFirstDataRow() const { return m_FirstDataRow; }
     void SetFirstDataRow(unsigned int value) { m_FirstDataRow = value; m_presence |= (1u << 2); }
     bool CheckFirstDataRow() const { return (m_presence & (1u << 2)) != 0; }
+    // "firstDataCol": attribute, unsigned int
     unsigned int GetFirstDataCol() const { return m_FirstDataCol; }
     void SetFirstDataCol(unsigned int value) { m_FirstDataCol = value; m_presence |= (1u << 3); }
     bool CheckFirstDataCol() const { return (m_presence & (1u << 3)) != 0; }
+    // "rowPageCount": attribute, unsigned int, default "0"
     unsigned int GetRowPageCount() const { return m_RowPageCount; }
     void SetRowPageCount(unsigned int value) { m_RowPageCount = value; m_presence |= (1u << 4); }
     bool CheckRowPageCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "colPageCount": attribute, unsigned int, default "0"
     unsigned int GetColPageCount() const { return m_ColPageCount; }
     void SetColPageCount(unsigned int value) { m_ColPageCount = value; m_presence |= (1u << 5); }
     bool CheckColPageCount() const { return (m_presence & (1u << 5)) != 0; }
@@ -4485,9 +5093,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotField": child element, repeated
     XMLPtrArray<CT_PivotField> GetPivotField() const;
     void SetPivotField(XMLPtrArray<CT_PivotField> value);
     bool CheckPivotField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4509,156 +5119,207 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "items": child element
     CT_Items* GetItems() const { return m_Items; }
     void SetItems(CT_Items* value) { m_Items = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckItems() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "autoSortScope": child element
     CT_AutoSortScope* GetAutoSortScope() const { return m_AutoSortScope; }
     void SetAutoSortScope(CT_AutoSortScope* value) { m_AutoSortScope = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckAutoSortScope() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckExtLst() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "axis": attribute, wxString
     wxString GetAxis() const;
     void SetAxis(wxString value);
     bool CheckAxis() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "dataField": attribute, bool, default "false"
     bool GetDataField() const { return m_DataField; }
     void SetDataField(bool value) { m_DataField = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckDataField() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "subtotalCaption": attribute, wxString
     wxString GetSubtotalCaption() const;
     void SetSubtotalCaption(wxString value);
     bool CheckSubtotalCaption() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "showDropDowns": attribute, bool, default "true"
     bool GetShowDropDowns() const { return m_ShowDropDowns; }
     void SetShowDropDowns(bool value) { m_ShowDropDowns = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckShowDropDowns() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "hiddenLevel": attribute, bool, default "false"
     bool GetHiddenLevel() const { return m_HiddenLevel; }
     void SetHiddenLevel(bool value) { m_HiddenLevel = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckHiddenLevel() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "uniqueMemberProperty": attribute, wxString
     wxString GetUniqueMemberProperty() const;
     void SetUniqueMemberProperty(wxString value);
     bool CheckUniqueMemberProperty() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "compact": attribute, bool, default "true"
     bool GetCompact() const { return m_Compact; }
     void SetCompact(bool value) { m_Compact = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckCompact() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "allDrilled": attribute, bool, default "false"
     bool GetAllDrilled() const { return m_AllDrilled; }
     void SetAllDrilled(bool value) { m_AllDrilled = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckAllDrilled() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckNumFmtId() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "outline": attribute, bool, default "true"
     bool GetOutline() const { return m_Outline; }
     void SetOutline(bool value) { m_Outline = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckOutline() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "subtotalTop": attribute, bool, default "true"
     bool GetSubtotalTop() const { return m_SubtotalTop; }
     void SetSubtotalTop(bool value) { m_SubtotalTop = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckSubtotalTop() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "dragToRow": attribute, bool, default "true"
     bool GetDragToRow() const { return m_DragToRow; }
     void SetDragToRow(bool value) { m_DragToRow = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckDragToRow() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "dragToCol": attribute, bool, default "true"
     bool GetDragToCol() const { return m_DragToCol; }
     void SetDragToCol(bool value) { m_DragToCol = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckDragToCol() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "multipleItemSelectionAllowed": attribute, bool, default "false"
     bool GetMultipleItemSelectionAllowed() const { return m_MultipleItemSelectionAllowed; }
     void SetMultipleItemSelectionAllowed(bool value) { m_MultipleItemSelectionAllowed = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckMultipleItemSelectionAllowed() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "dragToPage": attribute, bool, default "true"
     bool GetDragToPage() const { return m_DragToPage; }
     void SetDragToPage(bool value) { m_DragToPage = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckDragToPage() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "dragToData": attribute, bool, default "true"
     bool GetDragToData() const { return m_DragToData; }
     void SetDragToData(bool value) { m_DragToData = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckDragToData() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "dragOff": attribute, bool, default "true"
     bool GetDragOff() const { return m_DragOff; }
     void SetDragOff(bool value) { m_DragOff = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckDragOff() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "showAll": attribute, bool, default "true"
     bool GetShowAll() const { return m_ShowAll; }
     void SetShowAll(bool value) { m_ShowAll = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckShowAll() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "insertBlankRow": attribute, bool, default "false"
     bool GetInsertBlankRow() const { return m_InsertBlankRow; }
     void SetInsertBlankRow(bool value) { m_InsertBlankRow = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckInsertBlankRow() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "serverField": attribute, bool, default "false"
     bool GetServerField() const { return m_ServerField; }
     void SetServerField(bool value) { m_ServerField = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckServerField() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "insertPageBreak": attribute, bool, default "false"
     bool GetInsertPageBreak() const { return m_InsertPageBreak; }
     void SetInsertPageBreak(bool value) { m_InsertPageBreak = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckInsertPageBreak() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "autoShow": attribute, bool, default "false"
     bool GetAutoShow() const { return m_AutoShow; }
     void SetAutoShow(bool value) { m_AutoShow = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckAutoShow() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "topAutoShow": attribute, bool, default "true"
     bool GetTopAutoShow() const { return m_TopAutoShow; }
     void SetTopAutoShow(bool value) { m_TopAutoShow = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckTopAutoShow() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "hideNewItems": attribute, bool, default "false"
     bool GetHideNewItems() const { return m_HideNewItems; }
     void SetHideNewItems(bool value) { m_HideNewItems = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckHideNewItems() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "measureFilter": attribute, bool, default "false"
     bool GetMeasureFilter() const { return m_MeasureFilter; }
     void SetMeasureFilter(bool value) { m_MeasureFilter = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckMeasureFilter() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "includeNewItemsInFilter": attribute, bool, default "false"
     bool GetIncludeNewItemsInFilter() const { return m_IncludeNewItemsInFilter; }
     void SetIncludeNewItemsInFilter(bool value) { m_IncludeNewItemsInFilter = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckIncludeNewItemsInFilter() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "itemPageCount": attribute, unsigned int, default "10"
     unsigned int GetItemPageCount() const { return m_ItemPageCount; }
     void SetItemPageCount(unsigned int value) { m_ItemPageCount = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckItemPageCount() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "sortType": attribute, wxString, default "manual"
     wxString GetSortType() const;
     void SetSortType(wxString value);
     bool CheckSortType() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "dataSourceSort": attribute, bool
     bool GetDataSourceSort() const { return m_DataSourceSort; }
     void SetDataSourceSort(bool value) { m_DataSourceSort = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckDataSourceSort() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "nonAutoSortDefault": attribute, bool, default "false"
     bool GetNonAutoSortDefault() const { return m_NonAutoSortDefault; }
     void SetNonAutoSortDefault(bool value) { m_NonAutoSortDefault = value; m_presence |= (std::uint64_t(1) << 33); }
     bool CheckNonAutoSortDefault() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
+    // "rankBy": attribute, unsigned int
     unsigned int GetRankBy() const { return m_RankBy; }
     void SetRankBy(unsigned int value) { m_RankBy = value; m_presence |= (std::uint64_t(1) << 34); }
     bool CheckRankBy() const { return (m_presence & (std::uint64_t(1) << 34)) != 0; }
+    // "defaultSubtotal": attribute, bool, default "true"
     bool GetDefaultSubtotal() const { return m_DefaultSubtotal; }
     void SetDefaultSubtotal(bool value) { m_DefaultSubtotal = value; m_presence |= (std::uint64_t(1) << 35); }
     bool CheckDefaultSubtotal() const { return (m_presence & (std::uint64_t(1) << 35)) != 0; }
+    // "sumSubtotal": attribute, bool, default "false"
     bool GetSumSubtotal() const { return m_SumSubtotal; }
     void SetSumSubtotal(bool value) { m_SumSubtotal = value; m_presence |= (std::uint64_t(1) << 36); }
     bool CheckSumSubtotal() const { return (m_presence & (std::uint64_t(1) << 36)) != 0; }
+    // "countASubtotal": attribute, bool, default "false"
     bool GetCountASubtotal() const { return m_CountASubtotal; }
     void SetCountASubtotal(bool value) { m_CountASubtotal = value; m_presence |= (std::uint64_t(1) << 37); }
     bool CheckCountASubtotal() const { return (m_presence & (std::uint64_t(1) << 37)) != 0; }
+    // "avgSubtotal": attribute, bool, default "false"
     bool GetAvgSubtotal() const { return m_AvgSubtotal; }
     void SetAvgSubtotal(bool value) { m_AvgSubtotal = value; m_presence |= (std::uint64_t(1) << 38); }
     bool CheckAvgSubtotal() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
+    // "maxSubtotal": attribute, bool, default "false"
     bool GetMaxSubtotal() const { return m_MaxSubtotal; }
     void SetMaxSubtotal(bool value) { m_MaxSubtotal = value; m_presence |= (std::uint64_t(1) << 39); }
     bool CheckMaxSubtotal() const { return (m_presence & (std::uint64_t(1) << 39)) != 0; }
+    // "minSubtotal": attribute, bool, default "false"
     bool GetMinSubtotal() const { return m_MinSubtotal; }
     void SetMinSubtotal(bool value) { m_MinSubtotal = value; m_presence |= (std::uint64_t(1) << 40); }
     bool CheckMinSubtotal() const { return (m_presence & (std::uint64_t(1) << 40)) != 0; }
+    // "productSubtotal": attribute, bool, default "false"
     bool GetProductSubtotal() const { return m_ProductSubtotal; }
     void SetProductSubtotal(bool value) { m_ProductSubtotal = value; m_presence |= (std::uint64_t(1) << 41); }
     bool CheckProductSubtotal() const { return (m_presence & (std::uint64_t(1) << 41)) != 0; }
+    // "countSubtotal": attribute, bool, default "false"
     bool GetCountSubtotal() const { return m_CountSubtotal; }
     void SetCountSubtotal(bool value) { m_CountSubtotal = value; m_presence |= (std::uint64_t(1) << 42); }
     bool CheckCountSubtotal() const { return (m_presence & (std::uint64_t(1) << 42)) != 0; }
+    // "stdDevSubtotal": attribute, bool, default "false"
     bool GetStdDevSubtotal() const { return m_StdDevSubtotal; }
     void SetStdDevSubtotal(bool value) { m_StdDevSubtotal = value; m_presence |= (std::uint64_t(1) << 43); }
     bool CheckStdDevSubtotal() const { return (m_presence & (std::uint64_t(1) << 43)) != 0; }
+    // "stdDevPSubtotal": attribute, bool, default "false"
     bool GetStdDevPSubtotal() const { return m_StdDevPSubtotal; }
     void SetStdDevPSubtotal(bool value) { m_StdDevPSubtotal = value; m_presence |= (std::uint64_t(1) << 44); }
     bool CheckStdDevPSubtotal() const { return (m_presence & (std::uint64_t(1) << 44)) != 0; }
+    // "varSubtotal": attribute, bool, default "false"
     bool GetVarSubtotal() const { return m_VarSubtotal; }
     void SetVarSubtotal(bool value) { m_VarSubtotal = value; m_presence |= (std::uint64_t(1) << 45); }
     bool CheckVarSubtotal() const { return (m_presence & (std::uint64_t(1) << 45)) != 0; }
+    // "varPSubtotal": attribute, bool, default "false"
     bool GetVarPSubtotal() const { return m_VarPSubtotal; }
     void SetVarPSubtotal(bool value) { m_VarPSubtotal = value; m_presence |= (std::uint64_t(1) << 46); }
     bool CheckVarPSubtotal() const { return (m_presence & (std::uint64_t(1) << 46)) != 0; }
+    // "showPropCell": attribute, bool, default "false"
     bool GetShowPropCell() const { return m_ShowPropCell; }
     void SetShowPropCell(bool value) { m_ShowPropCell = value; m_presence |= (std::uint64_t(1) << 47); }
     bool CheckShowPropCell() const { return (m_presence & (std::uint64_t(1) << 47)) != 0; }
+    // "showPropTip": attribute, bool, default "false"
     bool GetShowPropTip() const { return m_ShowPropTip; }
     void SetShowPropTip(bool value) { m_ShowPropTip = value; m_presence |= (std::uint64_t(1) << 48); }
     bool CheckShowPropTip() const { return (m_presence & (std::uint64_t(1) << 48)) != 0; }
+    // "showPropAsCaption": attribute, bool, default "false"
     bool GetShowPropAsCaption() const { return m_ShowPropAsCaption; }
     void SetShowPropAsCaption(bool value) { m_ShowPropAsCaption = value; m_presence |= (std::uint64_t(1) << 49); }
     bool CheckShowPropAsCaption() const { return (m_presence & (std::uint64_t(1) << 49)) != 0; }
+    // "defaultAttributeDrillState": attribute, bool, default "false"
     bool GetDefaultAttributeDrillState() const { return m_DefaultAttributeDrillState; }
     void SetDefaultAttributeDrillState(bool value) { m_DefaultAttributeDrillState = value; m_presence |= (std::uint64_t(1) << 50); }
     bool CheckDefaultAttributeDrillState() const { return (m_presence & (std::uint64_t(1) << 50)) != 0; }
@@ -4729,6 +5390,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element
     CT_PivotArea* GetPivotArea() const { return m_PivotArea; }
     void SetPivotArea(CT_PivotArea* value) { m_PivotArea = value; m_presence |= (1u << 0); }
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
@@ -4749,9 +5411,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "item": child element, repeated
     XMLPtrArray<CT_Item> GetItem() const;
     void SetItem(XMLPtrArray<CT_Item> value);
     bool CheckItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4773,36 +5437,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": attribute, wxString
     wxString GetN() const;
     void SetN(wxString value);
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxString, default "data"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "h": attribute, bool, default "false"
     bool GetH() const { return m_H; }
     void SetH(bool value) { m_H = value; m_presence |= (1u << 2); }
     bool CheckH() const { return (m_presence & (1u << 2)) != 0; }
+    // "s": attribute, bool, default "false"
     bool GetS() const { return m_S; }
     void SetS(bool value) { m_S = value; m_presence |= (1u << 3); }
     bool CheckS() const { return (m_presence & (1u << 3)) != 0; }
+    // "sd": attribute, bool, default "true"
     bool GetSd() const { return m_Sd; }
     void SetSd(bool value) { m_Sd = value; m_presence |= (1u << 4); }
     bool CheckSd() const { return (m_presence & (1u << 4)) != 0; }
+    // "f": attribute, bool, default "false"
     bool GetF() const { return m_F; }
     void SetF(bool value) { m_F = value; m_presence |= (1u << 5); }
     bool CheckF() const { return (m_presence & (1u << 5)) != 0; }
+    // "m": attribute, bool, default "false"
     bool GetM() const { return m_M; }
     void SetM(bool value) { m_M = value; m_presence |= (1u << 6); }
     bool CheckM() const { return (m_presence & (1u << 6)) != 0; }
+    // "c": attribute, bool, default "false"
     bool GetC() const { return m_C; }
     void SetC(bool value) { m_C = value; m_presence |= (1u << 7); }
     bool CheckC() const { return (m_presence & (1u << 7)) != 0; }
+    // "x": attribute, unsigned int
     unsigned int GetX() const { return m_X; }
     void SetX(unsigned int value) { m_X = value; m_presence |= (1u << 8); }
     bool CheckX() const { return (m_presence & (1u << 8)) != 0; }
+    // "d": attribute, bool, default "false"
     bool GetD() const { return m_D; }
     void SetD(bool value) { m_D = value; m_presence |= (1u << 9); }
     bool CheckD() const { return (m_presence & (1u << 9)) != 0; }
+    // "e": attribute, bool, default "true"
     bool GetE() const { return m_E; }
     void SetE(bool value) { m_E = value; m_presence |= (1u << 10); }
     bool CheckE() const { return (m_presence & (1u << 10)) != 0; }
@@ -4833,9 +5508,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pageField": child element, repeated
     XMLPtrArray<CT_PageField> GetPageField() const;
     void SetPageField(XMLPtrArray<CT_PageField> value);
     bool CheckPageField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4857,21 +5534,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "fld": attribute, int
     int GetFld() const { return m_Fld; }
     void SetFld(int value) { m_Fld = value; m_presence |= (1u << 1); }
     bool CheckFld() const { return (m_presence & (1u << 1)) != 0; }
+    // "item": attribute, unsigned int
     unsigned int GetItem() const { return m_Item; }
     void SetItem(unsigned int value) { m_Item = value; m_presence |= (1u << 2); }
     bool CheckItem() const { return (m_presence & (1u << 2)) != 0; }
+    // "hier": attribute, int
     int GetHier() const { return m_Hier; }
     void SetHier(int value) { m_Hier = value; m_presence |= (1u << 3); }
     bool CheckHier() const { return (m_presence & (1u << 3)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 4)) != 0; }
+    // "cap": attribute, wxString
     wxString GetCap() const;
     void SetCap(wxString value);
     bool CheckCap() const { return (m_presence & (1u << 5)) != 0; }
@@ -4897,9 +5580,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dataField": child element, repeated
     XMLPtrArray<CT_DataField> GetDataField() const;
     void SetDataField(XMLPtrArray<CT_DataField> value);
     bool CheckDataField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4921,27 +5606,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "fld": attribute, unsigned int
     unsigned int GetFld() const { return m_Fld; }
     void SetFld(unsigned int value) { m_Fld = value; m_presence |= (1u << 2); }
     bool CheckFld() const { return (m_presence & (1u << 2)) != 0; }
+    // "subtotal": attribute, wxString, default "sum"
     wxString GetSubtotal() const;
     void SetSubtotal(wxString value);
     bool CheckSubtotal() const { return (m_presence & (1u << 3)) != 0; }
+    // "showDataAs": attribute, wxString, default "normal"
     wxString GetShowDataAs() const;
     void SetShowDataAs(wxString value);
     bool CheckShowDataAs() const { return (m_presence & (1u << 4)) != 0; }
+    // "baseField": attribute, int, default "-1"
     int GetBaseField() const { return m_BaseField; }
     void SetBaseField(int value) { m_BaseField = value; m_presence |= (1u << 5); }
     bool CheckBaseField() const { return (m_presence & (1u << 5)) != 0; }
+    // "baseItem": attribute, unsigned int, default "1048832"
     unsigned int GetBaseItem() const { return m_BaseItem; }
     void SetBaseItem(unsigned int value) { m_BaseItem = value; m_presence |= (1u << 6); }
     bool CheckBaseItem() const { return (m_presence & (1u << 6)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 7); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 7)) != 0; }
@@ -4969,9 +5662,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "i": child element, repeated
     XMLPtrArray<CT_I> GetI() const;
     void SetI(XMLPtrArray<CT_I> value);
     bool CheckI() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -4993,9 +5688,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "i": child element, repeated
     XMLPtrArray<CT_I> GetI() const;
     void SetI(XMLPtrArray<CT_I> value);
     bool CheckI() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5017,15 +5714,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": child element, repeated
     XMLPtrArray<CT_X> GetX() const;
     void SetX(XMLPtrArray<CT_X> value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxString, default "data"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "r": attribute, unsigned int, default "0"
     unsigned int GetR() const { return m_R; }
     void SetR(unsigned int value) { m_R = value; m_presence |= (1u << 2); }
     bool CheckR() const { return (m_presence & (1u << 2)) != 0; }
+    // "i": attribute, unsigned int, default "0"
     unsigned int GetI() const { return m_I; }
     void SetI(unsigned int value) { m_I = value; m_presence |= (1u << 3); }
     bool CheckI() const { return (m_presence & (1u << 3)) != 0; }
@@ -5049,6 +5750,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": attribute, int, default "0"
     int GetV() const { return m_V; }
     void SetV(int value) { m_V = value; m_presence |= (1u << 0); }
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
@@ -5069,9 +5771,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "field": child element, repeated
     XMLPtrArray<CT_Field> GetField() const;
     void SetField(XMLPtrArray<CT_Field> value);
     bool CheckField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5093,9 +5797,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "field": child element, repeated
     XMLPtrArray<CT_Field> GetField() const;
     void SetField(XMLPtrArray<CT_Field> value);
     bool CheckField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5117,6 +5823,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, int
     int GetX() const { return m_X; }
     void SetX(int value) { m_X = value; m_presence |= (1u << 0); }
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
@@ -5137,9 +5844,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "format": child element, repeated
     XMLPtrArray<CT_Format> GetFormat() const;
     void SetFormat(XMLPtrArray<CT_Format> value);
     bool CheckFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5161,15 +5870,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element
     CT_PivotArea* GetPivotArea() const { return m_PivotArea; }
     void SetPivotArea(CT_PivotArea* value) { m_PivotArea = value; m_presence |= (1u << 0); }
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "action": attribute, wxString, default "formatting"
     wxString GetAction() const;
     void SetAction(wxString value);
     bool CheckAction() const { return (m_presence & (1u << 2)) != 0; }
+    // "dxfId": attribute, unsigned int
     unsigned int GetDxfId() const { return m_DxfId; }
     void SetDxfId(unsigned int value) { m_DxfId = value; m_presence |= (1u << 3); }
     bool CheckDxfId() const { return (m_presence & (1u << 3)) != 0; }
@@ -5193,9 +5906,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "conditionalFormat": child element, repeated
     XMLPtrArray<CT_ConditionalFormat> GetConditionalFormat() const;
     void SetConditionalFormat(XMLPtrArray<CT_ConditionalFormat> value);
     bool CheckConditionalFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5217,18 +5932,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotAreas": child element
     CT_PivotAreas* GetPivotAreas() const { return m_PivotAreas; }
     void SetPivotAreas(CT_PivotAreas* value) { m_PivotAreas = value; m_presence |= (1u << 0); }
     bool CheckPivotAreas() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "scope": attribute, wxString, default "selection"
     wxString GetScope() const;
     void SetScope(wxString value);
     bool CheckScope() const { return (m_presence & (1u << 2)) != 0; }
+    // "type": attribute, wxString, default "none"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 3)) != 0; }
+    // "priority": attribute, unsigned int
     unsigned int GetPriority() const { return m_Priority; }
     void SetPriority(unsigned int value) { m_Priority = value; m_presence |= (1u << 4); }
     bool CheckPriority() const { return (m_presence & (1u << 4)) != 0; }
@@ -5253,9 +5973,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element, repeated
     XMLPtrArray<CT_PivotArea> GetPivotArea() const;
     void SetPivotArea(XMLPtrArray<CT_PivotArea> value);
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5277,9 +5999,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chartFormat": child element, repeated
     XMLPtrArray<CT_ChartFormat> GetChartFormat() const;
     void SetChartFormat(XMLPtrArray<CT_ChartFormat> value);
     bool CheckChartFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5301,15 +6025,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element
     CT_PivotArea* GetPivotArea() const { return m_PivotArea; }
     void SetPivotArea(CT_PivotArea* value) { m_PivotArea = value; m_presence |= (1u << 0); }
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
+    // "chart": attribute, unsigned int
     unsigned int GetChart() const { return m_Chart; }
     void SetChart(unsigned int value) { m_Chart = value; m_presence |= (1u << 1); }
     bool CheckChart() const { return (m_presence & (1u << 1)) != 0; }
+    // "format": attribute, unsigned int
     unsigned int GetFormat() const { return m_Format; }
     void SetFormat(unsigned int value) { m_Format = value; m_presence |= (1u << 2); }
     bool CheckFormat() const { return (m_presence & (1u << 2)) != 0; }
+    // "series": attribute, bool, default "false"
     bool GetSeries() const { return m_Series; }
     void SetSeries(bool value) { m_Series = value; m_presence |= (1u << 3); }
     bool CheckSeries() const { return (m_presence & (1u << 3)) != 0; }
@@ -5333,9 +6061,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotHierarchy": child element, repeated
     XMLPtrArray<CT_PivotHierarchy> GetPivotHierarchy() const;
     void SetPivotHierarchy(XMLPtrArray<CT_PivotHierarchy> value);
     bool CheckPivotHierarchy() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5357,45 +6087,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mps": child element
     CT_MemberProperties* GetMps() const { return m_Mps; }
     void SetMps(CT_MemberProperties* value) { m_Mps = value; m_presence |= (1u << 0); }
     bool CheckMps() const { return (m_presence & (1u << 0)) != 0; }
+    // "members": child element, repeated
     XMLPtrArray<CT_Members> GetMembers() const;
     void SetMembers(XMLPtrArray<CT_Members> value);
     bool CheckMembers() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "outline": attribute, bool, default "false"
     bool GetOutline() const { return m_Outline; }
     void SetOutline(bool value) { m_Outline = value; m_presence |= (1u << 3); }
     bool CheckOutline() const { return (m_presence & (1u << 3)) != 0; }
+    // "multipleItemSelectionAllowed": attribute, bool, default "false"
     bool GetMultipleItemSelectionAllowed() const { return m_MultipleItemSelectionAllowed; }
     void SetMultipleItemSelectionAllowed(bool value) { m_MultipleItemSelectionAllowed = value; m_presence |= (1u << 4); }
     bool CheckMultipleItemSelectionAllowed() const { return (m_presence & (1u << 4)) != 0; }
+    // "subtotalTop": attribute, bool, default "false"
     bool GetSubtotalTop() const { return m_SubtotalTop; }
     void SetSubtotalTop(bool value) { m_SubtotalTop = value; m_presence |= (1u << 5); }
     bool CheckSubtotalTop() const { return (m_presence & (1u << 5)) != 0; }
+    // "showInFieldList": attribute, bool, default "true"
     bool GetShowInFieldList() const { return m_ShowInFieldList; }
     void SetShowInFieldList(bool value) { m_ShowInFieldList = value; m_presence |= (1u << 6); }
     bool CheckShowInFieldList() const { return (m_presence & (1u << 6)) != 0; }
+    // "dragToRow": attribute, bool, default "true"
     bool GetDragToRow() const { return m_DragToRow; }
     void SetDragToRow(bool value) { m_DragToRow = value; m_presence |= (1u << 7); }
     bool CheckDragToRow() const { return (m_presence & (1u << 7)) != 0; }
+    // "dragToCol": attribute, bool, default "true"
     bool GetDragToCol() const { return m_DragToCol; }
     void SetDragToCol(bool value) { m_DragToCol = value; m_presence |= (1u << 8); }
     bool CheckDragToCol() const { return (m_presence & (1u << 8)) != 0; }
+    // "dragToPage": attribute, bool, default "true"
     bool GetDragToPage() const { return m_DragToPage; }
     void SetDragToPage(bool value) { m_DragToPage = value; m_presence |= (1u << 9); }
     bool CheckDragToPage() const { return (m_presence & (1u << 9)) != 0; }
+    // "dragToData": attribute, bool, default "false"
     bool GetDragToData() const { return m_DragToData; }
     void SetDragToData(bool value) { m_DragToData = value; m_presence |= (1u << 10); }
     bool CheckDragToData() const { return (m_presence & (1u << 10)) != 0; }
+    // "dragOff": attribute, bool, default "true"
     bool GetDragOff() const { return m_DragOff; }
     void SetDragOff(bool value) { m_DragOff = value; m_presence |= (1u << 11); }
     bool CheckDragOff() const { return (m_presence & (1u << 11)) != 0; }
+    // "includeNewItemsInFilter": attribute, bool, default "false"
     bool GetIncludeNewItemsInFilter() const { return m_IncludeNewItemsInFilter; }
     void SetIncludeNewItemsInFilter(bool value) { m_IncludeNewItemsInFilter = value; m_presence |= (1u << 12); }
     bool CheckIncludeNewItemsInFilter() const { return (m_presence & (1u << 12)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 13)) != 0; }
@@ -5429,9 +6173,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rowHierarchyUsage": child element, repeated
     XMLPtrArray<CT_HierarchyUsage> GetRowHierarchyUsage() const;
     void SetRowHierarchyUsage(XMLPtrArray<CT_HierarchyUsage> value);
     bool CheckRowHierarchyUsage() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5453,9 +6199,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "colHierarchyUsage": child element, repeated
     XMLPtrArray<CT_HierarchyUsage> GetColHierarchyUsage() const;
     void SetColHierarchyUsage(XMLPtrArray<CT_HierarchyUsage> value);
     bool CheckColHierarchyUsage() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5477,6 +6225,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hierarchyUsage": attribute, int
     int GetHierarchyUsage() const { return m_HierarchyUsage; }
     void SetHierarchyUsage(int value) { m_HierarchyUsage = value; m_presence |= (1u << 0); }
     bool CheckHierarchyUsage() const { return (m_presence & (1u << 0)) != 0; }
@@ -5497,9 +6246,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mp": child element, repeated
     XMLPtrArray<CT_MemberProperty> GetMp() const;
     void SetMp(XMLPtrArray<CT_MemberProperty> value);
     bool CheckMp() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5521,30 +6272,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "showCell": attribute, bool, default "false"
     bool GetShowCell() const { return m_ShowCell; }
     void SetShowCell(bool value) { m_ShowCell = value; m_presence |= (1u << 1); }
     bool CheckShowCell() const { return (m_presence & (1u << 1)) != 0; }
+    // "showTip": attribute, bool, default "false"
     bool GetShowTip() const { return m_ShowTip; }
     void SetShowTip(bool value) { m_ShowTip = value; m_presence |= (1u << 2); }
     bool CheckShowTip() const { return (m_presence & (1u << 2)) != 0; }
+    // "showAsCaption": attribute, bool, default "false"
     bool GetShowAsCaption() const { return m_ShowAsCaption; }
     void SetShowAsCaption(bool value) { m_ShowAsCaption = value; m_presence |= (1u << 3); }
     bool CheckShowAsCaption() const { return (m_presence & (1u << 3)) != 0; }
+    // "nameLen": attribute, unsigned int
     unsigned int GetNameLen() const { return m_NameLen; }
     void SetNameLen(unsigned int value) { m_NameLen = value; m_presence |= (1u << 4); }
     bool CheckNameLen() const { return (m_presence & (1u << 4)) != 0; }
+    // "pPos": attribute, unsigned int
     unsigned int GetPPos() const { return m_PPos; }
     void SetPPos(unsigned int value) { m_PPos = value; m_presence |= (1u << 5); }
     bool CheckPPos() const { return (m_presence & (1u << 5)) != 0; }
+    // "pLen": attribute, unsigned int
     unsigned int GetPLen() const { return m_PLen; }
     void SetPLen(unsigned int value) { m_PLen = value; m_presence |= (1u << 6); }
     bool CheckPLen() const { return (m_presence & (1u << 6)) != 0; }
+    // "level": attribute, unsigned int
     unsigned int GetLevel() const { return m_Level; }
     void SetLevel(unsigned int value) { m_Level = value; m_presence |= (1u << 7); }
     bool CheckLevel() const { return (m_presence & (1u << 7)) != 0; }
+    // "field": attribute, unsigned int
     unsigned int GetField() const { return m_Field; }
     void SetField(unsigned int value) { m_Field = value; m_presence |= (1u << 8); }
     bool CheckField() const { return (m_presence & (1u << 8)) != 0; }
@@ -5573,12 +6333,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "member": child element, repeated
     XMLPtrArray<CT_Member> GetMember() const;
     void SetMember(XMLPtrArray<CT_Member> value);
     bool CheckMember() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "level": attribute, unsigned int
     unsigned int GetLevel() const { return m_Level; }
     void SetLevel(unsigned int value) { m_Level = value; m_presence |= (1u << 2); }
     bool CheckLevel() const { return (m_presence & (1u << 2)) != 0; }
@@ -5601,6 +6364,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
@@ -5621,9 +6385,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dimension": child element, repeated
     XMLPtrArray<CT_PivotDimension> GetDimension() const;
     void SetDimension(XMLPtrArray<CT_PivotDimension> value);
     bool CheckDimension() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5645,15 +6411,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "measure": attribute, bool, default "false"
     bool GetMeasure() const { return m_Measure; }
     void SetMeasure(bool value) { m_Measure = value; m_presence |= (1u << 0); }
     bool CheckMeasure() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 2)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 3)) != 0; }
@@ -5677,9 +6447,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "measureGroup": child element, repeated
     XMLPtrArray<CT_MeasureGroup> GetMeasureGroup() const;
     void SetMeasureGroup(XMLPtrArray<CT_MeasureGroup> value);
     bool CheckMeasureGroup() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5701,9 +6473,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "map": child element, repeated
     XMLPtrArray<CT_MeasureDimensionMap> GetMap() const;
     void SetMap(XMLPtrArray<CT_MeasureDimensionMap> value);
     bool CheckMap() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5725,9 +6499,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 1)) != 0; }
@@ -5749,9 +6525,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "measureGroup": attribute, unsigned int
     unsigned int GetMeasureGroup() const { return m_MeasureGroup; }
     void SetMeasureGroup(unsigned int value) { m_MeasureGroup = value; m_presence |= (1u << 0); }
     bool CheckMeasureGroup() const { return (m_presence & (1u << 0)) != 0; }
+    // "dimension": attribute, unsigned int
     unsigned int GetDimension() const { return m_Dimension; }
     void SetDimension(unsigned int value) { m_Dimension = value; m_presence |= (1u << 1); }
     bool CheckDimension() const { return (m_presence & (1u << 1)) != 0; }
@@ -5773,21 +6551,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "showRowHeaders": attribute, bool
     bool GetShowRowHeaders() const { return m_ShowRowHeaders; }
     void SetShowRowHeaders(bool value) { m_ShowRowHeaders = value; m_presence |= (1u << 1); }
     bool CheckShowRowHeaders() const { return (m_presence & (1u << 1)) != 0; }
+    // "showColHeaders": attribute, bool
     bool GetShowColHeaders() const { return m_ShowColHeaders; }
     void SetShowColHeaders(bool value) { m_ShowColHeaders = value; m_presence |= (1u << 2); }
     bool CheckShowColHeaders() const { return (m_presence & (1u << 2)) != 0; }
+    // "showRowStripes": attribute, bool
     bool GetShowRowStripes() const { return m_ShowRowStripes; }
     void SetShowRowStripes(bool value) { m_ShowRowStripes = value; m_presence |= (1u << 3); }
     bool CheckShowRowStripes() const { return (m_presence & (1u << 3)) != 0; }
+    // "showColStripes": attribute, bool
     bool GetShowColStripes() const { return m_ShowColStripes; }
     void SetShowColStripes(bool value) { m_ShowColStripes = value; m_presence |= (1u << 4); }
     bool CheckShowColStripes() const { return (m_presence & (1u << 4)) != 0; }
+    // "showLastColumn": attribute, bool
     bool GetShowLastColumn() const { return m_ShowLastColumn; }
     void SetShowLastColumn(bool value) { m_ShowLastColumn = value; m_presence |= (1u << 5); }
     bool CheckShowLastColumn() const { return (m_presence & (1u << 5)) != 0; }
@@ -5813,9 +6597,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "filter": child element, repeated
     XMLPtrArray<CT_PivotFilter> GetFilter() const;
     void SetFilter(XMLPtrArray<CT_PivotFilter> value);
     bool CheckFilter() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -5837,42 +6623,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoFilter": child element
     CT_AutoFilter* GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(CT_AutoFilter* value) { m_AutoFilter = value; m_presence |= (1u << 0); }
     bool CheckAutoFilter() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "fld": attribute, unsigned int
     unsigned int GetFld() const { return m_Fld; }
     void SetFld(unsigned int value) { m_Fld = value; m_presence |= (1u << 2); }
     bool CheckFld() const { return (m_presence & (1u << 2)) != 0; }
+    // "mpFld": attribute, unsigned int
     unsigned int GetMpFld() const { return m_MpFld; }
     void SetMpFld(unsigned int value) { m_MpFld = value; m_presence |= (1u << 3); }
     bool CheckMpFld() const { return (m_presence & (1u << 3)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 4)) != 0; }
+    // "evalOrder": attribute, int, default "0"
     int GetEvalOrder() const { return m_EvalOrder; }
     void SetEvalOrder(int value) { m_EvalOrder = value; m_presence |= (1u << 5); }
     bool CheckEvalOrder() const { return (m_presence & (1u << 5)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 6); }
     bool CheckId() const { return (m_presence & (1u << 6)) != 0; }
+    // "iMeasureHier": attribute, unsigned int
     unsigned int GetIMeasureHier() const { return m_IMeasureHier; }
     void SetIMeasureHier(unsigned int value) { m_IMeasureHier = value; m_presence |= (1u << 7); }
     bool CheckIMeasureHier() const { return (m_presence & (1u << 7)) != 0; }
+    // "iMeasureFld": attribute, unsigned int
     unsigned int GetIMeasureFld() const { return m_IMeasureFld; }
     void SetIMeasureFld(unsigned int value) { m_IMeasureFld = value; m_presence |= (1u << 8); }
     bool CheckIMeasureFld() const { return (m_presence & (1u << 8)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 9)) != 0; }
+    // "description": attribute, wxString
     wxString GetDescription() const;
     void SetDescription(wxString value);
     bool CheckDescription() const { return (m_presence & (1u << 10)) != 0; }
+    // "stringValue1": attribute, wxString
     wxString GetStringValue1() const;
     void SetStringValue1(wxString value);
     bool CheckStringValue1() const { return (m_presence & (1u << 11)) != 0; }
+    // "stringValue2": attribute, wxString
     wxString GetStringValue2() const;
     void SetStringValue2(wxString value);
     bool CheckStringValue2() const { return (m_presence & (1u << 12)) != 0; }
@@ -5905,45 +6704,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "references": child element
     CT_PivotAreaReferences* GetReferences() const { return m_References; }
     void SetReferences(CT_PivotAreaReferences* value) { m_References = value; m_presence |= (1u << 0); }
     bool CheckReferences() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "field": attribute, int
     int GetField() const { return m_Field; }
     void SetField(int value) { m_Field = value; m_presence |= (1u << 2); }
     bool CheckField() const { return (m_presence & (1u << 2)) != 0; }
+    // "type": attribute, wxString, default "normal"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 3)) != 0; }
+    // "dataOnly": attribute, bool, default "true"
     bool GetDataOnly() const { return m_DataOnly; }
     void SetDataOnly(bool value) { m_DataOnly = value; m_presence |= (1u << 4); }
     bool CheckDataOnly() const { return (m_presence & (1u << 4)) != 0; }
+    // "labelOnly": attribute, bool, default "false"
     bool GetLabelOnly() const { return m_LabelOnly; }
     void SetLabelOnly(bool value) { m_LabelOnly = value; m_presence |= (1u << 5); }
     bool CheckLabelOnly() const { return (m_presence & (1u << 5)) != 0; }
+    // "grandRow": attribute, bool, default "false"
     bool GetGrandRow() const { return m_GrandRow; }
     void SetGrandRow(bool value) { m_GrandRow = value; m_presence |= (1u << 6); }
     bool CheckGrandRow() const { return (m_presence & (1u << 6)) != 0; }
+    // "grandCol": attribute, bool, default "false"
     bool GetGrandCol() const { return m_GrandCol; }
     void SetGrandCol(bool value) { m_GrandCol = value; m_presence |= (1u << 7); }
     bool CheckGrandCol() const { return (m_presence & (1u << 7)) != 0; }
+    // "cacheIndex": attribute, bool, default "false"
     bool GetCacheIndex() const { return m_CacheIndex; }
     void SetCacheIndex(bool value) { m_CacheIndex = value; m_presence |= (1u << 8); }
     bool CheckCacheIndex() const { return (m_presence & (1u << 8)) != 0; }
+    // "outline": attribute, bool, default "true"
     bool GetOutline() const { return m_Outline; }
     void SetOutline(bool value) { m_Outline = value; m_presence |= (1u << 9); }
     bool CheckOutline() const { return (m_presence & (1u << 9)) != 0; }
+    // "offset": attribute, wxString
     wxString GetOffset() const;
     void SetOffset(wxString value);
     bool CheckOffset() const { return (m_presence & (1u << 10)) != 0; }
+    // "collapsedLevelsAreSubtotals": attribute, bool, default "false"
     bool GetCollapsedLevelsAreSubtotals() const { return m_CollapsedLevelsAreSubtotals; }
     void SetCollapsedLevelsAreSubtotals(bool value) { m_CollapsedLevelsAreSubtotals = value; m_presence |= (1u << 11); }
     bool CheckCollapsedLevelsAreSubtotals() const { return (m_presence & (1u << 11)) != 0; }
+    // "axis": attribute, wxString
     wxString GetAxis() const;
     void SetAxis(wxString value);
     bool CheckAxis() const { return (m_presence & (1u << 12)) != 0; }
+    // "fieldPosition": attribute, unsigned int
     unsigned int GetFieldPosition() const { return m_FieldPosition; }
     void SetFieldPosition(unsigned int value) { m_FieldPosition = value; m_presence |= (1u << 13); }
     bool CheckFieldPosition() const { return (m_presence & (1u << 13)) != 0; }
@@ -5977,9 +6790,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "reference": child element, repeated
     XMLPtrArray<CT_PivotAreaReference> GetReference() const;
     void SetReference(XMLPtrArray<CT_PivotAreaReference> value);
     bool CheckReference() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -6001,60 +6816,79 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": child element, repeated
     XMLPtrArray<CT_Index> GetX() const;
     void SetX(XMLPtrArray<CT_Index> value);
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "field": attribute, unsigned int
     unsigned int GetField() const { return m_Field; }
     void SetField(unsigned int value) { m_Field = value; m_presence |= (1u << 2); }
     bool CheckField() const { return (m_presence & (1u << 2)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 3); }
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
+    // "selected": attribute, bool, default "true"
     bool GetSelected() const { return m_Selected; }
     void SetSelected(bool value) { m_Selected = value; m_presence |= (1u << 4); }
     bool CheckSelected() const { return (m_presence & (1u << 4)) != 0; }
+    // "byPosition": attribute, bool, default "false"
     bool GetByPosition() const { return m_ByPosition; }
     void SetByPosition(bool value) { m_ByPosition = value; m_presence |= (1u << 5); }
     bool CheckByPosition() const { return (m_presence & (1u << 5)) != 0; }
+    // "relative": attribute, bool, default "false"
     bool GetRelative() const { return m_Relative; }
     void SetRelative(bool value) { m_Relative = value; m_presence |= (1u << 6); }
     bool CheckRelative() const { return (m_presence & (1u << 6)) != 0; }
+    // "defaultSubtotal": attribute, bool, default "false"
     bool GetDefaultSubtotal() const { return m_DefaultSubtotal; }
     void SetDefaultSubtotal(bool value) { m_DefaultSubtotal = value; m_presence |= (1u << 7); }
     bool CheckDefaultSubtotal() const { return (m_presence & (1u << 7)) != 0; }
+    // "sumSubtotal": attribute, bool, default "false"
     bool GetSumSubtotal() const { return m_SumSubtotal; }
     void SetSumSubtotal(bool value) { m_SumSubtotal = value; m_presence |= (1u << 8); }
     bool CheckSumSubtotal() const { return (m_presence & (1u << 8)) != 0; }
+    // "countASubtotal": attribute, bool, default "false"
     bool GetCountASubtotal() const { return m_CountASubtotal; }
     void SetCountASubtotal(bool value) { m_CountASubtotal = value; m_presence |= (1u << 9); }
     bool CheckCountASubtotal() const { return (m_presence & (1u << 9)) != 0; }
+    // "avgSubtotal": attribute, bool, default "false"
     bool GetAvgSubtotal() const { return m_AvgSubtotal; }
     void SetAvgSubtotal(bool value) { m_AvgSubtotal = value; m_presence |= (1u << 10); }
     bool CheckAvgSubtotal() const { return (m_presence & (1u << 10)) != 0; }
+    // "maxSubtotal": attribute, bool, default "false"
     bool GetMaxSubtotal() const { return m_MaxSubtotal; }
     void SetMaxSubtotal(bool value) { m_MaxSubtotal = value; m_presence |= (1u << 11); }
     bool CheckMaxSubtotal() const { return (m_presence & (1u << 11)) != 0; }
+    // "minSubtotal": attribute, bool, default "false"
     bool GetMinSubtotal() const { return m_MinSubtotal; }
     void SetMinSubtotal(bool value) { m_MinSubtotal = value; m_presence |= (1u << 12); }
     bool CheckMinSubtotal() const { return (m_presence & (1u << 12)) != 0; }
+    // "productSubtotal": attribute, bool, default "false"
     bool GetProductSubtotal() const { return m_ProductSubtotal; }
     void SetProductSubtotal(bool value) { m_ProductSubtotal = value; m_presence |= (1u << 13); }
     bool CheckProductSubtotal() const { return (m_presence & (1u << 13)) != 0; }
+    // "countSubtotal": attribute, bool, default "false"
     bool GetCountSubtotal() const { return m_CountSubtotal; }
     void SetCountSubtotal(bool value) { m_CountSubtotal = value; m_presence |= (1u << 14); }
     bool CheckCountSubtotal() const { return (m_presence & (1u << 14)) != 0; }
+    // "stdDevSubtotal": attribute, bool, default "false"
     bool GetStdDevSubtotal() const { return m_StdDevSubtotal; }
     void SetStdDevSubtotal(bool value) { m_StdDevSubtotal = value; m_presence |= (1u << 15); }
     bool CheckStdDevSubtotal() const { return (m_presence & (1u << 15)) != 0; }
+    // "stdDevPSubtotal": attribute, bool, default "false"
     bool GetStdDevPSubtotal() const { return m_StdDevPSubtotal; }
     void SetStdDevPSubtotal(bool value) { m_StdDevPSubtotal = value; m_presence |= (1u << 16); }
     bool CheckStdDevPSubtotal() const { return (m_presence & (1u << 16)) != 0; }
+    // "varSubtotal": attribute, bool, default "false"
     bool GetVarSubtotal() const { return m_VarSubtotal; }
     void SetVarSubtotal(bool value) { m_VarSubtotal = value; m_presence |= (1u << 17); }
     bool CheckVarSubtotal() const { return (m_presence & (1u << 17)) != 0; }
+    // "varPSubtotal": attribute, bool, default "false"
     bool GetVarPSubtotal() const { return m_VarPSubtotal; }
     void SetVarPSubtotal(bool value) { m_VarPSubtotal = value; m_presence |= (1u << 18); }
     bool CheckVarPSubtotal() const { return (m_presence & (1u << 18)) != 0; }
@@ -6093,6 +6927,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": attribute, unsigned int
     unsigned int GetV() const { return m_V; }
     void SetV(unsigned int value) { m_V = value; m_presence |= (1u << 0); }
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
@@ -6113,57 +6948,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "queryTableRefresh": child element
     CT_QueryTableRefresh* GetQueryTableRefresh() const { return m_QueryTableRefresh; }
     void SetQueryTableRefresh(CT_QueryTableRefresh* value) { m_QueryTableRefresh = value; m_presence |= (1u << 0); }
     bool CheckQueryTableRefresh() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "headers": attribute, bool, default "true"
     bool GetHeaders() const { return m_Headers; }
     void SetHeaders(bool value) { m_Headers = value; m_presence |= (1u << 3); }
     bool CheckHeaders() const { return (m_presence & (1u << 3)) != 0; }
+    // "rowNumbers": attribute, bool, default "false"
     bool GetRowNumbers() const { return m_RowNumbers; }
     void SetRowNumbers(bool value) { m_RowNumbers = value; m_presence |= (1u << 4); }
     bool CheckRowNumbers() const { return (m_presence & (1u << 4)) != 0; }
+    // "disableRefresh": attribute, bool, default "false"
     bool GetDisableRefresh() const { return m_DisableRefresh; }
     void SetDisableRefresh(bool value) { m_DisableRefresh = value; m_presence |= (1u << 5); }
     bool CheckDisableRefresh() const { return (m_presence & (1u << 5)) != 0; }
+    // "backgroundRefresh": attribute, bool, default "true"
     bool GetBackgroundRefresh() const { return m_BackgroundRefresh; }
     void SetBackgroundRefresh(bool value) { m_BackgroundRefresh = value; m_presence |= (1u << 6); }
     bool CheckBackgroundRefresh() const { return (m_presence & (1u << 6)) != 0; }
+    // "firstBackgroundRefresh": attribute, bool, default "false"
     bool GetFirstBackgroundRefresh() const { return m_FirstBackgroundRefresh; }
     void SetFirstBackgroundRefresh(bool value) { m_FirstBackgroundRefresh = value; m_presence |= (1u << 7); }
     bool CheckFirstBackgroundRefresh() const { return (m_presence & (1u << 7)) != 0; }
+    // "refreshOnLoad": attribute, bool, default "false"
     bool GetRefreshOnLoad() const { return m_RefreshOnLoad; }
     void SetRefreshOnLoad(bool value) { m_RefreshOnLoad = value; m_presence |= (1u << 8); }
     bool CheckRefreshOnLoad() const { return (m_presence & (1u << 8)) != 0; }
+    // "growShrinkType": attribute, wxString, default "insertDelete"
     wxString GetGrowShrinkType() const;
     void SetGrowShrinkType(wxString value);
     bool CheckGrowShrinkType() const { return (m_presence & (1u << 9)) != 0; }
+    // "fillFormulas": attribute, bool, default "false"
     bool GetFillFormulas() const { return m_FillFormulas; }
     void SetFillFormulas(bool value) { m_FillFormulas = value; m_presence |= (1u << 10); }
     bool CheckFillFormulas() const { return (m_presence & (1u << 10)) != 0; }
+    // "removeDataOnSave": attribute, bool, default "false"
     bool GetRemoveDataOnSave() const { return m_RemoveDataOnSave; }
     void SetRemoveDataOnSave(bool value) { m_RemoveDataOnSave = value; m_presence |= (1u << 11); }
     bool CheckRemoveDataOnSave() const { return (m_presence & (1u << 11)) != 0; }
+    // "disableEdit": attribute, bool, default "false"
     bool GetDisableEdit() const { return m_DisableEdit; }
     void SetDisableEdit(bool value) { m_DisableEdit = value; m_presence |= (1u << 12); }
     bool CheckDisableEdit() const { return (m_presence & (1u << 12)) != 0; }
+    // "preserveFormatting": attribute, bool, default "true"
     bool GetPreserveFormatting() const { return m_PreserveFormatting; }
     void SetPreserveFormatting(bool value) { m_PreserveFormatting = value; m_presence |= (1u << 13); }
     bool CheckPreserveFormatting() const { return (m_presence & (1u << 13)) != 0; }
+    // "adjustColumnWidth": attribute, bool, default "true"
     bool GetAdjustColumnWidth() const { return m_AdjustColumnWidth; }
     void SetAdjustColumnWidth(bool value) { m_AdjustColumnWidth = value; m_presence |= (1u << 14); }
     bool CheckAdjustColumnWidth() const { return (m_presence & (1u << 14)) != 0; }
+    // "intermediate": attribute, bool, default "false"
     bool GetIntermediate() const { return m_Intermediate; }
     void SetIntermediate(bool value) { m_Intermediate = value; m_presence |= (1u << 15); }
     bool CheckIntermediate() const { return (m_presence & (1u << 15)) != 0; }
+    // "connectionId": attribute, unsigned int
     unsigned int GetConnectionId() const { return m_ConnectionId; }
     void SetConnectionId(unsigned int value) { m_ConnectionId = value; m_presence |= (1u << 16); }
     bool CheckConnectionId() const { return (m_presence & (1u << 16)) != 0; }
+    // attribute group AG_AutoFormat
     AG_AutoFormat* GetAG_AutoFormat() const { return m_AG_AutoFormat; }
     void SetAG_AutoFormat(AG_AutoFormat* value) { m_AG_AutoFormat = value; m_presence |= (1u << 17); }
     bool CheckAG_AutoFormat() const { return (m_presence & (1u << 17)) != 0; }
@@ -6201,36 +7054,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "queryTableFields": child element
     CT_QueryTableFields* GetQueryTableFields() const { return m_QueryTableFields; }
     void SetQueryTableFields(CT_QueryTableFields* value) { m_QueryTableFields = value; m_presence |= (1u << 0); }
     bool CheckQueryTableFields() const { return (m_presence & (1u << 0)) != 0; }
+    // "queryTableDeletedFields": child element
     CT_QueryTableDeletedFields* GetQueryTableDeletedFields() const { return m_QueryTableDeletedFields; }
     void SetQueryTableDeletedFields(CT_QueryTableDeletedFields* value) { m_QueryTableDeletedFields = value; m_presence |= (1u << 1); }
     bool CheckQueryTableDeletedFields() const { return (m_presence & (1u << 1)) != 0; }
+    // "sortState": child element
     CT_SortState* GetSortState() const { return m_SortState; }
     void SetSortState(CT_SortState* value) { m_SortState = value; m_presence |= (1u << 2); }
     bool CheckSortState() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "preserveSortFilterLayout": attribute, bool, default "true"
     bool GetPreserveSortFilterLayout() const { return m_PreserveSortFilterLayout; }
     void SetPreserveSortFilterLayout(bool value) { m_PreserveSortFilterLayout = value; m_presence |= (1u << 4); }
     bool CheckPreserveSortFilterLayout() const { return (m_presence & (1u << 4)) != 0; }
+    // "fieldIdWrapped": attribute, bool, default "false"
     bool GetFieldIdWrapped() const { return m_FieldIdWrapped; }
     void SetFieldIdWrapped(bool value) { m_FieldIdWrapped = value; m_presence |= (1u << 5); }
     bool CheckFieldIdWrapped() const { return (m_presence & (1u << 5)) != 0; }
+    // "headersInLastRefresh": attribute, bool, default "true"
     bool GetHeadersInLastRefresh() const { return m_HeadersInLastRefresh; }
     void SetHeadersInLastRefresh(bool value) { m_HeadersInLastRefresh = value; m_presence |= (1u << 6); }
     bool CheckHeadersInLastRefresh() const { return (m_presence & (1u << 6)) != 0; }
+    // "minimumVersion": attribute, unsigned char, default "0"
     unsigned char GetMinimumVersion() const { return m_MinimumVersion; }
     void SetMinimumVersion(unsigned char value) { m_MinimumVersion = value; m_presence |= (1u << 7); }
     bool CheckMinimumVersion() const { return (m_presence & (1u << 7)) != 0; }
+    // "nextId": attribute, unsigned int, default "1"
     unsigned int GetNextId() const { return m_NextId; }
     void SetNextId(unsigned int value) { m_NextId = value; m_presence |= (1u << 8); }
     bool CheckNextId() const { return (m_presence & (1u << 8)) != 0; }
+    // "unboundColumnsLeft": attribute, unsigned int, default "0"
     unsigned int GetUnboundColumnsLeft() const { return m_UnboundColumnsLeft; }
     void SetUnboundColumnsLeft(unsigned int value) { m_UnboundColumnsLeft = value; m_presence |= (1u << 9); }
     bool CheckUnboundColumnsLeft() const { return (m_presence & (1u << 9)) != 0; }
+    // "unboundColumnsRight": attribute, unsigned int, default "0"
     unsigned int GetUnboundColumnsRight() const { return m_UnboundColumnsRight; }
     void SetUnboundColumnsRight(unsigned int value) { m_UnboundColumnsRight = value; m_presence |= (1u << 10); }
     bool CheckUnboundColumnsRight() const { return (m_presence & (1u << 10)) != 0; }
@@ -6261,9 +7125,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "deletedField": child element, repeated
     XMLPtrArray<CT_DeletedField> GetDeletedField() const;
     void SetDeletedField(XMLPtrArray<CT_DeletedField> value);
     bool CheckDeletedField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -6285,6 +7151,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
@@ -6305,9 +7172,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "queryTableField": child element, repeated
     XMLPtrArray<CT_QueryTableField> GetQueryTableField() const;
     void SetQueryTableField(XMLPtrArray<CT_QueryTableField> value);
     bool CheckQueryTableField() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -6329,27 +7198,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "dataBound": attribute, bool, default "true"
     bool GetDataBound() const { return m_DataBound; }
     void SetDataBound(bool value) { m_DataBound = value; m_presence |= (1u << 3); }
     bool CheckDataBound() const { return (m_presence & (1u << 3)) != 0; }
+    // "rowNumbers": attribute, bool, default "false"
     bool GetRowNumbers() const { return m_RowNumbers; }
     void SetRowNumbers(bool value) { m_RowNumbers = value; m_presence |= (1u << 4); }
     bool CheckRowNumbers() const { return (m_presence & (1u << 4)) != 0; }
+    // "fillFormulas": attribute, bool, default "false"
     bool GetFillFormulas() const { return m_FillFormulas; }
     void SetFillFormulas(bool value) { m_FillFormulas = value; m_presence |= (1u << 5); }
     bool CheckFillFormulas() const { return (m_presence & (1u << 5)) != 0; }
+    // "clipped": attribute, bool, default "false"
     bool GetClipped() const { return m_Clipped; }
     void SetClipped(bool value) { m_Clipped = value; m_presence |= (1u << 6); }
     bool CheckClipped() const { return (m_presence & (1u << 6)) != 0; }
+    // "tableColumnId": attribute, unsigned int, default "0"
     unsigned int GetTableColumnId() const { return m_TableColumnId; }
     void SetTableColumnId(unsigned int value) { m_TableColumnId = value; m_presence |= (1u << 7); }
     bool CheckTableColumnId() const { return (m_presence & (1u << 7)) != 0; }
@@ -6377,15 +7254,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "si": child element, repeated
     XMLPtrArray<CT_Rst> GetSi() const;
     void SetSi(XMLPtrArray<CT_Rst> value);
     bool CheckSi() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 2); }
     bool CheckCount() const { return (m_presence & (1u << 2)) != 0; }
+    // "uniqueCount": attribute, unsigned int
     unsigned int GetUniqueCount() const { return m_UniqueCount; }
     void SetUniqueCount(unsigned int value) { m_UniqueCount = value; m_presence |= (1u << 3); }
     bool CheckUniqueCount() const { return (m_presence & (1u << 3)) != 0; }
@@ -6409,12 +7290,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "t": value element, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 0)) != 0; }
+    // "sb": attribute, unsigned int
     unsigned int GetSb() const { return m_Sb; }
     void SetSb(unsigned int value) { m_Sb = value; m_presence |= (1u << 1); }
     bool CheckSb() const { return (m_presence & (1u << 1)) != 0; }
+    // "eb": attribute, unsigned int
     unsigned int GetEb() const { return m_Eb; }
     void SetEb(unsigned int value) { m_Eb = value; m_presence |= (1u << 2); }
     bool CheckEb() const { return (m_presence & (1u << 2)) != 0; }
@@ -6437,9 +7321,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPrElt* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPrElt* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": value element, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
@@ -6461,6 +7347,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RPrEltData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RPrEltData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6486,48 +7373,63 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rFont": child element
     CT_FontName* GetRFont() const { return m_RFont; }
     void SetRFont(CT_FontName* value) { m_RFont = value; m_presence |= (1u << 0); }
     bool CheckRFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "charset": child element
     CT_IntProperty* GetCharset() const { return m_Charset; }
     void SetCharset(CT_IntProperty* value) { m_Charset = value; m_presence |= (1u << 1); }
     bool CheckCharset() const { return (m_presence & (1u << 1)) != 0; }
+    // "family": child element
     CT_IntProperty* GetFamily() const { return m_Family; }
     void SetFamily(CT_IntProperty* value) { m_Family = value; m_presence |= (1u << 2); }
     bool CheckFamily() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": child element
     CT_BooleanProperty* GetB() const { return m_B; }
     void SetB(CT_BooleanProperty* value) { m_B = value; m_presence |= (1u << 3); }
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "i": child element
     CT_BooleanProperty* GetI() const { return m_I; }
     void SetI(CT_BooleanProperty* value) { m_I = value; m_presence |= (1u << 4); }
     bool CheckI() const { return (m_presence & (1u << 4)) != 0; }
+    // "strike": child element
     CT_BooleanProperty* GetStrike() const { return m_Strike; }
     void SetStrike(CT_BooleanProperty* value) { m_Strike = value; m_presence |= (1u << 5); }
     bool CheckStrike() const { return (m_presence & (1u << 5)) != 0; }
+    // "outline": child element
     CT_BooleanProperty* GetOutline() const { return m_Outline; }
     void SetOutline(CT_BooleanProperty* value) { m_Outline = value; m_presence |= (1u << 6); }
     bool CheckOutline() const { return (m_presence & (1u << 6)) != 0; }
+    // "shadow": child element
     CT_BooleanProperty* GetShadow() const { return m_Shadow; }
     void SetShadow(CT_BooleanProperty* value) { m_Shadow = value; m_presence |= (1u << 7); }
     bool CheckShadow() const { return (m_presence & (1u << 7)) != 0; }
+    // "condense": child element
     CT_BooleanProperty* GetCondense() const { return m_Condense; }
     void SetCondense(CT_BooleanProperty* value) { m_Condense = value; m_presence |= (1u << 8); }
     bool CheckCondense() const { return (m_presence & (1u << 8)) != 0; }
+    // "extend": child element
     CT_BooleanProperty* GetExtend() const { return m_Extend; }
     void SetExtend(CT_BooleanProperty* value) { m_Extend = value; m_presence |= (1u << 9); }
     bool CheckExtend() const { return (m_presence & (1u << 9)) != 0; }
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 10); }
     bool CheckColor() const { return (m_presence & (1u << 10)) != 0; }
+    // "sz": child element
     CT_FontSize* GetSz() const { return m_Sz; }
     void SetSz(CT_FontSize* value) { m_Sz = value; m_presence |= (1u << 11); }
     bool CheckSz() const { return (m_presence & (1u << 11)) != 0; }
+    // "u": child element
     CT_UnderlineProperty* GetU() const { return m_U; }
     void SetU(CT_UnderlineProperty* value) { m_U = value; m_presence |= (1u << 12); }
     bool CheckU() const { return (m_presence & (1u << 12)) != 0; }
+    // "vertAlign": child element
     CT_VerticalAlignFontProperty* GetVertAlign() const { return m_VertAlign; }
     void SetVertAlign(CT_VerticalAlignFontProperty* value) { m_VertAlign = value; m_presence |= (1u << 13); }
     bool CheckVertAlign() const { return (m_presence & (1u << 13)) != 0; }
+    // "scheme": child element
     CT_FontScheme* GetScheme() const { return m_Scheme; }
     void SetScheme(CT_FontScheme* value) { m_Scheme = value; m_presence |= (1u << 14); }
     bool CheckScheme() const { return (m_presence & (1u << 14)) != 0; }
@@ -6562,15 +7464,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "t": value element, wxString
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": child element, repeated
     XMLPtrArray<CT_RElt> GetR() const;
     void SetR(XMLPtrArray<CT_RElt> value);
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
+    // "rPh": child element, repeated
     XMLPtrArray<CT_PhoneticRun> GetRPh() const;
     void SetRPh(XMLPtrArray<CT_PhoneticRun> value);
     bool CheckRPh() const { return (m_presence & (1u << 2)) != 0; }
+    // "phoneticPr": child element
     CT_PhoneticPr* GetPhoneticPr() const { return m_PhoneticPr; }
     void SetPhoneticPr(CT_PhoneticPr* value) { m_PhoneticPr = value; m_presence |= (1u << 3); }
     bool CheckPhoneticPr() const { return (m_presence & (1u << 3)) != 0; }
@@ -6594,12 +7500,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fontId": attribute, unsigned int
     unsigned int GetFontId() const { return m_FontId; }
     void SetFontId(unsigned int value) { m_FontId = value; m_presence |= (1u << 0); }
     bool CheckFontId() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString, default "fullwidthKatakana"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "alignment": attribute, wxString, default "left"
     wxString GetAlignment() const;
     void SetAlignment(wxString value);
     bool CheckAlignment() const { return (m_presence & (1u << 2)) != 0; }
@@ -6622,42 +7531,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "header": child element, repeated
     XMLPtrArray<CT_RevisionHeader> GetHeader() const;
     void SetHeader(XMLPtrArray<CT_RevisionHeader> value);
     bool CheckHeader() const { return (m_presence & (1u << 0)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 1)) != 0; }
+    // "lastGuid": attribute, wxString
     wxString GetLastGuid() const;
     void SetLastGuid(wxString value);
     bool CheckLastGuid() const { return (m_presence & (1u << 2)) != 0; }
+    // "shared": attribute, bool, default "true"
     bool GetShared() const { return m_Shared; }
     void SetShared(bool value) { m_Shared = value; m_presence |= (1u << 3); }
     bool CheckShared() const { return (m_presence & (1u << 3)) != 0; }
+    // "diskRevisions": attribute, bool, default "false"
     bool GetDiskRevisions() const { return m_DiskRevisions; }
     void SetDiskRevisions(bool value) { m_DiskRevisions = value; m_presence |= (1u << 4); }
     bool CheckDiskRevisions() const { return (m_presence & (1u << 4)) != 0; }
+    // "history": attribute, bool, default "true"
     bool GetHistory() const { return m_History; }
     void SetHistory(bool value) { m_History = value; m_presence |= (1u << 5); }
     bool CheckHistory() const { return (m_presence & (1u << 5)) != 0; }
+    // "trackRevisions": attribute, bool, default "true"
     bool GetTrackRevisions() const { return m_TrackRevisions; }
     void SetTrackRevisions(bool value) { m_TrackRevisions = value; m_presence |= (1u << 6); }
     bool CheckTrackRevisions() const { return (m_presence & (1u << 6)) != 0; }
+    // "exclusive": attribute, bool, default "false"
     bool GetExclusive() const { return m_Exclusive; }
     void SetExclusive(bool value) { m_Exclusive = value; m_presence |= (1u << 7); }
     bool CheckExclusive() const { return (m_presence & (1u << 7)) != 0; }
+    // "revisionId": attribute, unsigned int, default "0"
     unsigned int GetRevisionId() const { return m_RevisionId; }
     void SetRevisionId(unsigned int value) { m_RevisionId = value; m_presence |= (1u << 8); }
     bool CheckRevisionId() const { return (m_presence & (1u << 8)) != 0; }
+    // "version": attribute, int, default "1"
     int GetVersion() const { return m_Version; }
     void SetVersion(int value) { m_Version = value; m_presence |= (1u << 9); }
     bool CheckVersion() const { return (m_presence & (1u << 9)) != 0; }
+    // "keepChangeHistory": attribute, bool, default "true"
     bool GetKeepChangeHistory() const { return m_KeepChangeHistory; }
     void SetKeepChangeHistory(bool value) { m_KeepChangeHistory = value; m_presence |= (1u << 10); }
     bool CheckKeepChangeHistory() const { return (m_presence & (1u << 10)) != 0; }
+    // "protected": attribute, bool, default "false"
     bool GetProtected() const { return m_Protected; }
     void SetProtected(bool value) { m_Protected = value; m_presence |= (1u << 11); }
     bool CheckProtected() const { return (m_presence & (1u << 11)) != 0; }
+    // "preserveHistory": attribute, unsigned int, default "30"
     unsigned int GetPreserveHistory() const { return m_PreserveHistory; }
     void SetPreserveHistory(unsigned int value) { m_PreserveHistory = value; m_presence |= (1u << 12); }
     bool CheckPreserveHistory() const { return (m_presence & (1u << 12)) != 0; }
@@ -6690,6 +7612,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RevisionsData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RevisionsData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6715,39 +7638,51 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rrc": child element, repeated
     XMLPtrArray<CT_RevisionRowColumn> GetRrc() const;
     void SetRrc(XMLPtrArray<CT_RevisionRowColumn> value);
     bool CheckRrc() const { return (m_presence & (1u << 0)) != 0; }
+    // "rm": child element, repeated
     XMLPtrArray<CT_RevisionMove> GetRm() const;
     void SetRm(XMLPtrArray<CT_RevisionMove> value);
     bool CheckRm() const { return (m_presence & (1u << 1)) != 0; }
+    // "rcv": child element, repeated
     XMLPtrArray<CT_RevisionCustomView> GetRcv() const;
     void SetRcv(XMLPtrArray<CT_RevisionCustomView> value);
     bool CheckRcv() const { return (m_presence & (1u << 2)) != 0; }
+    // "rsnm": child element, repeated
     XMLPtrArray<CT_RevisionSheetRename> GetRsnm() const;
     void SetRsnm(XMLPtrArray<CT_RevisionSheetRename> value);
     bool CheckRsnm() const { return (m_presence & (1u << 3)) != 0; }
+    // "ris": child element, repeated
     XMLPtrArray<CT_RevisionInsertSheet> GetRis() const;
     void SetRis(XMLPtrArray<CT_RevisionInsertSheet> value);
     bool CheckRis() const { return (m_presence & (1u << 4)) != 0; }
+    // "rcc": child element, repeated
     XMLPtrArray<CT_RevisionCellChange> GetRcc() const;
     void SetRcc(XMLPtrArray<CT_RevisionCellChange> value);
     bool CheckRcc() const { return (m_presence & (1u << 5)) != 0; }
+    // "rfmt": child element, repeated
     XMLPtrArray<CT_RevisionFormatting> GetRfmt() const;
     void SetRfmt(XMLPtrArray<CT_RevisionFormatting> value);
     bool CheckRfmt() const { return (m_presence & (1u << 6)) != 0; }
+    // "raf": child element, repeated
     XMLPtrArray<CT_RevisionAutoFormatting> GetRaf() const;
     void SetRaf(XMLPtrArray<CT_RevisionAutoFormatting> value);
     bool CheckRaf() const { return (m_presence & (1u << 7)) != 0; }
+    // "rdn": child element, repeated
     XMLPtrArray<CT_RevisionDefinedName> GetRdn() const;
     void SetRdn(XMLPtrArray<CT_RevisionDefinedName> value);
     bool CheckRdn() const { return (m_presence & (1u << 8)) != 0; }
+    // "rcmt": child element, repeated
     XMLPtrArray<CT_RevisionComment> GetRcmt() const;
     void SetRcmt(XMLPtrArray<CT_RevisionComment> value);
     bool CheckRcmt() const { return (m_presence & (1u << 9)) != 0; }
+    // "rqt": child element, repeated
     XMLPtrArray<CT_RevisionQueryTableField> GetRqt() const;
     void SetRqt(XMLPtrArray<CT_RevisionQueryTableField> value);
     bool CheckRqt() const { return (m_presence & (1u << 10)) != 0; }
+    // "rcft": child element, repeated
     XMLPtrArray<CT_RevisionConflict> GetRcft() const;
     void SetRcft(XMLPtrArray<CT_RevisionConflict> value);
     bool CheckRcft() const { return (m_presence & (1u << 11)) != 0; }
@@ -6784,12 +7719,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rId": attribute, unsigned int
     unsigned int GetRId() const { return m_RId; }
     void SetRId(unsigned int value) { m_RId = value; m_presence |= (1u << 0); }
     bool CheckRId() const { return (m_presence & (1u << 0)) != 0; }
+    // "ua": attribute, bool, default "false"
     bool GetUa() const { return m_Ua; }
     void SetUa(bool value) { m_Ua = value; m_presence |= (1u << 1); }
     bool CheckUa() const { return (m_presence & (1u << 1)) != 0; }
+    // "ra": attribute, bool, default "false"
     bool GetRa() const { return m_Ra; }
     void SetRa(bool value) { m_Ra = value; m_presence |= (1u << 2); }
     bool CheckRa() const { return (m_presence & (1u << 2)) != 0; }
@@ -6812,33 +7750,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetIdMap": child element
     CT_SheetIdMap* GetSheetIdMap() const { return m_SheetIdMap; }
     void SetSheetIdMap(CT_SheetIdMap* value) { m_SheetIdMap = value; m_presence |= (1u << 0); }
     bool CheckSheetIdMap() const { return (m_presence & (1u << 0)) != 0; }
+    // "reviewedList": child element
     CT_ReviewedRevisions* GetReviewedList() const { return m_ReviewedList; }
     void SetReviewedList(CT_ReviewedRevisions* value) { m_ReviewedList = value; m_presence |= (1u << 1); }
     bool CheckReviewedList() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 3)) != 0; }
+    // "dateTime": attribute, wxString
     wxString GetDateTime() const;
     void SetDateTime(wxString value);
     bool CheckDateTime() const { return (m_presence & (1u << 4)) != 0; }
+    // "maxSheetId": attribute, unsigned int
     unsigned int GetMaxSheetId() const { return m_MaxSheetId; }
     void SetMaxSheetId(unsigned int value) { m_MaxSheetId = value; m_presence |= (1u << 5); }
     bool CheckMaxSheetId() const { return (m_presence & (1u << 5)) != 0; }
+    // "userName": attribute, wxString
     wxString GetUserName() const;
     void SetUserName(wxString value);
     bool CheckUserName() const { return (m_presence & (1u << 6)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 7)) != 0; }
+    // "minRId": attribute, unsigned int
     unsigned int GetMinRId() const { return m_MinRId; }
     void SetMinRId(unsigned int value) { m_MinRId = value; m_presence |= (1u << 8); }
     bool CheckMinRId() const { return (m_presence & (1u << 8)) != 0; }
+    // "maxRId": attribute, unsigned int
     unsigned int GetMaxRId() const { return m_MaxRId; }
     void SetMaxRId(unsigned int value) { m_MaxRId = value; m_presence |= (1u << 9); }
     bool CheckMaxRId() const { return (m_presence & (1u << 9)) != 0; }
@@ -6868,9 +7816,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetId": child element, repeated
     XMLPtrArray<CT_SheetId> GetSheetId() const;
     void SetSheetId(XMLPtrArray<CT_SheetId> value);
     bool CheckSheetId() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -6892,6 +7842,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -6912,9 +7863,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "reviewed": child element, repeated
     XMLPtrArray<CT_Reviewed> GetReviewed() const;
     void SetReviewed(XMLPtrArray<CT_Reviewed> value);
     bool CheckReviewed() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -6936,6 +7889,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rId": attribute, unsigned int
     unsigned int GetRId() const { return m_RId; }
     void SetRId(unsigned int value) { m_RId = value; m_presence |= (1u << 0); }
     bool CheckRId() const { return (m_presence & (1u << 0)) != 0; }
@@ -6956,36 +7910,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "index": attribute, unsigned int
     unsigned int GetIndex() const { return m_Index; }
     void SetIndex(unsigned int value) { m_Index = value; m_presence |= (1u << 0); }
     bool CheckIndex() const { return (m_presence & (1u << 0)) != 0; }
+    // "exp": attribute, wxString
     wxString GetExp() const;
     void SetExp(wxString value);
     bool CheckExp() const { return (m_presence & (1u << 1)) != 0; }
+    // "ref3D": attribute, bool, default "false"
     bool GetRef3D() const { return m_Ref3D; }
     void SetRef3D(bool value) { m_Ref3D = value; m_presence |= (1u << 2); }
     bool CheckRef3D() const { return (m_presence & (1u << 2)) != 0; }
+    // "array": attribute, bool, default "false"
     bool GetArray() const { return m_Array; }
     void SetArray(bool value) { m_Array = value; m_presence |= (1u << 3); }
     bool CheckArray() const { return (m_presence & (1u << 3)) != 0; }
+    // "v": attribute, bool, default "false"
     bool GetV() const { return m_V; }
     void SetV(bool value) { m_V = value; m_presence |= (1u << 4); }
     bool CheckV() const { return (m_presence & (1u << 4)) != 0; }
+    // "nf": attribute, bool, default "false"
     bool GetNf() const { return m_Nf; }
     void SetNf(bool value) { m_Nf = value; m_presence |= (1u << 5); }
     bool CheckNf() const { return (m_presence & (1u << 5)) != 0; }
+    // "cs": attribute, bool, default "false"
     bool GetCs() const { return m_Cs; }
     void SetCs(bool value) { m_Cs = value; m_presence |= (1u << 6); }
     bool CheckCs() const { return (m_presence & (1u << 6)) != 0; }
+    // "dr": attribute, wxString
     wxString GetDr() const;
     void SetDr(wxString value);
     bool CheckDr() const { return (m_presence & (1u << 7)) != 0; }
+    // "dn": attribute, wxString
     wxString GetDn() const;
     void SetDn(wxString value);
     bool CheckDn() const { return (m_presence & (1u << 8)) != 0; }
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 9)) != 0; }
+    // "sId": attribute, unsigned int
     unsigned int GetSId() const { return m_SId; }
     void SetSId(unsigned int value) { m_SId = value; m_presence |= (1u << 10); }
     bool CheckSId() const { return (m_presence & (1u << 10)) != 0; }
@@ -7016,24 +7981,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RevisionRowColumnData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RevisionRowColumnData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 1); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 1)) != 0; }
+    // "sId": attribute, unsigned int
     unsigned int GetSId() const { return m_SId; }
     void SetSId(unsigned int value) { m_SId = value; m_presence |= (1u << 2); }
     bool CheckSId() const { return (m_presence & (1u << 2)) != 0; }
+    // "eol": attribute, bool, default "false"
     bool GetEol() const { return m_Eol; }
     void SetEol(bool value) { m_Eol = value; m_presence |= (1u << 3); }
     bool CheckEol() const { return (m_presence & (1u << 3)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 4)) != 0; }
+    // "action": attribute, wxString
     wxString GetAction() const;
     void SetAction(wxString value);
     bool CheckAction() const { return (m_presence & (1u << 5)) != 0; }
+    // "edge": attribute, bool, default "false"
     bool GetEdge() const { return m_Edge; }
     void SetEdge(bool value) { m_Edge = value; m_presence |= (1u << 6); }
     bool CheckEdge() const { return (m_presence & (1u << 6)) != 0; }
@@ -7065,12 +8037,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "undo": child element, repeated
     XMLPtrArray<CT_UndoInfo> GetUndo() const;
     void SetUndo(XMLPtrArray<CT_UndoInfo> value);
     bool CheckUndo() const { return (m_presence & (1u << 0)) != 0; }
+    // "rcc": child element, repeated
     XMLPtrArray<CT_RevisionCellChange> GetRcc() const;
     void SetRcc(XMLPtrArray<CT_RevisionCellChange> value);
     bool CheckRcc() const { return (m_presence & (1u << 1)) != 0; }
+    // "rfmt": child element, repeated
     XMLPtrArray<CT_RevisionFormatting> GetRfmt() const;
     void SetRfmt(XMLPtrArray<CT_RevisionFormatting> value);
     bool CheckRfmt() const { return (m_presence & (1u << 2)) != 0; }
@@ -7093,21 +8068,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RevisionMoveData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RevisionMoveData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 1); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 2); }
     bool CheckSheetId() const { return (m_presence & (1u << 2)) != 0; }
+    // "source": attribute, wxString
     wxString GetSource() const;
     void SetSource(wxString value);
     bool CheckSource() const { return (m_presence & (1u << 3)) != 0; }
+    // "destination": attribute, wxString
     wxString GetDestination() const;
     void SetDestination(wxString value);
     bool CheckDestination() const { return (m_presence & (1u << 4)) != 0; }
+    // "sourceSheetId": attribute, unsigned int, default "0"
     unsigned int GetSourceSheetId() const { return m_SourceSheetId; }
     void SetSourceSheetId(unsigned int value) { m_SourceSheetId = value; m_presence |= (1u << 5); }
     bool CheckSourceSheetId() const { return (m_presence & (1u << 5)) != 0; }
@@ -7138,12 +8119,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "undo": child element, repeated
     XMLPtrArray<CT_UndoInfo> GetUndo() const;
     void SetUndo(XMLPtrArray<CT_UndoInfo> value);
     bool CheckUndo() const { return (m_presence & (1u << 0)) != 0; }
+    // "rcc": child element, repeated
     XMLPtrArray<CT_RevisionCellChange> GetRcc() const;
     void SetRcc(XMLPtrArray<CT_RevisionCellChange> value);
     bool CheckRcc() const { return (m_presence & (1u << 1)) != 0; }
+    // "rfmt": child element, repeated
     XMLPtrArray<CT_RevisionFormatting> GetRfmt() const;
     void SetRfmt(XMLPtrArray<CT_RevisionFormatting> value);
     bool CheckRfmt() const { return (m_presence & (1u << 2)) != 0; }
@@ -7166,9 +8150,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 0)) != 0; }
+    // "action": attribute, wxString
     wxString GetAction() const;
     void SetAction(wxString value);
     bool CheckAction() const { return (m_presence & (1u << 1)) != 0; }
@@ -7190,18 +8176,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 1); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 2); }
     bool CheckSheetId() const { return (m_presence & (1u << 2)) != 0; }
+    // "oldName": attribute, wxString
     wxString GetOldName() const;
     void SetOldName(wxString value);
     bool CheckOldName() const { return (m_presence & (1u << 3)) != 0; }
+    // "newName": attribute, wxString
     wxString GetNewName() const;
     void SetNewName(wxString value);
     bool CheckNewName() const { return (m_presence & (1u << 4)) != 0; }
@@ -7226,15 +8217,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 0); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 1); }
     bool CheckSheetId() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "sheetPosition": attribute, unsigned int
     unsigned int GetSheetPosition() const { return m_SheetPosition; }
     void SetSheetPosition(unsigned int value) { m_SheetPosition = value; m_presence |= (1u << 3); }
     bool CheckSheetPosition() const { return (m_presence & (1u << 3)) != 0; }
@@ -7258,54 +8253,71 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oc": child element
     CT_Cell* GetOc() const { return m_Oc; }
     void SetOc(CT_Cell* value) { m_Oc = value; m_presence |= (1u << 0); }
     bool CheckOc() const { return (m_presence & (1u << 0)) != 0; }
+    // "nc": child element
     CT_Cell* GetNc() const { return m_Nc; }
     void SetNc(CT_Cell* value) { m_Nc = value; m_presence |= (1u << 1); }
     bool CheckNc() const { return (m_presence & (1u << 1)) != 0; }
+    // "odxf": child element
     CT_Dxf* GetOdxf() const { return m_Odxf; }
     void SetOdxf(CT_Dxf* value) { m_Odxf = value; m_presence |= (1u << 2); }
     bool CheckOdxf() const { return (m_presence & (1u << 2)) != 0; }
+    // "ndxf": child element
     CT_Dxf* GetNdxf() const { return m_Ndxf; }
     void SetNdxf(CT_Dxf* value) { m_Ndxf = value; m_presence |= (1u << 3); }
     bool CheckNdxf() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 5); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 5)) != 0; }
+    // "sId": attribute, unsigned int
     unsigned int GetSId() const { return m_SId; }
     void SetSId(unsigned int value) { m_SId = value; m_presence |= (1u << 6); }
     bool CheckSId() const { return (m_presence & (1u << 6)) != 0; }
+    // "odxf": attribute, bool, default "false"
     bool GetOdxf_1() const { return m_Odxf_1; }
     void SetOdxf_1(bool value) { m_Odxf_1 = value; m_presence |= (1u << 7); }
     bool CheckOdxf_1() const { return (m_presence & (1u << 7)) != 0; }
+    // "xfDxf": attribute, bool, default "false"
     bool GetXfDxf() const { return m_XfDxf; }
     void SetXfDxf(bool value) { m_XfDxf = value; m_presence |= (1u << 8); }
     bool CheckXfDxf() const { return (m_presence & (1u << 8)) != 0; }
+    // "s": attribute, bool, default "false"
     bool GetS() const { return m_S; }
     void SetS(bool value) { m_S = value; m_presence |= (1u << 9); }
     bool CheckS() const { return (m_presence & (1u << 9)) != 0; }
+    // "dxf": attribute, bool, default "false"
     bool GetDxf() const { return m_Dxf; }
     void SetDxf(bool value) { m_Dxf = value; m_presence |= (1u << 10); }
     bool CheckDxf() const { return (m_presence & (1u << 10)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 11); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 11)) != 0; }
+    // "quotePrefix": attribute, bool, default "false"
     bool GetQuotePrefix() const { return m_QuotePrefix; }
     void SetQuotePrefix(bool value) { m_QuotePrefix = value; m_presence |= (1u << 12); }
     bool CheckQuotePrefix() const { return (m_presence & (1u << 12)) != 0; }
+    // "oldQuotePrefix": attribute, bool, default "false"
     bool GetOldQuotePrefix() const { return m_OldQuotePrefix; }
     void SetOldQuotePrefix(bool value) { m_OldQuotePrefix = value; m_presence |= (1u << 13); }
     bool CheckOldQuotePrefix() const { return (m_presence & (1u << 13)) != 0; }
+    // "ph": attribute, bool, default "false"
     bool GetPh() const { return m_Ph; }
     void SetPh(bool value) { m_Ph = value; m_presence |= (1u << 14); }
     bool CheckPh() const { return (m_presence & (1u << 14)) != 0; }
+    // "oldPh": attribute, bool, default "false"
     bool GetOldPh() const { return m_OldPh; }
     void SetOldPh(bool value) { m_OldPh = value; m_presence |= (1u << 15); }
     bool CheckOldPh() const { return (m_presence & (1u << 15)) != 0; }
+    // "endOfListFormulaUpdate": attribute, bool, default "false"
     bool GetEndOfListFormulaUpdate() const { return m_EndOfListFormulaUpdate; }
     void SetEndOfListFormulaUpdate(bool value) { m_EndOfListFormulaUpdate = value; m_presence |= (1u << 16); }
     bool CheckEndOfListFormulaUpdate() const { return (m_presence & (1u << 16)) != 0; }
@@ -7342,27 +8354,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dxf": child element
     CT_Dxf* GetDxf() const { return m_Dxf; }
     void SetDxf(CT_Dxf* value) { m_Dxf = value; m_presence |= (1u << 0); }
     bool CheckDxf() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 2); }
     bool CheckSheetId() const { return (m_presence & (1u << 2)) != 0; }
+    // "xfDxf": attribute, bool, default "false"
     bool GetXfDxf() const { return m_XfDxf; }
     void SetXfDxf(bool value) { m_XfDxf = value; m_presence |= (1u << 3); }
     bool CheckXfDxf() const { return (m_presence & (1u << 3)) != 0; }
+    // "s": attribute, bool, default "false"
     bool GetS() const { return m_S; }
     void SetS(bool value) { m_S = value; m_presence |= (1u << 4); }
     bool CheckS() const { return (m_presence & (1u << 4)) != 0; }
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 5)) != 0; }
+    // "start": attribute, unsigned int
     unsigned int GetStart() const { return m_Start; }
     void SetStart(unsigned int value) { m_Start = value; m_presence |= (1u << 6); }
     bool CheckStart() const { return (m_presence & (1u << 6)) != 0; }
+    // "length": attribute, unsigned int
     unsigned int GetLength() const { return m_Length; }
     void SetLength(unsigned int value) { m_Length = value; m_presence |= (1u << 7); }
     bool CheckLength() const { return (m_presence & (1u << 7)) != 0; }
@@ -7390,12 +8410,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 0); }
     bool CheckSheetId() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AutoFormat
     AG_AutoFormat* GetAG_AutoFormat() const { return m_AG_AutoFormat; }
     void SetAG_AutoFormat(AG_AutoFormat* value) { m_AG_AutoFormat = value; m_presence |= (1u << 1); }
     bool CheckAG_AutoFormat() const { return (m_presence & (1u << 1)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 2)) != 0; }
@@ -7418,36 +8441,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 0); }
     bool CheckSheetId() const { return (m_presence & (1u << 0)) != 0; }
+    // "cell": attribute, wxString
     wxString GetCell() const;
     void SetCell(wxString value);
     bool CheckCell() const { return (m_presence & (1u << 1)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 2)) != 0; }
+    // "action": attribute, wxString, default "add"
     wxString GetAction() const;
     void SetAction(wxString value);
     bool CheckAction() const { return (m_presence & (1u << 3)) != 0; }
+    // "alwaysShow": attribute, bool, default "false"
     bool GetAlwaysShow() const { return m_AlwaysShow; }
     void SetAlwaysShow(bool value) { m_AlwaysShow = value; m_presence |= (1u << 4); }
     bool CheckAlwaysShow() const { return (m_presence & (1u << 4)) != 0; }
+    // "old": attribute, bool, default "false"
     bool GetOld() const { return m_Old; }
     void SetOld(bool value) { m_Old = value; m_presence |= (1u << 5); }
     bool CheckOld() const { return (m_presence & (1u << 5)) != 0; }
+    // "hiddenRow": attribute, bool, default "false"
     bool GetHiddenRow() const { return m_HiddenRow; }
     void SetHiddenRow(bool value) { m_HiddenRow = value; m_presence |= (1u << 6); }
     bool CheckHiddenRow() const { return (m_presence & (1u << 6)) != 0; }
+    // "hiddenColumn": attribute, bool, default "false"
     bool GetHiddenColumn() const { return m_HiddenColumn; }
     void SetHiddenColumn(bool value) { m_HiddenColumn = value; m_presence |= (1u << 7); }
     bool CheckHiddenColumn() const { return (m_presence & (1u << 7)) != 0; }
+    // "author": attribute, wxString
     wxString GetAuthor() const;
     void SetAuthor(wxString value);
     bool CheckAuthor() const { return (m_presence & (1u << 8)) != 0; }
+    // "oldLength": attribute, unsigned int, default "0"
     unsigned int GetOldLength() const { return m_OldLength; }
     void SetOldLength(unsigned int value) { m_OldLength = value; m_presence |= (1u << 9); }
     bool CheckOldLength() const { return (m_presence & (1u << 9)) != 0; }
+    // "newLength": attribute, unsigned int, default "0"
     unsigned int GetNewLength() const { return m_NewLength; }
     void SetNewLength(unsigned int value) { m_NewLength = value; m_presence |= (1u << 10); }
     bool CheckNewLength() const { return (m_presence & (1u << 10)) != 0; }
@@ -7478,78 +8512,103 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formula": value element, wxString
     wxString GetFormula() const;
     void SetFormula(wxString value);
     bool CheckFormula() const { return (m_presence & (1u << 0)) != 0; }
+    // "oldFormula": value element, wxString
     wxString GetOldFormula() const;
     void SetOldFormula(wxString value);
     bool CheckOldFormula() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 3); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 3)) != 0; }
+    // "localSheetId": attribute, unsigned int
     unsigned int GetLocalSheetId() const { return m_LocalSheetId; }
     void SetLocalSheetId(unsigned int value) { m_LocalSheetId = value; m_presence |= (1u << 4); }
     bool CheckLocalSheetId() const { return (m_presence & (1u << 4)) != 0; }
+    // "customView": attribute, bool, default "false"
     bool GetCustomView() const { return m_CustomView; }
     void SetCustomView(bool value) { m_CustomView = value; m_presence |= (1u << 5); }
     bool CheckCustomView() const { return (m_presence & (1u << 5)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 6)) != 0; }
+    // "function": attribute, bool, default "false"
     bool GetFunction() const { return m_Function; }
     void SetFunction(bool value) { m_Function = value; m_presence |= (1u << 7); }
     bool CheckFunction() const { return (m_presence & (1u << 7)) != 0; }
+    // "oldFunction": attribute, bool, default "false"
     bool GetOldFunction() const { return m_OldFunction; }
     void SetOldFunction(bool value) { m_OldFunction = value; m_presence |= (1u << 8); }
     bool CheckOldFunction() const { return (m_presence & (1u << 8)) != 0; }
+    // "functionGroupId": attribute, unsigned char
     unsigned char GetFunctionGroupId() const { return m_FunctionGroupId; }
     void SetFunctionGroupId(unsigned char value) { m_FunctionGroupId = value; m_presence |= (1u << 9); }
     bool CheckFunctionGroupId() const { return (m_presence & (1u << 9)) != 0; }
+    // "oldFunctionGroupId": attribute, unsigned char
     unsigned char GetOldFunctionGroupId() const { return m_OldFunctionGroupId; }
     void SetOldFunctionGroupId(unsigned char value) { m_OldFunctionGroupId = value; m_presence |= (1u << 10); }
     bool CheckOldFunctionGroupId() const { return (m_presence & (1u << 10)) != 0; }
+    // "shortcutKey": attribute, unsigned char
     unsigned char GetShortcutKey() const { return m_ShortcutKey; }
     void SetShortcutKey(unsigned char value) { m_ShortcutKey = value; m_presence |= (1u << 11); }
     bool CheckShortcutKey() const { return (m_presence & (1u << 11)) != 0; }
+    // "oldShortcutKey": attribute, unsigned char
     unsigned char GetOldShortcutKey() const { return m_OldShortcutKey; }
     void SetOldShortcutKey(unsigned char value) { m_OldShortcutKey = value; m_presence |= (1u << 12); }
     bool CheckOldShortcutKey() const { return (m_presence & (1u << 12)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 13); }
     bool CheckHidden() const { return (m_presence & (1u << 13)) != 0; }
+    // "oldHidden": attribute, bool, default "false"
     bool GetOldHidden() const { return m_OldHidden; }
     void SetOldHidden(bool value) { m_OldHidden = value; m_presence |= (1u << 14); }
     bool CheckOldHidden() const { return (m_presence & (1u << 14)) != 0; }
+    // "customMenu": attribute, wxString
     wxString GetCustomMenu() const;
     void SetCustomMenu(wxString value);
     bool CheckCustomMenu() const { return (m_presence & (1u << 15)) != 0; }
+    // "oldCustomMenu": attribute, wxString
     wxString GetOldCustomMenu() const;
     void SetOldCustomMenu(wxString value);
     bool CheckOldCustomMenu() const { return (m_presence & (1u << 16)) != 0; }
+    // "description": attribute, wxString
     wxString GetDescription() const;
     void SetDescription(wxString value);
     bool CheckDescription() const { return (m_presence & (1u << 17)) != 0; }
+    // "oldDescription": attribute, wxString
     wxString GetOldDescription() const;
     void SetOldDescription(wxString value);
     bool CheckOldDescription() const { return (m_presence & (1u << 18)) != 0; }
+    // "help": attribute, wxString
     wxString GetHelp() const;
     void SetHelp(wxString value);
     bool CheckHelp() const { return (m_presence & (1u << 19)) != 0; }
+    // "oldHelp": attribute, wxString
     wxString GetOldHelp() const;
     void SetOldHelp(wxString value);
     bool CheckOldHelp() const { return (m_presence & (1u << 20)) != 0; }
+    // "statusBar": attribute, wxString
     wxString GetStatusBar() const;
     void SetStatusBar(wxString value);
     bool CheckStatusBar() const { return (m_presence & (1u << 21)) != 0; }
+    // "oldStatusBar": attribute, wxString
     wxString GetOldStatusBar() const;
     void SetOldStatusBar(wxString value);
     bool CheckOldStatusBar() const { return (m_presence & (1u << 22)) != 0; }
+    // "comment": attribute, wxString
     wxString GetComment() const;
     void SetComment(wxString value);
     bool CheckComment() const { return (m_presence & (1u << 23)) != 0; }
+    // "oldComment": attribute, wxString
     wxString GetOldComment() const;
     void SetOldComment(wxString value);
     bool CheckOldComment() const { return (m_presence & (1u << 24)) != 0; }
@@ -7594,9 +8653,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_RevData
     AG_RevData* GetAG_RevData() const { return m_AG_RevData; }
     void SetAG_RevData(AG_RevData* value) { m_AG_RevData = value; m_presence |= (1u << 0); }
     bool CheckAG_RevData() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 1); }
     bool CheckSheetId() const { return (m_presence & (1u << 1)) != 0; }
@@ -7618,12 +8679,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 0); }
     bool CheckSheetId() const { return (m_presence & (1u << 0)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 1)) != 0; }
+    // "fieldId": attribute, unsigned int
     unsigned int GetFieldId() const { return m_FieldId; }
     void SetFieldId(unsigned int value) { m_FieldId = value; m_presence |= (1u << 2); }
     bool CheckFieldId() const { return (m_presence & (1u << 2)) != 0; }
@@ -7646,9 +8710,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "userInfo": child element, repeated
     XMLPtrArray<CT_SharedUser> GetUserInfo() const;
     void SetUserInfo(XMLPtrArray<CT_SharedUser> value);
     bool CheckUserInfo() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -7670,18 +8736,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 3); }
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
+    // "dateTime": attribute, wxString
     wxString GetDateTime() const;
     void SetDateTime(wxString value);
     bool CheckDateTime() const { return (m_presence & (1u << 4)) != 0; }
@@ -7706,84 +8777,111 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetPr": child element
     CT_SheetPr* GetSheetPr() const { return m_SheetPr; }
     void SetSheetPr(CT_SheetPr* value) { m_SheetPr = value; m_presence |= (1u << 0); }
     bool CheckSheetPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "dimension": child element
     CT_SheetDimension* GetDimension() const { return m_Dimension; }
     void SetDimension(CT_SheetDimension* value) { m_Dimension = value; m_presence |= (1u << 1); }
     bool CheckDimension() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetViews": child element
     CT_SheetViews* GetSheetViews() const { return m_SheetViews; }
     void SetSheetViews(CT_SheetViews* value) { m_SheetViews = value; m_presence |= (1u << 2); }
     bool CheckSheetViews() const { return (m_presence & (1u << 2)) != 0; }
+    // "sheetFormatPr": child element
     CT_SheetFormatPr* GetSheetFormatPr() const { return m_SheetFormatPr; }
     void SetSheetFormatPr(CT_SheetFormatPr* value) { m_SheetFormatPr = value; m_presence |= (1u << 3); }
     bool CheckSheetFormatPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "cols": child element, repeated
     XMLPtrArray<CT_Cols> GetCols() const;
     void SetCols(XMLPtrArray<CT_Cols> value);
     bool CheckCols() const { return (m_presence & (1u << 4)) != 0; }
+    // "sheetData": child element
     CT_SheetData* GetSheetData() const { return m_SheetData; }
     void SetSheetData(CT_SheetData* value) { m_SheetData = value; m_presence |= (1u << 5); }
     bool CheckSheetData() const { return (m_presence & (1u << 5)) != 0; }
+    // "sheetProtection": child element
     CT_SheetProtection* GetSheetProtection() const { return m_SheetProtection; }
     void SetSheetProtection(CT_SheetProtection* value) { m_SheetProtection = value; m_presence |= (1u << 6); }
     bool CheckSheetProtection() const { return (m_presence & (1u << 6)) != 0; }
+    // "autoFilter": child element
     CT_AutoFilter* GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(CT_AutoFilter* value) { m_AutoFilter = value; m_presence |= (1u << 7); }
     bool CheckAutoFilter() const { return (m_presence & (1u << 7)) != 0; }
+    // "sortState": child element
     CT_SortState* GetSortState() const { return m_SortState; }
     void SetSortState(CT_SortState* value) { m_SortState = value; m_presence |= (1u << 8); }
     bool CheckSortState() const { return (m_presence & (1u << 8)) != 0; }
+    // "dataConsolidate": child element
     CT_DataConsolidate* GetDataConsolidate() const { return m_DataConsolidate; }
     void SetDataConsolidate(CT_DataConsolidate* value) { m_DataConsolidate = value; m_presence |= (1u << 9); }
     bool CheckDataConsolidate() const { return (m_presence & (1u << 9)) != 0; }
+    // "customSheetViews": child element
     CT_CustomSheetViews* GetCustomSheetViews() const { return m_CustomSheetViews; }
     void SetCustomSheetViews(CT_CustomSheetViews* value) { m_CustomSheetViews = value; m_presence |= (1u << 10); }
     bool CheckCustomSheetViews() const { return (m_presence & (1u << 10)) != 0; }
+    // "phoneticPr": child element
     CT_PhoneticPr* GetPhoneticPr() const { return m_PhoneticPr; }
     void SetPhoneticPr(CT_PhoneticPr* value) { m_PhoneticPr = value; m_presence |= (1u << 11); }
     bool CheckPhoneticPr() const { return (m_presence & (1u << 11)) != 0; }
+    // "conditionalFormatting": child element, repeated
     XMLPtrArray<CT_ConditionalFormatting> GetConditionalFormatting() const;
     void SetConditionalFormatting(XMLPtrArray<CT_ConditionalFormatting> value);
     bool CheckConditionalFormatting() const { return (m_presence & (1u << 12)) != 0; }
+    // "printOptions": child element
     CT_PrintOptions* GetPrintOptions() const { return m_PrintOptions; }
     void SetPrintOptions(CT_PrintOptions* value) { m_PrintOptions = value; m_presence |= (1u << 13); }
     bool CheckPrintOptions() const { return (m_presence & (1u << 13)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 14); }
     bool CheckPageMargins() const { return (m_presence & (1u << 14)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (1u << 15); }
     bool CheckPageSetup() const { return (m_presence & (1u << 15)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 16); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 16)) != 0; }
+    // "rowBreaks": child element
     CT_PageBreak* GetRowBreaks() const { return m_RowBreaks; }
     void SetRowBreaks(CT_PageBreak* value) { m_RowBreaks = value; m_presence |= (1u << 17); }
     bool CheckRowBreaks() const { return (m_presence & (1u << 17)) != 0; }
+    // "colBreaks": child element
     CT_PageBreak* GetColBreaks() const { return m_ColBreaks; }
     void SetColBreaks(CT_PageBreak* value) { m_ColBreaks = value; m_presence |= (1u << 18); }
     bool CheckColBreaks() const { return (m_presence & (1u << 18)) != 0; }
+    // "customProperties": child element
     CT_CustomProperties* GetCustomProperties() const { return m_CustomProperties; }
     void SetCustomProperties(CT_CustomProperties* value) { m_CustomProperties = value; m_presence |= (1u << 19); }
     bool CheckCustomProperties() const { return (m_presence & (1u << 19)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 20); }
     bool CheckDrawing() const { return (m_presence & (1u << 20)) != 0; }
+    // "legacyDrawing": child element
     CT_LegacyDrawing* GetLegacyDrawing() const { return m_LegacyDrawing; }
     void SetLegacyDrawing(CT_LegacyDrawing* value) { m_LegacyDrawing = value; m_presence |= (1u << 21); }
     bool CheckLegacyDrawing() const { return (m_presence & (1u << 21)) != 0; }
+    // "legacyDrawingHF": child element
     CT_LegacyDrawing* GetLegacyDrawingHF() const { return m_LegacyDrawingHF; }
     void SetLegacyDrawingHF(CT_LegacyDrawing* value) { m_LegacyDrawingHF = value; m_presence |= (1u << 22); }
     bool CheckLegacyDrawingHF() const { return (m_presence & (1u << 22)) != 0; }
+    // "drawingHF": child element
     CT_DrawingHF* GetDrawingHF() const { return m_DrawingHF; }
     void SetDrawingHF(CT_DrawingHF* value) { m_DrawingHF = value; m_presence |= (1u << 23); }
     bool CheckDrawingHF() const { return (m_presence & (1u << 23)) != 0; }
+    // "picture": child element
     CT_SheetBackgroundPicture* GetPicture() const { return m_Picture; }
     void SetPicture(CT_SheetBackgroundPicture* value) { m_Picture = value; m_presence |= (1u << 24); }
     bool CheckPicture() const { return (m_presence & (1u << 24)) != 0; }
+    // "oleObjects": child element
     CT_OleObjects* GetOleObjects() const { return m_OleObjects; }
     void SetOleObjects(CT_OleObjects* value) { m_OleObjects = value; m_presence |= (1u << 25); }
     bool CheckOleObjects() const { return (m_presence & (1u << 25)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 26); }
     bool CheckExtLst() const { return (m_presence & (1u << 26)) != 0; }
@@ -7830,51 +8928,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetPr": child element
     CT_SheetPr* GetSheetPr() const { return m_SheetPr; }
     void SetSheetPr(CT_SheetPr* value) { m_SheetPr = value; m_presence |= (1u << 0); }
     bool CheckSheetPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetViews": child element
     CT_SheetViews* GetSheetViews() const { return m_SheetViews; }
     void SetSheetViews(CT_SheetViews* value) { m_SheetViews = value; m_presence |= (1u << 1); }
     bool CheckSheetViews() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetFormatPr": child element
     CT_SheetFormatPr* GetSheetFormatPr() const { return m_SheetFormatPr; }
     void SetSheetFormatPr(CT_SheetFormatPr* value) { m_SheetFormatPr = value; m_presence |= (1u << 2); }
     bool CheckSheetFormatPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "sheetProtection": child element
     CT_SheetProtection* GetSheetProtection() const { return m_SheetProtection; }
     void SetSheetProtection(CT_SheetProtection* value) { m_SheetProtection = value; m_presence |= (1u << 3); }
     bool CheckSheetProtection() const { return (m_presence & (1u << 3)) != 0; }
+    // "customSheetViews": child element
     CT_CustomSheetViews* GetCustomSheetViews() const { return m_CustomSheetViews; }
     void SetCustomSheetViews(CT_CustomSheetViews* value) { m_CustomSheetViews = value; m_presence |= (1u << 4); }
     bool CheckCustomSheetViews() const { return (m_presence & (1u << 4)) != 0; }
+    // "printOptions": child element
     CT_PrintOptions* GetPrintOptions() const { return m_PrintOptions; }
     void SetPrintOptions(CT_PrintOptions* value) { m_PrintOptions = value; m_presence |= (1u << 5); }
     bool CheckPrintOptions() const { return (m_presence & (1u << 5)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 6); }
     bool CheckPageMargins() const { return (m_presence & (1u << 6)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (1u << 7); }
     bool CheckPageSetup() const { return (m_presence & (1u << 7)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 8); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 8)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 9); }
     bool CheckDrawing() const { return (m_presence & (1u << 9)) != 0; }
+    // "legacyDrawing": child element
     CT_LegacyDrawing* GetLegacyDrawing() const { return m_LegacyDrawing; }
     void SetLegacyDrawing(CT_LegacyDrawing* value) { m_LegacyDrawing = value; m_presence |= (1u << 10); }
     bool CheckLegacyDrawing() const { return (m_presence & (1u << 10)) != 0; }
+    // "legacyDrawingHF": child element
     CT_LegacyDrawing* GetLegacyDrawingHF() const { return m_LegacyDrawingHF; }
     void SetLegacyDrawingHF(CT_LegacyDrawing* value) { m_LegacyDrawingHF = value; m_presence |= (1u << 11); }
     bool CheckLegacyDrawingHF() const { return (m_presence & (1u << 11)) != 0; }
+    // "drawingHF": child element
     CT_DrawingHF* GetDrawingHF() const { return m_DrawingHF; }
     void SetDrawingHF(CT_DrawingHF* value) { m_DrawingHF = value; m_presence |= (1u << 12); }
     bool CheckDrawingHF() const { return (m_presence & (1u << 12)) != 0; }
+    // "oleObjects": child element
     CT_OleObjects* GetOleObjects() const { return m_OleObjects; }
     void SetOleObjects(CT_OleObjects* value) { m_OleObjects = value; m_presence |= (1u << 13); }
     bool CheckOleObjects() const { return (m_presence & (1u << 13)) != 0; }
+    // "controls": child element
     CT_Controls* GetControls() const { return m_Controls; }
     void SetControls(CT_Controls* value) { m_Controls = value; m_presence |= (1u << 14); }
     bool CheckControls() const { return (m_presence & (1u << 14)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 15); }
     bool CheckExtLst() const { return (m_presence & (1u << 15)) != 0; }
@@ -7910,120 +9024,159 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetPr": child element
     CT_SheetPr* GetSheetPr() const { return m_SheetPr; }
     void SetSheetPr(CT_SheetPr* value) { m_SheetPr = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckSheetPr() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "dimension": child element
     CT_SheetDimension* GetDimension() const { return m_Dimension; }
     void SetDimension(CT_SheetDimension* value) { m_Dimension = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckDimension() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "sheetViews": child element
     CT_SheetViews* GetSheetViews() const { return m_SheetViews; }
     void SetSheetViews(CT_SheetViews* value) { m_SheetViews = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckSheetViews() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "sheetFormatPr": child element
     CT_SheetFormatPr* GetSheetFormatPr() const { return m_SheetFormatPr; }
     void SetSheetFormatPr(CT_SheetFormatPr* value) { m_SheetFormatPr = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckSheetFormatPr() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "cols": child element, repeated
     XMLPtrArray<CT_Cols> GetCols() const;
     void SetCols(XMLPtrArray<CT_Cols> value);
     bool CheckCols() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "sheetData": child element
     CT_SheetData* GetSheetData() const { return m_SheetData; }
     void SetSheetData(CT_SheetData* value) { m_SheetData = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckSheetData() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "sheetCalcPr": child element
     CT_SheetCalcPr* GetSheetCalcPr() const { return m_SheetCalcPr; }
     void SetSheetCalcPr(CT_SheetCalcPr* value) { m_SheetCalcPr = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckSheetCalcPr() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "sheetProtection": child element
     CT_SheetProtection* GetSheetProtection() const { return m_SheetProtection; }
     void SetSheetProtection(CT_SheetProtection* value) { m_SheetProtection = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckSheetProtection() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "protectedRanges": child element
     CT_ProtectedRanges* GetProtectedRanges() const { return m_ProtectedRanges; }
     void SetProtectedRanges(CT_ProtectedRanges* value) { m_ProtectedRanges = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckProtectedRanges() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "scenarios": child element
     CT_Scenarios* GetScenarios() const { return m_Scenarios; }
     void SetScenarios(CT_Scenarios* value) { m_Scenarios = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckScenarios() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "autoFilter": child element
     CT_AutoFilter* GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(CT_AutoFilter* value) { m_AutoFilter = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckAutoFilter() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "sortState": child element
     CT_SortState* GetSortState() const { return m_SortState; }
     void SetSortState(CT_SortState* value) { m_SortState = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckSortState() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "dataConsolidate": child element
     CT_DataConsolidate* GetDataConsolidate() const { return m_DataConsolidate; }
     void SetDataConsolidate(CT_DataConsolidate* value) { m_DataConsolidate = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckDataConsolidate() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "customSheetViews": child element
     CT_CustomSheetViews* GetCustomSheetViews() const { return m_CustomSheetViews; }
     void SetCustomSheetViews(CT_CustomSheetViews* value) { m_CustomSheetViews = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckCustomSheetViews() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "mergeCells": child element
     CT_MergeCells* GetMergeCells() const { return m_MergeCells; }
     void SetMergeCells(CT_MergeCells* value) { m_MergeCells = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckMergeCells() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "phoneticPr": child element
     CT_PhoneticPr* GetPhoneticPr() const { return m_PhoneticPr; }
     void SetPhoneticPr(CT_PhoneticPr* value) { m_PhoneticPr = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckPhoneticPr() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "conditionalFormatting": child element, repeated
     XMLPtrArray<CT_ConditionalFormatting> GetConditionalFormatting() const;
     void SetConditionalFormatting(XMLPtrArray<CT_ConditionalFormatting> value);
     bool CheckConditionalFormatting() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "dataValidations": child element
     CT_DataValidations* GetDataValidations() const { return m_DataValidations; }
     void SetDataValidations(CT_DataValidations* value) { m_DataValidations = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckDataValidations() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "hyperlinks": child element
     CT_Hyperlinks* GetHyperlinks() const { return m_Hyperlinks; }
     void SetHyperlinks(CT_Hyperlinks* value) { m_Hyperlinks = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckHyperlinks() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "printOptions": child element
     CT_PrintOptions* GetPrintOptions() const { return m_PrintOptions; }
     void SetPrintOptions(CT_PrintOptions* value) { m_PrintOptions = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckPrintOptions() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckPageMargins() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckPageSetup() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckHeaderFooter() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "rowBreaks": child element
     CT_PageBreak* GetRowBreaks() const { return m_RowBreaks; }
     void SetRowBreaks(CT_PageBreak* value) { m_RowBreaks = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckRowBreaks() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "colBreaks": child element
     CT_PageBreak* GetColBreaks() const { return m_ColBreaks; }
     void SetColBreaks(CT_PageBreak* value) { m_ColBreaks = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckColBreaks() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "customProperties": child element
     CT_CustomProperties* GetCustomProperties() const { return m_CustomProperties; }
     void SetCustomProperties(CT_CustomProperties* value) { m_CustomProperties = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckCustomProperties() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "cellWatches": child element
     CT_CellWatches* GetCellWatches() const { return m_CellWatches; }
     void SetCellWatches(CT_CellWatches* value) { m_CellWatches = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckCellWatches() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "ignoredErrors": child element
     CT_IgnoredErrors* GetIgnoredErrors() const { return m_IgnoredErrors; }
     void SetIgnoredErrors(CT_IgnoredErrors* value) { m_IgnoredErrors = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckIgnoredErrors() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "smartTags": child element
     CT_SmartTags* GetSmartTags() const { return m_SmartTags; }
     void SetSmartTags(CT_SmartTags* value) { m_SmartTags = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckSmartTags() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckDrawing() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "legacyDrawing": child element
     CT_LegacyDrawing* GetLegacyDrawing() const { return m_LegacyDrawing; }
     void SetLegacyDrawing(CT_LegacyDrawing* value) { m_LegacyDrawing = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckLegacyDrawing() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "legacyDrawingHF": child element
     CT_LegacyDrawing* GetLegacyDrawingHF() const { return m_LegacyDrawingHF; }
     void SetLegacyDrawingHF(CT_LegacyDrawing* value) { m_LegacyDrawingHF = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckLegacyDrawingHF() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "drawingHF": child element
     CT_DrawingHF* GetDrawingHF() const { return m_DrawingHF; }
     void SetDrawingHF(CT_DrawingHF* value) { m_DrawingHF = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckDrawingHF() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "picture": child element
     CT_SheetBackgroundPicture* GetPicture() const { return m_Picture; }
     void SetPicture(CT_SheetBackgroundPicture* value) { m_Picture = value; m_presence |= (std::uint64_t(1) << 33); }
     bool CheckPicture() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
+    // "oleObjects": child element
     CT_OleObjects* GetOleObjects() const { return m_OleObjects; }
     void SetOleObjects(CT_OleObjects* value) { m_OleObjects = value; m_presence |= (std::uint64_t(1) << 34); }
     bool CheckOleObjects() const { return (m_presence & (std::uint64_t(1) << 34)) != 0; }
+    // "controls": child element
     CT_Controls* GetControls() const { return m_Controls; }
     void SetControls(CT_Controls* value) { m_Controls = value; m_presence |= (std::uint64_t(1) << 35); }
     bool CheckControls() const { return (m_presence & (std::uint64_t(1) << 35)) != 0; }
+    // "webPublishItems": child element
     CT_WebPublishItems* GetWebPublishItems() const { return m_WebPublishItems; }
     void SetWebPublishItems(CT_WebPublishItems* value) { m_WebPublishItems = value; m_presence |= (std::uint64_t(1) << 36); }
     bool CheckWebPublishItems() const { return (m_presence & (std::uint64_t(1) << 36)) != 0; }
+    // "tableParts": child element
     CT_TableParts* GetTableParts() const { return m_TableParts; }
     void SetTableParts(CT_TableParts* value) { m_TableParts = value; m_presence |= (std::uint64_t(1) << 37); }
     bool CheckTableParts() const { return (m_presence & (std::uint64_t(1) << 37)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (std::uint64_t(1) << 38); }
     bool CheckExtLst() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
@@ -8082,6 +9235,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "row": child element, repeated
     XMLPtrArray<CT_Row> GetRow() const;
     void SetRow(XMLPtrArray<CT_Row> value);
     bool CheckRow() const { return (m_presence & (1u << 0)) != 0; }
@@ -8102,6 +9256,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fullCalcOnLoad": attribute, bool, default "false"
     bool GetFullCalcOnLoad() const { return m_FullCalcOnLoad; }
     void SetFullCalcOnLoad(bool value) { m_FullCalcOnLoad = value; m_presence |= (1u << 0); }
     bool CheckFullCalcOnLoad() const { return (m_presence & (1u << 0)) != 0; }
@@ -8122,30 +9277,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "baseColWidth": attribute, unsigned int, default "8"
     unsigned int GetBaseColWidth() const { return m_BaseColWidth; }
     void SetBaseColWidth(unsigned int value) { m_BaseColWidth = value; m_presence |= (1u << 0); }
     bool CheckBaseColWidth() const { return (m_presence & (1u << 0)) != 0; }
+    // "defaultColWidth": attribute, double
     double GetDefaultColWidth() const { return m_DefaultColWidth; }
     void SetDefaultColWidth(double value) { m_DefaultColWidth = value; m_presence |= (1u << 1); }
     bool CheckDefaultColWidth() const { return (m_presence & (1u << 1)) != 0; }
+    // "defaultRowHeight": attribute, double
     double GetDefaultRowHeight() const { return m_DefaultRowHeight; }
     void SetDefaultRowHeight(double value) { m_DefaultRowHeight = value; m_presence |= (1u << 2); }
     bool CheckDefaultRowHeight() const { return (m_presence & (1u << 2)) != 0; }
+    // "customHeight": attribute, bool, default "false"
     bool GetCustomHeight() const { return m_CustomHeight; }
     void SetCustomHeight(bool value) { m_CustomHeight = value; m_presence |= (1u << 3); }
     bool CheckCustomHeight() const { return (m_presence & (1u << 3)) != 0; }
+    // "zeroHeight": attribute, bool, default "false"
     bool GetZeroHeight() const { return m_ZeroHeight; }
     void SetZeroHeight(bool value) { m_ZeroHeight = value; m_presence |= (1u << 4); }
     bool CheckZeroHeight() const { return (m_presence & (1u << 4)) != 0; }
+    // "thickTop": attribute, bool, default "false"
     bool GetThickTop() const { return m_ThickTop; }
     void SetThickTop(bool value) { m_ThickTop = value; m_presence |= (1u << 5); }
     bool CheckThickTop() const { return (m_presence & (1u << 5)) != 0; }
+    // "thickBottom": attribute, bool, default "false"
     bool GetThickBottom() const { return m_ThickBottom; }
     void SetThickBottom(bool value) { m_ThickBottom = value; m_presence |= (1u << 6); }
     bool CheckThickBottom() const { return (m_presence & (1u << 6)) != 0; }
+    // "outlineLevelRow": attribute, unsigned char, default "0"
     unsigned char GetOutlineLevelRow() const { return m_OutlineLevelRow; }
     void SetOutlineLevelRow(unsigned char value) { m_OutlineLevelRow = value; m_presence |= (1u << 7); }
     bool CheckOutlineLevelRow() const { return (m_presence & (1u << 7)) != 0; }
+    // "outlineLevelCol": attribute, unsigned char, default "0"
     unsigned char GetOutlineLevelCol() const { return m_OutlineLevelCol; }
     void SetOutlineLevelCol(unsigned char value) { m_OutlineLevelCol = value; m_presence |= (1u << 8); }
     bool CheckOutlineLevelCol() const { return (m_presence & (1u << 8)) != 0; }
@@ -8174,6 +9338,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "col": child element, repeated
     XMLPtrArray<CT_Col> GetCol() const;
     void SetCol(XMLPtrArray<CT_Col> value);
     bool CheckCol() const { return (m_presence & (1u << 0)) != 0; }
@@ -8194,33 +9359,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "min": attribute, unsigned int
     unsigned int GetMin() const { return m_Min; }
     void SetMin(unsigned int value) { m_Min = value; m_presence |= (1u << 0); }
     bool CheckMin() const { return (m_presence & (1u << 0)) != 0; }
+    // "max": attribute, unsigned int
     unsigned int GetMax() const { return m_Max; }
     void SetMax(unsigned int value) { m_Max = value; m_presence |= (1u << 1); }
     bool CheckMax() const { return (m_presence & (1u << 1)) != 0; }
+    // "width": attribute, double
     double GetWidth() const { return m_Width; }
     void SetWidth(double value) { m_Width = value; m_presence |= (1u << 2); }
     bool CheckWidth() const { return (m_presence & (1u << 2)) != 0; }
+    // "style": attribute, unsigned int, default "0"
     unsigned int GetStyle() const { return m_Style; }
     void SetStyle(unsigned int value) { m_Style = value; m_presence |= (1u << 3); }
     bool CheckStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 4); }
     bool CheckHidden() const { return (m_presence & (1u << 4)) != 0; }
+    // "bestFit": attribute, bool, default "false"
     bool GetBestFit() const { return m_BestFit; }
     void SetBestFit(bool value) { m_BestFit = value; m_presence |= (1u << 5); }
     bool CheckBestFit() const { return (m_presence & (1u << 5)) != 0; }
+    // "customWidth": attribute, bool, default "false"
     bool GetCustomWidth() const { return m_CustomWidth; }
     void SetCustomWidth(bool value) { m_CustomWidth = value; m_presence |= (1u << 6); }
     bool CheckCustomWidth() const { return (m_presence & (1u << 6)) != 0; }
+    // "phonetic": attribute, bool, default "false"
     bool GetPhonetic() const { return m_Phonetic; }
     void SetPhonetic(bool value) { m_Phonetic = value; m_presence |= (1u << 7); }
     bool CheckPhonetic() const { return (m_presence & (1u << 7)) != 0; }
+    // "outlineLevel": attribute, unsigned char, default "0"
     unsigned char GetOutlineLevel() const { return m_OutlineLevel; }
     void SetOutlineLevel(unsigned char value) { m_OutlineLevel = value; m_presence |= (1u << 8); }
     bool CheckOutlineLevel() const { return (m_presence & (1u << 8)) != 0; }
+    // "collapsed": attribute, bool, default "false"
     bool GetCollapsed() const { return m_Collapsed; }
     void SetCollapsed(bool value) { m_Collapsed = value; m_presence |= (1u << 9); }
     bool CheckCollapsed() const { return (m_presence & (1u << 9)) != 0; }
@@ -8250,45 +9425,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "c": child element, repeated
     XMLPtrArray<CT_Cell> GetC() const;
     void SetC(XMLPtrArray<CT_Cell> value);
     bool CheckC() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "r": attribute, unsigned int
     unsigned int GetR() const { return m_R; }
     void SetR(unsigned int value) { m_R = value; m_presence |= (1u << 2); }
     bool CheckR() const { return (m_presence & (1u << 2)) != 0; }
+    // "spans": attribute, list of wxString
     std::vector<wxString> GetSpans() const;
     void SetSpans(std::vector<wxString> value);
     bool CheckSpans() const { return (m_presence & (1u << 3)) != 0; }
+    // "s": attribute, unsigned int, default "0"
     unsigned int GetS() const { return m_S; }
     void SetS(unsigned int value) { m_S = value; m_presence |= (1u << 4); }
     bool CheckS() const { return (m_presence & (1u << 4)) != 0; }
+    // "customFormat": attribute, bool, default "false"
     bool GetCustomFormat() const { return m_CustomFormat; }
     void SetCustomFormat(bool value) { m_CustomFormat = value; m_presence |= (1u << 5); }
     bool CheckCustomFormat() const { return (m_presence & (1u << 5)) != 0; }
+    // "ht": attribute, double
     double GetHt() const { return m_Ht; }
     void SetHt(double value) { m_Ht = value; m_presence |= (1u << 6); }
     bool CheckHt() const { return (m_presence & (1u << 6)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 7); }
     bool CheckHidden() const { return (m_presence & (1u << 7)) != 0; }
+    // "customHeight": attribute, bool, default "false"
     bool GetCustomHeight() const { return m_CustomHeight; }
     void SetCustomHeight(bool value) { m_CustomHeight = value; m_presence |= (1u << 8); }
     bool CheckCustomHeight() const { return (m_presence & (1u << 8)) != 0; }
+    // "outlineLevel": attribute, unsigned char, default "0"
     unsigned char GetOutlineLevel() const { return m_OutlineLevel; }
     void SetOutlineLevel(unsigned char value) { m_OutlineLevel = value; m_presence |= (1u << 9); }
     bool CheckOutlineLevel() const { return (m_presence & (1u << 9)) != 0; }
+    // "collapsed": attribute, bool, default "false"
     bool GetCollapsed() const { return m_Collapsed; }
     void SetCollapsed(bool value) { m_Collapsed = value; m_presence |= (1u << 10); }
     bool CheckCollapsed() const { return (m_presence & (1u << 10)) != 0; }
+    // "thickTop": attribute, bool, default "false"
     bool GetThickTop() const { return m_ThickTop; }
     void SetThickTop(bool value) { m_ThickTop = value; m_presence |= (1u << 11); }
     bool CheckThickTop() const { return (m_presence & (1u << 11)) != 0; }
+    // "thickBot": attribute, bool, default "false"
     bool GetThickBot() const { return m_ThickBot; }
     void SetThickBot(bool value) { m_ThickBot = value; m_presence |= (1u << 12); }
     bool CheckThickBot() const { return (m_presence & (1u << 12)) != 0; }
+    // "ph": attribute, bool, default "false"
     bool GetPh() const { return m_Ph; }
     void SetPh(bool value) { m_Ph = value; m_presence |= (1u << 13); }
     bool CheckPh() const { return (m_presence & (1u << 13)) != 0; }
@@ -8322,33 +9511,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": child element
     CT_CellFormula* GetF() const { return m_F; }
     void SetF(CT_CellFormula* value) { m_F = value; m_presence |= (1u << 0); }
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
+    // "is": child element
     CT_Rst* GetIs() const { return m_Is; }
     void SetIs(CT_Rst* value) { m_Is = value; m_presence |= (1u << 2); }
     bool CheckIs() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 4)) != 0; }
+    // "s": attribute, unsigned int, default "0"
     unsigned int GetS() const { return m_S; }
     void SetS(unsigned int value) { m_S = value; m_presence |= (1u << 5); }
     bool CheckS() const { return (m_presence & (1u << 5)) != 0; }
+    // "t": attribute, wxString, default "n"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 6)) != 0; }
+    // "cm": attribute, unsigned int, default "0"
     unsigned int GetCm() const { return m_Cm; }
     void SetCm(unsigned int value) { m_Cm = value; m_presence |= (1u << 7); }
     bool CheckCm() const { return (m_presence & (1u << 7)) != 0; }
+    // "vm": attribute, unsigned int, default "0"
     unsigned int GetVm() const { return m_Vm; }
     void SetVm(unsigned int value) { m_Vm = value; m_presence |= (1u << 8); }
     bool CheckVm() const { return (m_presence & (1u << 8)) != 0; }
+    // "ph": attribute, bool, default "false"
     bool GetPh() const { return m_Ph; }
     void SetPh(bool value) { m_Ph = value; m_presence |= (1u << 9); }
     bool CheckPh() const { return (m_presence & (1u << 9)) != 0; }
@@ -8378,39 +9577,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tabColor": child element
     CT_Color* GetTabColor() const { return m_TabColor; }
     void SetTabColor(CT_Color* value) { m_TabColor = value; m_presence |= (1u << 0); }
     bool CheckTabColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "outlinePr": child element
     CT_OutlinePr* GetOutlinePr() const { return m_OutlinePr; }
     void SetOutlinePr(CT_OutlinePr* value) { m_OutlinePr = value; m_presence |= (1u << 1); }
     bool CheckOutlinePr() const { return (m_presence & (1u << 1)) != 0; }
+    // "pageSetUpPr": child element
     CT_PageSetUpPr* GetPageSetUpPr() const { return m_PageSetUpPr; }
     void SetPageSetUpPr(CT_PageSetUpPr* value) { m_PageSetUpPr = value; m_presence |= (1u << 2); }
     bool CheckPageSetUpPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "syncHorizontal": attribute, bool, default "false"
     bool GetSyncHorizontal() const { return m_SyncHorizontal; }
     void SetSyncHorizontal(bool value) { m_SyncHorizontal = value; m_presence |= (1u << 3); }
     bool CheckSyncHorizontal() const { return (m_presence & (1u << 3)) != 0; }
+    // "syncVertical": attribute, bool, default "false"
     bool GetSyncVertical() const { return m_SyncVertical; }
     void SetSyncVertical(bool value) { m_SyncVertical = value; m_presence |= (1u << 4); }
     bool CheckSyncVertical() const { return (m_presence & (1u << 4)) != 0; }
+    // "syncRef": attribute, wxString
     wxString GetSyncRef() const;
     void SetSyncRef(wxString value);
     bool CheckSyncRef() const { return (m_presence & (1u << 5)) != 0; }
+    // "transitionEvaluation": attribute, bool, default "false"
     bool GetTransitionEvaluation() const { return m_TransitionEvaluation; }
     void SetTransitionEvaluation(bool value) { m_TransitionEvaluation = value; m_presence |= (1u << 6); }
     bool CheckTransitionEvaluation() const { return (m_presence & (1u << 6)) != 0; }
+    // "transitionEntry": attribute, bool, default "false"
     bool GetTransitionEntry() const { return m_TransitionEntry; }
     void SetTransitionEntry(bool value) { m_TransitionEntry = value; m_presence |= (1u << 7); }
     bool CheckTransitionEntry() const { return (m_presence & (1u << 7)) != 0; }
+    // "published": attribute, bool, default "true"
     bool GetPublished() const { return m_Published; }
     void SetPublished(bool value) { m_Published = value; m_presence |= (1u << 8); }
     bool CheckPublished() const { return (m_presence & (1u << 8)) != 0; }
+    // "codeName": attribute, wxString
     wxString GetCodeName() const;
     void SetCodeName(wxString value);
     bool CheckCodeName() const { return (m_presence & (1u << 9)) != 0; }
+    // "filterMode": attribute, bool, default "false"
     bool GetFilterMode() const { return m_FilterMode; }
     void SetFilterMode(bool value) { m_FilterMode = value; m_presence |= (1u << 10); }
     bool CheckFilterMode() const { return (m_presence & (1u << 10)) != 0; }
+    // "enableFormatConditionsCalculation": attribute, bool, default "true"
     bool GetEnableFormatConditionsCalculation() const { return m_EnableFormatConditionsCalculation; }
     void SetEnableFormatConditionsCalculation(bool value) { m_EnableFormatConditionsCalculation = value; m_presence |= (1u << 11); }
     bool CheckEnableFormatConditionsCalculation() const { return (m_presence & (1u << 11)) != 0; }
@@ -8442,6 +9653,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
@@ -8462,9 +9674,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetView": child element, repeated
     XMLPtrArray<CT_SheetView> GetSheetView() const;
     void SetSheetView(XMLPtrArray<CT_SheetView> value);
     bool CheckSheetView() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -8486,72 +9700,95 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pane": child element
     CT_Pane* GetPane() const { return m_Pane; }
     void SetPane(CT_Pane* value) { m_Pane = value; m_presence |= (1u << 0); }
     bool CheckPane() const { return (m_presence & (1u << 0)) != 0; }
+    // "selection": child element, repeated
     XMLPtrArray<CT_Selection> GetSelection() const;
     void SetSelection(XMLPtrArray<CT_Selection> value);
     bool CheckSelection() const { return (m_presence & (1u << 1)) != 0; }
+    // "pivotSelection": child element, repeated
     XMLPtrArray<CT_PivotSelection> GetPivotSelection() const;
     void SetPivotSelection(XMLPtrArray<CT_PivotSelection> value);
     bool CheckPivotSelection() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "windowProtection": attribute, bool, default "false"
     bool GetWindowProtection() const { return m_WindowProtection; }
     void SetWindowProtection(bool value) { m_WindowProtection = value; m_presence |= (1u << 4); }
     bool CheckWindowProtection() const { return (m_presence & (1u << 4)) != 0; }
+    // "showFormulas": attribute, bool, default "false"
     bool GetShowFormulas() const { return m_ShowFormulas; }
     void SetShowFormulas(bool value) { m_ShowFormulas = value; m_presence |= (1u << 5); }
     bool CheckShowFormulas() const { return (m_presence & (1u << 5)) != 0; }
+    // "showGridLines": attribute, bool, default "true"
     bool GetShowGridLines() const { return m_ShowGridLines; }
     void SetShowGridLines(bool value) { m_ShowGridLines = value; m_presence |= (1u << 6); }
     bool CheckShowGridLines() const { return (m_presence & (1u << 6)) != 0; }
+    // "showRowColHeaders": attribute, bool, default "true"
     bool GetShowRowColHeaders() const { return m_ShowRowColHeaders; }
     void SetShowRowColHeaders(bool value) { m_ShowRowColHeaders = value; m_presence |= (1u << 7); }
     bool CheckShowRowColHeaders() const { return (m_presence & (1u << 7)) != 0; }
+    // "showZeros": attribute, bool, default "true"
     bool GetShowZeros() const { return m_ShowZeros; }
     void SetShowZeros(bool value) { m_ShowZeros = value; m_presence |= (1u << 8); }
     bool CheckShowZeros() const { return (m_presence & (1u << 8)) != 0; }
+    // "rightToLeft": attribute, bool, default "false"
     bool GetRightToLeft() const { return m_RightToLeft; }
     void SetRightToLeft(bool value) { m_RightToLeft = value; m_presence |= (1u << 9); }
     bool CheckRightToLeft() const { return (m_presence & (1u << 9)) != 0; }
+    // "tabSelected": attribute, bool, default "false"
     bool GetTabSelected() const { return m_TabSelected; }
     void SetTabSelected(bool value) { m_TabSelected = value; m_presence |= (1u << 10); }
     bool CheckTabSelected() const { return (m_presence & (1u << 10)) != 0; }
+    // "showRuler": attribute, bool, default "true"
     bool GetShowRuler() const { return m_ShowRuler; }
     void SetShowRuler(bool value) { m_ShowRuler = value; m_presence |= (1u << 11); }
     bool CheckShowRuler() const { return (m_presence & (1u << 11)) != 0; }
+    // "showOutlineSymbols": attribute, bool, default "true"
     bool GetShowOutlineSymbols() const { return m_ShowOutlineSymbols; }
     void SetShowOutlineSymbols(bool value) { m_ShowOutlineSymbols = value; m_presence |= (1u << 12); }
     bool CheckShowOutlineSymbols() const { return (m_presence & (1u << 12)) != 0; }
+    // "defaultGridColor": attribute, bool, default "true"
     bool GetDefaultGridColor() const { return m_DefaultGridColor; }
     void SetDefaultGridColor(bool value) { m_DefaultGridColor = value; m_presence |= (1u << 13); }
     bool CheckDefaultGridColor() const { return (m_presence & (1u << 13)) != 0; }
+    // "showWhiteSpace": attribute, bool, default "true"
     bool GetShowWhiteSpace() const { return m_ShowWhiteSpace; }
     void SetShowWhiteSpace(bool value) { m_ShowWhiteSpace = value; m_presence |= (1u << 14); }
     bool CheckShowWhiteSpace() const { return (m_presence & (1u << 14)) != 0; }
+    // "view": attribute, wxString, default "normal"
     wxString GetView() const;
     void SetView(wxString value);
     bool CheckView() const { return (m_presence & (1u << 15)) != 0; }
+    // "topLeftCell": attribute, wxString
     wxString GetTopLeftCell() const;
     void SetTopLeftCell(wxString value);
     bool CheckTopLeftCell() const { return (m_presence & (1u << 16)) != 0; }
+    // "colorId": attribute, unsigned int, default "64"
     unsigned int GetColorId() const { return m_ColorId; }
     void SetColorId(unsigned int value) { m_ColorId = value; m_presence |= (1u << 17); }
     bool CheckColorId() const { return (m_presence & (1u << 17)) != 0; }
+    // "zoomScale": attribute, unsigned int, default "100"
     unsigned int GetZoomScale() const { return m_ZoomScale; }
     void SetZoomScale(unsigned int value) { m_ZoomScale = value; m_presence |= (1u << 18); }
     bool CheckZoomScale() const { return (m_presence & (1u << 18)) != 0; }
+    // "zoomScaleNormal": attribute, unsigned int, default "0"
     unsigned int GetZoomScaleNormal() const { return m_ZoomScaleNormal; }
     void SetZoomScaleNormal(unsigned int value) { m_ZoomScaleNormal = value; m_presence |= (1u << 19); }
     bool CheckZoomScaleNormal() const { return (m_presence & (1u << 19)) != 0; }
+    // "zoomScaleSheetLayoutView": attribute, unsigned int, default "0"
     unsigned int GetZoomScaleSheetLayoutView() const { return m_ZoomScaleSheetLayoutView; }
     void SetZoomScaleSheetLayoutView(unsigned int value) { m_ZoomScaleSheetLayoutView = value; m_presence |= (1u << 20); }
     bool CheckZoomScaleSheetLayoutView() const { return (m_presence & (1u << 20)) != 0; }
+    // "zoomScalePageLayoutView": attribute, unsigned int, default "0"
     unsigned int GetZoomScalePageLayoutView() const { return m_ZoomScalePageLayoutView; }
     void SetZoomScalePageLayoutView(unsigned int value) { m_ZoomScalePageLayoutView = value; m_presence |= (1u << 21); }
     bool CheckZoomScalePageLayoutView() const { return (m_presence & (1u << 21)) != 0; }
+    // "workbookViewId": attribute, unsigned int
     unsigned int GetWorkbookViewId() const { return m_WorkbookViewId; }
     void SetWorkbookViewId(unsigned int value) { m_WorkbookViewId = value; m_presence |= (1u << 22); }
     bool CheckWorkbookViewId() const { return (m_presence & (1u << 22)) != 0; }
@@ -8594,18 +9831,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xSplit": attribute, double, default "0"
     double GetXSplit() const { return m_XSplit; }
     void SetXSplit(double value) { m_XSplit = value; m_presence |= (1u << 0); }
     bool CheckXSplit() const { return (m_presence & (1u << 0)) != 0; }
+    // "ySplit": attribute, double, default "0"
     double GetYSplit() const { return m_YSplit; }
     void SetYSplit(double value) { m_YSplit = value; m_presence |= (1u << 1); }
     bool CheckYSplit() const { return (m_presence & (1u << 1)) != 0; }
+    // "topLeftCell": attribute, wxString
     wxString GetTopLeftCell() const;
     void SetTopLeftCell(wxString value);
     bool CheckTopLeftCell() const { return (m_presence & (1u << 2)) != 0; }
+    // "activePane": attribute, wxString, default "topLeft"
     wxString GetActivePane() const;
     void SetActivePane(wxString value);
     bool CheckActivePane() const { return (m_presence & (1u << 3)) != 0; }
+    // "state": attribute, wxString, default "split"
     wxString GetState() const;
     void SetState(wxString value);
     bool CheckState() const { return (m_presence & (1u << 4)) != 0; }
@@ -8630,57 +9872,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotArea": child element
     CT_PivotArea* GetPivotArea() const { return m_PivotArea; }
     void SetPivotArea(CT_PivotArea* value) { m_PivotArea = value; m_presence |= (1u << 0); }
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
+    // "pane": attribute, wxString, default "topLeft"
     wxString GetPane() const;
     void SetPane(wxString value);
     bool CheckPane() const { return (m_presence & (1u << 1)) != 0; }
+    // "showHeader": attribute, bool, default "false"
     bool GetShowHeader() const { return m_ShowHeader; }
     void SetShowHeader(bool value) { m_ShowHeader = value; m_presence |= (1u << 2); }
     bool CheckShowHeader() const { return (m_presence & (1u << 2)) != 0; }
+    // "label": attribute, bool, default "false"
     bool GetLabel() const { return m_Label; }
     void SetLabel(bool value) { m_Label = value; m_presence |= (1u << 3); }
     bool CheckLabel() const { return (m_presence & (1u << 3)) != 0; }
+    // "data": attribute, bool, default "false"
     bool GetData() const { return m_Data; }
     void SetData(bool value) { m_Data = value; m_presence |= (1u << 4); }
     bool CheckData() const { return (m_presence & (1u << 4)) != 0; }
+    // "extendable": attribute, bool, default "false"
     bool GetExtendable() const { return m_Extendable; }
     void SetExtendable(bool value) { m_Extendable = value; m_presence |= (1u << 5); }
     bool CheckExtendable() const { return (m_presence & (1u << 5)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 6); }
     bool CheckCount() const { return (m_presence & (1u << 6)) != 0; }
+    // "axis": attribute, wxString
     wxString GetAxis() const;
     void SetAxis(wxString value);
     bool CheckAxis() const { return (m_presence & (1u << 7)) != 0; }
+    // "dimension": attribute, unsigned int, default "0"
     unsigned int GetDimension() const { return m_Dimension; }
     void SetDimension(unsigned int value) { m_Dimension = value; m_presence |= (1u << 8); }
     bool CheckDimension() const { return (m_presence & (1u << 8)) != 0; }
+    // "start": attribute, unsigned int, default "0"
     unsigned int GetStart() const { return m_Start; }
     void SetStart(unsigned int value) { m_Start = value; m_presence |= (1u << 9); }
     bool CheckStart() const { return (m_presence & (1u << 9)) != 0; }
+    // "min": attribute, unsigned int, default "0"
     unsigned int GetMin() const { return m_Min; }
     void SetMin(unsigned int value) { m_Min = value; m_presence |= (1u << 10); }
     bool CheckMin() const { return (m_presence & (1u << 10)) != 0; }
+    // "max": attribute, unsigned int, default "0"
     unsigned int GetMax() const { return m_Max; }
     void SetMax(unsigned int value) { m_Max = value; m_presence |= (1u << 11); }
     bool CheckMax() const { return (m_presence & (1u << 11)) != 0; }
+    // "activeRow": attribute, unsigned int, default "0"
     unsigned int GetActiveRow() const { return m_ActiveRow; }
     void SetActiveRow(unsigned int value) { m_ActiveRow = value; m_presence |= (1u << 12); }
     bool CheckActiveRow() const { return (m_presence & (1u << 12)) != 0; }
+    // "activeCol": attribute, unsigned int, default "0"
     unsigned int GetActiveCol() const { return m_ActiveCol; }
     void SetActiveCol(unsigned int value) { m_ActiveCol = value; m_presence |= (1u << 13); }
     bool CheckActiveCol() const { return (m_presence & (1u << 13)) != 0; }
+    // "previousRow": attribute, unsigned int, default "0"
     unsigned int GetPreviousRow() const { return m_PreviousRow; }
     void SetPreviousRow(unsigned int value) { m_PreviousRow = value; m_presence |= (1u << 14); }
     bool CheckPreviousRow() const { return (m_presence & (1u << 14)) != 0; }
+    // "previousCol": attribute, unsigned int, default "0"
     unsigned int GetPreviousCol() const { return m_PreviousCol; }
     void SetPreviousCol(unsigned int value) { m_PreviousCol = value; m_presence |= (1u << 15); }
     bool CheckPreviousCol() const { return (m_presence & (1u << 15)) != 0; }
+    // "click": attribute, unsigned int, default "0"
     unsigned int GetClick() const { return m_Click; }
     void SetClick(unsigned int value) { m_Click = value; m_presence |= (1u << 16); }
     bool CheckClick() const { return (m_presence & (1u << 16)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 17)) != 0; }
@@ -8718,15 +9978,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pane": attribute, wxString, default "topLeft"
     wxString GetPane() const;
     void SetPane(wxString value);
     bool CheckPane() const { return (m_presence & (1u << 0)) != 0; }
+    // "activeCell": attribute, wxString
     wxString GetActiveCell() const;
     void SetActiveCell(wxString value);
     bool CheckActiveCell() const { return (m_presence & (1u << 1)) != 0; }
+    // "activeCellId": attribute, unsigned int, default "0"
     unsigned int GetActiveCellId() const { return m_ActiveCellId; }
     void SetActiveCellId(unsigned int value) { m_ActiveCellId = value; m_presence |= (1u << 2); }
     bool CheckActiveCellId() const { return (m_presence & (1u << 2)) != 0; }
+    // "sqref": attribute, list of wxString, default "A1"
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
@@ -8750,12 +10014,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "brk": child element, repeated
     XMLPtrArray<CT_Break> GetBrk() const;
     void SetBrk(XMLPtrArray<CT_Break> value);
     bool CheckBrk() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "manualBreakCount": attribute, unsigned int, default "0"
     unsigned int GetManualBreakCount() const { return m_ManualBreakCount; }
     void SetManualBreakCount(unsigned int value) { m_ManualBreakCount = value; m_presence |= (1u << 2); }
     bool CheckManualBreakCount() const { return (m_presence & (1u << 2)) != 0; }
@@ -8778,18 +10045,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int, default "0"
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "min": attribute, unsigned int, default "0"
     unsigned int GetMin() const { return m_Min; }
     void SetMin(unsigned int value) { m_Min = value; m_presence |= (1u << 1); }
     bool CheckMin() const { return (m_presence & (1u << 1)) != 0; }
+    // "max": attribute, unsigned int, default "0"
     unsigned int GetMax() const { return m_Max; }
     void SetMax(unsigned int value) { m_Max = value; m_presence |= (1u << 2); }
     bool CheckMax() const { return (m_presence & (1u << 2)) != 0; }
+    // "man": attribute, bool, default "false"
     bool GetMan() const { return m_Man; }
     void SetMan(bool value) { m_Man = value; m_presence |= (1u << 3); }
     bool CheckMan() const { return (m_presence & (1u << 3)) != 0; }
+    // "pt": attribute, bool, default "false"
     bool GetPt() const { return m_Pt; }
     void SetPt(bool value) { m_Pt = value; m_presence |= (1u << 4); }
     bool CheckPt() const { return (m_presence & (1u << 4)) != 0; }
@@ -8814,15 +10086,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "applyStyles": attribute, bool, default "false"
     bool GetApplyStyles() const { return m_ApplyStyles; }
     void SetApplyStyles(bool value) { m_ApplyStyles = value; m_presence |= (1u << 0); }
     bool CheckApplyStyles() const { return (m_presence & (1u << 0)) != 0; }
+    // "summaryBelow": attribute, bool, default "true"
     bool GetSummaryBelow() const { return m_SummaryBelow; }
     void SetSummaryBelow(bool value) { m_SummaryBelow = value; m_presence |= (1u << 1); }
     bool CheckSummaryBelow() const { return (m_presence & (1u << 1)) != 0; }
+    // "summaryRight": attribute, bool, default "true"
     bool GetSummaryRight() const { return m_SummaryRight; }
     void SetSummaryRight(bool value) { m_SummaryRight = value; m_presence |= (1u << 2); }
     bool CheckSummaryRight() const { return (m_presence & (1u << 2)) != 0; }
+    // "showOutlineSymbols": attribute, bool, default "true"
     bool GetShowOutlineSymbols() const { return m_ShowOutlineSymbols; }
     void SetShowOutlineSymbols(bool value) { m_ShowOutlineSymbols = value; m_presence |= (1u << 3); }
     bool CheckShowOutlineSymbols() const { return (m_presence & (1u << 3)) != 0; }
@@ -8846,9 +10122,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoPageBreaks": attribute, bool, default "true"
     bool GetAutoPageBreaks() const { return m_AutoPageBreaks; }
     void SetAutoPageBreaks(bool value) { m_AutoPageBreaks = value; m_presence |= (1u << 0); }
     bool CheckAutoPageBreaks() const { return (m_presence & (1u << 0)) != 0; }
+    // "fitToPage": attribute, bool, default "false"
     bool GetFitToPage() const { return m_FitToPage; }
     void SetFitToPage(bool value) { m_FitToPage = value; m_presence |= (1u << 1); }
     bool CheckFitToPage() const { return (m_presence & (1u << 1)) != 0; }
@@ -8870,21 +10148,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dataRefs": child element
     CT_DataRefs* GetDataRefs() const { return m_DataRefs; }
     void SetDataRefs(CT_DataRefs* value) { m_DataRefs = value; m_presence |= (1u << 0); }
     bool CheckDataRefs() const { return (m_presence & (1u << 0)) != 0; }
+    // "function": attribute, wxString, default "sum"
     wxString GetFunction() const;
     void SetFunction(wxString value);
     bool CheckFunction() const { return (m_presence & (1u << 1)) != 0; }
+    // "startLabels": attribute, bool, default "false"
     bool GetStartLabels() const { return m_StartLabels; }
     void SetStartLabels(bool value) { m_StartLabels = value; m_presence |= (1u << 2); }
     bool CheckStartLabels() const { return (m_presence & (1u << 2)) != 0; }
+    // "leftLabels": attribute, bool, default "false"
     bool GetLeftLabels() const { return m_LeftLabels; }
     void SetLeftLabels(bool value) { m_LeftLabels = value; m_presence |= (1u << 3); }
     bool CheckLeftLabels() const { return (m_presence & (1u << 3)) != 0; }
+    // "topLabels": attribute, bool, default "false"
     bool GetTopLabels() const { return m_TopLabels; }
     void SetTopLabels(bool value) { m_TopLabels = value; m_presence |= (1u << 4); }
     bool CheckTopLabels() const { return (m_presence & (1u << 4)) != 0; }
+    // "link": attribute, bool, default "false"
     bool GetLink() const { return m_Link; }
     void SetLink(bool value) { m_Link = value; m_presence |= (1u << 5); }
     bool CheckLink() const { return (m_presence & (1u << 5)) != 0; }
@@ -8910,9 +10194,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dataRef": child element, repeated
     XMLPtrArray<CT_DataRef> GetDataRef() const;
     void SetDataRef(XMLPtrArray<CT_DataRef> value);
     bool CheckDataRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -8934,15 +10220,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheet": attribute, wxString
     wxString GetSheet() const;
     void SetSheet(wxString value);
     bool CheckSheet() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
@@ -8966,9 +10256,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mergeCell": child element, repeated
     XMLPtrArray<CT_MergeCell> GetMergeCell() const;
     void SetMergeCell(XMLPtrArray<CT_MergeCell> value);
     bool CheckMergeCell() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -8990,6 +10282,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
@@ -9010,6 +10303,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellSmartTags": child element, repeated
     XMLPtrArray<CT_CellSmartTags> GetCellSmartTags() const;
     void SetCellSmartTags(XMLPtrArray<CT_CellSmartTags> value);
     bool CheckCellSmartTags() const { return (m_presence & (1u << 0)) != 0; }
@@ -9030,9 +10324,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellSmartTag": child element, repeated
     XMLPtrArray<CT_CellSmartTag> GetCellSmartTag() const;
     void SetCellSmartTag(XMLPtrArray<CT_CellSmartTag> value);
     bool CheckCellSmartTag() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
@@ -9054,15 +10350,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellSmartTagPr": child element, repeated
     XMLPtrArray<CT_CellSmartTagPr> GetCellSmartTagPr() const;
     void SetCellSmartTagPr(XMLPtrArray<CT_CellSmartTagPr> value);
     bool CheckCellSmartTagPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, unsigned int
     unsigned int GetType() const { return m_Type; }
     void SetType(unsigned int value) { m_Type = value; m_presence |= (1u << 1); }
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "deleted": attribute, bool, default "false"
     bool GetDeleted() const { return m_Deleted; }
     void SetDeleted(bool value) { m_Deleted = value; m_presence |= (1u << 2); }
     bool CheckDeleted() const { return (m_presence & (1u << 2)) != 0; }
+    // "xmlBased": attribute, bool, default "false"
     bool GetXmlBased() const { return m_XmlBased; }
     void SetXmlBased(bool value) { m_XmlBased = value; m_presence |= (1u << 3); }
     bool CheckXmlBased() const { return (m_presence & (1u << 3)) != 0; }
@@ -9086,9 +10386,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "key": attribute, wxString
     wxString GetKey() const;
     void SetKey(wxString value);
     bool CheckKey() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -9110,6 +10412,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -9130,6 +10433,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -9150,60 +10454,79 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
+    // "lho": attribute, unsigned int
     unsigned int GetLho() const { return m_Lho; }
     void SetLho(unsigned int value) { m_Lho = value; m_presence |= (1u << 1); }
     bool CheckLho() const { return (m_presence & (1u << 1)) != 0; }
+    // "lhe": attribute, unsigned int
     unsigned int GetLhe() const { return m_Lhe; }
     void SetLhe(unsigned int value) { m_Lhe = value; m_presence |= (1u << 2); }
     bool CheckLhe() const { return (m_presence & (1u << 2)) != 0; }
+    // "lhf": attribute, unsigned int
     unsigned int GetLhf() const { return m_Lhf; }
     void SetLhf(unsigned int value) { m_Lhf = value; m_presence |= (1u << 3); }
     bool CheckLhf() const { return (m_presence & (1u << 3)) != 0; }
+    // "cho": attribute, unsigned int
     unsigned int GetCho() const { return m_Cho; }
     void SetCho(unsigned int value) { m_Cho = value; m_presence |= (1u << 4); }
     bool CheckCho() const { return (m_presence & (1u << 4)) != 0; }
+    // "che": attribute, unsigned int
     unsigned int GetChe() const { return m_Che; }
     void SetChe(unsigned int value) { m_Che = value; m_presence |= (1u << 5); }
     bool CheckChe() const { return (m_presence & (1u << 5)) != 0; }
+    // "chf": attribute, unsigned int
     unsigned int GetChf() const { return m_Chf; }
     void SetChf(unsigned int value) { m_Chf = value; m_presence |= (1u << 6); }
     bool CheckChf() const { return (m_presence & (1u << 6)) != 0; }
+    // "rho": attribute, unsigned int
     unsigned int GetRho() const { return m_Rho; }
     void SetRho(unsigned int value) { m_Rho = value; m_presence |= (1u << 7); }
     bool CheckRho() const { return (m_presence & (1u << 7)) != 0; }
+    // "rhe": attribute, unsigned int
     unsigned int GetRhe() const { return m_Rhe; }
     void SetRhe(unsigned int value) { m_Rhe = value; m_presence |= (1u << 8); }
     bool CheckRhe() const { return (m_presence & (1u << 8)) != 0; }
+    // "rhf": attribute, unsigned int
     unsigned int GetRhf() const { return m_Rhf; }
     void SetRhf(unsigned int value) { m_Rhf = value; m_presence |= (1u << 9); }
     bool CheckRhf() const { return (m_presence & (1u << 9)) != 0; }
+    // "lfo": attribute, unsigned int
     unsigned int GetLfo() const { return m_Lfo; }
     void SetLfo(unsigned int value) { m_Lfo = value; m_presence |= (1u << 10); }
     bool CheckLfo() const { return (m_presence & (1u << 10)) != 0; }
+    // "lfe": attribute, unsigned int
     unsigned int GetLfe() const { return m_Lfe; }
     void SetLfe(unsigned int value) { m_Lfe = value; m_presence |= (1u << 11); }
     bool CheckLfe() const { return (m_presence & (1u << 11)) != 0; }
+    // "lff": attribute, unsigned int
     unsigned int GetLff() const { return m_Lff; }
     void SetLff(unsigned int value) { m_Lff = value; m_presence |= (1u << 12); }
     bool CheckLff() const { return (m_presence & (1u << 12)) != 0; }
+    // "cfo": attribute, unsigned int
     unsigned int GetCfo() const { return m_Cfo; }
     void SetCfo(unsigned int value) { m_Cfo = value; m_presence |= (1u << 13); }
     bool CheckCfo() const { return (m_presence & (1u << 13)) != 0; }
+    // "cfe": attribute, unsigned int
     unsigned int GetCfe() const { return m_Cfe; }
     void SetCfe(unsigned int value) { m_Cfe = value; m_presence |= (1u << 14); }
     bool CheckCfe() const { return (m_presence & (1u << 14)) != 0; }
+    // "cff": attribute, unsigned int
     unsigned int GetCff() const { return m_Cff; }
     void SetCff(unsigned int value) { m_Cff = value; m_presence |= (1u << 15); }
     bool CheckCff() const { return (m_presence & (1u << 15)) != 0; }
+    // "rfo": attribute, unsigned int
     unsigned int GetRfo() const { return m_Rfo; }
     void SetRfo(unsigned int value) { m_Rfo = value; m_presence |= (1u << 16); }
     bool CheckRfo() const { return (m_presence & (1u << 16)) != 0; }
+    // "rfe": attribute, unsigned int
     unsigned int GetRfe() const { return m_Rfe; }
     void SetRfe(unsigned int value) { m_Rfe = value; m_presence |= (1u << 17); }
     bool CheckRfe() const { return (m_presence & (1u << 17)) != 0; }
+    // "rff": attribute, unsigned int
     unsigned int GetRff() const { return m_Rff; }
     void SetRff(unsigned int value) { m_Rff = value; m_presence |= (1u << 18); }
     bool CheckRff() const { return (m_presence & (1u << 18)) != 0; }
@@ -9242,6 +10565,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customSheetView": child element, repeated
     XMLPtrArray<CT_CustomSheetView> GetCustomSheetView() const;
     void SetCustomSheetView(XMLPtrArray<CT_CustomSheetView> value);
     bool CheckCustomSheetView() const { return (m_presence & (1u << 0)) != 0; }
@@ -9262,93 +10586,123 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pane": child element
     CT_Pane* GetPane() const { return m_Pane; }
     void SetPane(CT_Pane* value) { m_Pane = value; m_presence |= (1u << 0); }
     bool CheckPane() const { return (m_presence & (1u << 0)) != 0; }
+    // "selection": child element
     CT_Selection* GetSelection() const { return m_Selection; }
     void SetSelection(CT_Selection* value) { m_Selection = value; m_presence |= (1u << 1); }
     bool CheckSelection() const { return (m_presence & (1u << 1)) != 0; }
+    // "rowBreaks": child element
     CT_PageBreak* GetRowBreaks() const { return m_RowBreaks; }
     void SetRowBreaks(CT_PageBreak* value) { m_RowBreaks = value; m_presence |= (1u << 2); }
     bool CheckRowBreaks() const { return (m_presence & (1u << 2)) != 0; }
+    // "colBreaks": child element
     CT_PageBreak* GetColBreaks() const { return m_ColBreaks; }
     void SetColBreaks(CT_PageBreak* value) { m_ColBreaks = value; m_presence |= (1u << 3); }
     bool CheckColBreaks() const { return (m_presence & (1u << 3)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 4); }
     bool CheckPageMargins() const { return (m_presence & (1u << 4)) != 0; }
+    // "printOptions": child element
     CT_PrintOptions* GetPrintOptions() const { return m_PrintOptions; }
     void SetPrintOptions(CT_PrintOptions* value) { m_PrintOptions = value; m_presence |= (1u << 5); }
     bool CheckPrintOptions() const { return (m_presence & (1u << 5)) != 0; }
+    // "pageSetup": child element
     CT_PageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_PageSetup* value) { m_PageSetup = value; m_presence |= (1u << 6); }
     bool CheckPageSetup() const { return (m_presence & (1u << 6)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 7); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 7)) != 0; }
+    // "autoFilter": child element
     CT_AutoFilter* GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(CT_AutoFilter* value) { m_AutoFilter = value; m_presence |= (1u << 8); }
     bool CheckAutoFilter() const { return (m_presence & (1u << 8)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 9); }
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 10)) != 0; }
+    // "scale": attribute, unsigned int, default "100"
     unsigned int GetScale() const { return m_Scale; }
     void SetScale(unsigned int value) { m_Scale = value; m_presence |= (1u << 11); }
     bool CheckScale() const { return (m_presence & (1u << 11)) != 0; }
+    // "colorId": attribute, unsigned int, default "64"
     unsigned int GetColorId() const { return m_ColorId; }
     void SetColorId(unsigned int value) { m_ColorId = value; m_presence |= (1u << 12); }
     bool CheckColorId() const { return (m_presence & (1u << 12)) != 0; }
+    // "showPageBreaks": attribute, bool, default "false"
     bool GetShowPageBreaks() const { return m_ShowPageBreaks; }
     void SetShowPageBreaks(bool value) { m_ShowPageBreaks = value; m_presence |= (1u << 13); }
     bool CheckShowPageBreaks() const { return (m_presence & (1u << 13)) != 0; }
+    // "showFormulas": attribute, bool, default "false"
     bool GetShowFormulas() const { return m_ShowFormulas; }
     void SetShowFormulas(bool value) { m_ShowFormulas = value; m_presence |= (1u << 14); }
     bool CheckShowFormulas() const { return (m_presence & (1u << 14)) != 0; }
+    // "showGridLines": attribute, bool, default "true"
     bool GetShowGridLines() const { return m_ShowGridLines; }
     void SetShowGridLines(bool value) { m_ShowGridLines = value; m_presence |= (1u << 15); }
     bool CheckShowGridLines() const { return (m_presence & (1u << 15)) != 0; }
+    // "showRowCol": attribute, bool, default "true"
     bool GetShowRowCol() const { return m_ShowRowCol; }
     void SetShowRowCol(bool value) { m_ShowRowCol = value; m_presence |= (1u << 16); }
     bool CheckShowRowCol() const { return (m_presence & (1u << 16)) != 0; }
+    // "outlineSymbols": attribute, bool, default "true"
     bool GetOutlineSymbols() const { return m_OutlineSymbols; }
     void SetOutlineSymbols(bool value) { m_OutlineSymbols = value; m_presence |= (1u << 17); }
     bool CheckOutlineSymbols() const { return (m_presence & (1u << 17)) != 0; }
+    // "zeroValues": attribute, bool, default "true"
     bool GetZeroValues() const { return m_ZeroValues; }
     void SetZeroValues(bool value) { m_ZeroValues = value; m_presence |= (1u << 18); }
     bool CheckZeroValues() const { return (m_presence & (1u << 18)) != 0; }
+    // "fitToPage": attribute, bool, default "false"
     bool GetFitToPage() const { return m_FitToPage; }
     void SetFitToPage(bool value) { m_FitToPage = value; m_presence |= (1u << 19); }
     bool CheckFitToPage() const { return (m_presence & (1u << 19)) != 0; }
+    // "printArea": attribute, bool, default "false"
     bool GetPrintArea() const { return m_PrintArea; }
     void SetPrintArea(bool value) { m_PrintArea = value; m_presence |= (1u << 20); }
     bool CheckPrintArea() const { return (m_presence & (1u << 20)) != 0; }
+    // "filter": attribute, bool, default "false"
     bool GetFilter() const { return m_Filter; }
     void SetFilter(bool value) { m_Filter = value; m_presence |= (1u << 21); }
     bool CheckFilter() const { return (m_presence & (1u << 21)) != 0; }
+    // "showAutoFilter": attribute, bool, default "false"
     bool GetShowAutoFilter() const { return m_ShowAutoFilter; }
     void SetShowAutoFilter(bool value) { m_ShowAutoFilter = value; m_presence |= (1u << 22); }
     bool CheckShowAutoFilter() const { return (m_presence & (1u << 22)) != 0; }
+    // "hiddenRows": attribute, bool, default "false"
     bool GetHiddenRows() const { return m_HiddenRows; }
     void SetHiddenRows(bool value) { m_HiddenRows = value; m_presence |= (1u << 23); }
     bool CheckHiddenRows() const { return (m_presence & (1u << 23)) != 0; }
+    // "hiddenColumns": attribute, bool, default "false"
     bool GetHiddenColumns() const { return m_HiddenColumns; }
     void SetHiddenColumns(bool value) { m_HiddenColumns = value; m_presence |= (1u << 24); }
     bool CheckHiddenColumns() const { return (m_presence & (1u << 24)) != 0; }
+    // "state": attribute, wxString, default "visible"
     wxString GetState() const;
     void SetState(wxString value);
     bool CheckState() const { return (m_presence & (1u << 25)) != 0; }
+    // "filterUnique": attribute, bool, default "false"
     bool GetFilterUnique() const { return m_FilterUnique; }
     void SetFilterUnique(bool value) { m_FilterUnique = value; m_presence |= (1u << 26); }
     bool CheckFilterUnique() const { return (m_presence & (1u << 26)) != 0; }
+    // "view": attribute, wxString, default "normal"
     wxString GetView() const;
     void SetView(wxString value);
     bool CheckView() const { return (m_presence & (1u << 27)) != 0; }
+    // "showRuler": attribute, bool, default "true"
     bool GetShowRuler() const { return m_ShowRuler; }
     void SetShowRuler(bool value) { m_ShowRuler = value; m_presence |= (1u << 28); }
     bool CheckShowRuler() const { return (m_presence & (1u << 28)) != 0; }
+    // "topLeftCell": attribute, wxString
     wxString GetTopLeftCell() const;
     void SetTopLeftCell(wxString value);
     bool CheckTopLeftCell() const { return (m_presence & (1u << 29)) != 0; }
@@ -9398,18 +10752,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dataValidation": child element, repeated
     XMLPtrArray<CT_DataValidation> GetDataValidation() const;
     void SetDataValidation(XMLPtrArray<CT_DataValidation> value);
     bool CheckDataValidation() const { return (m_presence & (1u << 0)) != 0; }
+    // "disablePrompts": attribute, bool, default "false"
     bool GetDisablePrompts() const { return m_DisablePrompts; }
     void SetDisablePrompts(bool value) { m_DisablePrompts = value; m_presence |= (1u << 1); }
     bool CheckDisablePrompts() const { return (m_presence & (1u << 1)) != 0; }
+    // "xWindow": attribute, unsigned int
     unsigned int GetXWindow() const { return m_XWindow; }
     void SetXWindow(unsigned int value) { m_XWindow = value; m_presence |= (1u << 2); }
     bool CheckXWindow() const { return (m_presence & (1u << 2)) != 0; }
+    // "yWindow": attribute, unsigned int
     unsigned int GetYWindow() const { return m_YWindow; }
     void SetYWindow(unsigned int value) { m_YWindow = value; m_presence |= (1u << 3); }
     bool CheckYWindow() const { return (m_presence & (1u << 3)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 4); }
     bool CheckCount() const { return (m_presence & (1u << 4)) != 0; }
@@ -9434,48 +10793,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formula1": value element, wxString
     wxString GetFormula1() const;
     void SetFormula1(wxString value);
     bool CheckFormula1() const { return (m_presence & (1u << 0)) != 0; }
+    // "formula2": value element, wxString
     wxString GetFormula2() const;
     void SetFormula2(wxString value);
     bool CheckFormula2() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString, default "none"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "errorStyle": attribute, wxString, default "stop"
     wxString GetErrorStyle() const;
     void SetErrorStyle(wxString value);
     bool CheckErrorStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "imeMode": attribute, wxString, default "noControl"
     wxString GetImeMode() const;
     void SetImeMode(wxString value);
     bool CheckImeMode() const { return (m_presence & (1u << 4)) != 0; }
+    // "operator": attribute, wxString, default "between"
     wxString GetOperator() const;
     void SetOperator(wxString value);
     bool CheckOperator() const { return (m_presence & (1u << 5)) != 0; }
+    // "allowBlank": attribute, bool, default "false"
     bool GetAllowBlank() const { return m_AllowBlank; }
     void SetAllowBlank(bool value) { m_AllowBlank = value; m_presence |= (1u << 6); }
     bool CheckAllowBlank() const { return (m_presence & (1u << 6)) != 0; }
+    // "showDropDown": attribute, bool, default "false"
     bool GetShowDropDown() const { return m_ShowDropDown; }
     void SetShowDropDown(bool value) { m_ShowDropDown = value; m_presence |= (1u << 7); }
     bool CheckShowDropDown() const { return (m_presence & (1u << 7)) != 0; }
+    // "showInputMessage": attribute, bool, default "false"
     bool GetShowInputMessage() const { return m_ShowInputMessage; }
     void SetShowInputMessage(bool value) { m_ShowInputMessage = value; m_presence |= (1u << 8); }
     bool CheckShowInputMessage() const { return (m_presence & (1u << 8)) != 0; }
+    // "showErrorMessage": attribute, bool, default "false"
     bool GetShowErrorMessage() const { return m_ShowErrorMessage; }
     void SetShowErrorMessage(bool value) { m_ShowErrorMessage = value; m_presence |= (1u << 9); }
     bool CheckShowErrorMessage() const { return (m_presence & (1u << 9)) != 0; }
+    // "errorTitle": attribute, wxString
     wxString GetErrorTitle() const;
     void SetErrorTitle(wxString value);
     bool CheckErrorTitle() const { return (m_presence & (1u << 10)) != 0; }
+    // "error": attribute, wxString
     wxString GetError() const;
     void SetError(wxString value);
     bool CheckError() const { return (m_presence & (1u << 11)) != 0; }
+    // "promptTitle": attribute, wxString
     wxString GetPromptTitle() const;
     void SetPromptTitle(wxString value);
     bool CheckPromptTitle() const { return (m_presence & (1u << 12)) != 0; }
+    // "prompt": attribute, wxString
     wxString GetPrompt() const;
     void SetPrompt(wxString value);
     bool CheckPrompt() const { return (m_presence & (1u << 13)) != 0; }
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 14)) != 0; }
@@ -9510,15 +10884,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cfRule": child element, repeated
     XMLPtrArray<CT_CfRule> GetCfRule() const;
     void SetCfRule(XMLPtrArray<CT_CfRule> value);
     bool CheckCfRule() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "pivot": attribute, bool, default "false"
     bool GetPivot() const { return m_Pivot; }
     void SetPivot(bool value) { m_Pivot = value; m_presence |= (1u << 2); }
     bool CheckPivot() const { return (m_presence & (1u << 2)) != 0; }
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
@@ -9542,57 +10920,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "formula": value element, wxString, repeated
     std::vector<wxString> GetFormula() const;
     void SetFormula(std::vector<wxString> value);
     bool CheckFormula() const { return (m_presence & (1u << 0)) != 0; }
+    // "colorScale": child element
     CT_ColorScale* GetColorScale() const { return m_ColorScale; }
     void SetColorScale(CT_ColorScale* value) { m_ColorScale = value; m_presence |= (1u << 1); }
     bool CheckColorScale() const { return (m_presence & (1u << 1)) != 0; }
+    // "dataBar": child element
     CT_DataBar* GetDataBar() const { return m_DataBar; }
     void SetDataBar(CT_DataBar* value) { m_DataBar = value; m_presence |= (1u << 2); }
     bool CheckDataBar() const { return (m_presence & (1u << 2)) != 0; }
+    // "iconSet": child element
     CT_IconSet* GetIconSet() const { return m_IconSet; }
     void SetIconSet(CT_IconSet* value) { m_IconSet = value; m_presence |= (1u << 3); }
     bool CheckIconSet() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 5)) != 0; }
+    // "dxfId": attribute, unsigned int
     unsigned int GetDxfId() const { return m_DxfId; }
     void SetDxfId(unsigned int value) { m_DxfId = value; m_presence |= (1u << 6); }
     bool CheckDxfId() const { return (m_presence & (1u << 6)) != 0; }
+    // "priority": attribute, int
     int GetPriority() const { return m_Priority; }
     void SetPriority(int value) { m_Priority = value; m_presence |= (1u << 7); }
     bool CheckPriority() const { return (m_presence & (1u << 7)) != 0; }
+    // "stopIfTrue": attribute, bool, default "false"
     bool GetStopIfTrue() const { return m_StopIfTrue; }
     void SetStopIfTrue(bool value) { m_StopIfTrue = value; m_presence |= (1u << 8); }
     bool CheckStopIfTrue() const { return (m_presence & (1u << 8)) != 0; }
+    // "aboveAverage": attribute, bool, default "true"
     bool GetAboveAverage() const { return m_AboveAverage; }
     void SetAboveAverage(bool value) { m_AboveAverage = value; m_presence |= (1u << 9); }
     bool CheckAboveAverage() const { return (m_presence & (1u << 9)) != 0; }
+    // "percent": attribute, bool, default "false"
     bool GetPercent() const { return m_Percent; }
     void SetPercent(bool value) { m_Percent = value; m_presence |= (1u << 10); }
     bool CheckPercent() const { return (m_presence & (1u << 10)) != 0; }
+    // "bottom": attribute, bool, default "false"
     bool GetBottom() const { return m_Bottom; }
     void SetBottom(bool value) { m_Bottom = value; m_presence |= (1u << 11); }
     bool CheckBottom() const { return (m_presence & (1u << 11)) != 0; }
+    // "operator": attribute, wxString
     wxString GetOperator() const;
     void SetOperator(wxString value);
     bool CheckOperator() const { return (m_presence & (1u << 12)) != 0; }
+    // "text": attribute, wxString
     wxString GetText() const;
     void SetText(wxString value);
     bool CheckText() const { return (m_presence & (1u << 13)) != 0; }
+    // "timePeriod": attribute, wxString
     wxString GetTimePeriod() const;
     void SetTimePeriod(wxString value);
     bool CheckTimePeriod() const { return (m_presence & (1u << 14)) != 0; }
+    // "rank": attribute, unsigned int
     unsigned int GetRank() const { return m_Rank; }
     void SetRank(unsigned int value) { m_Rank = value; m_presence |= (1u << 15); }
     bool CheckRank() const { return (m_presence & (1u << 15)) != 0; }
+    // "stdDev": attribute, int
     int GetStdDev() const { return m_StdDev; }
     void SetStdDev(int value) { m_StdDev = value; m_presence |= (1u << 16); }
     bool CheckStdDev() const { return (m_presence & (1u << 16)) != 0; }
+    // "equalAverage": attribute, bool, default "false"
     bool GetEqualAverage() const { return m_EqualAverage; }
     void SetEqualAverage(bool value) { m_EqualAverage = value; m_presence |= (1u << 17); }
     bool CheckEqualAverage() const { return (m_presence & (1u << 17)) != 0; }
@@ -9630,6 +11026,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hyperlink": child element, repeated
     XMLPtrArray<CT_Hyperlink> GetHyperlink() const;
     void SetHyperlink(XMLPtrArray<CT_Hyperlink> value);
     bool CheckHyperlink() const { return (m_presence & (1u << 0)) != 0; }
@@ -9650,18 +11047,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
+    // "location": attribute, wxString
     wxString GetLocation() const;
     void SetLocation(wxString value);
     bool CheckLocation() const { return (m_presence & (1u << 2)) != 0; }
+    // "tooltip": attribute, wxString
     wxString GetTooltip() const;
     void SetTooltip(wxString value);
     bool CheckTooltip() const { return (m_presence & (1u << 3)) != 0; }
+    // "display": attribute, wxString
     wxString GetDisplay() const;
     void SetDisplay(wxString value);
     bool CheckDisplay() const { return (m_presence & (1u << 4)) != 0; }
@@ -9686,42 +11088,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxString, default "normal"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
+    // "aca": attribute, bool, default "false"
     bool GetAca() const { return m_Aca; }
     void SetAca(bool value) { m_Aca = value; m_presence |= (1u << 2); }
     bool CheckAca() const { return (m_presence & (1u << 2)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 3)) != 0; }
+    // "dt2D": attribute, bool, default "false"
     bool GetDt2D() const { return m_Dt2D; }
     void SetDt2D(bool value) { m_Dt2D = value; m_presence |= (1u << 4); }
     bool CheckDt2D() const { return (m_presence & (1u << 4)) != 0; }
+    // "dtr": attribute, bool, default "false"
     bool GetDtr() const { return m_Dtr; }
     void SetDtr(bool value) { m_Dtr = value; m_presence |= (1u << 5); }
     bool CheckDtr() const { return (m_presence & (1u << 5)) != 0; }
+    // "del1": attribute, bool, default "false"
     bool GetDel1() const { return m_Del1; }
     void SetDel1(bool value) { m_Del1 = value; m_presence |= (1u << 6); }
     bool CheckDel1() const { return (m_presence & (1u << 6)) != 0; }
+    // "del2": attribute, bool, default "false"
     bool GetDel2() const { return m_Del2; }
     void SetDel2(bool value) { m_Del2 = value; m_presence |= (1u << 7); }
     bool CheckDel2() const { return (m_presence & (1u << 7)) != 0; }
+    // "r1": attribute, wxString
     wxString GetR1() const;
     void SetR1(wxString value);
     bool CheckR1() const { return (m_presence & (1u << 8)) != 0; }
+    // "r2": attribute, wxString
     wxString GetR2() const;
     void SetR2(wxString value);
     bool CheckR2() const { return (m_presence & (1u << 9)) != 0; }
+    // "ca": attribute, bool, default "false"
     bool GetCa() const { return m_Ca; }
     void SetCa(bool value) { m_Ca = value; m_presence |= (1u << 10); }
     bool CheckCa() const { return (m_presence & (1u << 10)) != 0; }
+    // "si": attribute, unsigned int
     unsigned int GetSi() const { return m_Si; }
     void SetSi(unsigned int value) { m_Si = value; m_presence |= (1u << 11); }
     bool CheckSi() const { return (m_presence & (1u << 11)) != 0; }
+    // "bx": attribute, bool, default "false"
     bool GetBx() const { return m_Bx; }
     void SetBx(bool value) { m_Bx = value; m_presence |= (1u << 12); }
     bool CheckBx() const { return (m_presence & (1u << 12)) != 0; }
@@ -9754,9 +11169,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cfvo": child element, repeated
     XMLPtrArray<CT_Cfvo> GetCfvo() const;
     void SetCfvo(XMLPtrArray<CT_Cfvo> value);
     bool CheckCfvo() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": child element, repeated
     XMLPtrArray<CT_Color> GetColor() const;
     void SetColor(XMLPtrArray<CT_Color> value);
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
@@ -9778,18 +11195,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cfvo": child element, repeated
     XMLPtrArray<CT_Cfvo> GetCfvo() const;
     void SetCfvo(XMLPtrArray<CT_Cfvo> value);
     bool CheckCfvo() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 1); }
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "minLength": attribute, unsigned int, default "10"
     unsigned int GetMinLength() const { return m_MinLength; }
     void SetMinLength(unsigned int value) { m_MinLength = value; m_presence |= (1u << 2); }
     bool CheckMinLength() const { return (m_presence & (1u << 2)) != 0; }
+    // "maxLength": attribute, unsigned int, default "90"
     unsigned int GetMaxLength() const { return m_MaxLength; }
     void SetMaxLength(unsigned int value) { m_MaxLength = value; m_presence |= (1u << 3); }
     bool CheckMaxLength() const { return (m_presence & (1u << 3)) != 0; }
+    // "showValue": attribute, bool, default "true"
     bool GetShowValue() const { return m_ShowValue; }
     void SetShowValue(bool value) { m_ShowValue = value; m_presence |= (1u << 4); }
     bool CheckShowValue() const { return (m_presence & (1u << 4)) != 0; }
@@ -9814,18 +11236,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cfvo": child element, repeated
     XMLPtrArray<CT_Cfvo> GetCfvo() const;
     void SetCfvo(XMLPtrArray<CT_Cfvo> value);
     bool CheckCfvo() const { return (m_presence & (1u << 0)) != 0; }
+    // "iconSet": attribute, wxString, default "3TrafficLights1"
     wxString GetIconSet() const;
     void SetIconSet(wxString value);
     bool CheckIconSet() const { return (m_presence & (1u << 1)) != 0; }
+    // "showValue": attribute, bool, default "true"
     bool GetShowValue() const { return m_ShowValue; }
     void SetShowValue(bool value) { m_ShowValue = value; m_presence |= (1u << 2); }
     bool CheckShowValue() const { return (m_presence & (1u << 2)) != 0; }
+    // "percent": attribute, bool, default "true"
     bool GetPercent() const { return m_Percent; }
     void SetPercent(bool value) { m_Percent = value; m_presence |= (1u << 3); }
     bool CheckPercent() const { return (m_presence & (1u << 3)) != 0; }
+    // "reverse": attribute, bool, default "false"
     bool GetReverse() const { return m_Reverse; }
     void SetReverse(bool value) { m_Reverse = value; m_presence |= (1u << 4); }
     bool CheckReverse() const { return (m_presence & (1u << 4)) != 0; }
@@ -9850,15 +11277,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
+    // "gte": attribute, bool, default "true"
     bool GetGte() const { return m_Gte; }
     void SetGte(bool value) { m_Gte = value; m_presence |= (1u << 3); }
     bool CheckGte() const { return (m_presence & (1u << 3)) != 0; }
@@ -9882,21 +11313,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "left": attribute, double
     double GetLeft() const { return m_Left; }
     void SetLeft(double value) { m_Left = value; m_presence |= (1u << 0); }
     bool CheckLeft() const { return (m_presence & (1u << 0)) != 0; }
+    // "right": attribute, double
     double GetRight() const { return m_Right; }
     void SetRight(double value) { m_Right = value; m_presence |= (1u << 1); }
     bool CheckRight() const { return (m_presence & (1u << 1)) != 0; }
+    // "top": attribute, double
     double GetTop() const { return m_Top; }
     void SetTop(double value) { m_Top = value; m_presence |= (1u << 2); }
     bool CheckTop() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": attribute, double
     double GetBottom() const { return m_Bottom; }
     void SetBottom(double value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "header": attribute, double
     double GetHeader() const { return m_Header; }
     void SetHeader(double value) { m_Header = value; m_presence |= (1u << 4); }
     bool CheckHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "footer": attribute, double
     double GetFooter() const { return m_Footer; }
     void SetFooter(double value) { m_Footer = value; m_presence |= (1u << 5); }
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
@@ -9922,18 +11359,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "horizontalCentered": attribute, bool, default "false"
     bool GetHorizontalCentered() const { return m_HorizontalCentered; }
     void SetHorizontalCentered(bool value) { m_HorizontalCentered = value; m_presence |= (1u << 0); }
     bool CheckHorizontalCentered() const { return (m_presence & (1u << 0)) != 0; }
+    // "verticalCentered": attribute, bool, default "false"
     bool GetVerticalCentered() const { return m_VerticalCentered; }
     void SetVerticalCentered(bool value) { m_VerticalCentered = value; m_presence |= (1u << 1); }
     bool CheckVerticalCentered() const { return (m_presence & (1u << 1)) != 0; }
+    // "headings": attribute, bool, default "false"
     bool GetHeadings() const { return m_Headings; }
     void SetHeadings(bool value) { m_Headings = value; m_presence |= (1u << 2); }
     bool CheckHeadings() const { return (m_presence & (1u << 2)) != 0; }
+    // "gridLines": attribute, bool, default "false"
     bool GetGridLines() const { return m_GridLines; }
     void SetGridLines(bool value) { m_GridLines = value; m_presence |= (1u << 3); }
     bool CheckGridLines() const { return (m_presence & (1u << 3)) != 0; }
+    // "gridLinesSet": attribute, bool, default "true"
     bool GetGridLinesSet() const { return m_GridLinesSet; }
     void SetGridLinesSet(bool value) { m_GridLinesSet = value; m_presence |= (1u << 4); }
     bool CheckGridLinesSet() const { return (m_presence & (1u << 4)) != 0; }
@@ -9958,60 +11400,79 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "paperSize": attribute, unsigned int, default "1"
     unsigned int GetPaperSize() const { return m_PaperSize; }
     void SetPaperSize(unsigned int value) { m_PaperSize = value; m_presence |= (1u << 0); }
     bool CheckPaperSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "paperHeight": attribute, wxString
     wxString GetPaperHeight() const;
     void SetPaperHeight(wxString value);
     bool CheckPaperHeight() const { return (m_presence & (1u << 1)) != 0; }
+    // "paperWidth": attribute, wxString
     wxString GetPaperWidth() const;
     void SetPaperWidth(wxString value);
     bool CheckPaperWidth() const { return (m_presence & (1u << 2)) != 0; }
+    // "scale": attribute, unsigned int, default "100"
     unsigned int GetScale() const { return m_Scale; }
     void SetScale(unsigned int value) { m_Scale = value; m_presence |= (1u << 3); }
     bool CheckScale() const { return (m_presence & (1u << 3)) != 0; }
+    // "firstPageNumber": attribute, unsigned int, default "1"
     unsigned int GetFirstPageNumber() const { return m_FirstPageNumber; }
     void SetFirstPageNumber(unsigned int value) { m_FirstPageNumber = value; m_presence |= (1u << 4); }
     bool CheckFirstPageNumber() const { return (m_presence & (1u << 4)) != 0; }
+    // "fitToWidth": attribute, unsigned int, default "1"
     unsigned int GetFitToWidth() const { return m_FitToWidth; }
     void SetFitToWidth(unsigned int value) { m_FitToWidth = value; m_presence |= (1u << 5); }
     bool CheckFitToWidth() const { return (m_presence & (1u << 5)) != 0; }
+    // "fitToHeight": attribute, unsigned int, default "1"
     unsigned int GetFitToHeight() const { return m_FitToHeight; }
     void SetFitToHeight(unsigned int value) { m_FitToHeight = value; m_presence |= (1u << 6); }
     bool CheckFitToHeight() const { return (m_presence & (1u << 6)) != 0; }
+    // "pageOrder": attribute, wxString, default "downThenOver"
     wxString GetPageOrder() const;
     void SetPageOrder(wxString value);
     bool CheckPageOrder() const { return (m_presence & (1u << 7)) != 0; }
+    // "orientation": attribute, wxString, default "default"
     wxString GetOrientation() const;
     void SetOrientation(wxString value);
     bool CheckOrientation() const { return (m_presence & (1u << 8)) != 0; }
+    // "usePrinterDefaults": attribute, bool, default "true"
     bool GetUsePrinterDefaults() const { return m_UsePrinterDefaults; }
     void SetUsePrinterDefaults(bool value) { m_UsePrinterDefaults = value; m_presence |= (1u << 9); }
     bool CheckUsePrinterDefaults() const { return (m_presence & (1u << 9)) != 0; }
+    // "blackAndWhite": attribute, bool, default "false"
     bool GetBlackAndWhite() const { return m_BlackAndWhite; }
     void SetBlackAndWhite(bool value) { m_BlackAndWhite = value; m_presence |= (1u << 10); }
     bool CheckBlackAndWhite() const { return (m_presence & (1u << 10)) != 0; }
+    // "draft": attribute, bool, default "false"
     bool GetDraft() const { return m_Draft; }
     void SetDraft(bool value) { m_Draft = value; m_presence |= (1u << 11); }
     bool CheckDraft() const { return (m_presence & (1u << 11)) != 0; }
+    // "cellComments": attribute, wxString, default "none"
     wxString GetCellComments() const;
     void SetCellComments(wxString value);
     bool CheckCellComments() const { return (m_presence & (1u << 12)) != 0; }
+    // "useFirstPageNumber": attribute, bool, default "false"
     bool GetUseFirstPageNumber() const { return m_UseFirstPageNumber; }
     void SetUseFirstPageNumber(bool value) { m_UseFirstPageNumber = value; m_presence |= (1u << 13); }
     bool CheckUseFirstPageNumber() const { return (m_presence & (1u << 13)) != 0; }
+    // "errors": attribute, wxString, default "displayed"
     wxString GetErrors() const;
     void SetErrors(wxString value);
     bool CheckErrors() const { return (m_presence & (1u << 14)) != 0; }
+    // "horizontalDpi": attribute, unsigned int, default "600"
     unsigned int GetHorizontalDpi() const { return m_HorizontalDpi; }
     void SetHorizontalDpi(unsigned int value) { m_HorizontalDpi = value; m_presence |= (1u << 15); }
     bool CheckHorizontalDpi() const { return (m_presence & (1u << 15)) != 0; }
+    // "verticalDpi": attribute, unsigned int, default "600"
     unsigned int GetVerticalDpi() const { return m_VerticalDpi; }
     void SetVerticalDpi(unsigned int value) { m_VerticalDpi = value; m_presence |= (1u << 16); }
     bool CheckVerticalDpi() const { return (m_presence & (1u << 16)) != 0; }
+    // "copies": attribute, unsigned int, default "1"
     unsigned int GetCopies() const { return m_Copies; }
     void SetCopies(unsigned int value) { m_Copies = value; m_presence |= (1u << 17); }
     bool CheckCopies() const { return (m_presence & (1u << 17)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 18)) != 0; }
@@ -10050,33 +11511,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oddHeader": value element, wxString
     wxString GetOddHeader() const;
     void SetOddHeader(wxString value);
     bool CheckOddHeader() const { return (m_presence & (1u << 0)) != 0; }
+    // "oddFooter": value element, wxString
     wxString GetOddFooter() const;
     void SetOddFooter(wxString value);
     bool CheckOddFooter() const { return (m_presence & (1u << 1)) != 0; }
+    // "evenHeader": value element, wxString
     wxString GetEvenHeader() const;
     void SetEvenHeader(wxString value);
     bool CheckEvenHeader() const { return (m_presence & (1u << 2)) != 0; }
+    // "evenFooter": value element, wxString
     wxString GetEvenFooter() const;
     void SetEvenFooter(wxString value);
     bool CheckEvenFooter() const { return (m_presence & (1u << 3)) != 0; }
+    // "firstHeader": value element, wxString
     wxString GetFirstHeader() const;
     void SetFirstHeader(wxString value);
     bool CheckFirstHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "firstFooter": value element, wxString
     wxString GetFirstFooter() const;
     void SetFirstFooter(wxString value);
     bool CheckFirstFooter() const { return (m_presence & (1u << 5)) != 0; }
+    // "differentOddEven": attribute, bool, default "false"
     bool GetDifferentOddEven() const { return m_DifferentOddEven; }
     void SetDifferentOddEven(bool value) { m_DifferentOddEven = value; m_presence |= (1u << 6); }
     bool CheckDifferentOddEven() const { return (m_presence & (1u << 6)) != 0; }
+    // "differentFirst": attribute, bool, default "false"
     bool GetDifferentFirst() const { return m_DifferentFirst; }
     void SetDifferentFirst(bool value) { m_DifferentFirst = value; m_presence |= (1u << 7); }
     bool CheckDifferentFirst() const { return (m_presence & (1u << 7)) != 0; }
+    // "scaleWithDoc": attribute, bool, default "true"
     bool GetScaleWithDoc() const { return m_ScaleWithDoc; }
     void SetScaleWithDoc(bool value) { m_ScaleWithDoc = value; m_presence |= (1u << 8); }
     bool CheckScaleWithDoc() const { return (m_presence & (1u << 8)) != 0; }
+    // "alignWithMargins": attribute, bool, default "true"
     bool GetAlignWithMargins() const { return m_AlignWithMargins; }
     void SetAlignWithMargins(bool value) { m_AlignWithMargins = value; m_presence |= (1u << 9); }
     bool CheckAlignWithMargins() const { return (m_presence & (1u << 9)) != 0; }
@@ -10106,15 +11577,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "scenario": child element, repeated
     XMLPtrArray<CT_Scenario> GetScenario() const;
     void SetScenario(XMLPtrArray<CT_Scenario> value);
     bool CheckScenario() const { return (m_presence & (1u << 0)) != 0; }
+    // "current": attribute, unsigned int
     unsigned int GetCurrent() const { return m_Current; }
     void SetCurrent(unsigned int value) { m_Current = value; m_presence |= (1u << 1); }
     bool CheckCurrent() const { return (m_presence & (1u << 1)) != 0; }
+    // "show": attribute, unsigned int
     unsigned int GetShow() const { return m_Show; }
     void SetShow(unsigned int value) { m_Show = value; m_presence |= (1u << 2); }
     bool CheckShow() const { return (m_presence & (1u << 2)) != 0; }
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
@@ -10138,66 +11613,87 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "password": attribute, wxString
     wxString GetPassword() const;
     void SetPassword(wxString value);
     bool CheckPassword() const { return (m_presence & (1u << 0)) != 0; }
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 1)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 2)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 3)) != 0; }
+    // "spinCount": attribute, unsigned int
     unsigned int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(unsigned int value) { m_SpinCount = value; m_presence |= (1u << 4); }
     bool CheckSpinCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "sheet": attribute, bool, default "false"
     bool GetSheet() const { return m_Sheet; }
     void SetSheet(bool value) { m_Sheet = value; m_presence |= (1u << 5); }
     bool CheckSheet() const { return (m_presence & (1u << 5)) != 0; }
+    // "objects": attribute, bool, default "false"
     bool GetObjects() const { return m_Objects; }
     void SetObjects(bool value) { m_Objects = value; m_presence |= (1u << 6); }
     bool CheckObjects() const { return (m_presence & (1u << 6)) != 0; }
+    // "scenarios": attribute, bool, default "false"
     bool GetScenarios() const { return m_Scenarios; }
     void SetScenarios(bool value) { m_Scenarios = value; m_presence |= (1u << 7); }
     bool CheckScenarios() const { return (m_presence & (1u << 7)) != 0; }
+    // "formatCells": attribute, bool, default "true"
     bool GetFormatCells() const { return m_FormatCells; }
     void SetFormatCells(bool value) { m_FormatCells = value; m_presence |= (1u << 8); }
     bool CheckFormatCells() const { return (m_presence & (1u << 8)) != 0; }
+    // "formatColumns": attribute, bool, default "true"
     bool GetFormatColumns() const { return m_FormatColumns; }
     void SetFormatColumns(bool value) { m_FormatColumns = value; m_presence |= (1u << 9); }
     bool CheckFormatColumns() const { return (m_presence & (1u << 9)) != 0; }
+    // "formatRows": attribute, bool, default "true"
     bool GetFormatRows() const { return m_FormatRows; }
     void SetFormatRows(bool value) { m_FormatRows = value; m_presence |= (1u << 10); }
     bool CheckFormatRows() const { return (m_presence & (1u << 10)) != 0; }
+    // "insertColumns": attribute, bool, default "true"
     bool GetInsertColumns() const { return m_InsertColumns; }
     void SetInsertColumns(bool value) { m_InsertColumns = value; m_presence |= (1u << 11); }
     bool CheckInsertColumns() const { return (m_presence & (1u << 11)) != 0; }
+    // "insertRows": attribute, bool, default "true"
     bool GetInsertRows() const { return m_InsertRows; }
     void SetInsertRows(bool value) { m_InsertRows = value; m_presence |= (1u << 12); }
     bool CheckInsertRows() const { return (m_presence & (1u << 12)) != 0; }
+    // "insertHyperlinks": attribute, bool, default "true"
     bool GetInsertHyperlinks() const { return m_InsertHyperlinks; }
     void SetInsertHyperlinks(bool value) { m_InsertHyperlinks = value; m_presence |= (1u << 13); }
     bool CheckInsertHyperlinks() const { return (m_presence & (1u << 13)) != 0; }
+    // "deleteColumns": attribute, bool, default "true"
     bool GetDeleteColumns() const { return m_DeleteColumns; }
     void SetDeleteColumns(bool value) { m_DeleteColumns = value; m_presence |= (1u << 14); }
     bool CheckDeleteColumns() const { return (m_presence & (1u << 14)) != 0; }
+    // "deleteRows": attribute, bool, default "true"
     bool GetDeleteRows() const { return m_DeleteRows; }
     void SetDeleteRows(bool value) { m_DeleteRows = value; m_presence |= (1u << 15); }
     bool CheckDeleteRows() const { return (m_presence & (1u << 15)) != 0; }
+    // "selectLockedCells": attribute, bool, default "false"
     bool GetSelectLockedCells() const { return m_SelectLockedCells; }
     void SetSelectLockedCells(bool value) { m_SelectLockedCells = value; m_presence |= (1u << 16); }
     bool CheckSelectLockedCells() const { return (m_presence & (1u << 16)) != 0; }
+    // "sort": attribute, bool, default "true"
     bool GetSort() const { return m_Sort; }
     void SetSort(bool value) { m_Sort = value; m_presence |= (1u << 17); }
     bool CheckSort() const { return (m_presence & (1u << 17)) != 0; }
+    // "autoFilter": attribute, bool, default "true"
     bool GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(bool value) { m_AutoFilter = value; m_presence |= (1u << 18); }
     bool CheckAutoFilter() const { return (m_presence & (1u << 18)) != 0; }
+    // "pivotTables": attribute, bool, default "true"
     bool GetPivotTables() const { return m_PivotTables; }
     void SetPivotTables(bool value) { m_PivotTables = value; m_presence |= (1u << 19); }
     bool CheckPivotTables() const { return (m_presence & (1u << 19)) != 0; }
+    // "selectUnlockedCells": attribute, bool, default "false"
     bool GetSelectUnlockedCells() const { return m_SelectUnlockedCells; }
     void SetSelectUnlockedCells(bool value) { m_SelectUnlockedCells = value; m_presence |= (1u << 20); }
     bool CheckSelectUnlockedCells() const { return (m_presence & (1u << 20)) != 0; }
@@ -10238,6 +11734,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "protectedRange": child element, repeated
     XMLPtrArray<CT_ProtectedRange> GetProtectedRange() const;
     void SetProtectedRange(XMLPtrArray<CT_ProtectedRange> value);
     bool CheckProtectedRange() const { return (m_presence & (1u << 0)) != 0; }
@@ -10258,30 +11755,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "securityDescriptor": value element, wxString, repeated
     std::vector<wxString> GetSecurityDescriptor() const;
     void SetSecurityDescriptor(std::vector<wxString> value);
     bool CheckSecurityDescriptor() const { return (m_presence & (1u << 0)) != 0; }
+    // "password": attribute, wxString
     wxString GetPassword() const;
     void SetPassword(wxString value);
     bool CheckPassword() const { return (m_presence & (1u << 1)) != 0; }
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
+    // "securityDescriptor": attribute, wxString
     wxString GetSecurityDescriptor_1() const;
     void SetSecurityDescriptor_1(wxString value);
     bool CheckSecurityDescriptor_1() const { return (m_presence & (1u << 4)) != 0; }
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 5)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 6)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 7)) != 0; }
+    // "spinCount": attribute, unsigned int
     unsigned int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(unsigned int value) { m_SpinCount = value; m_presence |= (1u << 8); }
     bool CheckSpinCount() const { return (m_presence & (1u << 8)) != 0; }
@@ -10310,24 +11816,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "inputCells": child element, repeated
     XMLPtrArray<CT_InputCells> GetInputCells() const;
     void SetInputCells(XMLPtrArray<CT_InputCells> value);
     bool CheckInputCells() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "locked": attribute, bool, default "false"
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 2); }
     bool CheckLocked() const { return (m_presence & (1u << 2)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 3); }
     bool CheckHidden() const { return (m_presence & (1u << 3)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 4); }
     bool CheckCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "user": attribute, wxString
     wxString GetUser() const;
     void SetUser(wxString value);
     bool CheckUser() const { return (m_presence & (1u << 5)) != 0; }
+    // "comment": attribute, wxString
     wxString GetComment() const;
     void SetComment(wxString value);
     bool CheckComment() const { return (m_presence & (1u << 6)) != 0; }
@@ -10354,18 +11867,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "deleted": attribute, bool, default "false"
     bool GetDeleted() const { return m_Deleted; }
     void SetDeleted(bool value) { m_Deleted = value; m_presence |= (1u << 1); }
     bool CheckDeleted() const { return (m_presence & (1u << 1)) != 0; }
+    // "undone": attribute, bool, default "false"
     bool GetUndone() const { return m_Undone; }
     void SetUndone(bool value) { m_Undone = value; m_presence |= (1u << 2); }
     bool CheckUndone() const { return (m_presence & (1u << 2)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 3)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 4); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 4)) != 0; }
@@ -10390,6 +11908,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellWatch": child element, repeated
     XMLPtrArray<CT_CellWatch> GetCellWatch() const;
     void SetCellWatch(XMLPtrArray<CT_CellWatch> value);
     bool CheckCellWatch() const { return (m_presence & (1u << 0)) != 0; }
@@ -10410,6 +11929,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
@@ -10430,45 +11950,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetPr": child element
     CT_ChartsheetPr* GetSheetPr() const { return m_SheetPr; }
     void SetSheetPr(CT_ChartsheetPr* value) { m_SheetPr = value; m_presence |= (1u << 0); }
     bool CheckSheetPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetViews": child element
     CT_ChartsheetViews* GetSheetViews() const { return m_SheetViews; }
     void SetSheetViews(CT_ChartsheetViews* value) { m_SheetViews = value; m_presence |= (1u << 1); }
     bool CheckSheetViews() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetProtection": child element
     CT_ChartsheetProtection* GetSheetProtection() const { return m_SheetProtection; }
     void SetSheetProtection(CT_ChartsheetProtection* value) { m_SheetProtection = value; m_presence |= (1u << 2); }
     bool CheckSheetProtection() const { return (m_presence & (1u << 2)) != 0; }
+    // "customSheetViews": child element
     CT_CustomChartsheetViews* GetCustomSheetViews() const { return m_CustomSheetViews; }
     void SetCustomSheetViews(CT_CustomChartsheetViews* value) { m_CustomSheetViews = value; m_presence |= (1u << 3); }
     bool CheckCustomSheetViews() const { return (m_presence & (1u << 3)) != 0; }
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 4); }
     bool CheckPageMargins() const { return (m_presence & (1u << 4)) != 0; }
+    // "pageSetup": child element
     CT_CsPageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_CsPageSetup* value) { m_PageSetup = value; m_presence |= (1u << 5); }
     bool CheckPageSetup() const { return (m_presence & (1u << 5)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 6); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 6)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 7); }
     bool CheckDrawing() const { return (m_presence & (1u << 7)) != 0; }
+    // "legacyDrawing": child element
     CT_LegacyDrawing* GetLegacyDrawing() const { return m_LegacyDrawing; }
     void SetLegacyDrawing(CT_LegacyDrawing* value) { m_LegacyDrawing = value; m_presence |= (1u << 8); }
     bool CheckLegacyDrawing() const { return (m_presence & (1u << 8)) != 0; }
+    // "legacyDrawingHF": child element
     CT_LegacyDrawing* GetLegacyDrawingHF() const { return m_LegacyDrawingHF; }
     void SetLegacyDrawingHF(CT_LegacyDrawing* value) { m_LegacyDrawingHF = value; m_presence |= (1u << 9); }
     bool CheckLegacyDrawingHF() const { return (m_presence & (1u << 9)) != 0; }
+    // "drawingHF": child element
     CT_DrawingHF* GetDrawingHF() const { return m_DrawingHF; }
     void SetDrawingHF(CT_DrawingHF* value) { m_DrawingHF = value; m_presence |= (1u << 10); }
     bool CheckDrawingHF() const { return (m_presence & (1u << 10)) != 0; }
+    // "picture": child element
     CT_SheetBackgroundPicture* GetPicture() const { return m_Picture; }
     void SetPicture(CT_SheetBackgroundPicture* value) { m_Picture = value; m_presence |= (1u << 11); }
     bool CheckPicture() const { return (m_presence & (1u << 11)) != 0; }
+    // "webPublishItems": child element
     CT_WebPublishItems* GetWebPublishItems() const { return m_WebPublishItems; }
     void SetWebPublishItems(CT_WebPublishItems* value) { m_WebPublishItems = value; m_presence |= (1u << 12); }
     bool CheckWebPublishItems() const { return (m_presence & (1u << 12)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 13); }
     bool CheckExtLst() const { return (m_presence & (1u << 13)) != 0; }
@@ -10502,12 +12036,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tabColor": child element
     CT_Color* GetTabColor() const { return m_TabColor; }
     void SetTabColor(CT_Color* value) { m_TabColor = value; m_presence |= (1u << 0); }
     bool CheckTabColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "published": attribute, bool, default "true"
     bool GetPublished() const { return m_Published; }
     void SetPublished(bool value) { m_Published = value; m_presence |= (1u << 1); }
     bool CheckPublished() const { return (m_presence & (1u << 1)) != 0; }
+    // "codeName": attribute, wxString
     wxString GetCodeName() const;
     void SetCodeName(wxString value);
     bool CheckCodeName() const { return (m_presence & (1u << 2)) != 0; }
@@ -10530,9 +12067,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetView": child element, repeated
     XMLPtrArray<CT_ChartsheetView> GetSheetView() const;
     void SetSheetView(XMLPtrArray<CT_ChartsheetView> value);
     bool CheckSheetView() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -10554,18 +12093,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "tabSelected": attribute, bool, default "false"
     bool GetTabSelected() const { return m_TabSelected; }
     void SetTabSelected(bool value) { m_TabSelected = value; m_presence |= (1u << 1); }
     bool CheckTabSelected() const { return (m_presence & (1u << 1)) != 0; }
+    // "zoomScale": attribute, unsigned int, default "100"
     unsigned int GetZoomScale() const { return m_ZoomScale; }
     void SetZoomScale(unsigned int value) { m_ZoomScale = value; m_presence |= (1u << 2); }
     bool CheckZoomScale() const { return (m_presence & (1u << 2)) != 0; }
+    // "workbookViewId": attribute, unsigned int
     unsigned int GetWorkbookViewId() const { return m_WorkbookViewId; }
     void SetWorkbookViewId(unsigned int value) { m_WorkbookViewId = value; m_presence |= (1u << 3); }
     bool CheckWorkbookViewId() const { return (m_presence & (1u << 3)) != 0; }
+    // "zoomToFit": attribute, bool, default "false"
     bool GetZoomToFit() const { return m_ZoomToFit; }
     void SetZoomToFit(bool value) { m_ZoomToFit = value; m_presence |= (1u << 4); }
     bool CheckZoomToFit() const { return (m_presence & (1u << 4)) != 0; }
@@ -10590,24 +12134,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "password": attribute, wxString
     wxString GetPassword() const;
     void SetPassword(wxString value);
     bool CheckPassword() const { return (m_presence & (1u << 0)) != 0; }
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 1)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 2)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 3)) != 0; }
+    // "spinCount": attribute, unsigned int
     unsigned int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(unsigned int value) { m_SpinCount = value; m_presence |= (1u << 4); }
     bool CheckSpinCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "content": attribute, bool, default "false"
     bool GetContent() const { return m_Content; }
     void SetContent(bool value) { m_Content = value; m_presence |= (1u << 5); }
     bool CheckContent() const { return (m_presence & (1u << 5)) != 0; }
+    // "objects": attribute, bool, default "false"
     bool GetObjects() const { return m_Objects; }
     void SetObjects(bool value) { m_Objects = value; m_presence |= (1u << 6); }
     bool CheckObjects() const { return (m_presence & (1u << 6)) != 0; }
@@ -10634,42 +12185,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "paperSize": attribute, unsigned int, default "1"
     unsigned int GetPaperSize() const { return m_PaperSize; }
     void SetPaperSize(unsigned int value) { m_PaperSize = value; m_presence |= (1u << 0); }
     bool CheckPaperSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "paperHeight": attribute, wxString
     wxString GetPaperHeight() const;
     void SetPaperHeight(wxString value);
     bool CheckPaperHeight() const { return (m_presence & (1u << 1)) != 0; }
+    // "paperWidth": attribute, wxString
     wxString GetPaperWidth() const;
     void SetPaperWidth(wxString value);
     bool CheckPaperWidth() const { return (m_presence & (1u << 2)) != 0; }
+    // "firstPageNumber": attribute, unsigned int, default "1"
     unsigned int GetFirstPageNumber() const { return m_FirstPageNumber; }
     void SetFirstPageNumber(unsigned int value) { m_FirstPageNumber = value; m_presence |= (1u << 3); }
     bool CheckFirstPageNumber() const { return (m_presence & (1u << 3)) != 0; }
+    // "orientation": attribute, wxString, default "default"
     wxString GetOrientation() const;
     void SetOrientation(wxString value);
     bool CheckOrientation() const { return (m_presence & (1u << 4)) != 0; }
+    // "usePrinterDefaults": attribute, bool, default "true"
     bool GetUsePrinterDefaults() const { return m_UsePrinterDefaults; }
     void SetUsePrinterDefaults(bool value) { m_UsePrinterDefaults = value; m_presence |= (1u << 5); }
     bool CheckUsePrinterDefaults() const { return (m_presence & (1u << 5)) != 0; }
+    // "blackAndWhite": attribute, bool, default "false"
     bool GetBlackAndWhite() const { return m_BlackAndWhite; }
     void SetBlackAndWhite(bool value) { m_BlackAndWhite = value; m_presence |= (1u << 6); }
     bool CheckBlackAndWhite() const { return (m_presence & (1u << 6)) != 0; }
+    // "draft": attribute, bool, default "false"
     bool GetDraft() const { return m_Draft; }
     void SetDraft(bool value) { m_Draft = value; m_presence |= (1u << 7); }
     bool CheckDraft() const { return (m_presence & (1u << 7)) != 0; }
+    // "useFirstPageNumber": attribute, bool, default "false"
     bool GetUseFirstPageNumber() const { return m_UseFirstPageNumber; }
     void SetUseFirstPageNumber(bool value) { m_UseFirstPageNumber = value; m_presence |= (1u << 8); }
     bool CheckUseFirstPageNumber() const { return (m_presence & (1u << 8)) != 0; }
+    // "horizontalDpi": attribute, unsigned int, default "600"
     unsigned int GetHorizontalDpi() const { return m_HorizontalDpi; }
     void SetHorizontalDpi(unsigned int value) { m_HorizontalDpi = value; m_presence |= (1u << 9); }
     bool CheckHorizontalDpi() const { return (m_presence & (1u << 9)) != 0; }
+    // "verticalDpi": attribute, unsigned int, default "600"
     unsigned int GetVerticalDpi() const { return m_VerticalDpi; }
     void SetVerticalDpi(unsigned int value) { m_VerticalDpi = value; m_presence |= (1u << 10); }
     bool CheckVerticalDpi() const { return (m_presence & (1u << 10)) != 0; }
+    // "copies": attribute, unsigned int, default "1"
     unsigned int GetCopies() const { return m_Copies; }
     void SetCopies(unsigned int value) { m_Copies = value; m_presence |= (1u << 11); }
     bool CheckCopies() const { return (m_presence & (1u << 11)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 12)) != 0; }
@@ -10702,6 +12266,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customSheetView": child element, repeated
     XMLPtrArray<CT_CustomChartsheetView> GetCustomSheetView() const;
     void SetCustomSheetView(XMLPtrArray<CT_CustomChartsheetView> value);
     bool CheckCustomSheetView() const { return (m_presence & (1u << 0)) != 0; }
@@ -10722,24 +12287,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pageMargins": child element
     CT_PageMargins* GetPageMargins() const { return m_PageMargins; }
     void SetPageMargins(CT_PageMargins* value) { m_PageMargins = value; m_presence |= (1u << 0); }
     bool CheckPageMargins() const { return (m_presence & (1u << 0)) != 0; }
+    // "pageSetup": child element
     CT_CsPageSetup* GetPageSetup() const { return m_PageSetup; }
     void SetPageSetup(CT_CsPageSetup* value) { m_PageSetup = value; m_presence |= (1u << 1); }
     bool CheckPageSetup() const { return (m_presence & (1u << 1)) != 0; }
+    // "headerFooter": child element
     CT_HeaderFooter* GetHeaderFooter() const { return m_HeaderFooter; }
     void SetHeaderFooter(CT_HeaderFooter* value) { m_HeaderFooter = value; m_presence |= (1u << 2); }
     bool CheckHeaderFooter() const { return (m_presence & (1u << 2)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 3)) != 0; }
+    // "scale": attribute, unsigned int, default "100"
     unsigned int GetScale() const { return m_Scale; }
     void SetScale(unsigned int value) { m_Scale = value; m_presence |= (1u << 4); }
     bool CheckScale() const { return (m_presence & (1u << 4)) != 0; }
+    // "state": attribute, wxString, default "visible"
     wxString GetState() const;
     void SetState(wxString value);
     bool CheckState() const { return (m_presence & (1u << 5)) != 0; }
+    // "zoomToFit": attribute, bool, default "false"
     bool GetZoomToFit() const { return m_ZoomToFit; }
     void SetZoomToFit(bool value) { m_ZoomToFit = value; m_presence |= (1u << 6); }
     bool CheckZoomToFit() const { return (m_presence & (1u << 6)) != 0; }
@@ -10766,6 +12338,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customPr": child element, repeated
     XMLPtrArray<CT_CustomProperty> GetCustomPr() const;
     void SetCustomPr(XMLPtrArray<CT_CustomProperty> value);
     bool CheckCustomPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -10786,9 +12359,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -10810,6 +12385,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oleObject": child element, repeated
     XMLPtrArray<CT_OleObject> GetOleObject() const;
     void SetOleObject(XMLPtrArray<CT_OleObject> value);
     bool CheckOleObject() const { return (m_presence & (1u << 0)) != 0; }
@@ -10830,27 +12406,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "objectPr": child element
     CT_ObjectPr* GetObjectPr() const { return m_ObjectPr; }
     void SetObjectPr(CT_ObjectPr* value) { m_ObjectPr = value; m_presence |= (1u << 0); }
     bool CheckObjectPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "progId": attribute, wxString
     wxString GetProgId() const;
     void SetProgId(wxString value);
     bool CheckProgId() const { return (m_presence & (1u << 1)) != 0; }
+    // "dvAspect": attribute, wxString, default "DVASPECT_CONTENT"
     wxString GetDvAspect() const;
     void SetDvAspect(wxString value);
     bool CheckDvAspect() const { return (m_presence & (1u << 2)) != 0; }
+    // "link": attribute, wxString
     wxString GetLink() const;
     void SetLink(wxString value);
     bool CheckLink() const { return (m_presence & (1u << 3)) != 0; }
+    // "oleUpdate": attribute, wxString
     wxString GetOleUpdate() const;
     void SetOleUpdate(wxString value);
     bool CheckOleUpdate() const { return (m_presence & (1u << 4)) != 0; }
+    // "autoLoad": attribute, bool, default "false"
     bool GetAutoLoad() const { return m_AutoLoad; }
     void SetAutoLoad(bool value) { m_AutoLoad = value; m_presence |= (1u << 5); }
     bool CheckAutoLoad() const { return (m_presence & (1u << 5)) != 0; }
+    // "shapeId": attribute, unsigned int
     unsigned int GetShapeId() const { return m_ShapeId; }
     void SetShapeId(unsigned int value) { m_ShapeId = value; m_presence |= (1u << 6); }
     bool CheckShapeId() const { return (m_presence & (1u << 6)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 7)) != 0; }
@@ -10878,42 +12462,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "anchor": child element
     CT_ObjectAnchor* GetAnchor() const { return m_Anchor; }
     void SetAnchor(CT_ObjectAnchor* value) { m_Anchor = value; m_presence |= (1u << 0); }
     bool CheckAnchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "locked": attribute, bool, default "true"
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 1); }
     bool CheckLocked() const { return (m_presence & (1u << 1)) != 0; }
+    // "defaultSize": attribute, bool, default "true"
     bool GetDefaultSize() const { return m_DefaultSize; }
     void SetDefaultSize(bool value) { m_DefaultSize = value; m_presence |= (1u << 2); }
     bool CheckDefaultSize() const { return (m_presence & (1u << 2)) != 0; }
+    // "print": attribute, bool, default "true"
     bool GetPrint() const { return m_Print; }
     void SetPrint(bool value) { m_Print = value; m_presence |= (1u << 3); }
     bool CheckPrint() const { return (m_presence & (1u << 3)) != 0; }
+    // "disabled": attribute, bool, default "false"
     bool GetDisabled() const { return m_Disabled; }
     void SetDisabled(bool value) { m_Disabled = value; m_presence |= (1u << 4); }
     bool CheckDisabled() const { return (m_presence & (1u << 4)) != 0; }
+    // "uiObject": attribute, bool, default "false"
     bool GetUiObject() const { return m_UiObject; }
     void SetUiObject(bool value) { m_UiObject = value; m_presence |= (1u << 5); }
     bool CheckUiObject() const { return (m_presence & (1u << 5)) != 0; }
+    // "autoFill": attribute, bool, default "true"
     bool GetAutoFill() const { return m_AutoFill; }
     void SetAutoFill(bool value) { m_AutoFill = value; m_presence |= (1u << 6); }
     bool CheckAutoFill() const { return (m_presence & (1u << 6)) != 0; }
+    // "autoLine": attribute, bool, default "true"
     bool GetAutoLine() const { return m_AutoLine; }
     void SetAutoLine(bool value) { m_AutoLine = value; m_presence |= (1u << 7); }
     bool CheckAutoLine() const { return (m_presence & (1u << 7)) != 0; }
+    // "autoPict": attribute, bool, default "true"
     bool GetAutoPict() const { return m_AutoPict; }
     void SetAutoPict(bool value) { m_AutoPict = value; m_presence |= (1u << 8); }
     bool CheckAutoPict() const { return (m_presence & (1u << 8)) != 0; }
+    // "macro": attribute, wxString
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 9)) != 0; }
+    // "altText": attribute, wxString
     wxString GetAltText() const;
     void SetAltText(wxString value);
     bool CheckAltText() const { return (m_presence & (1u << 10)) != 0; }
+    // "dde": attribute, bool, default "false"
     bool GetDde() const { return m_Dde; }
     void SetDde(bool value) { m_Dde = value; m_presence |= (1u << 11); }
     bool CheckDde() const { return (m_presence & (1u << 11)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 12)) != 0; }
@@ -10946,9 +12543,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "webPublishItem": child element, repeated
     XMLPtrArray<CT_WebPublishItem> GetWebPublishItem() const;
     void SetWebPublishItem(XMLPtrArray<CT_WebPublishItem> value);
     bool CheckWebPublishItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -10970,27 +12569,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "divId": attribute, wxString
     wxString GetDivId() const;
     void SetDivId(wxString value);
     bool CheckDivId() const { return (m_presence & (1u << 1)) != 0; }
+    // "sourceType": attribute, wxString
     wxString GetSourceType() const;
     void SetSourceType(wxString value);
     bool CheckSourceType() const { return (m_presence & (1u << 2)) != 0; }
+    // "sourceRef": attribute, wxString
     wxString GetSourceRef() const;
     void SetSourceRef(wxString value);
     bool CheckSourceRef() const { return (m_presence & (1u << 3)) != 0; }
+    // "sourceObject": attribute, wxString
     wxString GetSourceObject() const;
     void SetSourceObject(wxString value);
     bool CheckSourceObject() const { return (m_presence & (1u << 4)) != 0; }
+    // "destinationFile": attribute, wxString
     wxString GetDestinationFile() const;
     void SetDestinationFile(wxString value);
     bool CheckDestinationFile() const { return (m_presence & (1u << 5)) != 0; }
+    // "title": attribute, wxString
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 6)) != 0; }
+    // "autoRepublish": attribute, bool, default "false"
     bool GetAutoRepublish() const { return m_AutoRepublish; }
     void SetAutoRepublish(bool value) { m_AutoRepublish = value; m_presence |= (1u << 7); }
     bool CheckAutoRepublish() const { return (m_presence & (1u << 7)) != 0; }
@@ -11018,6 +12625,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "control": child element, repeated
     XMLPtrArray<CT_Control> GetControl() const;
     void SetControl(XMLPtrArray<CT_Control> value);
     bool CheckControl() const { return (m_presence & (1u << 0)) != 0; }
@@ -11038,15 +12646,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "controlPr": child element
     CT_ControlPr* GetControlPr() const { return m_ControlPr; }
     void SetControlPr(CT_ControlPr* value) { m_ControlPr = value; m_presence |= (1u << 0); }
     bool CheckControlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "shapeId": attribute, unsigned int
     unsigned int GetShapeId() const { return m_ShapeId; }
     void SetShapeId(unsigned int value) { m_ShapeId = value; m_presence |= (1u << 1); }
     bool CheckShapeId() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
@@ -11070,51 +12682,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "anchor": child element
     CT_ObjectAnchor* GetAnchor() const { return m_Anchor; }
     void SetAnchor(CT_ObjectAnchor* value) { m_Anchor = value; m_presence |= (1u << 0); }
     bool CheckAnchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "locked": attribute, bool, default "true"
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 1); }
     bool CheckLocked() const { return (m_presence & (1u << 1)) != 0; }
+    // "defaultSize": attribute, bool, default "true"
     bool GetDefaultSize() const { return m_DefaultSize; }
     void SetDefaultSize(bool value) { m_DefaultSize = value; m_presence |= (1u << 2); }
     bool CheckDefaultSize() const { return (m_presence & (1u << 2)) != 0; }
+    // "print": attribute, bool, default "true"
     bool GetPrint() const { return m_Print; }
     void SetPrint(bool value) { m_Print = value; m_presence |= (1u << 3); }
     bool CheckPrint() const { return (m_presence & (1u << 3)) != 0; }
+    // "disabled": attribute, bool, default "false"
     bool GetDisabled() const { return m_Disabled; }
     void SetDisabled(bool value) { m_Disabled = value; m_presence |= (1u << 4); }
     bool CheckDisabled() const { return (m_presence & (1u << 4)) != 0; }
+    // "recalcAlways": attribute, bool, default "false"
     bool GetRecalcAlways() const { return m_RecalcAlways; }
     void SetRecalcAlways(bool value) { m_RecalcAlways = value; m_presence |= (1u << 5); }
     bool CheckRecalcAlways() const { return (m_presence & (1u << 5)) != 0; }
+    // "uiObject": attribute, bool, default "false"
     bool GetUiObject() const { return m_UiObject; }
     void SetUiObject(bool value) { m_UiObject = value; m_presence |= (1u << 6); }
     bool CheckUiObject() const { return (m_presence & (1u << 6)) != 0; }
+    // "autoFill": attribute, bool, default "true"
     bool GetAutoFill() const { return m_AutoFill; }
     void SetAutoFill(bool value) { m_AutoFill = value; m_presence |= (1u << 7); }
     bool CheckAutoFill() const { return (m_presence & (1u << 7)) != 0; }
+    // "autoLine": attribute, bool, default "true"
     bool GetAutoLine() const { return m_AutoLine; }
     void SetAutoLine(bool value) { m_AutoLine = value; m_presence |= (1u << 8); }
     bool CheckAutoLine() const { return (m_presence & (1u << 8)) != 0; }
+    // "autoPict": attribute, bool, default "true"
     bool GetAutoPict() const { return m_AutoPict; }
     void SetAutoPict(bool value) { m_AutoPict = value; m_presence |= (1u << 9); }
     bool CheckAutoPict() const { return (m_presence & (1u << 9)) != 0; }
+    // "macro": attribute, wxString
     wxString GetMacro() const;
     void SetMacro(wxString value);
     bool CheckMacro() const { return (m_presence & (1u << 10)) != 0; }
+    // "altText": attribute, wxString
     wxString GetAltText() const;
     void SetAltText(wxString value);
     bool CheckAltText() const { return (m_presence & (1u << 11)) != 0; }
+    // "linkedCell": attribute, wxString
     wxString GetLinkedCell() const;
     void SetLinkedCell(wxString value);
     bool CheckLinkedCell() const { return (m_presence & (1u << 12)) != 0; }
+    // "listFillRange": attribute, wxString
     wxString GetListFillRange() const;
     void SetListFillRange(wxString value);
     bool CheckListFillRange() const { return (m_presence & (1u << 13)) != 0; }
+    // "cf": attribute, wxString, default "pict"
     wxString GetCf() const;
     void SetCf(wxString value);
     bool CheckCf() const { return (m_presence & (1u << 14)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 15)) != 0; }
@@ -11150,9 +12778,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ignoredError": child element, repeated
     XMLPtrArray<CT_IgnoredError> GetIgnoredError() const;
     void SetIgnoredError(XMLPtrArray<CT_IgnoredError> value);
     bool CheckIgnoredError() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -11174,33 +12804,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sqref": attribute, list of wxString
     std::vector<wxString> GetSqref() const;
     void SetSqref(std::vector<wxString> value);
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
+    // "evalError": attribute, bool, default "false"
     bool GetEvalError() const { return m_EvalError; }
     void SetEvalError(bool value) { m_EvalError = value; m_presence |= (1u << 1); }
     bool CheckEvalError() const { return (m_presence & (1u << 1)) != 0; }
+    // "twoDigitTextYear": attribute, bool, default "false"
     bool GetTwoDigitTextYear() const { return m_TwoDigitTextYear; }
     void SetTwoDigitTextYear(bool value) { m_TwoDigitTextYear = value; m_presence |= (1u << 2); }
     bool CheckTwoDigitTextYear() const { return (m_presence & (1u << 2)) != 0; }
+    // "numberStoredAsText": attribute, bool, default "false"
     bool GetNumberStoredAsText() const { return m_NumberStoredAsText; }
     void SetNumberStoredAsText(bool value) { m_NumberStoredAsText = value; m_presence |= (1u << 3); }
     bool CheckNumberStoredAsText() const { return (m_presence & (1u << 3)) != 0; }
+    // "formula": attribute, bool, default "false"
     bool GetFormula() const { return m_Formula; }
     void SetFormula(bool value) { m_Formula = value; m_presence |= (1u << 4); }
     bool CheckFormula() const { return (m_presence & (1u << 4)) != 0; }
+    // "formulaRange": attribute, bool, default "false"
     bool GetFormulaRange() const { return m_FormulaRange; }
     void SetFormulaRange(bool value) { m_FormulaRange = value; m_presence |= (1u << 5); }
     bool CheckFormulaRange() const { return (m_presence & (1u << 5)) != 0; }
+    // "unlockedFormula": attribute, bool, default "false"
     bool GetUnlockedFormula() const { return m_UnlockedFormula; }
     void SetUnlockedFormula(bool value) { m_UnlockedFormula = value; m_presence |= (1u << 6); }
     bool CheckUnlockedFormula() const { return (m_presence & (1u << 6)) != 0; }
+    // "emptyCellReference": attribute, bool, default "false"
     bool GetEmptyCellReference() const { return m_EmptyCellReference; }
     void SetEmptyCellReference(bool value) { m_EmptyCellReference = value; m_presence |= (1u << 7); }
     bool CheckEmptyCellReference() const { return (m_presence & (1u << 7)) != 0; }
+    // "listDataValidation": attribute, bool, default "false"
     bool GetListDataValidation() const { return m_ListDataValidation; }
     void SetListDataValidation(bool value) { m_ListDataValidation = value; m_presence |= (1u << 8); }
     bool CheckListDataValidation() const { return (m_presence & (1u << 8)) != 0; }
+    // "calculatedColumn": attribute, bool, default "false"
     bool GetCalculatedColumn() const { return m_CalculatedColumn; }
     void SetCalculatedColumn(bool value) { m_CalculatedColumn = value; m_presence |= (1u << 9); }
     bool CheckCalculatedColumn() const { return (m_presence & (1u << 9)) != 0; }
@@ -11230,9 +12870,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tablePart": child element, repeated
     XMLPtrArray<CT_TablePart> GetTablePart() const;
     void SetTablePart(XMLPtrArray<CT_TablePart> value);
     bool CheckTablePart() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -11254,6 +12896,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -11274,24 +12917,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "metadataTypes": child element
     CT_MetadataTypes* GetMetadataTypes() const { return m_MetadataTypes; }
     void SetMetadataTypes(CT_MetadataTypes* value) { m_MetadataTypes = value; m_presence |= (1u << 0); }
     bool CheckMetadataTypes() const { return (m_presence & (1u << 0)) != 0; }
+    // "metadataStrings": child element
     CT_MetadataStrings* GetMetadataStrings() const { return m_MetadataStrings; }
     void SetMetadataStrings(CT_MetadataStrings* value) { m_MetadataStrings = value; m_presence |= (1u << 1); }
     bool CheckMetadataStrings() const { return (m_presence & (1u << 1)) != 0; }
+    // "mdxMetadata": child element
     CT_MdxMetadata* GetMdxMetadata() const { return m_MdxMetadata; }
     void SetMdxMetadata(CT_MdxMetadata* value) { m_MdxMetadata = value; m_presence |= (1u << 2); }
     bool CheckMdxMetadata() const { return (m_presence & (1u << 2)) != 0; }
+    // "futureMetadata": child element, repeated
     XMLPtrArray<CT_FutureMetadata> GetFutureMetadata() const;
     void SetFutureMetadata(XMLPtrArray<CT_FutureMetadata> value);
     bool CheckFutureMetadata() const { return (m_presence & (1u << 3)) != 0; }
+    // "cellMetadata": child element
     CT_MetadataBlocks* GetCellMetadata() const { return m_CellMetadata; }
     void SetCellMetadata(CT_MetadataBlocks* value) { m_CellMetadata = value; m_presence |= (1u << 4); }
     bool CheckCellMetadata() const { return (m_presence & (1u << 4)) != 0; }
+    // "valueMetadata": child element
     CT_MetadataBlocks* GetValueMetadata() const { return m_ValueMetadata; }
     void SetValueMetadata(CT_MetadataBlocks* value) { m_ValueMetadata = value; m_presence |= (1u << 5); }
     bool CheckValueMetadata() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -11318,9 +12968,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "metadataType": child element, repeated
     XMLPtrArray<CT_MetadataType> GetMetadataType() const;
     void SetMetadataType(XMLPtrArray<CT_MetadataType> value);
     bool CheckMetadataType() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -11342,87 +12994,115 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "minSupportedVersion": attribute, unsigned int
     unsigned int GetMinSupportedVersion() const { return m_MinSupportedVersion; }
     void SetMinSupportedVersion(unsigned int value) { m_MinSupportedVersion = value; m_presence |= (1u << 1); }
     bool CheckMinSupportedVersion() const { return (m_presence & (1u << 1)) != 0; }
+    // "ghostRow": attribute, bool, default "false"
     bool GetGhostRow() const { return m_GhostRow; }
     void SetGhostRow(bool value) { m_GhostRow = value; m_presence |= (1u << 2); }
     bool CheckGhostRow() const { return (m_presence & (1u << 2)) != 0; }
+    // "ghostCol": attribute, bool, default "false"
     bool GetGhostCol() const { return m_GhostCol; }
     void SetGhostCol(bool value) { m_GhostCol = value; m_presence |= (1u << 3); }
     bool CheckGhostCol() const { return (m_presence & (1u << 3)) != 0; }
+    // "edit": attribute, bool, default "false"
     bool GetEdit() const { return m_Edit; }
     void SetEdit(bool value) { m_Edit = value; m_presence |= (1u << 4); }
     bool CheckEdit() const { return (m_presence & (1u << 4)) != 0; }
+    // "delete": attribute, bool, default "false"
     bool GetDelete() const { return m_Delete; }
     void SetDelete(bool value) { m_Delete = value; m_presence |= (1u << 5); }
     bool CheckDelete() const { return (m_presence & (1u << 5)) != 0; }
+    // "copy": attribute, bool, default "false"
     bool GetCopy() const { return m_Copy; }
     void SetCopy(bool value) { m_Copy = value; m_presence |= (1u << 6); }
     bool CheckCopy() const { return (m_presence & (1u << 6)) != 0; }
+    // "pasteAll": attribute, bool, default "false"
     bool GetPasteAll() const { return m_PasteAll; }
     void SetPasteAll(bool value) { m_PasteAll = value; m_presence |= (1u << 7); }
     bool CheckPasteAll() const { return (m_presence & (1u << 7)) != 0; }
+    // "pasteFormulas": attribute, bool, default "false"
     bool GetPasteFormulas() const { return m_PasteFormulas; }
     void SetPasteFormulas(bool value) { m_PasteFormulas = value; m_presence |= (1u << 8); }
     bool CheckPasteFormulas() const { return (m_presence & (1u << 8)) != 0; }
+    // "pasteValues": attribute, bool, default "false"
     bool GetPasteValues() const { return m_PasteValues; }
     void SetPasteValues(bool value) { m_PasteValues = value; m_presence |= (1u << 9); }
     bool CheckPasteValues() const { return (m_presence & (1u << 9)) != 0; }
+    // "pasteFormats": attribute, bool, default "false"
     bool GetPasteFormats() const { return m_PasteFormats; }
     void SetPasteFormats(bool value) { m_PasteFormats = value; m_presence |= (1u << 10); }
     bool CheckPasteFormats() const { return (m_presence & (1u << 10)) != 0; }
+    // "pasteComments": attribute, bool, default "false"
     bool GetPasteComments() const { return m_PasteComments; }
     void SetPasteComments(bool value) { m_PasteComments = value; m_presence |= (1u << 11); }
     bool CheckPasteComments() const { return (m_presence & (1u << 11)) != 0; }
+    // "pasteDataValidation": attribute, bool, default "false"
     bool GetPasteDataValidation() const { return m_PasteDataValidation; }
     void SetPasteDataValidation(bool value) { m_PasteDataValidation = value; m_presence |= (1u << 12); }
     bool CheckPasteDataValidation() const { return (m_presence & (1u << 12)) != 0; }
+    // "pasteBorders": attribute, bool, default "false"
     bool GetPasteBorders() const { return m_PasteBorders; }
     void SetPasteBorders(bool value) { m_PasteBorders = value; m_presence |= (1u << 13); }
     bool CheckPasteBorders() const { return (m_presence & (1u << 13)) != 0; }
+    // "pasteColWidths": attribute, bool, default "false"
     bool GetPasteColWidths() const { return m_PasteColWidths; }
     void SetPasteColWidths(bool value) { m_PasteColWidths = value; m_presence |= (1u << 14); }
     bool CheckPasteColWidths() const { return (m_presence & (1u << 14)) != 0; }
+    // "pasteNumberFormats": attribute, bool, default "false"
     bool GetPasteNumberFormats() const { return m_PasteNumberFormats; }
     void SetPasteNumberFormats(bool value) { m_PasteNumberFormats = value; m_presence |= (1u << 15); }
     bool CheckPasteNumberFormats() const { return (m_presence & (1u << 15)) != 0; }
+    // "merge": attribute, bool, default "false"
     bool GetMerge() const { return m_Merge; }
     void SetMerge(bool value) { m_Merge = value; m_presence |= (1u << 16); }
     bool CheckMerge() const { return (m_presence & (1u << 16)) != 0; }
+    // "splitFirst": attribute, bool, default "false"
     bool GetSplitFirst() const { return m_SplitFirst; }
     void SetSplitFirst(bool value) { m_SplitFirst = value; m_presence |= (1u << 17); }
     bool CheckSplitFirst() const { return (m_presence & (1u << 17)) != 0; }
+    // "splitAll": attribute, bool, default "false"
     bool GetSplitAll() const { return m_SplitAll; }
     void SetSplitAll(bool value) { m_SplitAll = value; m_presence |= (1u << 18); }
     bool CheckSplitAll() const { return (m_presence & (1u << 18)) != 0; }
+    // "rowColShift": attribute, bool, default "false"
     bool GetRowColShift() const { return m_RowColShift; }
     void SetRowColShift(bool value) { m_RowColShift = value; m_presence |= (1u << 19); }
     bool CheckRowColShift() const { return (m_presence & (1u << 19)) != 0; }
+    // "clearAll": attribute, bool, default "false"
     bool GetClearAll() const { return m_ClearAll; }
     void SetClearAll(bool value) { m_ClearAll = value; m_presence |= (1u << 20); }
     bool CheckClearAll() const { return (m_presence & (1u << 20)) != 0; }
+    // "clearFormats": attribute, bool, default "false"
     bool GetClearFormats() const { return m_ClearFormats; }
     void SetClearFormats(bool value) { m_ClearFormats = value; m_presence |= (1u << 21); }
     bool CheckClearFormats() const { return (m_presence & (1u << 21)) != 0; }
+    // "clearContents": attribute, bool, default "false"
     bool GetClearContents() const { return m_ClearContents; }
     void SetClearContents(bool value) { m_ClearContents = value; m_presence |= (1u << 22); }
     bool CheckClearContents() const { return (m_presence & (1u << 22)) != 0; }
+    // "clearComments": attribute, bool, default "false"
     bool GetClearComments() const { return m_ClearComments; }
     void SetClearComments(bool value) { m_ClearComments = value; m_presence |= (1u << 23); }
     bool CheckClearComments() const { return (m_presence & (1u << 23)) != 0; }
+    // "assign": attribute, bool, default "false"
     bool GetAssign() const { return m_Assign; }
     void SetAssign(bool value) { m_Assign = value; m_presence |= (1u << 24); }
     bool CheckAssign() const { return (m_presence & (1u << 24)) != 0; }
+    // "coerce": attribute, bool, default "false"
     bool GetCoerce() const { return m_Coerce; }
     void SetCoerce(bool value) { m_Coerce = value; m_presence |= (1u << 25); }
     bool CheckCoerce() const { return (m_presence & (1u << 25)) != 0; }
+    // "adjust": attribute, bool, default "false"
     bool GetAdjust() const { return m_Adjust; }
     void SetAdjust(bool value) { m_Adjust = value; m_presence |= (1u << 26); }
     bool CheckAdjust() const { return (m_presence & (1u << 26)) != 0; }
+    // "cellMeta": attribute, bool, default "false"
     bool GetCellMeta() const { return m_CellMeta; }
     void SetCellMeta(bool value) { m_CellMeta = value; m_presence |= (1u << 27); }
     bool CheckCellMeta() const { return (m_presence & (1u << 27)) != 0; }
@@ -11470,9 +13150,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bk": child element, repeated
     XMLPtrArray<CT_MetadataBlock> GetBk() const;
     void SetBk(XMLPtrArray<CT_MetadataBlock> value);
     bool CheckBk() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -11494,6 +13176,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rc": child element, repeated
     XMLPtrArray<CT_MetadataRecord> GetRc() const;
     void SetRc(XMLPtrArray<CT_MetadataRecord> value);
     bool CheckRc() const { return (m_presence & (1u << 0)) != 0; }
@@ -11514,9 +13197,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "t": attribute, unsigned int
     unsigned int GetT() const { return m_T; }
     void SetT(unsigned int value) { m_T = value; m_presence |= (1u << 0); }
     bool CheckT() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": attribute, unsigned int
     unsigned int GetV() const { return m_V; }
     void SetV(unsigned int value) { m_V = value; m_presence |= (1u << 1); }
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
@@ -11538,15 +13223,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bk": child element, repeated
     XMLPtrArray<CT_FutureMetadataBlock> GetBk() const;
     void SetBk(XMLPtrArray<CT_FutureMetadataBlock> value);
     bool CheckBk() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 3); }
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
@@ -11570,6 +13259,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
@@ -11590,9 +13280,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mdx": child element, repeated
     XMLPtrArray<CT_Mdx> GetMdx() const;
     void SetMdx(XMLPtrArray<CT_Mdx> value);
     bool CheckMdx() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -11614,12 +13306,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_MdxData__* GetData__() const { return m_Data__; }
     void SetData__(CT_MdxData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "n": attribute, unsigned int
     unsigned int GetN() const { return m_N; }
     void SetN(unsigned int value) { m_N = value; m_presence |= (1u << 1); }
     bool CheckN() const { return (m_presence & (1u << 1)) != 0; }
+    // "f": attribute, wxString
     wxString GetF() const;
     void SetF(wxString value);
     bool CheckF() const { return (m_presence & (1u << 2)) != 0; }
@@ -11647,15 +13342,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "t": child element
     CT_MdxTuple* GetT() const { return m_T; }
     void SetT(CT_MdxTuple* value) { m_T = value; m_presence |= (1u << 0); }
     bool CheckT() const { return (m_presence & (1u << 0)) != 0; }
+    // "ms": child element
     CT_MdxSet* GetMs() const { return m_Ms; }
     void SetMs(CT_MdxSet* value) { m_Ms = value; m_presence |= (1u << 1); }
     bool CheckMs() const { return (m_presence & (1u << 1)) != 0; }
+    // "p": child element
     CT_MdxMemeberProp* GetP() const { return m_P; }
     void SetP(CT_MdxMemeberProp* value) { m_P = value; m_presence |= (1u << 2); }
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
+    // "k": child element
     CT_MdxKPI* GetK() const { return m_K; }
     void SetK(CT_MdxKPI* value) { m_K = value; m_presence |= (1u << 3); }
     bool CheckK() const { return (m_presence & (1u << 3)) != 0; }
@@ -11679,36 +13378,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": child element, repeated
     XMLPtrArray<CT_MetadataStringIndex> GetN() const;
     void SetN(XMLPtrArray<CT_MetadataStringIndex> value);
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "c": attribute, unsigned int, default "0"
     unsigned int GetC() const { return m_C; }
     void SetC(unsigned int value) { m_C = value; m_presence |= (1u << 1); }
     bool CheckC() const { return (m_presence & (1u << 1)) != 0; }
+    // "ct": attribute, wxString
     wxString GetCt() const;
     void SetCt(wxString value);
     bool CheckCt() const { return (m_presence & (1u << 2)) != 0; }
+    // "si": attribute, unsigned int
     unsigned int GetSi() const { return m_Si; }
     void SetSi(unsigned int value) { m_Si = value; m_presence |= (1u << 3); }
     bool CheckSi() const { return (m_presence & (1u << 3)) != 0; }
+    // "fi": attribute, unsigned int
     unsigned int GetFi() const { return m_Fi; }
     void SetFi(unsigned int value) { m_Fi = value; m_presence |= (1u << 4); }
     bool CheckFi() const { return (m_presence & (1u << 4)) != 0; }
+    // "bc": attribute, wxString
     wxString GetBc() const;
     void SetBc(wxString value);
     bool CheckBc() const { return (m_presence & (1u << 5)) != 0; }
+    // "fc": attribute, wxString
     wxString GetFc() const;
     void SetFc(wxString value);
     bool CheckFc() const { return (m_presence & (1u << 6)) != 0; }
+    // "i": attribute, bool, default "false"
     bool GetI() const { return m_I; }
     void SetI(bool value) { m_I = value; m_presence |= (1u << 7); }
     bool CheckI() const { return (m_presence & (1u << 7)) != 0; }
+    // "u": attribute, bool, default "false"
     bool GetU() const { return m_U; }
     void SetU(bool value) { m_U = value; m_presence |= (1u << 8); }
     bool CheckU() const { return (m_presence & (1u << 8)) != 0; }
+    // "st": attribute, bool, default "false"
     bool GetSt() const { return m_St; }
     void SetSt(bool value) { m_St = value; m_presence |= (1u << 9); }
     bool CheckSt() const { return (m_presence & (1u << 9)) != 0; }
+    // "b": attribute, bool, default "false"
     bool GetB() const { return m_B; }
     void SetB(bool value) { m_B = value; m_presence |= (1u << 10); }
     bool CheckB() const { return (m_presence & (1u << 10)) != 0; }
@@ -11739,15 +13449,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": child element, repeated
     XMLPtrArray<CT_MetadataStringIndex> GetN() const;
     void SetN(XMLPtrArray<CT_MetadataStringIndex> value);
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "ns": attribute, unsigned int
     unsigned int GetNs() const { return m_Ns; }
     void SetNs(unsigned int value) { m_Ns = value; m_presence |= (1u << 1); }
     bool CheckNs() const { return (m_presence & (1u << 1)) != 0; }
+    // "c": attribute, unsigned int, default "0"
     unsigned int GetC() const { return m_C; }
     void SetC(unsigned int value) { m_C = value; m_presence |= (1u << 2); }
     bool CheckC() const { return (m_presence & (1u << 2)) != 0; }
+    // "o": attribute, wxString, default "u"
     wxString GetO() const;
     void SetO(wxString value);
     bool CheckO() const { return (m_presence & (1u << 3)) != 0; }
@@ -11771,9 +13485,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": attribute, unsigned int
     unsigned int GetN() const { return m_N; }
     void SetN(unsigned int value) { m_N = value; m_presence |= (1u << 0); }
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "np": attribute, unsigned int
     unsigned int GetNp() const { return m_Np; }
     void SetNp(unsigned int value) { m_Np = value; m_presence |= (1u << 1); }
     bool CheckNp() const { return (m_presence & (1u << 1)) != 0; }
@@ -11795,12 +13511,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "n": attribute, unsigned int
     unsigned int GetN() const { return m_N; }
     void SetN(unsigned int value) { m_N = value; m_presence |= (1u << 0); }
     bool CheckN() const { return (m_presence & (1u << 0)) != 0; }
+    // "np": attribute, unsigned int
     unsigned int GetNp() const { return m_Np; }
     void SetNp(unsigned int value) { m_Np = value; m_presence |= (1u << 1); }
     bool CheckNp() const { return (m_presence & (1u << 1)) != 0; }
+    // "p": attribute, wxString
     wxString GetP() const;
     void SetP(wxString value);
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
@@ -11823,9 +13542,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "x": attribute, unsigned int
     unsigned int GetX() const { return m_X; }
     void SetX(unsigned int value) { m_X = value; m_presence |= (1u << 0); }
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
+    // "s": attribute, bool, default "false"
     bool GetS() const { return m_S; }
     void SetS(bool value) { m_S = value; m_presence |= (1u << 1); }
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
@@ -11847,9 +13568,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "s": child element, repeated
     XMLPtrArray<CT_XStringElement> GetS() const;
     void SetS(XMLPtrArray<CT_XStringElement> value);
     bool CheckS() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int, default "0"
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -11871,6 +13594,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "singleXmlCell": child element, repeated
     XMLPtrArray<CT_SingleXmlCell> GetSingleXmlCell() const;
     void SetSingleXmlCell(XMLPtrArray<CT_SingleXmlCell> value);
     bool CheckSingleXmlCell() const { return (m_presence & (1u << 0)) != 0; }
@@ -11891,18 +13615,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xmlCellPr": child element
     CT_XmlCellPr* GetXmlCellPr() const { return m_XmlCellPr; }
     void SetXmlCellPr(CT_XmlCellPr* value) { m_XmlCellPr = value; m_presence |= (1u << 0); }
     bool CheckXmlCellPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 3)) != 0; }
+    // "connectionId": attribute, unsigned int
     unsigned int GetConnectionId() const { return m_ConnectionId; }
     void SetConnectionId(unsigned int value) { m_ConnectionId = value; m_presence |= (1u << 4); }
     bool CheckConnectionId() const { return (m_presence & (1u << 4)) != 0; }
@@ -11927,15 +13656,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xmlPr": child element
     CT_XmlPr* GetXmlPr() const { return m_XmlPr; }
     void SetXmlPr(CT_XmlPr* value) { m_XmlPr = value; m_presence |= (1u << 0); }
     bool CheckXmlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 3)) != 0; }
@@ -11959,15 +13692,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "mapId": attribute, unsigned int
     unsigned int GetMapId() const { return m_MapId; }
     void SetMapId(unsigned int value) { m_MapId = value; m_presence |= (1u << 1); }
     bool CheckMapId() const { return (m_presence & (1u << 1)) != 0; }
+    // "xpath": attribute, wxString
     wxString GetXpath() const;
     void SetXpath(wxString value);
     bool CheckXpath() const { return (m_presence & (1u << 2)) != 0; }
+    // "xmlDataType": attribute, wxString
     wxString GetXmlDataType() const;
     void SetXmlDataType(wxString value);
     bool CheckXmlDataType() const { return (m_presence & (1u << 3)) != 0; }
@@ -11991,36 +13728,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numFmts": child element
     CT_NumFmts* GetNumFmts() const { return m_NumFmts; }
     void SetNumFmts(CT_NumFmts* value) { m_NumFmts = value; m_presence |= (1u << 0); }
     bool CheckNumFmts() const { return (m_presence & (1u << 0)) != 0; }
+    // "fonts": child element
     CT_Fonts* GetFonts() const { return m_Fonts; }
     void SetFonts(CT_Fonts* value) { m_Fonts = value; m_presence |= (1u << 1); }
     bool CheckFonts() const { return (m_presence & (1u << 1)) != 0; }
+    // "fills": child element
     CT_Fills* GetFills() const { return m_Fills; }
     void SetFills(CT_Fills* value) { m_Fills = value; m_presence |= (1u << 2); }
     bool CheckFills() const { return (m_presence & (1u << 2)) != 0; }
+    // "borders": child element
     CT_Borders* GetBorders() const { return m_Borders; }
     void SetBorders(CT_Borders* value) { m_Borders = value; m_presence |= (1u << 3); }
     bool CheckBorders() const { return (m_presence & (1u << 3)) != 0; }
+    // "cellStyleXfs": child element
     CT_CellStyleXfs* GetCellStyleXfs() const { return m_CellStyleXfs; }
     void SetCellStyleXfs(CT_CellStyleXfs* value) { m_CellStyleXfs = value; m_presence |= (1u << 4); }
     bool CheckCellStyleXfs() const { return (m_presence & (1u << 4)) != 0; }
+    // "cellXfs": child element
     CT_CellXfs* GetCellXfs() const { return m_CellXfs; }
     void SetCellXfs(CT_CellXfs* value) { m_CellXfs = value; m_presence |= (1u << 5); }
     bool CheckCellXfs() const { return (m_presence & (1u << 5)) != 0; }
+    // "cellStyles": child element
     CT_CellStyles* GetCellStyles() const { return m_CellStyles; }
     void SetCellStyles(CT_CellStyles* value) { m_CellStyles = value; m_presence |= (1u << 6); }
     bool CheckCellStyles() const { return (m_presence & (1u << 6)) != 0; }
+    // "dxfs": child element
     CT_Dxfs* GetDxfs() const { return m_Dxfs; }
     void SetDxfs(CT_Dxfs* value) { m_Dxfs = value; m_presence |= (1u << 7); }
     bool CheckDxfs() const { return (m_presence & (1u << 7)) != 0; }
+    // "tableStyles": child element
     CT_TableStyles* GetTableStyles() const { return m_TableStyles; }
     void SetTableStyles(CT_TableStyles* value) { m_TableStyles = value; m_presence |= (1u << 8); }
     bool CheckTableStyles() const { return (m_presence & (1u << 8)) != 0; }
+    // "colors": child element
     CT_Colors* GetColors() const { return m_Colors; }
     void SetColors(CT_Colors* value) { m_Colors = value; m_presence |= (1u << 9); }
     bool CheckColors() const { return (m_presence & (1u << 9)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 10); }
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
@@ -12051,30 +13799,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "horizontal": attribute, wxString
     wxString GetHorizontal() const;
     void SetHorizontal(wxString value);
     bool CheckHorizontal() const { return (m_presence & (1u << 0)) != 0; }
+    // "vertical": attribute, wxString, default "bottom"
     wxString GetVertical() const;
     void SetVertical(wxString value);
     bool CheckVertical() const { return (m_presence & (1u << 1)) != 0; }
+    // "textRotation": attribute, unsigned int
     unsigned int GetTextRotation() const { return m_TextRotation; }
     void SetTextRotation(unsigned int value) { m_TextRotation = value; m_presence |= (1u << 2); }
     bool CheckTextRotation() const { return (m_presence & (1u << 2)) != 0; }
+    // "wrapText": attribute, bool
     bool GetWrapText() const { return m_WrapText; }
     void SetWrapText(bool value) { m_WrapText = value; m_presence |= (1u << 3); }
     bool CheckWrapText() const { return (m_presence & (1u << 3)) != 0; }
+    // "indent": attribute, unsigned int
     unsigned int GetIndent() const { return m_Indent; }
     void SetIndent(unsigned int value) { m_Indent = value; m_presence |= (1u << 4); }
     bool CheckIndent() const { return (m_presence & (1u << 4)) != 0; }
+    // "relativeIndent": attribute, int
     int GetRelativeIndent() const { return m_RelativeIndent; }
     void SetRelativeIndent(int value) { m_RelativeIndent = value; m_presence |= (1u << 5); }
     bool CheckRelativeIndent() const { return (m_presence & (1u << 5)) != 0; }
+    // "justifyLastLine": attribute, bool
     bool GetJustifyLastLine() const { return m_JustifyLastLine; }
     void SetJustifyLastLine(bool value) { m_JustifyLastLine = value; m_presence |= (1u << 6); }
     bool CheckJustifyLastLine() const { return (m_presence & (1u << 6)) != 0; }
+    // "shrinkToFit": attribute, bool
     bool GetShrinkToFit() const { return m_ShrinkToFit; }
     void SetShrinkToFit(bool value) { m_ShrinkToFit = value; m_presence |= (1u << 7); }
     bool CheckShrinkToFit() const { return (m_presence & (1u << 7)) != 0; }
+    // "readingOrder": attribute, unsigned int
     unsigned int GetReadingOrder() const { return m_ReadingOrder; }
     void SetReadingOrder(unsigned int value) { m_ReadingOrder = value; m_presence |= (1u << 8); }
     bool CheckReadingOrder() const { return (m_presence & (1u << 8)) != 0; }
@@ -12103,9 +13860,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "border": child element, repeated
     XMLPtrArray<CT_Border> GetBorder() const;
     void SetBorder(XMLPtrArray<CT_Border> value);
     bool CheckBorder() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12127,39 +13886,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "start": child element
     CT_BorderPr* GetStart() const { return m_Start; }
     void SetStart(CT_BorderPr* value) { m_Start = value; m_presence |= (1u << 0); }
     bool CheckStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "end": child element
     CT_BorderPr* GetEnd() const { return m_End; }
     void SetEnd(CT_BorderPr* value) { m_End = value; m_presence |= (1u << 1); }
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
+    // "left": child element
     CT_BorderPr* GetLeft() const { return m_Left; }
     void SetLeft(CT_BorderPr* value) { m_Left = value; m_presence |= (1u << 2); }
     bool CheckLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "right": child element
     CT_BorderPr* GetRight() const { return m_Right; }
     void SetRight(CT_BorderPr* value) { m_Right = value; m_presence |= (1u << 3); }
     bool CheckRight() const { return (m_presence & (1u << 3)) != 0; }
+    // "top": child element
     CT_BorderPr* GetTop() const { return m_Top; }
     void SetTop(CT_BorderPr* value) { m_Top = value; m_presence |= (1u << 4); }
     bool CheckTop() const { return (m_presence & (1u << 4)) != 0; }
+    // "bottom": child element
     CT_BorderPr* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_BorderPr* value) { m_Bottom = value; m_presence |= (1u << 5); }
     bool CheckBottom() const { return (m_presence & (1u << 5)) != 0; }
+    // "diagonal": child element
     CT_BorderPr* GetDiagonal() const { return m_Diagonal; }
     void SetDiagonal(CT_BorderPr* value) { m_Diagonal = value; m_presence |= (1u << 6); }
     bool CheckDiagonal() const { return (m_presence & (1u << 6)) != 0; }
+    // "vertical": child element
     CT_BorderPr* GetVertical() const { return m_Vertical; }
     void SetVertical(CT_BorderPr* value) { m_Vertical = value; m_presence |= (1u << 7); }
     bool CheckVertical() const { return (m_presence & (1u << 7)) != 0; }
+    // "horizontal": child element
     CT_BorderPr* GetHorizontal() const { return m_Horizontal; }
     void SetHorizontal(CT_BorderPr* value) { m_Horizontal = value; m_presence |= (1u << 8); }
     bool CheckHorizontal() const { return (m_presence & (1u << 8)) != 0; }
+    // "diagonalUp": attribute, bool
     bool GetDiagonalUp() const { return m_DiagonalUp; }
     void SetDiagonalUp(bool value) { m_DiagonalUp = value; m_presence |= (1u << 9); }
     bool CheckDiagonalUp() const { return (m_presence & (1u << 9)) != 0; }
+    // "diagonalDown": attribute, bool
     bool GetDiagonalDown() const { return m_DiagonalDown; }
     void SetDiagonalDown(bool value) { m_DiagonalDown = value; m_presence |= (1u << 10); }
     bool CheckDiagonalDown() const { return (m_presence & (1u << 10)) != 0; }
+    // "outline": attribute, bool, default "true"
     bool GetOutline() const { return m_Outline; }
     void SetOutline(bool value) { m_Outline = value; m_presence |= (1u << 11); }
     bool CheckOutline() const { return (m_presence & (1u << 11)) != 0; }
@@ -12191,9 +13962,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 0); }
     bool CheckColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "style": attribute, wxString, default "none"
     wxString GetStyle() const;
     void SetStyle(wxString value);
     bool CheckStyle() const { return (m_presence & (1u << 1)) != 0; }
@@ -12215,9 +13988,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "locked": attribute, bool
     bool GetLocked() const { return m_Locked; }
     void SetLocked(bool value) { m_Locked = value; m_presence |= (1u << 0); }
     bool CheckLocked() const { return (m_presence & (1u << 0)) != 0; }
+    // "hidden": attribute, bool
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 1); }
     bool CheckHidden() const { return (m_presence & (1u << 1)) != 0; }
@@ -12239,9 +14014,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "font": child element, repeated
     XMLPtrArray<CT_Font> GetFont() const;
     void SetFont(XMLPtrArray<CT_Font> value);
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12263,9 +14040,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fill": child element, repeated
     XMLPtrArray<CT_Fill> GetFill() const;
     void SetFill(XMLPtrArray<CT_Fill> value);
     bool CheckFill() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12287,6 +14066,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_FillData__* GetData__() const { return m_Data__; }
     void SetData__(CT_FillData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -12312,9 +14092,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "patternFill": child element
     CT_PatternFill* GetPatternFill() const { return m_PatternFill; }
     void SetPatternFill(CT_PatternFill* value) { m_PatternFill = value; m_presence |= (1u << 0); }
     bool CheckPatternFill() const { return (m_presence & (1u << 0)) != 0; }
+    // "gradientFill": child element
     CT_GradientFill* GetGradientFill() const { return m_GradientFill; }
     void SetGradientFill(CT_GradientFill* value) { m_GradientFill = value; m_presence |= (1u << 1); }
     bool CheckGradientFill() const { return (m_presence & (1u << 1)) != 0; }
@@ -12336,12 +14118,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fgColor": child element
     CT_Color* GetFgColor() const { return m_FgColor; }
     void SetFgColor(CT_Color* value) { m_FgColor = value; m_presence |= (1u << 0); }
     bool CheckFgColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "bgColor": child element
     CT_Color* GetBgColor() const { return m_BgColor; }
     void SetBgColor(CT_Color* value) { m_BgColor = value; m_presence |= (1u << 1); }
     bool CheckBgColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "patternType": attribute, wxString
     wxString GetPatternType() const;
     void SetPatternType(wxString value);
     bool CheckPatternType() const { return (m_presence & (1u << 2)) != 0; }
@@ -12364,18 +14149,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "auto": attribute, bool
     bool GetAuto() const { return m_Auto; }
     void SetAuto(bool value) { m_Auto = value; m_presence |= (1u << 0); }
     bool CheckAuto() const { return (m_presence & (1u << 0)) != 0; }
+    // "indexed": attribute, unsigned int
     unsigned int GetIndexed() const { return m_Indexed; }
     void SetIndexed(unsigned int value) { m_Indexed = value; m_presence |= (1u << 1); }
     bool CheckIndexed() const { return (m_presence & (1u << 1)) != 0; }
+    // "rgb": attribute, wxString
     wxString GetRgb() const;
     void SetRgb(wxString value);
     bool CheckRgb() const { return (m_presence & (1u << 2)) != 0; }
+    // "theme": attribute, unsigned int
     unsigned int GetTheme() const { return m_Theme; }
     void SetTheme(unsigned int value) { m_Theme = value; m_presence |= (1u << 3); }
     bool CheckTheme() const { return (m_presence & (1u << 3)) != 0; }
+    // "tint": attribute, double, default "0.0"
     double GetTint() const { return m_Tint; }
     void SetTint(double value) { m_Tint = value; m_presence |= (1u << 4); }
     bool CheckTint() const { return (m_presence & (1u << 4)) != 0; }
@@ -12400,24 +14190,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "stop": child element, repeated
     XMLPtrArray<CT_GradientStop> GetStop() const;
     void SetStop(XMLPtrArray<CT_GradientStop> value);
     bool CheckStop() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString, default "linear"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "degree": attribute, double, default "0"
     double GetDegree() const { return m_Degree; }
     void SetDegree(double value) { m_Degree = value; m_presence |= (1u << 2); }
     bool CheckDegree() const { return (m_presence & (1u << 2)) != 0; }
+    // "left": attribute, double, default "0"
     double GetLeft() const { return m_Left; }
     void SetLeft(double value) { m_Left = value; m_presence |= (1u << 3); }
     bool CheckLeft() const { return (m_presence & (1u << 3)) != 0; }
+    // "right": attribute, double, default "0"
     double GetRight() const { return m_Right; }
     void SetRight(double value) { m_Right = value; m_presence |= (1u << 4); }
     bool CheckRight() const { return (m_presence & (1u << 4)) != 0; }
+    // "top": attribute, double, default "0"
     double GetTop() const { return m_Top; }
     void SetTop(double value) { m_Top = value; m_presence |= (1u << 5); }
     bool CheckTop() const { return (m_presence & (1u << 5)) != 0; }
+    // "bottom": attribute, double, default "0"
     double GetBottom() const { return m_Bottom; }
     void SetBottom(double value) { m_Bottom = value; m_presence |= (1u << 6); }
     bool CheckBottom() const { return (m_presence & (1u << 6)) != 0; }
@@ -12444,9 +14241,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 0); }
     bool CheckColor() const { return (m_presence & (1u << 0)) != 0; }
+    // "position": attribute, double
     double GetPosition() const { return m_Position; }
     void SetPosition(double value) { m_Position = value; m_presence |= (1u << 1); }
     bool CheckPosition() const { return (m_presence & (1u << 1)) != 0; }
@@ -12468,9 +14267,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numFmt": child element, repeated
     XMLPtrArray<CT_NumFmt> GetNumFmt() const;
     void SetNumFmt(XMLPtrArray<CT_NumFmt> value);
     bool CheckNumFmt() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12492,9 +14293,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 0); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 0)) != 0; }
+    // "formatCode": attribute, wxString
     wxString GetFormatCode() const;
     void SetFormatCode(wxString value);
     bool CheckFormatCode() const { return (m_presence & (1u << 1)) != 0; }
@@ -12516,9 +14319,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xf": child element, repeated
     XMLPtrArray<CT_Xf> GetXf() const;
     void SetXf(XMLPtrArray<CT_Xf> value);
     bool CheckXf() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12540,9 +14345,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "xf": child element, repeated
     XMLPtrArray<CT_Xf> GetXf() const;
     void SetXf(XMLPtrArray<CT_Xf> value);
     bool CheckXf() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12564,51 +14371,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "alignment": child element
     CT_CellAlignment* GetAlignment() const { return m_Alignment; }
     void SetAlignment(CT_CellAlignment* value) { m_Alignment = value; m_presence |= (1u << 0); }
     bool CheckAlignment() const { return (m_presence & (1u << 0)) != 0; }
+    // "protection": child element
     CT_CellProtection* GetProtection() const { return m_Protection; }
     void SetProtection(CT_CellProtection* value) { m_Protection = value; m_presence |= (1u << 1); }
     bool CheckProtection() const { return (m_presence & (1u << 1)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 2); }
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
+    // "numFmtId": attribute, unsigned int
     unsigned int GetNumFmtId() const { return m_NumFmtId; }
     void SetNumFmtId(unsigned int value) { m_NumFmtId = value; m_presence |= (1u << 3); }
     bool CheckNumFmtId() const { return (m_presence & (1u << 3)) != 0; }
+    // "fontId": attribute, unsigned int
     unsigned int GetFontId() const { return m_FontId; }
     void SetFontId(unsigned int value) { m_FontId = value; m_presence |= (1u << 4); }
     bool CheckFontId() const { return (m_presence & (1u << 4)) != 0; }
+    // "fillId": attribute, unsigned int
     unsigned int GetFillId() const { return m_FillId; }
     void SetFillId(unsigned int value) { m_FillId = value; m_presence |= (1u << 5); }
     bool CheckFillId() const { return (m_presence & (1u << 5)) != 0; }
+    // "borderId": attribute, unsigned int
     unsigned int GetBorderId() const { return m_BorderId; }
     void SetBorderId(unsigned int value) { m_BorderId = value; m_presence |= (1u << 6); }
     bool CheckBorderId() const { return (m_presence & (1u << 6)) != 0; }
+    // "xfId": attribute, unsigned int
     unsigned int GetXfId() const { return m_XfId; }
     void SetXfId(unsigned int value) { m_XfId = value; m_presence |= (1u << 7); }
     bool CheckXfId() const { return (m_presence & (1u << 7)) != 0; }
+    // "quotePrefix": attribute, bool, default "false"
     bool GetQuotePrefix() const { return m_QuotePrefix; }
     void SetQuotePrefix(bool value) { m_QuotePrefix = value; m_presence |= (1u << 8); }
     bool CheckQuotePrefix() const { return (m_presence & (1u << 8)) != 0; }
+    // "pivotButton": attribute, bool, default "false"
     bool GetPivotButton() const { return m_PivotButton; }
     void SetPivotButton(bool value) { m_PivotButton = value; m_presence |= (1u << 9); }
     bool CheckPivotButton() const { return (m_presence & (1u << 9)) != 0; }
+    // "applyNumberFormat": attribute, bool
     bool GetApplyNumberFormat() const { return m_ApplyNumberFormat; }
     void SetApplyNumberFormat(bool value) { m_ApplyNumberFormat = value; m_presence |= (1u << 10); }
     bool CheckApplyNumberFormat() const { return (m_presence & (1u << 10)) != 0; }
+    // "applyFont": attribute, bool
     bool GetApplyFont() const { return m_ApplyFont; }
     void SetApplyFont(bool value) { m_ApplyFont = value; m_presence |= (1u << 11); }
     bool CheckApplyFont() const { return (m_presence & (1u << 11)) != 0; }
+    // "applyFill": attribute, bool
     bool GetApplyFill() const { return m_ApplyFill; }
     void SetApplyFill(bool value) { m_ApplyFill = value; m_presence |= (1u << 12); }
     bool CheckApplyFill() const { return (m_presence & (1u << 12)) != 0; }
+    // "applyBorder": attribute, bool
     bool GetApplyBorder() const { return m_ApplyBorder; }
     void SetApplyBorder(bool value) { m_ApplyBorder = value; m_presence |= (1u << 13); }
     bool CheckApplyBorder() const { return (m_presence & (1u << 13)) != 0; }
+    // "applyAlignment": attribute, bool
     bool GetApplyAlignment() const { return m_ApplyAlignment; }
     void SetApplyAlignment(bool value) { m_ApplyAlignment = value; m_presence |= (1u << 14); }
     bool CheckApplyAlignment() const { return (m_presence & (1u << 14)) != 0; }
+    // "applyProtection": attribute, bool
     bool GetApplyProtection() const { return m_ApplyProtection; }
     void SetApplyProtection(bool value) { m_ApplyProtection = value; m_presence |= (1u << 15); }
     bool CheckApplyProtection() const { return (m_presence & (1u << 15)) != 0; }
@@ -12644,9 +14467,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cellStyle": child element, repeated
     XMLPtrArray<CT_CellStyle> GetCellStyle() const;
     void SetCellStyle(XMLPtrArray<CT_CellStyle> value);
     bool CheckCellStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12668,24 +14493,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "xfId": attribute, unsigned int
     unsigned int GetXfId() const { return m_XfId; }
     void SetXfId(unsigned int value) { m_XfId = value; m_presence |= (1u << 2); }
     bool CheckXfId() const { return (m_presence & (1u << 2)) != 0; }
+    // "builtinId": attribute, unsigned int
     unsigned int GetBuiltinId() const { return m_BuiltinId; }
     void SetBuiltinId(unsigned int value) { m_BuiltinId = value; m_presence |= (1u << 3); }
     bool CheckBuiltinId() const { return (m_presence & (1u << 3)) != 0; }
+    // "iLevel": attribute, unsigned int
     unsigned int GetILevel() const { return m_ILevel; }
     void SetILevel(unsigned int value) { m_ILevel = value; m_presence |= (1u << 4); }
     bool CheckILevel() const { return (m_presence & (1u << 4)) != 0; }
+    // "hidden": attribute, bool
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 5); }
     bool CheckHidden() const { return (m_presence & (1u << 5)) != 0; }
+    // "customBuiltin": attribute, bool
     bool GetCustomBuiltin() const { return m_CustomBuiltin; }
     void SetCustomBuiltin(bool value) { m_CustomBuiltin = value; m_presence |= (1u << 6); }
     bool CheckCustomBuiltin() const { return (m_presence & (1u << 6)) != 0; }
@@ -12712,9 +14544,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dxf": child element, repeated
     XMLPtrArray<CT_Dxf> GetDxf() const;
     void SetDxf(XMLPtrArray<CT_Dxf> value);
     bool CheckDxf() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -12736,24 +14570,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "font": child element
     CT_Font* GetFont() const { return m_Font; }
     void SetFont(CT_Font* value) { m_Font = value; m_presence |= (1u << 0); }
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 1); }
     bool CheckNumFmt() const { return (m_presence & (1u << 1)) != 0; }
+    // "fill": child element
     CT_Fill* GetFill() const { return m_Fill; }
     void SetFill(CT_Fill* value) { m_Fill = value; m_presence |= (1u << 2); }
     bool CheckFill() const { return (m_presence & (1u << 2)) != 0; }
+    // "alignment": child element
     CT_CellAlignment* GetAlignment() const { return m_Alignment; }
     void SetAlignment(CT_CellAlignment* value) { m_Alignment = value; m_presence |= (1u << 3); }
     bool CheckAlignment() const { return (m_presence & (1u << 3)) != 0; }
+    // "border": child element
     CT_Border* GetBorder() const { return m_Border; }
     void SetBorder(CT_Border* value) { m_Border = value; m_presence |= (1u << 4); }
     bool CheckBorder() const { return (m_presence & (1u << 4)) != 0; }
+    // "protection": child element
     CT_CellProtection* GetProtection() const { return m_Protection; }
     void SetProtection(CT_CellProtection* value) { m_Protection = value; m_presence |= (1u << 5); }
     bool CheckProtection() const { return (m_presence & (1u << 5)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 6); }
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
@@ -12780,9 +14621,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "indexedColors": child element
     CT_IndexedColors* GetIndexedColors() const { return m_IndexedColors; }
     void SetIndexedColors(CT_IndexedColors* value) { m_IndexedColors = value; m_presence |= (1u << 0); }
     bool CheckIndexedColors() const { return (m_presence & (1u << 0)) != 0; }
+    // "mruColors": child element
     CT_MRUColors* GetMruColors() const { return m_MruColors; }
     void SetMruColors(CT_MRUColors* value) { m_MruColors = value; m_presence |= (1u << 1); }
     bool CheckMruColors() const { return (m_presence & (1u << 1)) != 0; }
@@ -12804,6 +14647,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rgbColor": child element, repeated
     XMLPtrArray<CT_RgbColor> GetRgbColor() const;
     void SetRgbColor(XMLPtrArray<CT_RgbColor> value);
     bool CheckRgbColor() const { return (m_presence & (1u << 0)) != 0; }
@@ -12824,6 +14668,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "color": child element, repeated
     XMLPtrArray<CT_Color> GetColor() const;
     void SetColor(XMLPtrArray<CT_Color> value);
     bool CheckColor() const { return (m_presence & (1u << 0)) != 0; }
@@ -12844,6 +14689,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rgb": attribute, wxString
     wxString GetRgb() const;
     void SetRgb(wxString value);
     bool CheckRgb() const { return (m_presence & (1u << 0)) != 0; }
@@ -12864,15 +14710,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tableStyle": child element, repeated
     XMLPtrArray<CT_TableStyle> GetTableStyle() const;
     void SetTableStyle(XMLPtrArray<CT_TableStyle> value);
     bool CheckTableStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
+    // "defaultTableStyle": attribute, wxString
     wxString GetDefaultTableStyle() const;
     void SetDefaultTableStyle(wxString value);
     bool CheckDefaultTableStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "defaultPivotStyle": attribute, wxString
     wxString GetDefaultPivotStyle() const;
     void SetDefaultPivotStyle(wxString value);
     bool CheckDefaultPivotStyle() const { return (m_presence & (1u << 3)) != 0; }
@@ -12896,18 +14746,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tableStyleElement": child element, repeated
     XMLPtrArray<CT_TableStyleElement> GetTableStyleElement() const;
     void SetTableStyleElement(XMLPtrArray<CT_TableStyleElement> value);
     bool CheckTableStyleElement() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "pivot": attribute, bool, default "true"
     bool GetPivot() const { return m_Pivot; }
     void SetPivot(bool value) { m_Pivot = value; m_presence |= (1u << 2); }
     bool CheckPivot() const { return (m_presence & (1u << 2)) != 0; }
+    // "table": attribute, bool, default "true"
     bool GetTable() const { return m_Table; }
     void SetTable(bool value) { m_Table = value; m_presence |= (1u << 3); }
     bool CheckTable() const { return (m_presence & (1u << 3)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 4); }
     bool CheckCount() const { return (m_presence & (1u << 4)) != 0; }
@@ -12932,12 +14787,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "size": attribute, unsigned int, default "1"
     unsigned int GetSize() const { return m_Size; }
     void SetSize(unsigned int value) { m_Size = value; m_presence |= (1u << 1); }
     bool CheckSize() const { return (m_presence & (1u << 1)) != 0; }
+    // "dxfId": attribute, unsigned int
     unsigned int GetDxfId() const { return m_DxfId; }
     void SetDxfId(unsigned int value) { m_DxfId = value; m_presence |= (1u << 2); }
     bool CheckDxfId() const { return (m_presence & (1u << 2)) != 0; }
@@ -12960,6 +14818,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, bool, default "true"
     bool GetVal() const { return m_Val; }
     void SetVal(bool value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -12980,6 +14839,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13000,6 +14860,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13020,6 +14881,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13040,6 +14902,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13060,6 +14923,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13080,6 +14944,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString, default "single"
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13100,6 +14965,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_FontData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_FontData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -13125,48 +14991,63 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "name": child element
     CT_FontName* GetName() const { return m_Name; }
     void SetName(CT_FontName* value) { m_Name = value; m_presence |= (1u << 0); }
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "charset": child element
     CT_IntProperty* GetCharset() const { return m_Charset; }
     void SetCharset(CT_IntProperty* value) { m_Charset = value; m_presence |= (1u << 1); }
     bool CheckCharset() const { return (m_presence & (1u << 1)) != 0; }
+    // "family": child element
     CT_FontFamily* GetFamily() const { return m_Family; }
     void SetFamily(CT_FontFamily* value) { m_Family = value; m_presence |= (1u << 2); }
     bool CheckFamily() const { return (m_presence & (1u << 2)) != 0; }
+    // "b": child element
     CT_BooleanProperty* GetB() const { return m_B; }
     void SetB(CT_BooleanProperty* value) { m_B = value; m_presence |= (1u << 3); }
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
+    // "i": child element
     CT_BooleanProperty* GetI() const { return m_I; }
     void SetI(CT_BooleanProperty* value) { m_I = value; m_presence |= (1u << 4); }
     bool CheckI() const { return (m_presence & (1u << 4)) != 0; }
+    // "strike": child element
     CT_BooleanProperty* GetStrike() const { return m_Strike; }
     void SetStrike(CT_BooleanProperty* value) { m_Strike = value; m_presence |= (1u << 5); }
     bool CheckStrike() const { return (m_presence & (1u << 5)) != 0; }
+    // "outline": child element
     CT_BooleanProperty* GetOutline() const { return m_Outline; }
     void SetOutline(CT_BooleanProperty* value) { m_Outline = value; m_presence |= (1u << 6); }
     bool CheckOutline() const { return (m_presence & (1u << 6)) != 0; }
+    // "shadow": child element
     CT_BooleanProperty* GetShadow() const { return m_Shadow; }
     void SetShadow(CT_BooleanProperty* value) { m_Shadow = value; m_presence |= (1u << 7); }
     bool CheckShadow() const { return (m_presence & (1u << 7)) != 0; }
+    // "condense": child element
     CT_BooleanProperty* GetCondense() const { return m_Condense; }
     void SetCondense(CT_BooleanProperty* value) { m_Condense = value; m_presence |= (1u << 8); }
     bool CheckCondense() const { return (m_presence & (1u << 8)) != 0; }
+    // "extend": child element
     CT_BooleanProperty* GetExtend() const { return m_Extend; }
     void SetExtend(CT_BooleanProperty* value) { m_Extend = value; m_presence |= (1u << 9); }
     bool CheckExtend() const { return (m_presence & (1u << 9)) != 0; }
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 10); }
     bool CheckColor() const { return (m_presence & (1u << 10)) != 0; }
+    // "sz": child element
     CT_FontSize* GetSz() const { return m_Sz; }
     void SetSz(CT_FontSize* value) { m_Sz = value; m_presence |= (1u << 11); }
     bool CheckSz() const { return (m_presence & (1u << 11)) != 0; }
+    // "u": child element
     CT_UnderlineProperty* GetU() const { return m_U; }
     void SetU(CT_UnderlineProperty* value) { m_U = value; m_presence |= (1u << 12); }
     bool CheckU() const { return (m_presence & (1u << 12)) != 0; }
+    // "vertAlign": child element
     CT_VerticalAlignFontProperty* GetVertAlign() const { return m_VertAlign; }
     void SetVertAlign(CT_VerticalAlignFontProperty* value) { m_VertAlign = value; m_presence |= (1u << 13); }
     bool CheckVertAlign() const { return (m_presence & (1u << 13)) != 0; }
+    // "scheme": child element
     CT_FontScheme* GetScheme() const { return m_Scheme; }
     void SetScheme(CT_FontScheme* value) { m_Scheme = value; m_presence |= (1u << 14); }
     bool CheckScheme() const { return (m_presence & (1u << 14)) != 0; }
@@ -13201,6 +15082,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13226,24 +15108,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "autoFormatId": attribute, unsigned int
     unsigned int GetAutoFormatId() const { return m_AutoFormatId; }
     void SetAutoFormatId(unsigned int value) { m_AutoFormatId = value; m_presence |= (1u << 0); }
     bool CheckAutoFormatId() const { return (m_presence & (1u << 0)) != 0; }
+    // "applyNumberFormats": attribute, bool
     bool GetApplyNumberFormats() const { return m_ApplyNumberFormats; }
     void SetApplyNumberFormats(bool value) { m_ApplyNumberFormats = value; m_presence |= (1u << 1); }
     bool CheckApplyNumberFormats() const { return (m_presence & (1u << 1)) != 0; }
+    // "applyBorderFormats": attribute, bool
     bool GetApplyBorderFormats() const { return m_ApplyBorderFormats; }
     void SetApplyBorderFormats(bool value) { m_ApplyBorderFormats = value; m_presence |= (1u << 2); }
     bool CheckApplyBorderFormats() const { return (m_presence & (1u << 2)) != 0; }
+    // "applyFontFormats": attribute, bool
     bool GetApplyFontFormats() const { return m_ApplyFontFormats; }
     void SetApplyFontFormats(bool value) { m_ApplyFontFormats = value; m_presence |= (1u << 3); }
     bool CheckApplyFontFormats() const { return (m_presence & (1u << 3)) != 0; }
+    // "applyPatternFormats": attribute, bool
     bool GetApplyPatternFormats() const { return m_ApplyPatternFormats; }
     void SetApplyPatternFormats(bool value) { m_ApplyPatternFormats = value; m_presence |= (1u << 4); }
     bool CheckApplyPatternFormats() const { return (m_presence & (1u << 4)) != 0; }
+    // "applyAlignmentFormats": attribute, bool
     bool GetApplyAlignmentFormats() const { return m_ApplyAlignmentFormats; }
     void SetApplyAlignmentFormats(bool value) { m_ApplyAlignmentFormats = value; m_presence |= (1u << 5); }
     bool CheckApplyAlignmentFormats() const { return (m_presence & (1u << 5)) != 0; }
+    // "applyWidthHeightFormats": attribute, bool
     bool GetApplyWidthHeightFormats() const { return m_ApplyWidthHeightFormats; }
     void SetApplyWidthHeightFormats(bool value) { m_ApplyWidthHeightFormats = value; m_presence |= (1u << 6); }
     bool CheckApplyWidthHeightFormats() const { return (m_presence & (1u << 6)) != 0; }
@@ -13270,9 +15159,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_ExternalLinkData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ExternalLinkData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -13299,12 +15190,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "externalBook": child element
     CT_ExternalBook* GetExternalBook() const { return m_ExternalBook; }
     void SetExternalBook(CT_ExternalBook* value) { m_ExternalBook = value; m_presence |= (1u << 0); }
     bool CheckExternalBook() const { return (m_presence & (1u << 0)) != 0; }
+    // "ddeLink": child element
     CT_DdeLink* GetDdeLink() const { return m_DdeLink; }
     void SetDdeLink(CT_DdeLink* value) { m_DdeLink = value; m_presence |= (1u << 1); }
     bool CheckDdeLink() const { return (m_presence & (1u << 1)) != 0; }
+    // "oleLink": child element
     CT_OleLink* GetOleLink() const { return m_OleLink; }
     void SetOleLink(CT_OleLink* value) { m_OleLink = value; m_presence |= (1u << 2); }
     bool CheckOleLink() const { return (m_presence & (1u << 2)) != 0; }
@@ -13327,15 +15221,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetNames": child element
     CT_ExternalSheetNames* GetSheetNames() const { return m_SheetNames; }
     void SetSheetNames(CT_ExternalSheetNames* value) { m_SheetNames = value; m_presence |= (1u << 0); }
     bool CheckSheetNames() const { return (m_presence & (1u << 0)) != 0; }
+    // "definedNames": child element
     CT_ExternalDefinedNames* GetDefinedNames() const { return m_DefinedNames; }
     void SetDefinedNames(CT_ExternalDefinedNames* value) { m_DefinedNames = value; m_presence |= (1u << 1); }
     bool CheckDefinedNames() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetDataSet": child element
     CT_ExternalSheetDataSet* GetSheetDataSet() const { return m_SheetDataSet; }
     void SetSheetDataSet(CT_ExternalSheetDataSet* value) { m_SheetDataSet = value; m_presence |= (1u << 2); }
     bool CheckSheetDataSet() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
@@ -13359,6 +15257,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetName": child element, repeated
     XMLPtrArray<CT_ExternalSheetName> GetSheetName() const;
     void SetSheetName(XMLPtrArray<CT_ExternalSheetName> value);
     bool CheckSheetName() const { return (m_presence & (1u << 0)) != 0; }
@@ -13379,6 +15278,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -13399,6 +15299,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "definedName": child element, repeated
     XMLPtrArray<CT_ExternalDefinedName> GetDefinedName() const;
     void SetDefinedName(XMLPtrArray<CT_ExternalDefinedName> value);
     bool CheckDefinedName() const { return (m_presence & (1u << 0)) != 0; }
@@ -13419,12 +15320,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "refersTo": attribute, wxString
     wxString GetRefersTo() const;
     void SetRefersTo(wxString value);
     bool CheckRefersTo() const { return (m_presence & (1u << 1)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 2); }
     bool CheckSheetId() const { return (m_presence & (1u << 2)) != 0; }
@@ -13447,6 +15351,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheetData": child element, repeated
     XMLPtrArray<CT_ExternalSheetData> GetSheetData() const;
     void SetSheetData(XMLPtrArray<CT_ExternalSheetData> value);
     bool CheckSheetData() const { return (m_presence & (1u << 0)) != 0; }
@@ -13467,12 +15372,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "row": child element, repeated
     XMLPtrArray<CT_ExternalRow> GetRow() const;
     void SetRow(XMLPtrArray<CT_ExternalRow> value);
     bool CheckRow() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 1); }
     bool CheckSheetId() const { return (m_presence & (1u << 1)) != 0; }
+    // "refreshError": attribute, bool, default "false"
     bool GetRefreshError() const { return m_RefreshError; }
     void SetRefreshError(bool value) { m_RefreshError = value; m_presence |= (1u << 2); }
     bool CheckRefreshError() const { return (m_presence & (1u << 2)) != 0; }
@@ -13495,9 +15403,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cell": child element, repeated
     XMLPtrArray<CT_ExternalCell> GetCell() const;
     void SetCell(XMLPtrArray<CT_ExternalCell> value);
     bool CheckCell() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, unsigned int
     unsigned int GetR() const { return m_R; }
     void SetR(unsigned int value) { m_R = value; m_presence |= (1u << 1); }
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
@@ -13519,15 +15429,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
+    // "t": attribute, wxString, default "n"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 2)) != 0; }
+    // "vm": attribute, unsigned int, default "0"
     unsigned int GetVm() const { return m_Vm; }
     void SetVm(unsigned int value) { m_Vm = value; m_presence |= (1u << 3); }
     bool CheckVm() const { return (m_presence & (1u << 3)) != 0; }
@@ -13551,12 +15465,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ddeItems": child element
     CT_DdeItems* GetDdeItems() const { return m_DdeItems; }
     void SetDdeItems(CT_DdeItems* value) { m_DdeItems = value; m_presence |= (1u << 0); }
     bool CheckDdeItems() const { return (m_presence & (1u << 0)) != 0; }
+    // "ddeService": attribute, wxString
     wxString GetDdeService() const;
     void SetDdeService(wxString value);
     bool CheckDdeService() const { return (m_presence & (1u << 1)) != 0; }
+    // "ddeTopic": attribute, wxString
     wxString GetDdeTopic() const;
     void SetDdeTopic(wxString value);
     bool CheckDdeTopic() const { return (m_presence & (1u << 2)) != 0; }
@@ -13579,6 +15496,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ddeItem": child element, repeated
     XMLPtrArray<CT_DdeItem> GetDdeItem() const;
     void SetDdeItem(XMLPtrArray<CT_DdeItem> value);
     bool CheckDdeItem() const { return (m_presence & (1u << 0)) != 0; }
@@ -13599,18 +15517,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "values": child element
     CT_DdeValues* GetValues() const { return m_Values; }
     void SetValues(CT_DdeValues* value) { m_Values = value; m_presence |= (1u << 0); }
     bool CheckValues() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString, default "0"
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "ole": attribute, bool, default "false"
     bool GetOle() const { return m_Ole; }
     void SetOle(bool value) { m_Ole = value; m_presence |= (1u << 2); }
     bool CheckOle() const { return (m_presence & (1u << 2)) != 0; }
+    // "advise": attribute, bool, default "false"
     bool GetAdvise() const { return m_Advise; }
     void SetAdvise(bool value) { m_Advise = value; m_presence |= (1u << 3); }
     bool CheckAdvise() const { return (m_presence & (1u << 3)) != 0; }
+    // "preferPic": attribute, bool, default "false"
     bool GetPreferPic() const { return m_PreferPic; }
     void SetPreferPic(bool value) { m_PreferPic = value; m_presence |= (1u << 4); }
     bool CheckPreferPic() const { return (m_presence & (1u << 4)) != 0; }
@@ -13635,12 +15558,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "value": child element, repeated
     XMLPtrArray<CT_DdeValue> GetValue() const;
     void SetValue(XMLPtrArray<CT_DdeValue> value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "rows": attribute, unsigned int, default "1"
     unsigned int GetRows() const { return m_Rows; }
     void SetRows(unsigned int value) { m_Rows = value; m_presence |= (1u << 1); }
     bool CheckRows() const { return (m_presence & (1u << 1)) != 0; }
+    // "cols": attribute, unsigned int, default "1"
     unsigned int GetCols() const { return m_Cols; }
     void SetCols(unsigned int value) { m_Cols = value; m_presence |= (1u << 2); }
     bool CheckCols() const { return (m_presence & (1u << 2)) != 0; }
@@ -13663,9 +15589,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": value element, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": attribute, wxString, default "n"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
@@ -13687,12 +15615,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oleItems": child element
     CT_OleItems* GetOleItems() const { return m_OleItems; }
     void SetOleItems(CT_OleItems* value) { m_OleItems = value; m_presence |= (1u << 0); }
     bool CheckOleItems() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
+    // "progId": attribute, wxString
     wxString GetProgId() const;
     void SetProgId(wxString value);
     bool CheckProgId() const { return (m_presence & (1u << 2)) != 0; }
@@ -13715,6 +15646,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oleItem": child element, repeated
     XMLPtrArray<CT_OleItem> GetOleItem() const;
     void SetOleItem(XMLPtrArray<CT_OleItem> value);
     bool CheckOleItem() const { return (m_presence & (1u << 0)) != 0; }
@@ -13735,15 +15667,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "icon": attribute, bool, default "false"
     bool GetIcon() const { return m_Icon; }
     void SetIcon(bool value) { m_Icon = value; m_presence |= (1u << 1); }
     bool CheckIcon() const { return (m_presence & (1u << 1)) != 0; }
+    // "advise": attribute, bool, default "false"
     bool GetAdvise() const { return m_Advise; }
     void SetAdvise(bool value) { m_Advise = value; m_presence |= (1u << 2); }
     bool CheckAdvise() const { return (m_presence & (1u << 2)) != 0; }
+    // "preferPic": attribute, bool, default "false"
     bool GetPreferPic() const { return m_PreferPic; }
     void SetPreferPic(bool value) { m_PreferPic = value; m_presence |= (1u << 3); }
     bool CheckPreferPic() const { return (m_presence & (1u << 3)) != 0; }
@@ -13767,84 +15703,111 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoFilter": child element
     CT_AutoFilter* GetAutoFilter() const { return m_AutoFilter; }
     void SetAutoFilter(CT_AutoFilter* value) { m_AutoFilter = value; m_presence |= (1u << 0); }
     bool CheckAutoFilter() const { return (m_presence & (1u << 0)) != 0; }
+    // "sortState": child element
     CT_SortState* GetSortState() const { return m_SortState; }
     void SetSortState(CT_SortState* value) { m_SortState = value; m_presence |= (1u << 1); }
     bool CheckSortState() const { return (m_presence & (1u << 1)) != 0; }
+    // "tableColumns": child element
     CT_TableColumns* GetTableColumns() const { return m_TableColumns; }
     void SetTableColumns(CT_TableColumns* value) { m_TableColumns = value; m_presence |= (1u << 2); }
     bool CheckTableColumns() const { return (m_presence & (1u << 2)) != 0; }
+    // "tableStyleInfo": child element
     CT_TableStyleInfo* GetTableStyleInfo() const { return m_TableStyleInfo; }
     void SetTableStyleInfo(CT_TableStyleInfo* value) { m_TableStyleInfo = value; m_presence |= (1u << 3); }
     bool CheckTableStyleInfo() const { return (m_presence & (1u << 3)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 4); }
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 5); }
     bool CheckId() const { return (m_presence & (1u << 5)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 6)) != 0; }
+    // "displayName": attribute, wxString
     wxString GetDisplayName() const;
     void SetDisplayName(wxString value);
     bool CheckDisplayName() const { return (m_presence & (1u << 7)) != 0; }
+    // "comment": attribute, wxString
     wxString GetComment() const;
     void SetComment(wxString value);
     bool CheckComment() const { return (m_presence & (1u << 8)) != 0; }
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 9)) != 0; }
+    // "tableType": attribute, wxString, default "worksheet"
     wxString GetTableType() const;
     void SetTableType(wxString value);
     bool CheckTableType() const { return (m_presence & (1u << 10)) != 0; }
+    // "headerRowCount": attribute, unsigned int, default "1"
     unsigned int GetHeaderRowCount() const { return m_HeaderRowCount; }
     void SetHeaderRowCount(unsigned int value) { m_HeaderRowCount = value; m_presence |= (1u << 11); }
     bool CheckHeaderRowCount() const { return (m_presence & (1u << 11)) != 0; }
+    // "insertRow": attribute, bool, default "false"
     bool GetInsertRow() const { return m_InsertRow; }
     void SetInsertRow(bool value) { m_InsertRow = value; m_presence |= (1u << 12); }
     bool CheckInsertRow() const { return (m_presence & (1u << 12)) != 0; }
+    // "insertRowShift": attribute, bool, default "false"
     bool GetInsertRowShift() const { return m_InsertRowShift; }
     void SetInsertRowShift(bool value) { m_InsertRowShift = value; m_presence |= (1u << 13); }
     bool CheckInsertRowShift() const { return (m_presence & (1u << 13)) != 0; }
+    // "totalsRowCount": attribute, unsigned int, default "0"
     unsigned int GetTotalsRowCount() const { return m_TotalsRowCount; }
     void SetTotalsRowCount(unsigned int value) { m_TotalsRowCount = value; m_presence |= (1u << 14); }
     bool CheckTotalsRowCount() const { return (m_presence & (1u << 14)) != 0; }
+    // "totalsRowShown": attribute, bool, default "true"
     bool GetTotalsRowShown() const { return m_TotalsRowShown; }
     void SetTotalsRowShown(bool value) { m_TotalsRowShown = value; m_presence |= (1u << 15); }
     bool CheckTotalsRowShown() const { return (m_presence & (1u << 15)) != 0; }
+    // "published": attribute, bool, default "false"
     bool GetPublished() const { return m_Published; }
     void SetPublished(bool value) { m_Published = value; m_presence |= (1u << 16); }
     bool CheckPublished() const { return (m_presence & (1u << 16)) != 0; }
+    // "headerRowDxfId": attribute, unsigned int
     unsigned int GetHeaderRowDxfId() const { return m_HeaderRowDxfId; }
     void SetHeaderRowDxfId(unsigned int value) { m_HeaderRowDxfId = value; m_presence |= (1u << 17); }
     bool CheckHeaderRowDxfId() const { return (m_presence & (1u << 17)) != 0; }
+    // "dataDxfId": attribute, unsigned int
     unsigned int GetDataDxfId() const { return m_DataDxfId; }
     void SetDataDxfId(unsigned int value) { m_DataDxfId = value; m_presence |= (1u << 18); }
     bool CheckDataDxfId() const { return (m_presence & (1u << 18)) != 0; }
+    // "totalsRowDxfId": attribute, unsigned int
     unsigned int GetTotalsRowDxfId() const { return m_TotalsRowDxfId; }
     void SetTotalsRowDxfId(unsigned int value) { m_TotalsRowDxfId = value; m_presence |= (1u << 19); }
     bool CheckTotalsRowDxfId() const { return (m_presence & (1u << 19)) != 0; }
+    // "headerRowBorderDxfId": attribute, unsigned int
     unsigned int GetHeaderRowBorderDxfId() const { return m_HeaderRowBorderDxfId; }
     void SetHeaderRowBorderDxfId(unsigned int value) { m_HeaderRowBorderDxfId = value; m_presence |= (1u << 20); }
     bool CheckHeaderRowBorderDxfId() const { return (m_presence & (1u << 20)) != 0; }
+    // "tableBorderDxfId": attribute, unsigned int
     unsigned int GetTableBorderDxfId() const { return m_TableBorderDxfId; }
     void SetTableBorderDxfId(unsigned int value) { m_TableBorderDxfId = value; m_presence |= (1u << 21); }
     bool CheckTableBorderDxfId() const { return (m_presence & (1u << 21)) != 0; }
+    // "totalsRowBorderDxfId": attribute, unsigned int
     unsigned int GetTotalsRowBorderDxfId() const { return m_TotalsRowBorderDxfId; }
     void SetTotalsRowBorderDxfId(unsigned int value) { m_TotalsRowBorderDxfId = value; m_presence |= (1u << 22); }
     bool CheckTotalsRowBorderDxfId() const { return (m_presence & (1u << 22)) != 0; }
+    // "headerRowCellStyle": attribute, wxString
     wxString GetHeaderRowCellStyle() const;
     void SetHeaderRowCellStyle(wxString value);
     bool CheckHeaderRowCellStyle() const { return (m_presence & (1u << 23)) != 0; }
+    // "dataCellStyle": attribute, wxString
     wxString GetDataCellStyle() const;
     void SetDataCellStyle(wxString value);
     bool CheckDataCellStyle() const { return (m_presence & (1u << 24)) != 0; }
+    // "totalsRowCellStyle": attribute, wxString
     wxString GetTotalsRowCellStyle() const;
     void SetTotalsRowCellStyle(wxString value);
     bool CheckTotalsRowCellStyle() const { return (m_presence & (1u << 25)) != 0; }
+    // "connectionId": attribute, unsigned int
     unsigned int GetConnectionId() const { return m_ConnectionId; }
     void SetConnectionId(unsigned int value) { m_ConnectionId = value; m_presence |= (1u << 26); }
     bool CheckConnectionId() const { return (m_presence & (1u << 26)) != 0; }
@@ -13891,18 +15854,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "showFirstColumn": attribute, bool
     bool GetShowFirstColumn() const { return m_ShowFirstColumn; }
     void SetShowFirstColumn(bool value) { m_ShowFirstColumn = value; m_presence |= (1u << 1); }
     bool CheckShowFirstColumn() const { return (m_presence & (1u << 1)) != 0; }
+    // "showLastColumn": attribute, bool
     bool GetShowLastColumn() const { return m_ShowLastColumn; }
     void SetShowLastColumn(bool value) { m_ShowLastColumn = value; m_presence |= (1u << 2); }
     bool CheckShowLastColumn() const { return (m_presence & (1u << 2)) != 0; }
+    // "showRowStripes": attribute, bool
     bool GetShowRowStripes() const { return m_ShowRowStripes; }
     void SetShowRowStripes(bool value) { m_ShowRowStripes = value; m_presence |= (1u << 3); }
     bool CheckShowRowStripes() const { return (m_presence & (1u << 3)) != 0; }
+    // "showColumnStripes": attribute, bool
     bool GetShowColumnStripes() const { return m_ShowColumnStripes; }
     void SetShowColumnStripes(bool value) { m_ShowColumnStripes = value; m_presence |= (1u << 4); }
     bool CheckShowColumnStripes() const { return (m_presence & (1u << 4)) != 0; }
@@ -13927,9 +15895,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tableColumn": child element, repeated
     XMLPtrArray<CT_TableColumn> GetTableColumn() const;
     void SetTableColumn(XMLPtrArray<CT_TableColumn> value);
     bool CheckTableColumn() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -13951,51 +15921,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "calculatedColumnFormula": child element
     CT_TableFormula* GetCalculatedColumnFormula() const { return m_CalculatedColumnFormula; }
     void SetCalculatedColumnFormula(CT_TableFormula* value) { m_CalculatedColumnFormula = value; m_presence |= (1u << 0); }
     bool CheckCalculatedColumnFormula() const { return (m_presence & (1u << 0)) != 0; }
+    // "totalsRowFormula": child element
     CT_TableFormula* GetTotalsRowFormula() const { return m_TotalsRowFormula; }
     void SetTotalsRowFormula(CT_TableFormula* value) { m_TotalsRowFormula = value; m_presence |= (1u << 1); }
     bool CheckTotalsRowFormula() const { return (m_presence & (1u << 1)) != 0; }
+    // "xmlColumnPr": child element
     CT_XmlColumnPr* GetXmlColumnPr() const { return m_XmlColumnPr; }
     void SetXmlColumnPr(CT_XmlColumnPr* value) { m_XmlColumnPr = value; m_presence |= (1u << 2); }
     bool CheckXmlColumnPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 3); }
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 4); }
     bool CheckId() const { return (m_presence & (1u << 4)) != 0; }
+    // "uniqueName": attribute, wxString
     wxString GetUniqueName() const;
     void SetUniqueName(wxString value);
     bool CheckUniqueName() const { return (m_presence & (1u << 5)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 6)) != 0; }
+    // "totalsRowFunction": attribute, wxString, default "none"
     wxString GetTotalsRowFunction() const;
     void SetTotalsRowFunction(wxString value);
     bool CheckTotalsRowFunction() const { return (m_presence & (1u << 7)) != 0; }
+    // "totalsRowLabel": attribute, wxString
     wxString GetTotalsRowLabel() const;
     void SetTotalsRowLabel(wxString value);
     bool CheckTotalsRowLabel() const { return (m_presence & (1u << 8)) != 0; }
+    // "queryTableFieldId": attribute, unsigned int
     unsigned int GetQueryTableFieldId() const { return m_QueryTableFieldId; }
     void SetQueryTableFieldId(unsigned int value) { m_QueryTableFieldId = value; m_presence |= (1u << 9); }
     bool CheckQueryTableFieldId() const { return (m_presence & (1u << 9)) != 0; }
+    // "headerRowDxfId": attribute, unsigned int
     unsigned int GetHeaderRowDxfId() const { return m_HeaderRowDxfId; }
     void SetHeaderRowDxfId(unsigned int value) { m_HeaderRowDxfId = value; m_presence |= (1u << 10); }
     bool CheckHeaderRowDxfId() const { return (m_presence & (1u << 10)) != 0; }
+    // "dataDxfId": attribute, unsigned int
     unsigned int GetDataDxfId() const { return m_DataDxfId; }
     void SetDataDxfId(unsigned int value) { m_DataDxfId = value; m_presence |= (1u << 11); }
     bool CheckDataDxfId() const { return (m_presence & (1u << 11)) != 0; }
+    // "totalsRowDxfId": attribute, unsigned int
     unsigned int GetTotalsRowDxfId() const { return m_TotalsRowDxfId; }
     void SetTotalsRowDxfId(unsigned int value) { m_TotalsRowDxfId = value; m_presence |= (1u << 12); }
     bool CheckTotalsRowDxfId() const { return (m_presence & (1u << 12)) != 0; }
+    // "headerRowCellStyle": attribute, wxString
     wxString GetHeaderRowCellStyle() const;
     void SetHeaderRowCellStyle(wxString value);
     bool CheckHeaderRowCellStyle() const { return (m_presence & (1u << 13)) != 0; }
+    // "dataCellStyle": attribute, wxString
     wxString GetDataCellStyle() const;
     void SetDataCellStyle(wxString value);
     bool CheckDataCellStyle() const { return (m_presence & (1u << 14)) != 0; }
+    // "totalsRowCellStyle": attribute, wxString
     wxString GetTotalsRowCellStyle() const;
     void SetTotalsRowCellStyle(wxString value);
     bool CheckTotalsRowCellStyle() const { return (m_presence & (1u << 15)) != 0; }
@@ -14031,9 +16017,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "array": attribute, bool, default "false"
     bool GetArray() const { return m_Array; }
     void SetArray(bool value) { m_Array = value; m_presence |= (1u << 1); }
     bool CheckArray() const { return (m_presence & (1u << 1)) != 0; }
@@ -14055,18 +16043,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "mapId": attribute, unsigned int
     unsigned int GetMapId() const { return m_MapId; }
     void SetMapId(unsigned int value) { m_MapId = value; m_presence |= (1u << 1); }
     bool CheckMapId() const { return (m_presence & (1u << 1)) != 0; }
+    // "xpath": attribute, wxString
     wxString GetXpath() const;
     void SetXpath(wxString value);
     bool CheckXpath() const { return (m_presence & (1u << 2)) != 0; }
+    // "denormalized": attribute, bool, default "false"
     bool GetDenormalized() const { return m_Denormalized; }
     void SetDenormalized(bool value) { m_Denormalized = value; m_presence |= (1u << 3); }
     bool CheckDenormalized() const { return (m_presence & (1u << 3)) != 0; }
+    // "xmlDataType": attribute, wxString
     wxString GetXmlDataType() const;
     void SetXmlDataType(wxString value);
     bool CheckXmlDataType() const { return (m_presence & (1u << 4)) != 0; }
@@ -14091,9 +16084,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "volType": child element, repeated
     XMLPtrArray<CT_VolType> GetVolType() const;
     void SetVolType(XMLPtrArray<CT_VolType> value);
     bool CheckVolType() const { return (m_presence & (1u << 0)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 1); }
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
@@ -14115,9 +16110,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "main": child element, repeated
     XMLPtrArray<CT_VolMain> GetMain() const;
     void SetMain(XMLPtrArray<CT_VolMain> value);
     bool CheckMain() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
@@ -14139,9 +16136,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tp": child element, repeated
     XMLPtrArray<CT_VolTopic> GetTp() const;
     void SetTp(XMLPtrArray<CT_VolTopic> value);
     bool CheckTp() const { return (m_presence & (1u << 0)) != 0; }
+    // "first": attribute, wxString
     wxString GetFirst() const;
     void SetFirst(wxString value);
     bool CheckFirst() const { return (m_presence & (1u << 1)) != 0; }
@@ -14163,15 +16162,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": value element, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
+    // "stp": value element, wxString, repeated
     std::vector<wxString> GetStp() const;
     void SetStp(std::vector<wxString> value);
     bool CheckStp() const { return (m_presence & (1u << 1)) != 0; }
+    // "tr": child element, repeated
     XMLPtrArray<CT_VolTopicRef> GetTr() const;
     void SetTr(XMLPtrArray<CT_VolTopicRef> value);
     bool CheckTr() const { return (m_presence & (1u << 2)) != 0; }
+    // "t": attribute, wxString, default "n"
     wxString GetT() const;
     void SetT(wxString value);
     bool CheckT() const { return (m_presence & (1u << 3)) != 0; }
@@ -14195,9 +16198,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": attribute, wxString
     wxString GetR() const;
     void SetR(wxString value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // "s": attribute, unsigned int
     unsigned int GetS() const { return m_S; }
     void SetS(unsigned int value) { m_S = value; m_presence |= (1u << 1); }
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
@@ -14219,63 +16224,83 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fileVersion": child element
     CT_FileVersion* GetFileVersion() const { return m_FileVersion; }
     void SetFileVersion(CT_FileVersion* value) { m_FileVersion = value; m_presence |= (1u << 0); }
     bool CheckFileVersion() const { return (m_presence & (1u << 0)) != 0; }
+    // "fileSharing": child element
     CT_FileSharing* GetFileSharing() const { return m_FileSharing; }
     void SetFileSharing(CT_FileSharing* value) { m_FileSharing = value; m_presence |= (1u << 1); }
     bool CheckFileSharing() const { return (m_presence & (1u << 1)) != 0; }
+    // "workbookPr": child element
     CT_WorkbookPr* GetWorkbookPr() const { return m_WorkbookPr; }
     void SetWorkbookPr(CT_WorkbookPr* value) { m_WorkbookPr = value; m_presence |= (1u << 2); }
     bool CheckWorkbookPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "workbookProtection": child element
     CT_WorkbookProtection* GetWorkbookProtection() const { return m_WorkbookProtection; }
     void SetWorkbookProtection(CT_WorkbookProtection* value) { m_WorkbookProtection = value; m_presence |= (1u << 3); }
     bool CheckWorkbookProtection() const { return (m_presence & (1u << 3)) != 0; }
+    // "bookViews": child element
     CT_BookViews* GetBookViews() const { return m_BookViews; }
     void SetBookViews(CT_BookViews* value) { m_BookViews = value; m_presence |= (1u << 4); }
     bool CheckBookViews() const { return (m_presence & (1u << 4)) != 0; }
+    // "sheets": child element
     CT_Sheets* GetSheets() const { return m_Sheets; }
     void SetSheets(CT_Sheets* value) { m_Sheets = value; m_presence |= (1u << 5); }
     bool CheckSheets() const { return (m_presence & (1u << 5)) != 0; }
+    // "functionGroups": child element
     CT_FunctionGroups* GetFunctionGroups() const { return m_FunctionGroups; }
     void SetFunctionGroups(CT_FunctionGroups* value) { m_FunctionGroups = value; m_presence |= (1u << 6); }
     bool CheckFunctionGroups() const { return (m_presence & (1u << 6)) != 0; }
+    // "externalReferences": child element
     CT_ExternalReferences* GetExternalReferences() const { return m_ExternalReferences; }
     void SetExternalReferences(CT_ExternalReferences* value) { m_ExternalReferences = value; m_presence |= (1u << 7); }
     bool CheckExternalReferences() const { return (m_presence & (1u << 7)) != 0; }
+    // "definedNames": child element
     CT_DefinedNames* GetDefinedNames() const { return m_DefinedNames; }
     void SetDefinedNames(CT_DefinedNames* value) { m_DefinedNames = value; m_presence |= (1u << 8); }
     bool CheckDefinedNames() const { return (m_presence & (1u << 8)) != 0; }
+    // "calcPr": child element
     CT_CalcPr* GetCalcPr() const { return m_CalcPr; }
     void SetCalcPr(CT_CalcPr* value) { m_CalcPr = value; m_presence |= (1u << 9); }
     bool CheckCalcPr() const { return (m_presence & (1u << 9)) != 0; }
+    // "oleSize": child element
     CT_OleSize* GetOleSize() const { return m_OleSize; }
     void SetOleSize(CT_OleSize* value) { m_OleSize = value; m_presence |= (1u << 10); }
     bool CheckOleSize() const { return (m_presence & (1u << 10)) != 0; }
+    // "customWorkbookViews": child element
     CT_CustomWorkbookViews* GetCustomWorkbookViews() const { return m_CustomWorkbookViews; }
     void SetCustomWorkbookViews(CT_CustomWorkbookViews* value) { m_CustomWorkbookViews = value; m_presence |= (1u << 11); }
     bool CheckCustomWorkbookViews() const { return (m_presence & (1u << 11)) != 0; }
+    // "pivotCaches": child element
     CT_PivotCaches* GetPivotCaches() const { return m_PivotCaches; }
     void SetPivotCaches(CT_PivotCaches* value) { m_PivotCaches = value; m_presence |= (1u << 12); }
     bool CheckPivotCaches() const { return (m_presence & (1u << 12)) != 0; }
+    // "smartTagPr": child element
     CT_SmartTagPr* GetSmartTagPr() const { return m_SmartTagPr; }
     void SetSmartTagPr(CT_SmartTagPr* value) { m_SmartTagPr = value; m_presence |= (1u << 13); }
     bool CheckSmartTagPr() const { return (m_presence & (1u << 13)) != 0; }
+    // "smartTagTypes": child element
     CT_SmartTagTypes* GetSmartTagTypes() const { return m_SmartTagTypes; }
     void SetSmartTagTypes(CT_SmartTagTypes* value) { m_SmartTagTypes = value; m_presence |= (1u << 14); }
     bool CheckSmartTagTypes() const { return (m_presence & (1u << 14)) != 0; }
+    // "webPublishing": child element
     CT_WebPublishing* GetWebPublishing() const { return m_WebPublishing; }
     void SetWebPublishing(CT_WebPublishing* value) { m_WebPublishing = value; m_presence |= (1u << 15); }
     bool CheckWebPublishing() const { return (m_presence & (1u << 15)) != 0; }
+    // "fileRecoveryPr": child element, repeated
     XMLPtrArray<CT_FileRecoveryPr> GetFileRecoveryPr() const;
     void SetFileRecoveryPr(XMLPtrArray<CT_FileRecoveryPr> value);
     bool CheckFileRecoveryPr() const { return (m_presence & (1u << 16)) != 0; }
+    // "webPublishObjects": child element
     CT_WebPublishObjects* GetWebPublishObjects() const { return m_WebPublishObjects; }
     void SetWebPublishObjects(CT_WebPublishObjects* value) { m_WebPublishObjects = value; m_presence |= (1u << 17); }
     bool CheckWebPublishObjects() const { return (m_presence & (1u << 17)) != 0; }
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 18); }
     bool CheckExtLst() const { return (m_presence & (1u << 18)) != 0; }
+    // "conformance": attribute, wxString
     wxString GetConformance() const;
     void SetConformance(wxString value);
     bool CheckConformance() const { return (m_presence & (1u << 19)) != 0; }
@@ -14315,18 +16340,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "appName": attribute, wxString
     wxString GetAppName() const;
     void SetAppName(wxString value);
     bool CheckAppName() const { return (m_presence & (1u << 0)) != 0; }
+    // "lastEdited": attribute, wxString
     wxString GetLastEdited() const;
     void SetLastEdited(wxString value);
     bool CheckLastEdited() const { return (m_presence & (1u << 1)) != 0; }
+    // "lowestEdited": attribute, wxString
     wxString GetLowestEdited() const;
     void SetLowestEdited(wxString value);
     bool CheckLowestEdited() const { return (m_presence & (1u << 2)) != 0; }
+    // "rupBuild": attribute, wxString
     wxString GetRupBuild() const;
     void SetRupBuild(wxString value);
     bool CheckRupBuild() const { return (m_presence & (1u << 3)) != 0; }
+    // "codeName": attribute, wxString
     wxString GetCodeName() const;
     void SetCodeName(wxString value);
     bool CheckCodeName() const { return (m_presence & (1u << 4)) != 0; }
@@ -14351,6 +16381,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "workbookView": child element, repeated
     XMLPtrArray<CT_BookView> GetWorkbookView() const;
     void SetWorkbookView(XMLPtrArray<CT_BookView> value);
     bool CheckWorkbookView() const { return (m_presence & (1u << 0)) != 0; }
@@ -14371,45 +16402,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "visibility": attribute, wxString, default "visible"
     wxString GetVisibility() const;
     void SetVisibility(wxString value);
     bool CheckVisibility() const { return (m_presence & (1u << 1)) != 0; }
+    // "minimized": attribute, bool, default "false"
     bool GetMinimized() const { return m_Minimized; }
     void SetMinimized(bool value) { m_Minimized = value; m_presence |= (1u << 2); }
     bool CheckMinimized() const { return (m_presence & (1u << 2)) != 0; }
+    // "showHorizontalScroll": attribute, bool, default "true"
     bool GetShowHorizontalScroll() const { return m_ShowHorizontalScroll; }
     void SetShowHorizontalScroll(bool value) { m_ShowHorizontalScroll = value; m_presence |= (1u << 3); }
     bool CheckShowHorizontalScroll() const { return (m_presence & (1u << 3)) != 0; }
+    // "showVerticalScroll": attribute, bool, default "true"
     bool GetShowVerticalScroll() const { return m_ShowVerticalScroll; }
     void SetShowVerticalScroll(bool value) { m_ShowVerticalScroll = value; m_presence |= (1u << 4); }
     bool CheckShowVerticalScroll() const { return (m_presence & (1u << 4)) != 0; }
+    // "showSheetTabs": attribute, bool, default "true"
     bool GetShowSheetTabs() const { return m_ShowSheetTabs; }
     void SetShowSheetTabs(bool value) { m_ShowSheetTabs = value; m_presence |= (1u << 5); }
     bool CheckShowSheetTabs() const { return (m_presence & (1u << 5)) != 0; }
+    // "xWindow": attribute, int
     int GetXWindow() const { return m_XWindow; }
     void SetXWindow(int value) { m_XWindow = value; m_presence |= (1u << 6); }
     bool CheckXWindow() const { return (m_presence & (1u << 6)) != 0; }
+    // "yWindow": attribute, int
     int GetYWindow() const { return m_YWindow; }
     void SetYWindow(int value) { m_YWindow = value; m_presence |= (1u << 7); }
     bool CheckYWindow() const { return (m_presence & (1u << 7)) != 0; }
+    // "windowWidth": attribute, unsigned int
     unsigned int GetWindowWidth() const { return m_WindowWidth; }
     void SetWindowWidth(unsigned int value) { m_WindowWidth = value; m_presence |= (1u << 8); }
     bool CheckWindowWidth() const { return (m_presence & (1u << 8)) != 0; }
+    // "windowHeight": attribute, unsigned int
     unsigned int GetWindowHeight() const { return m_WindowHeight; }
     void SetWindowHeight(unsigned int value) { m_WindowHeight = value; m_presence |= (1u << 9); }
     bool CheckWindowHeight() const { return (m_presence & (1u << 9)) != 0; }
+    // "tabRatio": attribute, unsigned int, default "600"
     unsigned int GetTabRatio() const { return m_TabRatio; }
     void SetTabRatio(unsigned int value) { m_TabRatio = value; m_presence |= (1u << 10); }
     bool CheckTabRatio() const { return (m_presence & (1u << 10)) != 0; }
+    // "firstSheet": attribute, unsigned int, default "0"
     unsigned int GetFirstSheet() const { return m_FirstSheet; }
     void SetFirstSheet(unsigned int value) { m_FirstSheet = value; m_presence |= (1u << 11); }
     bool CheckFirstSheet() const { return (m_presence & (1u << 11)) != 0; }
+    // "activeTab": attribute, unsigned int, default "0"
     unsigned int GetActiveTab() const { return m_ActiveTab; }
     void SetActiveTab(unsigned int value) { m_ActiveTab = value; m_presence |= (1u << 12); }
     bool CheckActiveTab() const { return (m_presence & (1u << 12)) != 0; }
+    // "autoFilterDateGrouping": attribute, bool, default "true"
     bool GetAutoFilterDateGrouping() const { return m_AutoFilterDateGrouping; }
     void SetAutoFilterDateGrouping(bool value) { m_AutoFilterDateGrouping = value; m_presence |= (1u << 13); }
     bool CheckAutoFilterDateGrouping() const { return (m_presence & (1u << 13)) != 0; }
@@ -14443,6 +16488,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customWorkbookView": child element, repeated
     XMLPtrArray<CT_CustomWorkbookView> GetCustomWorkbookView() const;
     void SetCustomWorkbookView(XMLPtrArray<CT_CustomWorkbookView> value);
     bool CheckCustomWorkbookView() const { return (m_presence & (1u << 0)) != 0; }
@@ -14463,78 +16509,103 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "extLst": child element
     CT_ExtensionList* GetExtLst() const { return m_ExtLst; }
     void SetExtLst(CT_ExtensionList* value) { m_ExtLst = value; m_presence |= (1u << 0); }
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "guid": attribute, wxString
     wxString GetGuid() const;
     void SetGuid(wxString value);
     bool CheckGuid() const { return (m_presence & (1u << 2)) != 0; }
+    // "autoUpdate": attribute, bool, default "false"
     bool GetAutoUpdate() const { return m_AutoUpdate; }
     void SetAutoUpdate(bool value) { m_AutoUpdate = value; m_presence |= (1u << 3); }
     bool CheckAutoUpdate() const { return (m_presence & (1u << 3)) != 0; }
+    // "mergeInterval": attribute, unsigned int
     unsigned int GetMergeInterval() const { return m_MergeInterval; }
     void SetMergeInterval(unsigned int value) { m_MergeInterval = value; m_presence |= (1u << 4); }
     bool CheckMergeInterval() const { return (m_presence & (1u << 4)) != 0; }
+    // "changesSavedWin": attribute, bool, default "false"
     bool GetChangesSavedWin() const { return m_ChangesSavedWin; }
     void SetChangesSavedWin(bool value) { m_ChangesSavedWin = value; m_presence |= (1u << 5); }
     bool CheckChangesSavedWin() const { return (m_presence & (1u << 5)) != 0; }
+    // "onlySync": attribute, bool, default "false"
     bool GetOnlySync() const { return m_OnlySync; }
     void SetOnlySync(bool value) { m_OnlySync = value; m_presence |= (1u << 6); }
     bool CheckOnlySync() const { return (m_presence & (1u << 6)) != 0; }
+    // "personalView": attribute, bool, default "false"
     bool GetPersonalView() const { return m_PersonalView; }
     void SetPersonalView(bool value) { m_PersonalView = value; m_presence |= (1u << 7); }
     bool CheckPersonalView() const { return (m_presence & (1u << 7)) != 0; }
+    // "includePrintSettings": attribute, bool, default "true"
     bool GetIncludePrintSettings() const { return m_IncludePrintSettings; }
     void SetIncludePrintSettings(bool value) { m_IncludePrintSettings = value; m_presence |= (1u << 8); }
     bool CheckIncludePrintSettings() const { return (m_presence & (1u << 8)) != 0; }
+    // "includeHiddenRowCol": attribute, bool, default "true"
     bool GetIncludeHiddenRowCol() const { return m_IncludeHiddenRowCol; }
     void SetIncludeHiddenRowCol(bool value) { m_IncludeHiddenRowCol = value; m_presence |= (1u << 9); }
     bool CheckIncludeHiddenRowCol() const { return (m_presence & (1u << 9)) != 0; }
+    // "maximized": attribute, bool, default "false"
     bool GetMaximized() const { return m_Maximized; }
     void SetMaximized(bool value) { m_Maximized = value; m_presence |= (1u << 10); }
     bool CheckMaximized() const { return (m_presence & (1u << 10)) != 0; }
+    // "minimized": attribute, bool, default "false"
     bool GetMinimized() const { return m_Minimized; }
     void SetMinimized(bool value) { m_Minimized = value; m_presence |= (1u << 11); }
     bool CheckMinimized() const { return (m_presence & (1u << 11)) != 0; }
+    // "showHorizontalScroll": attribute, bool, default "true"
     bool GetShowHorizontalScroll() const { return m_ShowHorizontalScroll; }
     void SetShowHorizontalScroll(bool value) { m_ShowHorizontalScroll = value; m_presence |= (1u << 12); }
     bool CheckShowHorizontalScroll() const { return (m_presence & (1u << 12)) != 0; }
+    // "showVerticalScroll": attribute, bool, default "true"
     bool GetShowVerticalScroll() const { return m_ShowVerticalScroll; }
     void SetShowVerticalScroll(bool value) { m_ShowVerticalScroll = value; m_presence |= (1u << 13); }
     bool CheckShowVerticalScroll() const { return (m_presence & (1u << 13)) != 0; }
+    // "showSheetTabs": attribute, bool, default "true"
     bool GetShowSheetTabs() const { return m_ShowSheetTabs; }
     void SetShowSheetTabs(bool value) { m_ShowSheetTabs = value; m_presence |= (1u << 14); }
     bool CheckShowSheetTabs() const { return (m_presence & (1u << 14)) != 0; }
+    // "xWindow": attribute, int, default "0"
     int GetXWindow() const { return m_XWindow; }
     void SetXWindow(int value) { m_XWindow = value; m_presence |= (1u << 15); }
     bool CheckXWindow() const { return (m_presence & (1u << 15)) != 0; }
+    // "yWindow": attribute, int, default "0"
     int GetYWindow() const { return m_YWindow; }
     void SetYWindow(int value) { m_YWindow = value; m_presence |= (1u << 16); }
     bool CheckYWindow() const { return (m_presence & (1u << 16)) != 0; }
+    // "windowWidth": attribute, unsigned int
     unsigned int GetWindowWidth() const { return m_WindowWidth; }
     void SetWindowWidth(unsigned int value) { m_WindowWidth = value; m_presence |= (1u << 17); }
     bool CheckWindowWidth() const { return (m_presence & (1u << 17)) != 0; }
+    // "windowHeight": attribute, unsigned int
     unsigned int GetWindowHeight() const { return m_WindowHeight; }
     void SetWindowHeight(unsigned int value) { m_WindowHeight = value; m_presence |= (1u << 18); }
     bool CheckWindowHeight() const { return (m_presence & (1u << 18)) != 0; }
+    // "tabRatio": attribute, unsigned int, default "600"
     unsigned int GetTabRatio() const { return m_TabRatio; }
     void SetTabRatio(unsigned int value) { m_TabRatio = value; m_presence |= (1u << 19); }
     bool CheckTabRatio() const { return (m_presence & (1u << 19)) != 0; }
+    // "activeSheetId": attribute, unsigned int
     unsigned int GetActiveSheetId() const { return m_ActiveSheetId; }
     void SetActiveSheetId(unsigned int value) { m_ActiveSheetId = value; m_presence |= (1u << 20); }
     bool CheckActiveSheetId() const { return (m_presence & (1u << 20)) != 0; }
+    // "showFormulaBar": attribute, bool, default "true"
     bool GetShowFormulaBar() const { return m_ShowFormulaBar; }
     void SetShowFormulaBar(bool value) { m_ShowFormulaBar = value; m_presence |= (1u << 21); }
     bool CheckShowFormulaBar() const { return (m_presence & (1u << 21)) != 0; }
+    // "showStatusbar": attribute, bool, default "true"
     bool GetShowStatusbar() const { return m_ShowStatusbar; }
     void SetShowStatusbar(bool value) { m_ShowStatusbar = value; m_presence |= (1u << 22); }
     bool CheckShowStatusbar() const { return (m_presence & (1u << 22)) != 0; }
+    // "showComments": attribute, wxString, default "commIndicator"
     wxString GetShowComments() const;
     void SetShowComments(wxString value);
     bool CheckShowComments() const { return (m_presence & (1u << 23)) != 0; }
+    // "showObjects": attribute, wxString, default "all"
     wxString GetShowObjects() const;
     void SetShowObjects(wxString value);
     bool CheckShowObjects() const { return (m_presence & (1u << 24)) != 0; }
@@ -14579,6 +16650,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sheet": child element, repeated
     XMLPtrArray<CT_Sheet> GetSheet() const;
     void SetSheet(XMLPtrArray<CT_Sheet> value);
     bool CheckSheet() const { return (m_presence & (1u << 0)) != 0; }
@@ -14599,15 +16671,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "sheetId": attribute, unsigned int
     unsigned int GetSheetId() const { return m_SheetId; }
     void SetSheetId(unsigned int value) { m_SheetId = value; m_presence |= (1u << 1); }
     bool CheckSheetId() const { return (m_presence & (1u << 1)) != 0; }
+    // "state": attribute, wxString, default "visible"
     wxString GetState() const;
     void SetState(wxString value);
     bool CheckState() const { return (m_presence & (1u << 2)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
@@ -14631,57 +16707,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "date1904": attribute, bool, default "false"
     bool GetDate1904() const { return m_Date1904; }
     void SetDate1904(bool value) { m_Date1904 = value; m_presence |= (1u << 0); }
     bool CheckDate1904() const { return (m_presence & (1u << 0)) != 0; }
+    // "showObjects": attribute, wxString, default "all"
     wxString GetShowObjects() const;
     void SetShowObjects(wxString value);
     bool CheckShowObjects() const { return (m_presence & (1u << 1)) != 0; }
+    // "showBorderUnselectedTables": attribute, bool, default "true"
     bool GetShowBorderUnselectedTables() const { return m_ShowBorderUnselectedTables; }
     void SetShowBorderUnselectedTables(bool value) { m_ShowBorderUnselectedTables = value; m_presence |= (1u << 2); }
     bool CheckShowBorderUnselectedTables() const { return (m_presence & (1u << 2)) != 0; }
+    // "filterPrivacy": attribute, bool, default "false"
     bool GetFilterPrivacy() const { return m_FilterPrivacy; }
     void SetFilterPrivacy(bool value) { m_FilterPrivacy = value; m_presence |= (1u << 3); }
     bool CheckFilterPrivacy() const { return (m_presence & (1u << 3)) != 0; }
+    // "promptedSolutions": attribute, bool, default "false"
     bool GetPromptedSolutions() const { return m_PromptedSolutions; }
     void SetPromptedSolutions(bool value) { m_PromptedSolutions = value; m_presence |= (1u << 4); }
     bool CheckPromptedSolutions() const { return (m_presence & (1u << 4)) != 0; }
+    // "showInkAnnotation": attribute, bool, default "true"
     bool GetShowInkAnnotation() const { return m_ShowInkAnnotation; }
     void SetShowInkAnnotation(bool value) { m_ShowInkAnnotation = value; m_presence |= (1u << 5); }
     bool CheckShowInkAnnotation() const { return (m_presence & (1u << 5)) != 0; }
+    // "backupFile": attribute, bool, default "false"
     bool GetBackupFile() const { return m_BackupFile; }
     void SetBackupFile(bool value) { m_BackupFile = value; m_presence |= (1u << 6); }
     bool CheckBackupFile() const { return (m_presence & (1u << 6)) != 0; }
+    // "saveExternalLinkValues": attribute, bool, default "true"
     bool GetSaveExternalLinkValues() const { return m_SaveExternalLinkValues; }
     void SetSaveExternalLinkValues(bool value) { m_SaveExternalLinkValues = value; m_presence |= (1u << 7); }
     bool CheckSaveExternalLinkValues() const { return (m_presence & (1u << 7)) != 0; }
+    // "updateLinks": attribute, wxString, default "userSet"
     wxString GetUpdateLinks() const;
     void SetUpdateLinks(wxString value);
     bool CheckUpdateLinks() const { return (m_presence & (1u << 8)) != 0; }
+    // "codeName": attribute, wxString
     wxString GetCodeName() const;
     void SetCodeName(wxString value);
     bool CheckCodeName() const { return (m_presence & (1u << 9)) != 0; }
+    // "hidePivotFieldList": attribute, bool, default "false"
     bool GetHidePivotFieldList() const { return m_HidePivotFieldList; }
     void SetHidePivotFieldList(bool value) { m_HidePivotFieldList = value; m_presence |= (1u << 10); }
     bool CheckHidePivotFieldList() const { return (m_presence & (1u << 10)) != 0; }
+    // "showPivotChartFilter": attribute, bool, default "false"
     bool GetShowPivotChartFilter() const { return m_ShowPivotChartFilter; }
     void SetShowPivotChartFilter(bool value) { m_ShowPivotChartFilter = value; m_presence |= (1u << 11); }
     bool CheckShowPivotChartFilter() const { return (m_presence & (1u << 11)) != 0; }
+    // "allowRefreshQuery": attribute, bool, default "false"
     bool GetAllowRefreshQuery() const { return m_AllowRefreshQuery; }
     void SetAllowRefreshQuery(bool value) { m_AllowRefreshQuery = value; m_presence |= (1u << 12); }
     bool CheckAllowRefreshQuery() const { return (m_presence & (1u << 12)) != 0; }
+    // "publishItems": attribute, bool, default "false"
     bool GetPublishItems() const { return m_PublishItems; }
     void SetPublishItems(bool value) { m_PublishItems = value; m_presence |= (1u << 13); }
     bool CheckPublishItems() const { return (m_presence & (1u << 13)) != 0; }
+    // "checkCompatibility": attribute, bool, default "false"
     bool GetCheckCompatibility() const { return m_CheckCompatibility; }
     void SetCheckCompatibility(bool value) { m_CheckCompatibility = value; m_presence |= (1u << 14); }
     bool CheckCheckCompatibility() const { return (m_presence & (1u << 14)) != 0; }
+    // "autoCompressPictures": attribute, bool, default "true"
     bool GetAutoCompressPictures() const { return m_AutoCompressPictures; }
     void SetAutoCompressPictures(bool value) { m_AutoCompressPictures = value; m_presence |= (1u << 15); }
     bool CheckAutoCompressPictures() const { return (m_presence & (1u << 15)) != 0; }
+    // "refreshAllConnections": attribute, bool, default "false"
     bool GetRefreshAllConnections() const { return m_RefreshAllConnections; }
     void SetRefreshAllConnections(bool value) { m_RefreshAllConnections = value; m_presence |= (1u << 16); }
     bool CheckRefreshAllConnections() const { return (m_presence & (1u << 16)) != 0; }
+    // "defaultThemeVersion": attribute, unsigned int
     unsigned int GetDefaultThemeVersion() const { return m_DefaultThemeVersion; }
     void SetDefaultThemeVersion(unsigned int value) { m_DefaultThemeVersion = value; m_presence |= (1u << 17); }
     bool CheckDefaultThemeVersion() const { return (m_presence & (1u << 17)) != 0; }
@@ -14719,9 +16813,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "embed": attribute, bool, default "false"
     bool GetEmbed() const { return m_Embed; }
     void SetEmbed(bool value) { m_Embed = value; m_presence |= (1u << 0); }
     bool CheckEmbed() const { return (m_presence & (1u << 0)) != 0; }
+    // "show": attribute, wxString, default "all"
     wxString GetShow() const;
     void SetShow(wxString value);
     bool CheckShow() const { return (m_presence & (1u << 1)) != 0; }
@@ -14743,6 +16839,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "smartTagType": child element, repeated
     XMLPtrArray<CT_SmartTagType> GetSmartTagType() const;
     void SetSmartTagType(XMLPtrArray<CT_SmartTagType> value);
     bool CheckSmartTagType() const { return (m_presence & (1u << 0)) != 0; }
@@ -14763,12 +16860,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "namespaceUri": attribute, wxString
     wxString GetNamespaceUri() const;
     void SetNamespaceUri(wxString value);
     bool CheckNamespaceUri() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "url": attribute, wxString
     wxString GetUrl() const;
     void SetUrl(wxString value);
     bool CheckUrl() const { return (m_presence & (1u << 2)) != 0; }
@@ -14791,15 +16891,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoRecover": attribute, bool, default "true"
     bool GetAutoRecover() const { return m_AutoRecover; }
     void SetAutoRecover(bool value) { m_AutoRecover = value; m_presence |= (1u << 0); }
     bool CheckAutoRecover() const { return (m_presence & (1u << 0)) != 0; }
+    // "crashSave": attribute, bool, default "false"
     bool GetCrashSave() const { return m_CrashSave; }
     void SetCrashSave(bool value) { m_CrashSave = value; m_presence |= (1u << 1); }
     bool CheckCrashSave() const { return (m_presence & (1u << 1)) != 0; }
+    // "dataExtractLoad": attribute, bool, default "false"
     bool GetDataExtractLoad() const { return m_DataExtractLoad; }
     void SetDataExtractLoad(bool value) { m_DataExtractLoad = value; m_presence |= (1u << 2); }
     bool CheckDataExtractLoad() const { return (m_presence & (1u << 2)) != 0; }
+    // "repairLoad": attribute, bool, default "false"
     bool GetRepairLoad() const { return m_RepairLoad; }
     void SetRepairLoad(bool value) { m_RepairLoad = value; m_presence |= (1u << 3); }
     bool CheckRepairLoad() const { return (m_presence & (1u << 3)) != 0; }
@@ -14823,42 +16927,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "calcId": attribute, unsigned int
     unsigned int GetCalcId() const { return m_CalcId; }
     void SetCalcId(unsigned int value) { m_CalcId = value; m_presence |= (1u << 0); }
     bool CheckCalcId() const { return (m_presence & (1u << 0)) != 0; }
+    // "calcMode": attribute, wxString, default "auto"
     wxString GetCalcMode() const;
     void SetCalcMode(wxString value);
     bool CheckCalcMode() const { return (m_presence & (1u << 1)) != 0; }
+    // "fullCalcOnLoad": attribute, bool, default "false"
     bool GetFullCalcOnLoad() const { return m_FullCalcOnLoad; }
     void SetFullCalcOnLoad(bool value) { m_FullCalcOnLoad = value; m_presence |= (1u << 2); }
     bool CheckFullCalcOnLoad() const { return (m_presence & (1u << 2)) != 0; }
+    // "refMode": attribute, wxString, default "A1"
     wxString GetRefMode() const;
     void SetRefMode(wxString value);
     bool CheckRefMode() const { return (m_presence & (1u << 3)) != 0; }
+    // "iterate": attribute, bool, default "false"
     bool GetIterate() const { return m_Iterate; }
     void SetIterate(bool value) { m_Iterate = value; m_presence |= (1u << 4); }
     bool CheckIterate() const { return (m_presence & (1u << 4)) != 0; }
+    // "iterateCount": attribute, unsigned int, default "100"
     unsigned int GetIterateCount() const { return m_IterateCount; }
     void SetIterateCount(unsigned int value) { m_IterateCount = value; m_presence |= (1u << 5); }
     bool CheckIterateCount() const { return (m_presence & (1u << 5)) != 0; }
+    // "iterateDelta": attribute, double, default "0.001"
     double GetIterateDelta() const { return m_IterateDelta; }
     void SetIterateDelta(double value) { m_IterateDelta = value; m_presence |= (1u << 6); }
     bool CheckIterateDelta() const { return (m_presence & (1u << 6)) != 0; }
+    // "fullPrecision": attribute, bool, default "true"
     bool GetFullPrecision() const { return m_FullPrecision; }
     void SetFullPrecision(bool value) { m_FullPrecision = value; m_presence |= (1u << 7); }
     bool CheckFullPrecision() const { return (m_presence & (1u << 7)) != 0; }
+    // "calcCompleted": attribute, bool, default "true"
     bool GetCalcCompleted() const { return m_CalcCompleted; }
     void SetCalcCompleted(bool value) { m_CalcCompleted = value; m_presence |= (1u << 8); }
     bool CheckCalcCompleted() const { return (m_presence & (1u << 8)) != 0; }
+    // "calcOnSave": attribute, bool, default "true"
     bool GetCalcOnSave() const { return m_CalcOnSave; }
     void SetCalcOnSave(bool value) { m_CalcOnSave = value; m_presence |= (1u << 9); }
     bool CheckCalcOnSave() const { return (m_presence & (1u << 9)) != 0; }
+    // "concurrentCalc": attribute, bool, default "true"
     bool GetConcurrentCalc() const { return m_ConcurrentCalc; }
     void SetConcurrentCalc(bool value) { m_ConcurrentCalc = value; m_presence |= (1u << 10); }
     bool CheckConcurrentCalc() const { return (m_presence & (1u << 10)) != 0; }
+    // "concurrentManualCount": attribute, unsigned int
     unsigned int GetConcurrentManualCount() const { return m_ConcurrentManualCount; }
     void SetConcurrentManualCount(unsigned int value) { m_ConcurrentManualCount = value; m_presence |= (1u << 11); }
     bool CheckConcurrentManualCount() const { return (m_presence & (1u << 11)) != 0; }
+    // "forceFullCalc": attribute, bool
     bool GetForceFullCalc() const { return m_ForceFullCalc; }
     void SetForceFullCalc(bool value) { m_ForceFullCalc = value; m_presence |= (1u << 12); }
     bool CheckForceFullCalc() const { return (m_presence & (1u << 12)) != 0; }
@@ -14891,6 +17008,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "definedName": child element, repeated
     XMLPtrArray<CT_DefinedName> GetDefinedName() const;
     void SetDefinedName(XMLPtrArray<CT_DefinedName> value);
     bool CheckDefinedName() const { return (m_presence & (1u << 0)) != 0; }
@@ -14911,51 +17029,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "comment": attribute, wxString
     wxString GetComment() const;
     void SetComment(wxString value);
     bool CheckComment() const { return (m_presence & (1u << 2)) != 0; }
+    // "customMenu": attribute, wxString
     wxString GetCustomMenu() const;
     void SetCustomMenu(wxString value);
     bool CheckCustomMenu() const { return (m_presence & (1u << 3)) != 0; }
+    // "description": attribute, wxString
     wxString GetDescription() const;
     void SetDescription(wxString value);
     bool CheckDescription() const { return (m_presence & (1u << 4)) != 0; }
+    // "help": attribute, wxString
     wxString GetHelp() const;
     void SetHelp(wxString value);
     bool CheckHelp() const { return (m_presence & (1u << 5)) != 0; }
+    // "statusBar": attribute, wxString
     wxString GetStatusBar() const;
     void SetStatusBar(wxString value);
     bool CheckStatusBar() const { return (m_presence & (1u << 6)) != 0; }
+    // "localSheetId": attribute, unsigned int
     unsigned int GetLocalSheetId() const { return m_LocalSheetId; }
     void SetLocalSheetId(unsigned int value) { m_LocalSheetId = value; m_presence |= (1u << 7); }
     bool CheckLocalSheetId() const { return (m_presence & (1u << 7)) != 0; }
+    // "hidden": attribute, bool, default "false"
     bool GetHidden() const { return m_Hidden; }
     void SetHidden(bool value) { m_Hidden = value; m_presence |= (1u << 8); }
     bool CheckHidden() const { return (m_presence & (1u << 8)) != 0; }
+    // "function": attribute, bool, default "false"
     bool GetFunction() const { return m_Function; }
     void SetFunction(bool value) { m_Function = value; m_presence |= (1u << 9); }
     bool CheckFunction() const { return (m_presence & (1u << 9)) != 0; }
+    // "vbProcedure": attribute, bool, default "false"
     bool GetVbProcedure() const { return m_VbProcedure; }
     void SetVbProcedure(bool value) { m_VbProcedure = value; m_presence |= (1u << 10); }
     bool CheckVbProcedure() const { return (m_presence & (1u << 10)) != 0; }
+    // "xlm": attribute, bool, default "false"
     bool GetXlm() const { return m_Xlm; }
     void SetXlm(bool value) { m_Xlm = value; m_presence |= (1u << 11); }
     bool CheckXlm() const { return (m_presence & (1u << 11)) != 0; }
+    // "functionGroupId": attribute, unsigned int
     unsigned int GetFunctionGroupId() const { return m_FunctionGroupId; }
     void SetFunctionGroupId(unsigned int value) { m_FunctionGroupId = value; m_presence |= (1u << 12); }
     bool CheckFunctionGroupId() const { return (m_presence & (1u << 12)) != 0; }
+    // "shortcutKey": attribute, wxString
     wxString GetShortcutKey() const;
     void SetShortcutKey(wxString value);
     bool CheckShortcutKey() const { return (m_presence & (1u << 13)) != 0; }
+    // "publishToServer": attribute, bool, default "false"
     bool GetPublishToServer() const { return m_PublishToServer; }
     void SetPublishToServer(bool value) { m_PublishToServer = value; m_presence |= (1u << 14); }
     bool CheckPublishToServer() const { return (m_presence & (1u << 14)) != 0; }
+    // "workbookParameter": attribute, bool, default "false"
     bool GetWorkbookParameter() const { return m_WorkbookParameter; }
     void SetWorkbookParameter(bool value) { m_WorkbookParameter = value; m_presence |= (1u << 15); }
     bool CheckWorkbookParameter() const { return (m_presence & (1u << 15)) != 0; }
@@ -14991,6 +17125,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "externalReference": child element, repeated
     XMLPtrArray<CT_ExternalReference> GetExternalReference() const;
     void SetExternalReference(XMLPtrArray<CT_ExternalReference> value);
     bool CheckExternalReference() const { return (m_presence & (1u << 0)) != 0; }
@@ -15011,6 +17146,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -15031,6 +17167,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -15051,6 +17188,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pivotCache": child element, repeated
     XMLPtrArray<CT_PivotCache> GetPivotCache() const;
     void SetPivotCache(XMLPtrArray<CT_PivotCache> value);
     bool CheckPivotCache() const { return (m_presence & (1u << 0)) != 0; }
@@ -15071,9 +17209,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cacheId": attribute, unsigned int
     unsigned int GetCacheId() const { return m_CacheId; }
     void SetCacheId(unsigned int value) { m_CacheId = value; m_presence |= (1u << 0); }
     bool CheckCacheId() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -15095,24 +17235,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "readOnlyRecommended": attribute, bool, default "false"
     bool GetReadOnlyRecommended() const { return m_ReadOnlyRecommended; }
     void SetReadOnlyRecommended(bool value) { m_ReadOnlyRecommended = value; m_presence |= (1u << 0); }
     bool CheckReadOnlyRecommended() const { return (m_presence & (1u << 0)) != 0; }
+    // "userName": attribute, wxString
     wxString GetUserName() const;
     void SetUserName(wxString value);
     bool CheckUserName() const { return (m_presence & (1u << 1)) != 0; }
+    // "reservationPassword": attribute, wxString
     wxString GetReservationPassword() const;
     void SetReservationPassword(wxString value);
     bool CheckReservationPassword() const { return (m_presence & (1u << 2)) != 0; }
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 3)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 4)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 5)) != 0; }
+    // "spinCount": attribute, unsigned int
     unsigned int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(unsigned int value) { m_SpinCount = value; m_presence |= (1u << 6); }
     bool CheckSpinCount() const { return (m_presence & (1u << 6)) != 0; }
@@ -15139,6 +17286,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ref": attribute, wxString
     wxString GetRef() const;
     void SetRef(wxString value);
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
@@ -15159,48 +17307,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "workbookPassword": attribute, wxString
     wxString GetWorkbookPassword() const;
     void SetWorkbookPassword(wxString value);
     bool CheckWorkbookPassword() const { return (m_presence & (1u << 0)) != 0; }
+    // "workbookPasswordCharacterSet": attribute, wxString
     wxString GetWorkbookPasswordCharacterSet() const;
     void SetWorkbookPasswordCharacterSet(wxString value);
     bool CheckWorkbookPasswordCharacterSet() const { return (m_presence & (1u << 1)) != 0; }
+    // "revisionsPassword": attribute, wxString
     wxString GetRevisionsPassword() const;
     void SetRevisionsPassword(wxString value);
     bool CheckRevisionsPassword() const { return (m_presence & (1u << 2)) != 0; }
+    // "revisionsPasswordCharacterSet": attribute, wxString
     wxString GetRevisionsPasswordCharacterSet() const;
     void SetRevisionsPasswordCharacterSet(wxString value);
     bool CheckRevisionsPasswordCharacterSet() const { return (m_presence & (1u << 3)) != 0; }
+    // "lockStructure": attribute, bool, default "false"
     bool GetLockStructure() const { return m_LockStructure; }
     void SetLockStructure(bool value) { m_LockStructure = value; m_presence |= (1u << 4); }
     bool CheckLockStructure() const { return (m_presence & (1u << 4)) != 0; }
+    // "lockWindows": attribute, bool, default "false"
     bool GetLockWindows() const { return m_LockWindows; }
     void SetLockWindows(bool value) { m_LockWindows = value; m_presence |= (1u << 5); }
     bool CheckLockWindows() const { return (m_presence & (1u << 5)) != 0; }
+    // "lockRevision": attribute, bool, default "false"
     bool GetLockRevision() const { return m_LockRevision; }
     void SetLockRevision(bool value) { m_LockRevision = value; m_presence |= (1u << 6); }
     bool CheckLockRevision() const { return (m_presence & (1u << 6)) != 0; }
+    // "revisionsAlgorithmName": attribute, wxString
     wxString GetRevisionsAlgorithmName() const;
     void SetRevisionsAlgorithmName(wxString value);
     bool CheckRevisionsAlgorithmName() const { return (m_presence & (1u << 7)) != 0; }
+    // "revisionsHashValue": attribute, wxString
     wxString GetRevisionsHashValue() const;
     void SetRevisionsHashValue(wxString value);
     bool CheckRevisionsHashValue() const { return (m_presence & (1u << 8)) != 0; }
+    // "revisionsSaltValue": attribute, wxString
     wxString GetRevisionsSaltValue() const;
     void SetRevisionsSaltValue(wxString value);
     bool CheckRevisionsSaltValue() const { return (m_presence & (1u << 9)) != 0; }
+    // "revisionsSpinCount": attribute, unsigned int
     unsigned int GetRevisionsSpinCount() const { return m_RevisionsSpinCount; }
     void SetRevisionsSpinCount(unsigned int value) { m_RevisionsSpinCount = value; m_presence |= (1u << 10); }
     bool CheckRevisionsSpinCount() const { return (m_presence & (1u << 10)) != 0; }
+    // "workbookAlgorithmName": attribute, wxString
     wxString GetWorkbookAlgorithmName() const;
     void SetWorkbookAlgorithmName(wxString value);
     bool CheckWorkbookAlgorithmName() const { return (m_presence & (1u << 11)) != 0; }
+    // "workbookHashValue": attribute, wxString
     wxString GetWorkbookHashValue() const;
     void SetWorkbookHashValue(wxString value);
     bool CheckWorkbookHashValue() const { return (m_presence & (1u << 12)) != 0; }
+    // "workbookSaltValue": attribute, wxString
     wxString GetWorkbookSaltValue() const;
     void SetWorkbookSaltValue(wxString value);
     bool CheckWorkbookSaltValue() const { return (m_presence & (1u << 13)) != 0; }
+    // "workbookSpinCount": attribute, unsigned int
     unsigned int GetWorkbookSpinCount() const { return m_WorkbookSpinCount; }
     void SetWorkbookSpinCount(unsigned int value) { m_WorkbookSpinCount = value; m_presence |= (1u << 14); }
     bool CheckWorkbookSpinCount() const { return (m_presence & (1u << 14)) != 0; }
@@ -15235,30 +17398,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "css": attribute, bool, default "true"
     bool GetCss() const { return m_Css; }
     void SetCss(bool value) { m_Css = value; m_presence |= (1u << 0); }
     bool CheckCss() const { return (m_presence & (1u << 0)) != 0; }
+    // "thicket": attribute, bool, default "true"
     bool GetThicket() const { return m_Thicket; }
     void SetThicket(bool value) { m_Thicket = value; m_presence |= (1u << 1); }
     bool CheckThicket() const { return (m_presence & (1u << 1)) != 0; }
+    // "longFileNames": attribute, bool, default "true"
     bool GetLongFileNames() const { return m_LongFileNames; }
     void SetLongFileNames(bool value) { m_LongFileNames = value; m_presence |= (1u << 2); }
     bool CheckLongFileNames() const { return (m_presence & (1u << 2)) != 0; }
+    // "vml": attribute, bool, default "false"
     bool GetVml() const { return m_Vml; }
     void SetVml(bool value) { m_Vml = value; m_presence |= (1u << 3); }
     bool CheckVml() const { return (m_presence & (1u << 3)) != 0; }
+    // "allowPng": attribute, bool, default "false"
     bool GetAllowPng() const { return m_AllowPng; }
     void SetAllowPng(bool value) { m_AllowPng = value; m_presence |= (1u << 4); }
     bool CheckAllowPng() const { return (m_presence & (1u << 4)) != 0; }
+    // "targetScreenSize": attribute, wxString, default "800x600"
     wxString GetTargetScreenSize() const;
     void SetTargetScreenSize(wxString value);
     bool CheckTargetScreenSize() const { return (m_presence & (1u << 5)) != 0; }
+    // "dpi": attribute, unsigned int, default "96"
     unsigned int GetDpi() const { return m_Dpi; }
     void SetDpi(unsigned int value) { m_Dpi = value; m_presence |= (1u << 6); }
     bool CheckDpi() const { return (m_presence & (1u << 6)) != 0; }
+    // "codePage": attribute, unsigned int
     unsigned int GetCodePage() const { return m_CodePage; }
     void SetCodePage(unsigned int value) { m_CodePage = value; m_presence |= (1u << 7); }
     bool CheckCodePage() const { return (m_presence & (1u << 7)) != 0; }
+    // "characterSet": attribute, wxString
     wxString GetCharacterSet() const;
     void SetCharacterSet(wxString value);
     bool CheckCharacterSet() const { return (m_presence & (1u << 8)) != 0; }
@@ -15287,9 +17459,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "functionGroup": child element, repeated
     XMLPtrArray<CT_FunctionGroup> GetFunctionGroup() const;
     void SetFunctionGroup(XMLPtrArray<CT_FunctionGroup> value);
     bool CheckFunctionGroup() const { return (m_presence & (1u << 0)) != 0; }
+    // "builtInGroupCount": attribute, unsigned int, default "16"
     unsigned int GetBuiltInGroupCount() const { return m_BuiltInGroupCount; }
     void SetBuiltInGroupCount(unsigned int value) { m_BuiltInGroupCount = value; m_presence |= (1u << 1); }
     bool CheckBuiltInGroupCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -15311,6 +17485,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
@@ -15331,9 +17506,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "webPublishObject": child element, repeated
     XMLPtrArray<CT_WebPublishObject> GetWebPublishObject() const;
     void SetWebPublishObject(XMLPtrArray<CT_WebPublishObject> value);
     bool CheckWebPublishObject() const { return (m_presence & (1u << 0)) != 0; }
+    // "count": attribute, unsigned int
     unsigned int GetCount() const { return m_Count; }
     void SetCount(unsigned int value) { m_Count = value; m_presence |= (1u << 1); }
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
@@ -15355,21 +17532,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, unsigned int
     unsigned int GetId() const { return m_Id; }
     void SetId(unsigned int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "divId": attribute, wxString
     wxString GetDivId() const;
     void SetDivId(wxString value);
     bool CheckDivId() const { return (m_presence & (1u << 1)) != 0; }
+    // "sourceObject": attribute, wxString
     wxString GetSourceObject() const;
     void SetSourceObject(wxString value);
     bool CheckSourceObject() const { return (m_presence & (1u << 2)) != 0; }
+    // "destinationFile": attribute, wxString
     wxString GetDestinationFile() const;
     void SetDestinationFile(wxString value);
     bool CheckDestinationFile() const { return (m_presence & (1u << 3)) != 0; }
+    // "title": attribute, wxString
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 4)) != 0; }
+    // "autoRepublish": attribute, bool, default "false"
     bool GetAutoRepublish() const { return m_AutoRepublish; }
     void SetAutoRepublish(bool value) { m_AutoRepublish = value; m_presence |= (1u << 5); }
     bool CheckAutoRepublish() const { return (m_presence & (1u << 5)) != 0; }

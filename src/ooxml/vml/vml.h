@@ -86,6 +86,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
@@ -111,6 +112,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "style": attribute, wxString
     wxString GetStyle() const;
     void SetStyle(wxString value);
     bool CheckStyle() const { return (m_presence & (1u << 0)) != 0; }
@@ -136,6 +138,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
@@ -161,6 +164,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "adj": attribute, wxString
     wxString GetAdj() const;
     void SetAdj(wxString value);
     bool CheckAdj() const { return (m_presence & (1u << 0)) != 0; }
@@ -186,6 +190,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "path": attribute, wxString
     wxString GetPath() const;
     void SetPath(wxString value);
     bool CheckPath() const { return (m_presence & (1u << 0)) != 0; }
@@ -211,9 +216,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "filled": attribute, wxString
     wxString GetFilled() const;
     void SetFilled(wxString value);
     bool CheckFilled() const { return (m_presence & (1u << 0)) != 0; }
+    // "fillcolor": attribute, wxString
     wxString GetFillcolor() const;
     void SetFillcolor(wxString value);
     bool CheckFillcolor() const { return (m_presence & (1u << 1)) != 0; }
@@ -240,6 +247,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "chromakey": attribute, wxString
     wxString GetChromakey() const;
     void SetChromakey(wxString value);
     bool CheckChromakey() const { return (m_presence & (1u << 0)) != 0; }
@@ -265,6 +273,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ext": attribute, wxString
     wxString GetExt() const;
     void SetExt(wxString value);
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
@@ -290,36 +299,47 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 0); }
     bool CheckAG_Id() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Style
     AG_Style* GetAG_Style() const { return m_AG_Style; }
     void SetAG_Style(AG_Style* value) { m_AG_Style = value; m_presence |= (1u << 1); }
     bool CheckAG_Style() const { return (m_presence & (1u << 1)) != 0; }
+    // "href": attribute, wxString
     wxString GetHref() const;
     void SetHref(wxString value);
     bool CheckHref() const { return (m_presence & (1u << 2)) != 0; }
+    // "target": attribute, wxString
     wxString GetTarget() const;
     void SetTarget(wxString value);
     bool CheckTarget() const { return (m_presence & (1u << 3)) != 0; }
+    // "class": attribute, wxString
     wxString GetClass() const;
     void SetClass(wxString value);
     bool CheckClass() const { return (m_presence & (1u << 4)) != 0; }
+    // "title": attribute, wxString
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 5)) != 0; }
+    // "alt": attribute, wxString
     wxString GetAlt() const;
     void SetAlt(wxString value);
     bool CheckAlt() const { return (m_presence & (1u << 6)) != 0; }
+    // "coordsize": attribute, wxString
     wxString GetCoordsize() const;
     void SetCoordsize(wxString value);
     bool CheckCoordsize() const { return (m_presence & (1u << 7)) != 0; }
+    // "coordorigin": attribute, wxString
     wxString GetCoordorigin() const;
     void SetCoordorigin(wxString value);
     bool CheckCoordorigin() const { return (m_presence & (1u << 8)) != 0; }
+    // "wrapcoords": attribute, wxString
     wxString GetWrapcoords() const;
     void SetWrapcoords(wxString value);
     bool CheckWrapcoords() const { return (m_presence & (1u << 9)) != 0; }
+    // "print": attribute, wxString
     wxString GetPrint() const;
     void SetPrint(wxString value);
     bool CheckPrint() const { return (m_presence & (1u << 10)) != 0; }
@@ -355,24 +375,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // attribute group AG_Chromakey
     AG_Chromakey* GetAG_Chromakey() const { return m_AG_Chromakey; }
     void SetAG_Chromakey(AG_Chromakey* value) { m_AG_Chromakey = value; m_presence |= (1u << 0); }
     bool CheckAG_Chromakey() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Fill
     AG_Fill* GetAG_Fill() const { return m_AG_Fill; }
     void SetAG_Fill(AG_Fill* value) { m_AG_Fill = value; m_presence |= (1u << 1); }
     bool CheckAG_Fill() const { return (m_presence & (1u << 1)) != 0; }
+    // "opacity": attribute, wxString
     wxString GetOpacity() const;
     void SetOpacity(wxString value);
     bool CheckOpacity() const { return (m_presence & (1u << 2)) != 0; }
+    // "stroked": attribute, wxString
     wxString GetStroked() const;
     void SetStroked(wxString value);
     bool CheckStroked() const { return (m_presence & (1u << 3)) != 0; }
+    // "strokecolor": attribute, wxString
     wxString GetStrokecolor() const;
     void SetStrokecolor(wxString value);
     bool CheckStrokecolor() const { return (m_presence & (1u << 4)) != 0; }
+    // "strokeweight": attribute, wxString
     wxString GetStrokeweight() const;
     void SetStrokeweight(wxString value);
     bool CheckStrokeweight() const { return (m_presence & (1u << 5)) != 0; }
+    // "insetpen": attribute, wxString
     wxString GetInsetpen() const;
     void SetInsetpen(wxString value);
     bool CheckInsetpen() const { return (m_presence & (1u << 6)) != 0; }
@@ -404,72 +431,95 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "o:spid": attribute, wxString
     wxString GetO_spid() const;
     void SetO_spid(wxString value);
     bool CheckO_spid() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:oned": attribute, wxString
     wxString GetO_oned() const;
     void SetO_oned(wxString value);
     bool CheckO_oned() const { return (m_presence & (1u << 1)) != 0; }
+    // "o:regroupid": attribute, wxString
     wxString GetO_regroupid() const;
     void SetO_regroupid(wxString value);
     bool CheckO_regroupid() const { return (m_presence & (1u << 2)) != 0; }
+    // "o:doubleclicknotify": attribute, wxString
     wxString GetO_doubleclicknotify() const;
     void SetO_doubleclicknotify(wxString value);
     bool CheckO_doubleclicknotify() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:button": attribute, wxString
     wxString GetO_button() const;
     void SetO_button(wxString value);
     bool CheckO_button() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:userhidden": attribute, wxString
     wxString GetO_userhidden() const;
     void SetO_userhidden(wxString value);
     bool CheckO_userhidden() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:bullet": attribute, wxString
     wxString GetO_bullet() const;
     void SetO_bullet(wxString value);
     bool CheckO_bullet() const { return (m_presence & (1u << 6)) != 0; }
+    // "o:hr": attribute, wxString
     wxString GetO_hr() const;
     void SetO_hr(wxString value);
     bool CheckO_hr() const { return (m_presence & (1u << 7)) != 0; }
+    // "o:hrstd": attribute, wxString
     wxString GetO_hrstd() const;
     void SetO_hrstd(wxString value);
     bool CheckO_hrstd() const { return (m_presence & (1u << 8)) != 0; }
+    // "o:hrnoshade": attribute, wxString
     wxString GetO_hrnoshade() const;
     void SetO_hrnoshade(wxString value);
     bool CheckO_hrnoshade() const { return (m_presence & (1u << 9)) != 0; }
+    // "o:hrpct": attribute, wxString
     wxString GetO_hrpct() const;
     void SetO_hrpct(wxString value);
     bool CheckO_hrpct() const { return (m_presence & (1u << 10)) != 0; }
+    // "o:hralign": attribute, wxString, default "left"
     wxString GetO_hralign() const;
     void SetO_hralign(wxString value);
     bool CheckO_hralign() const { return (m_presence & (1u << 11)) != 0; }
+    // "o:allowincell": attribute, wxString
     wxString GetO_allowincell() const;
     void SetO_allowincell(wxString value);
     bool CheckO_allowincell() const { return (m_presence & (1u << 12)) != 0; }
+    // "o:allowoverlap": attribute, wxString
     wxString GetO_allowoverlap() const;
     void SetO_allowoverlap(wxString value);
     bool CheckO_allowoverlap() const { return (m_presence & (1u << 13)) != 0; }
+    // "o:userdrawn": attribute, wxString
     wxString GetO_userdrawn() const;
     void SetO_userdrawn(wxString value);
     bool CheckO_userdrawn() const { return (m_presence & (1u << 14)) != 0; }
+    // "o:bordertopcolor": attribute, wxString
     wxString GetO_bordertopcolor() const;
     void SetO_bordertopcolor(wxString value);
     bool CheckO_bordertopcolor() const { return (m_presence & (1u << 15)) != 0; }
+    // "o:borderleftcolor": attribute, wxString
     wxString GetO_borderleftcolor() const;
     void SetO_borderleftcolor(wxString value);
     bool CheckO_borderleftcolor() const { return (m_presence & (1u << 16)) != 0; }
+    // "o:borderbottomcolor": attribute, wxString
     wxString GetO_borderbottomcolor() const;
     void SetO_borderbottomcolor(wxString value);
     bool CheckO_borderbottomcolor() const { return (m_presence & (1u << 17)) != 0; }
+    // "o:borderrightcolor": attribute, wxString
     wxString GetO_borderrightcolor() const;
     void SetO_borderrightcolor(wxString value);
     bool CheckO_borderrightcolor() const { return (m_presence & (1u << 18)) != 0; }
+    // "o:dgmlayout": attribute, wxString
     wxString GetO_dgmlayout() const;
     void SetO_dgmlayout(wxString value);
     bool CheckO_dgmlayout() const { return (m_presence & (1u << 19)) != 0; }
+    // "o:dgmnodekind": attribute, wxString
     wxString GetO_dgmnodekind() const;
     void SetO_dgmnodekind(wxString value);
     bool CheckO_dgmnodekind() const { return (m_presence & (1u << 20)) != 0; }
+    // "o:dgmlayoutmru": attribute, wxString
     wxString GetO_dgmlayoutmru() const;
     void SetO_dgmlayoutmru(wxString value);
     bool CheckO_dgmlayoutmru() const { return (m_presence & (1u << 21)) != 0; }
+    // "o:insetmode": attribute, wxString, default "custom"
     wxString GetO_insetmode() const;
     void SetO_insetmode(wxString value);
     bool CheckO_insetmode() const { return (m_presence & (1u << 22)) != 0; }
@@ -517,36 +567,47 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "o:spt": attribute, wxString
     wxString GetO_spt() const;
     void SetO_spt(wxString value);
     bool CheckO_spt() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:connectortype": attribute, wxString, default "straight"
     wxString GetO_connectortype() const;
     void SetO_connectortype(wxString value);
     bool CheckO_connectortype() const { return (m_presence & (1u << 1)) != 0; }
+    // "o:bwmode": attribute, wxString
     wxString GetO_bwmode() const;
     void SetO_bwmode(wxString value);
     bool CheckO_bwmode() const { return (m_presence & (1u << 2)) != 0; }
+    // "o:bwpure": attribute, wxString
     wxString GetO_bwpure() const;
     void SetO_bwpure(wxString value);
     bool CheckO_bwpure() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:bwnormal": attribute, wxString
     wxString GetO_bwnormal() const;
     void SetO_bwnormal(wxString value);
     bool CheckO_bwnormal() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:forcedash": attribute, wxString
     wxString GetO_forcedash() const;
     void SetO_forcedash(wxString value);
     bool CheckO_forcedash() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:oleicon": attribute, wxString
     wxString GetO_oleicon() const;
     void SetO_oleicon(wxString value);
     bool CheckO_oleicon() const { return (m_presence & (1u << 6)) != 0; }
+    // "o:ole": attribute, wxString
     wxString GetO_ole() const;
     void SetO_ole(wxString value);
     bool CheckO_ole() const { return (m_presence & (1u << 7)) != 0; }
+    // "o:preferrelative": attribute, wxString
     wxString GetO_preferrelative() const;
     void SetO_preferrelative(wxString value);
     bool CheckO_preferrelative() const { return (m_presence & (1u << 8)) != 0; }
+    // "o:cliptowrap": attribute, wxString
     wxString GetO_cliptowrap() const;
     void SetO_cliptowrap(wxString value);
     bool CheckO_cliptowrap() const { return (m_presence & (1u << 9)) != 0; }
+    // "o:clip": attribute, wxString
     wxString GetO_clip() const;
     void SetO_clip(wxString value);
     bool CheckO_clip() const { return (m_presence & (1u << 10)) != 0; }
@@ -582,9 +643,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // attribute group AG_CoreAttributes
     AG_CoreAttributes* GetAG_CoreAttributes() const { return m_AG_CoreAttributes; }
     void SetAG_CoreAttributes(AG_CoreAttributes* value) { m_AG_CoreAttributes = value; m_presence |= (1u << 0); }
     bool CheckAG_CoreAttributes() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_OfficeCoreAttributes
     AG_OfficeCoreAttributes* GetAG_OfficeCoreAttributes() const { return m_AG_OfficeCoreAttributes; }
     void SetAG_OfficeCoreAttributes(AG_OfficeCoreAttributes* value) { m_AG_OfficeCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_OfficeCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
@@ -611,9 +674,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // attribute group AG_ShapeAttributes
     AG_ShapeAttributes* GetAG_ShapeAttributes() const { return m_AG_ShapeAttributes; }
     void SetAG_ShapeAttributes(AG_ShapeAttributes* value) { m_AG_ShapeAttributes = value; m_presence |= (1u << 0); }
     bool CheckAG_ShapeAttributes() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_OfficeShapeAttributes
     AG_OfficeShapeAttributes* GetAG_OfficeShapeAttributes() const { return m_AG_OfficeShapeAttributes; }
     void SetAG_OfficeShapeAttributes(AG_OfficeShapeAttributes* value) { m_AG_OfficeShapeAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_OfficeShapeAttributes() const { return (m_presence & (1u << 1)) != 0; }
@@ -640,33 +705,43 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "src": attribute, wxString
     wxString GetSrc() const;
     void SetSrc(wxString value);
     bool CheckSrc() const { return (m_presence & (1u << 0)) != 0; }
+    // "cropleft": attribute, wxString
     wxString GetCropleft() const;
     void SetCropleft(wxString value);
     bool CheckCropleft() const { return (m_presence & (1u << 1)) != 0; }
+    // "croptop": attribute, wxString
     wxString GetCroptop() const;
     void SetCroptop(wxString value);
     bool CheckCroptop() const { return (m_presence & (1u << 2)) != 0; }
+    // "cropright": attribute, wxString
     wxString GetCropright() const;
     void SetCropright(wxString value);
     bool CheckCropright() const { return (m_presence & (1u << 3)) != 0; }
+    // "cropbottom": attribute, wxString
     wxString GetCropbottom() const;
     void SetCropbottom(wxString value);
     bool CheckCropbottom() const { return (m_presence & (1u << 4)) != 0; }
+    // "gain": attribute, wxString
     wxString GetGain() const;
     void SetGain(wxString value);
     bool CheckGain() const { return (m_presence & (1u << 5)) != 0; }
+    // "blacklevel": attribute, wxString
     wxString GetBlacklevel() const;
     void SetBlacklevel(wxString value);
     bool CheckBlacklevel() const { return (m_presence & (1u << 6)) != 0; }
+    // "gamma": attribute, wxString
     wxString GetGamma() const;
     void SetGamma(wxString value);
     bool CheckGamma() const { return (m_presence & (1u << 7)) != 0; }
+    // "grayscale": attribute, wxString
     wxString GetGrayscale() const;
     void SetGrayscale(wxString value);
     bool CheckGrayscale() const { return (m_presence & (1u << 8)) != 0; }
+    // "bilevel": attribute, wxString
     wxString GetBilevel() const;
     void SetBilevel(wxString value);
     bool CheckBilevel() const { return (m_presence & (1u << 9)) != 0; }
@@ -701,87 +776,115 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 0)) != 0; }
+    // "weight": attribute, wxString
     wxString GetWeight() const;
     void SetWeight(wxString value);
     bool CheckWeight() const { return (m_presence & (1u << 1)) != 0; }
+    // "color": attribute, wxString
     wxString GetColor() const;
     void SetColor(wxString value);
     bool CheckColor() const { return (m_presence & (1u << 2)) != 0; }
+    // "opacity": attribute, wxString
     wxString GetOpacity() const;
     void SetOpacity(wxString value);
     bool CheckOpacity() const { return (m_presence & (1u << 3)) != 0; }
+    // "linestyle": attribute, wxString
     wxString GetLinestyle() const;
     void SetLinestyle(wxString value);
     bool CheckLinestyle() const { return (m_presence & (1u << 4)) != 0; }
+    // "miterlimit": attribute, wxString
     wxString GetMiterlimit() const;
     void SetMiterlimit(wxString value);
     bool CheckMiterlimit() const { return (m_presence & (1u << 5)) != 0; }
+    // "joinstyle": attribute, wxString
     wxString GetJoinstyle() const;
     void SetJoinstyle(wxString value);
     bool CheckJoinstyle() const { return (m_presence & (1u << 6)) != 0; }
+    // "endcap": attribute, wxString
     wxString GetEndcap() const;
     void SetEndcap(wxString value);
     bool CheckEndcap() const { return (m_presence & (1u << 7)) != 0; }
+    // "dashstyle": attribute, wxString
     wxString GetDashstyle() const;
     void SetDashstyle(wxString value);
     bool CheckDashstyle() const { return (m_presence & (1u << 8)) != 0; }
+    // "filltype": attribute, wxString
     wxString GetFilltype() const;
     void SetFilltype(wxString value);
     bool CheckFilltype() const { return (m_presence & (1u << 9)) != 0; }
+    // "src": attribute, wxString
     wxString GetSrc() const;
     void SetSrc(wxString value);
     bool CheckSrc() const { return (m_presence & (1u << 10)) != 0; }
+    // "imageaspect": attribute, wxString
     wxString GetImageaspect() const;
     void SetImageaspect(wxString value);
     bool CheckImageaspect() const { return (m_presence & (1u << 11)) != 0; }
+    // "imagesize": attribute, wxString
     wxString GetImagesize() const;
     void SetImagesize(wxString value);
     bool CheckImagesize() const { return (m_presence & (1u << 12)) != 0; }
+    // "imagealignshape": attribute, wxString
     wxString GetImagealignshape() const;
     void SetImagealignshape(wxString value);
     bool CheckImagealignshape() const { return (m_presence & (1u << 13)) != 0; }
+    // "color2": attribute, wxString
     wxString GetColor2() const;
     void SetColor2(wxString value);
     bool CheckColor2() const { return (m_presence & (1u << 14)) != 0; }
+    // "startarrow": attribute, wxString
     wxString GetStartarrow() const;
     void SetStartarrow(wxString value);
     bool CheckStartarrow() const { return (m_presence & (1u << 15)) != 0; }
+    // "startarrowwidth": attribute, wxString
     wxString GetStartarrowwidth() const;
     void SetStartarrowwidth(wxString value);
     bool CheckStartarrowwidth() const { return (m_presence & (1u << 16)) != 0; }
+    // "startarrowlength": attribute, wxString
     wxString GetStartarrowlength() const;
     void SetStartarrowlength(wxString value);
     bool CheckStartarrowlength() const { return (m_presence & (1u << 17)) != 0; }
+    // "endarrow": attribute, wxString
     wxString GetEndarrow() const;
     void SetEndarrow(wxString value);
     bool CheckEndarrow() const { return (m_presence & (1u << 18)) != 0; }
+    // "endarrowwidth": attribute, wxString
     wxString GetEndarrowwidth() const;
     void SetEndarrowwidth(wxString value);
     bool CheckEndarrowwidth() const { return (m_presence & (1u << 19)) != 0; }
+    // "endarrowlength": attribute, wxString
     wxString GetEndarrowlength() const;
     void SetEndarrowlength(wxString value);
     bool CheckEndarrowlength() const { return (m_presence & (1u << 20)) != 0; }
+    // "o:href": attribute, wxString
     wxString GetO_href() const;
     void SetO_href(wxString value);
     bool CheckO_href() const { return (m_presence & (1u << 21)) != 0; }
+    // "o:althref": attribute, wxString
     wxString GetO_althref() const;
     void SetO_althref(wxString value);
     bool CheckO_althref() const { return (m_presence & (1u << 22)) != 0; }
+    // "o:title": attribute, wxString
     wxString GetO_title() const;
     void SetO_title(wxString value);
     bool CheckO_title() const { return (m_presence & (1u << 23)) != 0; }
+    // "o:forcedash": attribute, wxString
     wxString GetO_forcedash() const;
     void SetO_forcedash(wxString value);
     bool CheckO_forcedash() const { return (m_presence & (1u << 24)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 25)) != 0; }
+    // "insetpen": attribute, wxString
     wxString GetInsetpen() const;
     void SetInsetpen(wxString value);
     bool CheckInsetpen() const { return (m_presence & (1u << 26)) != 0; }
+    // "o:relid": attribute, wxString
     wxString GetO_relid() const;
     void SetO_relid(wxString value);
     bool CheckO_relid() const { return (m_presence & (1u << 27)) != 0; }
@@ -834,6 +937,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ShapeElementsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ShapeElementsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -859,72 +963,95 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "path": child element
     CT_Path* GetPath() const { return m_Path; }
     void SetPath(CT_Path* value) { m_Path = value; m_presence |= (1u << 0); }
     bool CheckPath() const { return (m_presence & (1u << 0)) != 0; }
+    // "formulas": child element
     CT_Formulas* GetFormulas() const { return m_Formulas; }
     void SetFormulas(CT_Formulas* value) { m_Formulas = value; m_presence |= (1u << 1); }
     bool CheckFormulas() const { return (m_presence & (1u << 1)) != 0; }
+    // "handles": child element
     CT_Handles* GetHandles() const { return m_Handles; }
     void SetHandles(CT_Handles* value) { m_Handles = value; m_presence |= (1u << 2); }
     bool CheckHandles() const { return (m_presence & (1u << 2)) != 0; }
+    // "fill": child element
     CT_Fill* GetFill() const { return m_Fill; }
     void SetFill(CT_Fill* value) { m_Fill = value; m_presence |= (1u << 3); }
     bool CheckFill() const { return (m_presence & (1u << 3)) != 0; }
+    // "stroke": child element
     CT_Stroke* GetStroke() const { return m_Stroke; }
     void SetStroke(CT_Stroke* value) { m_Stroke = value; m_presence |= (1u << 4); }
     bool CheckStroke() const { return (m_presence & (1u << 4)) != 0; }
+    // "shadow": child element
     CT_Shadow* GetShadow() const { return m_Shadow; }
     void SetShadow(CT_Shadow* value) { m_Shadow = value; m_presence |= (1u << 5); }
     bool CheckShadow() const { return (m_presence & (1u << 5)) != 0; }
+    // "textbox": child element
     CT_Textbox* GetTextbox() const { return m_Textbox; }
     void SetTextbox(CT_Textbox* value) { m_Textbox = value; m_presence |= (1u << 6); }
     bool CheckTextbox() const { return (m_presence & (1u << 6)) != 0; }
+    // "textpath": child element
     CT_TextPath* GetTextpath() const { return m_Textpath; }
     void SetTextpath(CT_TextPath* value) { m_Textpath = value; m_presence |= (1u << 7); }
     bool CheckTextpath() const { return (m_presence & (1u << 7)) != 0; }
+    // "imagedata": child element
     CT_ImageData* GetImagedata() const { return m_Imagedata; }
     void SetImagedata(CT_ImageData* value) { m_Imagedata = value; m_presence |= (1u << 8); }
     bool CheckImagedata() const { return (m_presence & (1u << 8)) != 0; }
+    // "o:skew": child element
     urn_schemas_microsoft_com_office_office::CT_Skew* GetO_skew() const { return m_O_skew; }
     void SetO_skew(urn_schemas_microsoft_com_office_office::CT_Skew* value) { m_O_skew = value; m_presence |= (1u << 9); }
     bool CheckO_skew() const { return (m_presence & (1u << 9)) != 0; }
+    // "o:extrusion": child element
     urn_schemas_microsoft_com_office_office::CT_Extrusion* GetO_extrusion() const { return m_O_extrusion; }
     void SetO_extrusion(urn_schemas_microsoft_com_office_office::CT_Extrusion* value) { m_O_extrusion = value; m_presence |= (1u << 10); }
     bool CheckO_extrusion() const { return (m_presence & (1u << 10)) != 0; }
+    // "o:callout": child element
     urn_schemas_microsoft_com_office_office::CT_Callout* GetO_callout() const { return m_O_callout; }
     void SetO_callout(urn_schemas_microsoft_com_office_office::CT_Callout* value) { m_O_callout = value; m_presence |= (1u << 11); }
     bool CheckO_callout() const { return (m_presence & (1u << 11)) != 0; }
+    // "o:lock": child element
     urn_schemas_microsoft_com_office_office::CT_Lock* GetO_lock() const { return m_O_lock; }
     void SetO_lock(urn_schemas_microsoft_com_office_office::CT_Lock* value) { m_O_lock = value; m_presence |= (1u << 12); }
     bool CheckO_lock() const { return (m_presence & (1u << 12)) != 0; }
+    // "o:clippath": child element
     urn_schemas_microsoft_com_office_office::CT_ClipPath* GetO_clippath() const { return m_O_clippath; }
     void SetO_clippath(urn_schemas_microsoft_com_office_office::CT_ClipPath* value) { m_O_clippath = value; m_presence |= (1u << 13); }
     bool CheckO_clippath() const { return (m_presence & (1u << 13)) != 0; }
+    // "o:signatureline": child element
     urn_schemas_microsoft_com_office_office::CT_SignatureLine* GetO_signatureline() const { return m_O_signatureline; }
     void SetO_signatureline(urn_schemas_microsoft_com_office_office::CT_SignatureLine* value) { m_O_signatureline = value; m_presence |= (1u << 14); }
     bool CheckO_signatureline() const { return (m_presence & (1u << 14)) != 0; }
+    // "w10:wrap": child element
     urn_schemas_microsoft_com_office_word::CT_Wrap* GetW10_wrap() const { return m_W10_wrap; }
     void SetW10_wrap(urn_schemas_microsoft_com_office_word::CT_Wrap* value) { m_W10_wrap = value; m_presence |= (1u << 15); }
     bool CheckW10_wrap() const { return (m_presence & (1u << 15)) != 0; }
+    // "w10:anchorlock": child element
     urn_schemas_microsoft_com_office_word::CT_AnchorLock* GetW10_anchorlock() const { return m_W10_anchorlock; }
     void SetW10_anchorlock(urn_schemas_microsoft_com_office_word::CT_AnchorLock* value) { m_W10_anchorlock = value; m_presence |= (1u << 16); }
     bool CheckW10_anchorlock() const { return (m_presence & (1u << 16)) != 0; }
+    // "w10:bordertop": child element
     urn_schemas_microsoft_com_office_word::CT_Border* GetW10_bordertop() const { return m_W10_bordertop; }
     void SetW10_bordertop(urn_schemas_microsoft_com_office_word::CT_Border* value) { m_W10_bordertop = value; m_presence |= (1u << 17); }
     bool CheckW10_bordertop() const { return (m_presence & (1u << 17)) != 0; }
+    // "w10:borderbottom": child element
     urn_schemas_microsoft_com_office_word::CT_Border* GetW10_borderbottom() const { return m_W10_borderbottom; }
     void SetW10_borderbottom(urn_schemas_microsoft_com_office_word::CT_Border* value) { m_W10_borderbottom = value; m_presence |= (1u << 18); }
     bool CheckW10_borderbottom() const { return (m_presence & (1u << 18)) != 0; }
+    // "w10:borderleft": child element
     urn_schemas_microsoft_com_office_word::CT_Border* GetW10_borderleft() const { return m_W10_borderleft; }
     void SetW10_borderleft(urn_schemas_microsoft_com_office_word::CT_Border* value) { m_W10_borderleft = value; m_presence |= (1u << 19); }
     bool CheckW10_borderleft() const { return (m_presence & (1u << 19)) != 0; }
+    // "w10:borderright": child element
     urn_schemas_microsoft_com_office_word::CT_Border* GetW10_borderright() const { return m_W10_borderright; }
     void SetW10_borderright(urn_schemas_microsoft_com_office_word::CT_Border* value) { m_W10_borderright = value; m_presence |= (1u << 20); }
     bool CheckW10_borderright() const { return (m_presence & (1u << 20)) != 0; }
+    // "x:ClientData": child element
     urn_schemas_microsoft_com_office_excel::CT_ClientData* GetX_ClientData() const { return m_X_ClientData; }
     void SetX_ClientData(urn_schemas_microsoft_com_office_excel::CT_ClientData* value) { m_X_ClientData = value; m_presence |= (1u << 21); }
     bool CheckX_ClientData() const { return (m_presence & (1u << 21)) != 0; }
+    // "pvml:textdata": child element
     urn_schemas_microsoft_com_office_powerpoint::CT_Rel* GetPvml_textdata() const { return m_Pvml_textdata; }
     void SetPvml_textdata(urn_schemas_microsoft_com_office_powerpoint::CT_Rel* value) { m_Pvml_textdata = value; m_presence |= (1u << 22); }
     bool CheckPvml_textdata() const { return (m_presence & (1u << 22)) != 0; }
@@ -967,27 +1094,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ShapeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ShapeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_Type
     AG_Type* GetAG_Type() const { return m_AG_Type; }
     void SetAG_Type(AG_Type* value) { m_AG_Type = value; m_presence |= (1u << 3); }
     bool CheckAG_Type() const { return (m_presence & (1u << 3)) != 0; }
+    // attribute group AG_Adj
     AG_Adj* GetAG_Adj() const { return m_AG_Adj; }
     void SetAG_Adj(AG_Adj* value) { m_AG_Adj = value; m_presence |= (1u << 4); }
     bool CheckAG_Adj() const { return (m_presence & (1u << 4)) != 0; }
+    // attribute group AG_Path
     AG_Path* GetAG_Path() const { return m_AG_Path; }
     void SetAG_Path(AG_Path* value) { m_AG_Path = value; m_presence |= (1u << 5); }
     bool CheckAG_Path() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:gfxdata": attribute, wxString
     wxString GetO_gfxdata() const;
     void SetO_gfxdata(wxString value);
     bool CheckO_gfxdata() const { return (m_presence & (1u << 6)) != 0; }
+    // "equationxml": attribute, wxString
     wxString GetEquationxml() const;
     void SetEquationxml(wxString value);
     bool CheckEquationxml() const { return (m_presence & (1u << 7)) != 0; }
@@ -1020,15 +1155,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements
     EG_ShapeElements* GetEG_ShapeElements() const { return m_EG_ShapeElements; }
     void SetEG_ShapeElements(EG_ShapeElements* value) { m_EG_ShapeElements = value; m_presence |= (1u << 0); }
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:ink": child element
     urn_schemas_microsoft_com_office_office::CT_Ink* GetO_ink() const { return m_O_ink; }
     void SetO_ink(urn_schemas_microsoft_com_office_office::CT_Ink* value) { m_O_ink = value; m_presence |= (1u << 1); }
     bool CheckO_ink() const { return (m_presence & (1u << 1)) != 0; }
+    // "pvml:iscomment": child element
     urn_schemas_microsoft_com_office_powerpoint::CT_Empty* GetPvml_iscomment() const { return m_Pvml_iscomment; }
     void SetPvml_iscomment(urn_schemas_microsoft_com_office_powerpoint::CT_Empty* value) { m_Pvml_iscomment = value; m_presence |= (1u << 2); }
     bool CheckPvml_iscomment() const { return (m_presence & (1u << 2)) != 0; }
+    // "o:equationxml": child element
     urn_schemas_microsoft_com_office_office::CT_EquationXml* GetO_equationxml() const { return m_O_equationxml; }
     void SetO_equationxml(urn_schemas_microsoft_com_office_office::CT_EquationXml* value) { m_O_equationxml = value; m_presence |= (1u << 3); }
     bool CheckO_equationxml() const { return (m_presence & (1u << 3)) != 0; }
@@ -1052,24 +1191,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:complex": child element
     urn_schemas_microsoft_com_office_office::CT_Complex* GetO_complex() const { return m_O_complex; }
     void SetO_complex(urn_schemas_microsoft_com_office_office::CT_Complex* value) { m_O_complex = value; m_presence |= (1u << 1); }
     bool CheckO_complex() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 3); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 3)) != 0; }
+    // attribute group AG_Adj
     AG_Adj* GetAG_Adj() const { return m_AG_Adj; }
     void SetAG_Adj(AG_Adj* value) { m_AG_Adj = value; m_presence |= (1u << 4); }
     bool CheckAG_Adj() const { return (m_presence & (1u << 4)) != 0; }
+    // attribute group AG_Path
     AG_Path* GetAG_Path() const { return m_AG_Path; }
     void SetAG_Path(AG_Path* value) { m_AG_Path = value; m_presence |= (1u << 5); }
     bool CheckAG_Path() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:master": attribute, wxString
     wxString GetO_master() const;
     void SetO_master(wxString value);
     bool CheckO_master() const { return (m_presence & (1u << 6)) != 0; }
@@ -1096,21 +1242,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_GroupData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_GroupData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Fill
     AG_Fill* GetAG_Fill() const { return m_AG_Fill; }
     void SetAG_Fill(AG_Fill* value) { m_AG_Fill = value; m_presence |= (1u << 2); }
     bool CheckAG_Fill() const { return (m_presence & (1u << 2)) != 0; }
+    // "editas": attribute, wxString
     wxString GetEditas() const;
     void SetEditas(wxString value);
     bool CheckEditas() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:tableproperties": attribute, wxString
     wxString GetO_tableproperties() const;
     void SetO_tableproperties(wxString value);
     bool CheckO_tableproperties() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:tablelimits": attribute, wxString
     wxString GetO_tablelimits() const;
     void SetO_tablelimits(wxString value);
     bool CheckO_tablelimits() const { return (m_presence & (1u << 5)) != 0; }
@@ -1141,42 +1293,55 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements
     EG_ShapeElements* GetEG_ShapeElements() const { return m_EG_ShapeElements; }
     void SetEG_ShapeElements(EG_ShapeElements* value) { m_EG_ShapeElements = value; m_presence |= (1u << 0); }
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "group": child element
     CT_Group* GetGroup() const { return m_Group; }
     void SetGroup(CT_Group* value) { m_Group = value; m_presence |= (1u << 1); }
     bool CheckGroup() const { return (m_presence & (1u << 1)) != 0; }
+    // "shape": child element
     CT_Shape* GetShape() const { return m_Shape; }
     void SetShape(CT_Shape* value) { m_Shape = value; m_presence |= (1u << 2); }
     bool CheckShape() const { return (m_presence & (1u << 2)) != 0; }
+    // "shapetype": child element
     CT_Shapetype* GetShapetype() const { return m_Shapetype; }
     void SetShapetype(CT_Shapetype* value) { m_Shapetype = value; m_presence |= (1u << 3); }
     bool CheckShapetype() const { return (m_presence & (1u << 3)) != 0; }
+    // "arc": child element
     CT_Arc* GetArc() const { return m_Arc; }
     void SetArc(CT_Arc* value) { m_Arc = value; m_presence |= (1u << 4); }
     bool CheckArc() const { return (m_presence & (1u << 4)) != 0; }
+    // "curve": child element
     CT_Curve* GetCurve() const { return m_Curve; }
     void SetCurve(CT_Curve* value) { m_Curve = value; m_presence |= (1u << 5); }
     bool CheckCurve() const { return (m_presence & (1u << 5)) != 0; }
+    // "image": child element
     CT_Image* GetImage() const { return m_Image; }
     void SetImage(CT_Image* value) { m_Image = value; m_presence |= (1u << 6); }
     bool CheckImage() const { return (m_presence & (1u << 6)) != 0; }
+    // "line": child element
     CT_Line* GetLine() const { return m_Line; }
     void SetLine(CT_Line* value) { m_Line = value; m_presence |= (1u << 7); }
     bool CheckLine() const { return (m_presence & (1u << 7)) != 0; }
+    // "oval": child element
     CT_Oval* GetOval() const { return m_Oval; }
     void SetOval(CT_Oval* value) { m_Oval = value; m_presence |= (1u << 8); }
     bool CheckOval() const { return (m_presence & (1u << 8)) != 0; }
+    // "polyline": child element
     CT_PolyLine* GetPolyline() const { return m_Polyline; }
     void SetPolyline(CT_PolyLine* value) { m_Polyline = value; m_presence |= (1u << 9); }
     bool CheckPolyline() const { return (m_presence & (1u << 9)) != 0; }
+    // "rect": child element
     CT_Rect* GetRect() const { return m_Rect; }
     void SetRect(CT_Rect* value) { m_Rect = value; m_presence |= (1u << 10); }
     bool CheckRect() const { return (m_presence & (1u << 10)) != 0; }
+    // "roundrect": child element
     CT_RoundRect* GetRoundrect() const { return m_Roundrect; }
     void SetRoundrect(CT_RoundRect* value) { m_Roundrect = value; m_presence |= (1u << 11); }
     bool CheckRoundrect() const { return (m_presence & (1u << 11)) != 0; }
+    // "o:diagram": child element
     urn_schemas_microsoft_com_office_office::CT_Diagram* GetO_diagram() const { return m_O_diagram; }
     void SetO_diagram(urn_schemas_microsoft_com_office_office::CT_Diagram* value) { m_O_diagram = value; m_presence |= (1u << 12); }
     bool CheckO_diagram() const { return (m_presence & (1u << 12)) != 0; }
@@ -1209,24 +1374,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fill": child element
     CT_Fill* GetFill() const { return m_Fill; }
     void SetFill(CT_Fill* value) { m_Fill = value; m_presence |= (1u << 0); }
     bool CheckFill() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 1); }
     bool CheckAG_Id() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Fill
     AG_Fill* GetAG_Fill() const { return m_AG_Fill; }
     void SetAG_Fill(AG_Fill* value) { m_AG_Fill = value; m_presence |= (1u << 2); }
     bool CheckAG_Fill() const { return (m_presence & (1u << 2)) != 0; }
+    // "o:bwmode": attribute, wxString
     wxString GetO_bwmode() const;
     void SetO_bwmode(wxString value);
     bool CheckO_bwmode() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:bwpure": attribute, wxString
     wxString GetO_bwpure() const;
     void SetO_bwpure(wxString value);
     bool CheckO_bwpure() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:bwnormal": attribute, wxString
     wxString GetO_bwnormal() const;
     void SetO_bwnormal(wxString value);
     bool CheckO_bwnormal() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:targetscreensize": attribute, wxString
     wxString GetO_targetscreensize() const;
     void SetO_targetscreensize(wxString value);
     bool CheckO_targetscreensize() const { return (m_presence & (1u << 6)) != 0; }
@@ -1253,87 +1425,115 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "o:fill": child element
     urn_schemas_microsoft_com_office_office::CT_Fill* GetO_fill() const { return m_O_fill; }
     void SetO_fill(urn_schemas_microsoft_com_office_office::CT_Fill* value) { m_O_fill = value; m_presence |= (1u << 0); }
     bool CheckO_fill() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 1); }
     bool CheckAG_Id() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 3)) != 0; }
+    // "color": attribute, wxString
     wxString GetColor() const;
     void SetColor(wxString value);
     bool CheckColor() const { return (m_presence & (1u << 4)) != 0; }
+    // "opacity": attribute, wxString
     wxString GetOpacity() const;
     void SetOpacity(wxString value);
     bool CheckOpacity() const { return (m_presence & (1u << 5)) != 0; }
+    // "color2": attribute, wxString
     wxString GetColor2() const;
     void SetColor2(wxString value);
     bool CheckColor2() const { return (m_presence & (1u << 6)) != 0; }
+    // "src": attribute, wxString
     wxString GetSrc() const;
     void SetSrc(wxString value);
     bool CheckSrc() const { return (m_presence & (1u << 7)) != 0; }
+    // "o:href": attribute, wxString
     wxString GetO_href() const;
     void SetO_href(wxString value);
     bool CheckO_href() const { return (m_presence & (1u << 8)) != 0; }
+    // "o:althref": attribute, wxString
     wxString GetO_althref() const;
     void SetO_althref(wxString value);
     bool CheckO_althref() const { return (m_presence & (1u << 9)) != 0; }
+    // "size": attribute, wxString
     wxString GetSize() const;
     void SetSize(wxString value);
     bool CheckSize() const { return (m_presence & (1u << 10)) != 0; }
+    // "origin": attribute, wxString
     wxString GetOrigin() const;
     void SetOrigin(wxString value);
     bool CheckOrigin() const { return (m_presence & (1u << 11)) != 0; }
+    // "position": attribute, wxString
     wxString GetPosition() const;
     void SetPosition(wxString value);
     bool CheckPosition() const { return (m_presence & (1u << 12)) != 0; }
+    // "aspect": attribute, wxString
     wxString GetAspect() const;
     void SetAspect(wxString value);
     bool CheckAspect() const { return (m_presence & (1u << 13)) != 0; }
+    // "colors": attribute, wxString
     wxString GetColors() const;
     void SetColors(wxString value);
     bool CheckColors() const { return (m_presence & (1u << 14)) != 0; }
+    // "angle": attribute, double
     double GetAngle() const { return m_Angle; }
     void SetAngle(double value) { m_Angle = value; m_presence |= (1u << 15); }
     bool CheckAngle() const { return (m_presence & (1u << 15)) != 0; }
+    // "alignshape": attribute, wxString
     wxString GetAlignshape() const;
     void SetAlignshape(wxString value);
     bool CheckAlignshape() const { return (m_presence & (1u << 16)) != 0; }
+    // "focus": attribute, wxString
     wxString GetFocus() const;
     void SetFocus(wxString value);
     bool CheckFocus() const { return (m_presence & (1u << 17)) != 0; }
+    // "focussize": attribute, wxString
     wxString GetFocussize() const;
     void SetFocussize(wxString value);
     bool CheckFocussize() const { return (m_presence & (1u << 18)) != 0; }
+    // "focusposition": attribute, wxString
     wxString GetFocusposition() const;
     void SetFocusposition(wxString value);
     bool CheckFocusposition() const { return (m_presence & (1u << 19)) != 0; }
+    // "method": attribute, wxString
     wxString GetMethod() const;
     void SetMethod(wxString value);
     bool CheckMethod() const { return (m_presence & (1u << 20)) != 0; }
+    // "o:detectmouseclick": attribute, wxString
     wxString GetO_detectmouseclick() const;
     void SetO_detectmouseclick(wxString value);
     bool CheckO_detectmouseclick() const { return (m_presence & (1u << 21)) != 0; }
+    // "o:title": attribute, wxString
     wxString GetO_title() const;
     void SetO_title(wxString value);
     bool CheckO_title() const { return (m_presence & (1u << 22)) != 0; }
+    // "o:opacity2": attribute, wxString
     wxString GetO_opacity2() const;
     void SetO_opacity2(wxString value);
     bool CheckO_opacity2() const { return (m_presence & (1u << 23)) != 0; }
+    // "recolor": attribute, wxString
     wxString GetRecolor() const;
     void SetRecolor(wxString value);
     bool CheckRecolor() const { return (m_presence & (1u << 24)) != 0; }
+    // "rotate": attribute, wxString
     wxString GetRotate() const;
     void SetRotate(wxString value);
     bool CheckRotate() const { return (m_presence & (1u << 25)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 26)) != 0; }
+    // "o:relid": attribute, wxString
     wxString GetO_relid() const;
     void SetO_relid(wxString value);
     bool CheckO_relid() const { return (m_presence & (1u << 27)) != 0; }
@@ -1381,6 +1581,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "f": child element, repeated
     XMLPtrArray<CT_F> GetF() const;
     void SetF(XMLPtrArray<CT_F> value);
     bool CheckF() const { return (m_presence & (1u << 0)) != 0; }
@@ -1401,6 +1602,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "eqn": attribute, wxString
     wxString GetEqn() const;
     void SetEqn(wxString value);
     bool CheckEqn() const { return (m_presence & (1u << 0)) != 0; }
@@ -1421,6 +1623,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "h": child element, repeated
     XMLPtrArray<CT_H> GetH() const;
     void SetH(XMLPtrArray<CT_H> value);
     bool CheckH() const { return (m_presence & (1u << 0)) != 0; }
@@ -1441,30 +1644,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "position": attribute, wxString
     wxString GetPosition() const;
     void SetPosition(wxString value);
     bool CheckPosition() const { return (m_presence & (1u << 0)) != 0; }
+    // "polar": attribute, wxString
     wxString GetPolar() const;
     void SetPolar(wxString value);
     bool CheckPolar() const { return (m_presence & (1u << 1)) != 0; }
+    // "map": attribute, wxString
     wxString GetMap() const;
     void SetMap(wxString value);
     bool CheckMap() const { return (m_presence & (1u << 2)) != 0; }
+    // "invx": attribute, wxString
     wxString GetInvx() const;
     void SetInvx(wxString value);
     bool CheckInvx() const { return (m_presence & (1u << 3)) != 0; }
+    // "invy": attribute, wxString
     wxString GetInvy() const;
     void SetInvy(wxString value);
     bool CheckInvy() const { return (m_presence & (1u << 4)) != 0; }
+    // "switch": attribute, wxString
     wxString GetSwitch() const;
     void SetSwitch(wxString value);
     bool CheckSwitch() const { return (m_presence & (1u << 5)) != 0; }
+    // "xrange": attribute, wxString
     wxString GetXrange() const;
     void SetXrange(wxString value);
     bool CheckXrange() const { return (m_presence & (1u << 6)) != 0; }
+    // "yrange": attribute, wxString
     wxString GetYrange() const;
     void SetYrange(wxString value);
     bool CheckYrange() const { return (m_presence & (1u << 7)) != 0; }
+    // "radiusrange": attribute, wxString
     wxString GetRadiusrange() const;
     void SetRadiusrange(wxString value);
     bool CheckRadiusrange() const { return (m_presence & (1u << 8)) != 0; }
@@ -1493,48 +1705,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 0); }
     bool CheckAG_Id() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_ImageAttributes
     AG_ImageAttributes* GetAG_ImageAttributes() const { return m_AG_ImageAttributes; }
     void SetAG_ImageAttributes(AG_ImageAttributes* value) { m_AG_ImageAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_ImageAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Chromakey
     AG_Chromakey* GetAG_Chromakey() const { return m_AG_Chromakey; }
     void SetAG_Chromakey(AG_Chromakey* value) { m_AG_Chromakey = value; m_presence |= (1u << 2); }
     bool CheckAG_Chromakey() const { return (m_presence & (1u << 2)) != 0; }
+    // "embosscolor": attribute, wxString
     wxString GetEmbosscolor() const;
     void SetEmbosscolor(wxString value);
     bool CheckEmbosscolor() const { return (m_presence & (1u << 3)) != 0; }
+    // "recolortarget": attribute, wxString
     wxString GetRecolortarget() const;
     void SetRecolortarget(wxString value);
     bool CheckRecolortarget() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:href": attribute, wxString
     wxString GetO_href() const;
     void SetO_href(wxString value);
     bool CheckO_href() const { return (m_presence & (1u << 5)) != 0; }
+    // "o:althref": attribute, wxString
     wxString GetO_althref() const;
     void SetO_althref(wxString value);
     bool CheckO_althref() const { return (m_presence & (1u << 6)) != 0; }
+    // "o:title": attribute, wxString
     wxString GetO_title() const;
     void SetO_title(wxString value);
     bool CheckO_title() const { return (m_presence & (1u << 7)) != 0; }
+    // "o:oleid": attribute, float
     float GetO_oleid() const { return m_O_oleid; }
     void SetO_oleid(float value) { m_O_oleid = value; m_presence |= (1u << 8); }
     bool CheckO_oleid() const { return (m_presence & (1u << 8)) != 0; }
+    // "o:detectmouseclick": attribute, wxString
     wxString GetO_detectmouseclick() const;
     void SetO_detectmouseclick(wxString value);
     bool CheckO_detectmouseclick() const { return (m_presence & (1u << 9)) != 0; }
+    // "o:movie": attribute, float
     float GetO_movie() const { return m_O_movie; }
     void SetO_movie(float value) { m_O_movie = value; m_presence |= (1u << 10); }
     bool CheckO_movie() const { return (m_presence & (1u << 10)) != 0; }
+    // "o:relid": attribute, wxString
     wxString GetO_relid() const;
     void SetO_relid(wxString value);
     bool CheckO_relid() const { return (m_presence & (1u << 11)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 12)) != 0; }
+    // "r:pict": attribute, wxString
     wxString GetR_pict() const;
     void SetR_pict(wxString value);
     bool CheckR_pict() const { return (m_presence & (1u << 13)) != 0; }
+    // "r:href": attribute, wxString
     wxString GetR_href() const;
     void SetR_href(wxString value);
     bool CheckR_href() const { return (m_presence & (1u << 14)) != 0; }
@@ -1569,48 +1796,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 0); }
     bool CheckAG_Id() const { return (m_presence & (1u << 0)) != 0; }
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
+    // "limo": attribute, wxString
     wxString GetLimo() const;
     void SetLimo(wxString value);
     bool CheckLimo() const { return (m_presence & (1u << 2)) != 0; }
+    // "textboxrect": attribute, wxString
     wxString GetTextboxrect() const;
     void SetTextboxrect(wxString value);
     bool CheckTextboxrect() const { return (m_presence & (1u << 3)) != 0; }
+    // "fillok": attribute, wxString
     wxString GetFillok() const;
     void SetFillok(wxString value);
     bool CheckFillok() const { return (m_presence & (1u << 4)) != 0; }
+    // "strokeok": attribute, wxString
     wxString GetStrokeok() const;
     void SetStrokeok(wxString value);
     bool CheckStrokeok() const { return (m_presence & (1u << 5)) != 0; }
+    // "shadowok": attribute, wxString
     wxString GetShadowok() const;
     void SetShadowok(wxString value);
     bool CheckShadowok() const { return (m_presence & (1u << 6)) != 0; }
+    // "arrowok": attribute, wxString
     wxString GetArrowok() const;
     void SetArrowok(wxString value);
     bool CheckArrowok() const { return (m_presence & (1u << 7)) != 0; }
+    // "gradientshapeok": attribute, wxString
     wxString GetGradientshapeok() const;
     void SetGradientshapeok(wxString value);
     bool CheckGradientshapeok() const { return (m_presence & (1u << 8)) != 0; }
+    // "textpathok": attribute, wxString
     wxString GetTextpathok() const;
     void SetTextpathok(wxString value);
     bool CheckTextpathok() const { return (m_presence & (1u << 9)) != 0; }
+    // "insetpenok": attribute, wxString
     wxString GetInsetpenok() const;
     void SetInsetpenok(wxString value);
     bool CheckInsetpenok() const { return (m_presence & (1u << 10)) != 0; }
+    // "o:connecttype": attribute, wxString
     wxString GetO_connecttype() const;
     void SetO_connecttype(wxString value);
     bool CheckO_connecttype() const { return (m_presence & (1u << 11)) != 0; }
+    // "o:connectlocs": attribute, wxString
     wxString GetO_connectlocs() const;
     void SetO_connectlocs(wxString value);
     bool CheckO_connectlocs() const { return (m_presence & (1u << 12)) != 0; }
+    // "o:connectangles": attribute, wxString
     wxString GetO_connectangles() const;
     void SetO_connectangles(wxString value);
     bool CheckO_connectangles() const { return (m_presence & (1u << 13)) != 0; }
+    // "o:extrusionok": attribute, wxString
     wxString GetO_extrusionok() const;
     void SetO_extrusionok(wxString value);
     bool CheckO_extrusionok() const { return (m_presence & (1u << 14)) != 0; }
@@ -1645,36 +1887,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 0); }
     bool CheckAG_Id() const { return (m_presence & (1u << 0)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "obscured": attribute, wxString
     wxString GetObscured() const;
     void SetObscured(wxString value);
     bool CheckObscured() const { return (m_presence & (1u << 3)) != 0; }
+    // "color": attribute, wxString
     wxString GetColor() const;
     void SetColor(wxString value);
     bool CheckColor() const { return (m_presence & (1u << 4)) != 0; }
+    // "opacity": attribute, wxString
     wxString GetOpacity() const;
     void SetOpacity(wxString value);
     bool CheckOpacity() const { return (m_presence & (1u << 5)) != 0; }
+    // "offset": attribute, wxString
     wxString GetOffset() const;
     void SetOffset(wxString value);
     bool CheckOffset() const { return (m_presence & (1u << 6)) != 0; }
+    // "color2": attribute, wxString
     wxString GetColor2() const;
     void SetColor2(wxString value);
     bool CheckColor2() const { return (m_presence & (1u << 7)) != 0; }
+    // "offset2": attribute, wxString
     wxString GetOffset2() const;
     void SetOffset2(wxString value);
     bool CheckOffset2() const { return (m_presence & (1u << 8)) != 0; }
+    // "origin": attribute, wxString
     wxString GetOrigin() const;
     void SetOrigin(wxString value);
     bool CheckOrigin() const { return (m_presence & (1u << 9)) != 0; }
+    // "matrix": attribute, wxString
     wxString GetMatrix() const;
     void SetMatrix(wxString value);
     bool CheckMatrix() const { return (m_presence & (1u << 10)) != 0; }
@@ -1705,24 +1958,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "o:left": child element
     urn_schemas_microsoft_com_office_office::CT_StrokeChild* GetO_left() const { return m_O_left; }
     void SetO_left(urn_schemas_microsoft_com_office_office::CT_StrokeChild* value) { m_O_left = value; m_presence |= (1u << 0); }
     bool CheckO_left() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:top": child element
     urn_schemas_microsoft_com_office_office::CT_StrokeChild* GetO_top() const { return m_O_top; }
     void SetO_top(urn_schemas_microsoft_com_office_office::CT_StrokeChild* value) { m_O_top = value; m_presence |= (1u << 1); }
     bool CheckO_top() const { return (m_presence & (1u << 1)) != 0; }
+    // "o:right": child element
     urn_schemas_microsoft_com_office_office::CT_StrokeChild* GetO_right() const { return m_O_right; }
     void SetO_right(urn_schemas_microsoft_com_office_office::CT_StrokeChild* value) { m_O_right = value; m_presence |= (1u << 2); }
     bool CheckO_right() const { return (m_presence & (1u << 2)) != 0; }
+    // "o:bottom": child element
     urn_schemas_microsoft_com_office_office::CT_StrokeChild* GetO_bottom() const { return m_O_bottom; }
     void SetO_bottom(urn_schemas_microsoft_com_office_office::CT_StrokeChild* value) { m_O_bottom = value; m_presence |= (1u << 3); }
     bool CheckO_bottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:column": child element
     urn_schemas_microsoft_com_office_office::CT_StrokeChild* GetO_column() const { return m_O_column; }
     void SetO_column(urn_schemas_microsoft_com_office_office::CT_StrokeChild* value) { m_O_column = value; m_presence |= (1u << 4); }
     bool CheckO_column() const { return (m_presence & (1u << 4)) != 0; }
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 5); }
     bool CheckAG_Id() const { return (m_presence & (1u << 5)) != 0; }
+    // attribute group AG_StrokeAttributes
     AG_StrokeAttributes* GetAG_StrokeAttributes() const { return m_AG_StrokeAttributes; }
     void SetAG_StrokeAttributes(AG_StrokeAttributes* value) { m_AG_StrokeAttributes = value; m_presence |= (1u << 6); }
     bool CheckAG_StrokeAttributes() const { return (m_presence & (1u << 6)) != 0; }
@@ -1749,21 +2009,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_TextboxData__* GetData__() const { return m_Data__; }
     void SetData__(CT_TextboxData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 1); }
     bool CheckAG_Id() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_Style
     AG_Style* GetAG_Style() const { return m_AG_Style; }
     void SetAG_Style(AG_Style* value) { m_AG_Style = value; m_presence |= (1u << 2); }
     bool CheckAG_Style() const { return (m_presence & (1u << 2)) != 0; }
+    // "inset": attribute, wxString
     wxString GetInset() const;
     void SetInset(wxString value);
     bool CheckInset() const { return (m_presence & (1u << 3)) != 0; }
+    // "o:singleclick": attribute, wxString
     wxString GetO_singleclick() const;
     void SetO_singleclick(wxString value);
     bool CheckO_singleclick() const { return (m_presence & (1u << 4)) != 0; }
+    // "o:insetmode": attribute, wxString, default "custom"
     wxString GetO_insetmode() const;
     void SetO_insetmode(wxString value);
     bool CheckO_insetmode() const { return (m_presence & (1u << 5)) != 0; }
@@ -1794,6 +2060,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "w:txbxContent": child element
     schemas_openxmlformats_org_wordprocessingml_x2006_main::CT_TxbxContent* GetW_txbxContent() const { return m_W_txbxContent; }
     void SetW_txbxContent(schemas_openxmlformats_org_wordprocessingml_x2006_main::CT_TxbxContent* value) { m_W_txbxContent = value; m_presence |= (1u << 0); }
     bool CheckW_txbxContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -1814,27 +2081,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group AG_Id
     AG_Id* GetAG_Id() const { return m_AG_Id; }
     void SetAG_Id(AG_Id* value) { m_AG_Id = value; m_presence |= (1u << 0); }
     bool CheckAG_Id() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Style
     AG_Style* GetAG_Style() const { return m_AG_Style; }
     void SetAG_Style(AG_Style* value) { m_AG_Style = value; m_presence |= (1u << 1); }
     bool CheckAG_Style() const { return (m_presence & (1u << 1)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 2)) != 0; }
+    // "fitshape": attribute, wxString
     wxString GetFitshape() const;
     void SetFitshape(wxString value);
     bool CheckFitshape() const { return (m_presence & (1u << 3)) != 0; }
+    // "fitpath": attribute, wxString
     wxString GetFitpath() const;
     void SetFitpath(wxString value);
     bool CheckFitpath() const { return (m_presence & (1u << 4)) != 0; }
+    // "trim": attribute, wxString
     wxString GetTrim() const;
     void SetTrim(wxString value);
     bool CheckTrim() const { return (m_presence & (1u << 5)) != 0; }
+    // "xscale": attribute, wxString
     wxString GetXscale() const;
     void SetXscale(wxString value);
     bool CheckXscale() const { return (m_presence & (1u << 6)) != 0; }
+    // "string": attribute, wxString
     wxString GetString() const;
     void SetString(wxString value);
     bool CheckString() const { return (m_presence & (1u << 7)) != 0; }
@@ -1862,18 +2137,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "startAngle": attribute, double
     double GetStartAngle() const { return m_StartAngle; }
     void SetStartAngle(double value) { m_StartAngle = value; m_presence |= (1u << 3); }
     bool CheckStartAngle() const { return (m_presence & (1u << 3)) != 0; }
+    // "endAngle": attribute, double
     double GetEndAngle() const { return m_EndAngle; }
     void SetEndAngle(double value) { m_EndAngle = value; m_presence |= (1u << 4); }
     bool CheckEndAngle() const { return (m_presence & (1u << 4)) != 0; }
@@ -1898,24 +2178,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "from": attribute, wxString
     wxString GetFrom() const;
     void SetFrom(wxString value);
     bool CheckFrom() const { return (m_presence & (1u << 3)) != 0; }
+    // "control1": attribute, wxString
     wxString GetControl1() const;
     void SetControl1(wxString value);
     bool CheckControl1() const { return (m_presence & (1u << 4)) != 0; }
+    // "control2": attribute, wxString
     wxString GetControl2() const;
     void SetControl2(wxString value);
     bool CheckControl2() const { return (m_presence & (1u << 5)) != 0; }
+    // "to": attribute, wxString
     wxString GetTo() const;
     void SetTo(wxString value);
     bool CheckTo() const { return (m_presence & (1u << 6)) != 0; }
@@ -1942,15 +2229,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_ImageAttributes
     AG_ImageAttributes* GetAG_ImageAttributes() const { return m_AG_ImageAttributes; }
     void SetAG_ImageAttributes(AG_ImageAttributes* value) { m_AG_ImageAttributes = value; m_presence |= (1u << 3); }
     bool CheckAG_ImageAttributes() const { return (m_presence & (1u << 3)) != 0; }
@@ -1974,18 +2265,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "from": attribute, wxString
     wxString GetFrom() const;
     void SetFrom(wxString value);
     bool CheckFrom() const { return (m_presence & (1u << 3)) != 0; }
+    // "to": attribute, wxString
     wxString GetTo() const;
     void SetTo(wxString value);
     bool CheckTo() const { return (m_presence & (1u << 4)) != 0; }
@@ -2010,12 +2306,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_OvalData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_OvalData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
@@ -2043,6 +2342,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
@@ -2063,15 +2363,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_PolyLineData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_PolyLineData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "points": attribute, wxString
     wxString GetPoints() const;
     void SetPoints(wxString value);
     bool CheckPoints() const { return (m_presence & (1u << 3)) != 0; }
@@ -2100,9 +2404,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements
     EG_ShapeElements* GetEG_ShapeElements() const { return m_EG_ShapeElements; }
     void SetEG_ShapeElements(EG_ShapeElements* value) { m_EG_ShapeElements = value; m_presence |= (1u << 0); }
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "o:ink": child element
     urn_schemas_microsoft_com_office_office::CT_Ink* GetO_ink() const { return m_O_ink; }
     void SetO_ink(urn_schemas_microsoft_com_office_office::CT_Ink* value) { m_O_ink = value; m_presence |= (1u << 1); }
     bool CheckO_ink() const { return (m_presence & (1u << 1)) != 0; }
@@ -2124,12 +2430,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RectData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RectData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
@@ -2157,6 +2466,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }
@@ -2177,15 +2487,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RoundRectData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RoundRectData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_AllCoreAttributes
     AG_AllCoreAttributes* GetAG_AllCoreAttributes() const { return m_AG_AllCoreAttributes; }
     void SetAG_AllCoreAttributes(AG_AllCoreAttributes* value) { m_AG_AllCoreAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_AllCoreAttributes() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_AllShapeAttributes
     AG_AllShapeAttributes* GetAG_AllShapeAttributes() const { return m_AG_AllShapeAttributes; }
     void SetAG_AllShapeAttributes(AG_AllShapeAttributes* value) { m_AG_AllShapeAttributes = value; m_presence |= (1u << 2); }
     bool CheckAG_AllShapeAttributes() const { return (m_presence & (1u << 2)) != 0; }
+    // "arcsize": attribute, wxString
     wxString GetArcsize() const;
     void SetArcsize(wxString value);
     bool CheckArcsize() const { return (m_presence & (1u << 3)) != 0; }
@@ -2214,6 +2528,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ShapeElements, repeated
     XMLPtrArray<EG_ShapeElements> GetEG_ShapeElements() const;
     void SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value);
     bool CheckEG_ShapeElements() const { return (m_presence & (1u << 0)) != 0; }

@@ -54,57 +54,75 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v:fill": child element
     urn_schemas_microsoft_com_vml::CT_Fill* GetV_fill() const { return m_V_fill; }
     void SetV_fill(urn_schemas_microsoft_com_vml::CT_Fill* value) { m_V_fill = value; m_presence |= (1u << 0); }
     bool CheckV_fill() const { return (m_presence & (1u << 0)) != 0; }
+    // "v:stroke": child element
     urn_schemas_microsoft_com_vml::CT_Stroke* GetV_stroke() const { return m_V_stroke; }
     void SetV_stroke(urn_schemas_microsoft_com_vml::CT_Stroke* value) { m_V_stroke = value; m_presence |= (1u << 1); }
     bool CheckV_stroke() const { return (m_presence & (1u << 1)) != 0; }
+    // "v:textbox": child element
     urn_schemas_microsoft_com_vml::CT_Textbox* GetV_textbox() const { return m_V_textbox; }
     void SetV_textbox(urn_schemas_microsoft_com_vml::CT_Textbox* value) { m_V_textbox = value; m_presence |= (1u << 2); }
     bool CheckV_textbox() const { return (m_presence & (1u << 2)) != 0; }
+    // "v:shadow": child element
     urn_schemas_microsoft_com_vml::CT_Shadow* GetV_shadow() const { return m_V_shadow; }
     void SetV_shadow(urn_schemas_microsoft_com_vml::CT_Shadow* value) { m_V_shadow = value; m_presence |= (1u << 3); }
     bool CheckV_shadow() const { return (m_presence & (1u << 3)) != 0; }
+    // "skew": child element
     CT_Skew* GetSkew() const { return m_Skew; }
     void SetSkew(CT_Skew* value) { m_Skew = value; m_presence |= (1u << 4); }
     bool CheckSkew() const { return (m_presence & (1u << 4)) != 0; }
+    // "extrusion": child element
     CT_Extrusion* GetExtrusion() const { return m_Extrusion; }
     void SetExtrusion(CT_Extrusion* value) { m_Extrusion = value; m_presence |= (1u << 5); }
     bool CheckExtrusion() const { return (m_presence & (1u << 5)) != 0; }
+    // "callout": child element
     CT_Callout* GetCallout() const { return m_Callout; }
     void SetCallout(CT_Callout* value) { m_Callout = value; m_presence |= (1u << 6); }
     bool CheckCallout() const { return (m_presence & (1u << 6)) != 0; }
+    // "lock": child element
     CT_Lock* GetLock() const { return m_Lock; }
     void SetLock(CT_Lock* value) { m_Lock = value; m_presence |= (1u << 7); }
     bool CheckLock() const { return (m_presence & (1u << 7)) != 0; }
+    // "colormru": child element
     CT_ColorMru* GetColormru() const { return m_Colormru; }
     void SetColormru(CT_ColorMru* value) { m_Colormru = value; m_presence |= (1u << 8); }
     bool CheckColormru() const { return (m_presence & (1u << 8)) != 0; }
+    // "colormenu": child element
     CT_ColorMenu* GetColormenu() const { return m_Colormenu; }
     void SetColormenu(CT_ColorMenu* value) { m_Colormenu = value; m_presence |= (1u << 9); }
     bool CheckColormenu() const { return (m_presence & (1u << 9)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 10); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 10)) != 0; }
+    // "spidmax": attribute, int
     int GetSpidmax() const { return m_Spidmax; }
     void SetSpidmax(int value) { m_Spidmax = value; m_presence |= (1u << 11); }
     bool CheckSpidmax() const { return (m_presence & (1u << 11)) != 0; }
+    // "style": attribute, wxString
     wxString GetStyle() const;
     void SetStyle(wxString value);
     bool CheckStyle() const { return (m_presence & (1u << 12)) != 0; }
+    // "fill": attribute, wxString
     wxString GetFill() const;
     void SetFill(wxString value);
     bool CheckFill() const { return (m_presence & (1u << 13)) != 0; }
+    // "fillcolor": attribute, wxString
     wxString GetFillcolor() const;
     void SetFillcolor(wxString value);
     bool CheckFillcolor() const { return (m_presence & (1u << 14)) != 0; }
+    // "stroke": attribute, wxString
     wxString GetStroke() const;
     void SetStroke(wxString value);
     bool CheckStroke() const { return (m_presence & (1u << 15)) != 0; }
+    // "strokecolor": attribute, wxString
     wxString GetStrokecolor() const;
     void SetStrokecolor(wxString value);
     bool CheckStrokecolor() const { return (m_presence & (1u << 16)) != 0; }
+    // "allowincell": attribute, wxString
     wxString GetAllowincell() const;
     void SetAllowincell(wxString value);
     bool CheckAllowincell() const { return (m_presence & (1u << 17)) != 0; }
@@ -142,12 +160,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "i": attribute, wxString
     wxString GetI() const;
     void SetI(wxString value);
     bool CheckI() const { return (m_presence & (1u << 0)) != 0; }
+    // "annotation": attribute, wxString
     wxString GetAnnotation() const;
     void SetAnnotation(wxString value);
     bool CheckAnnotation() const { return (m_presence & (1u << 1)) != 0; }
+    // "contentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
@@ -170,42 +191,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "issignatureline": attribute, wxString
     wxString GetIssignatureline() const;
     void SetIssignatureline(wxString value);
     bool CheckIssignatureline() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
+    // "provid": attribute, wxString
     wxString GetProvid() const;
     void SetProvid(wxString value);
     bool CheckProvid() const { return (m_presence & (1u << 3)) != 0; }
+    // "signinginstructionsset": attribute, wxString
     wxString GetSigninginstructionsset() const;
     void SetSigninginstructionsset(wxString value);
     bool CheckSigninginstructionsset() const { return (m_presence & (1u << 4)) != 0; }
+    // "allowcomments": attribute, wxString
     wxString GetAllowcomments() const;
     void SetAllowcomments(wxString value);
     bool CheckAllowcomments() const { return (m_presence & (1u << 5)) != 0; }
+    // "showsigndate": attribute, wxString
     wxString GetShowsigndate() const;
     void SetShowsigndate(wxString value);
     bool CheckShowsigndate() const { return (m_presence & (1u << 6)) != 0; }
+    // "suggestedsigner": attribute, wxString
     wxString GetSuggestedsigner() const;
     void SetSuggestedsigner(wxString value);
     bool CheckSuggestedsigner() const { return (m_presence & (1u << 7)) != 0; }
+    // "suggestedsigner2": attribute, wxString
     wxString GetSuggestedsigner2() const;
     void SetSuggestedsigner2(wxString value);
     bool CheckSuggestedsigner2() const { return (m_presence & (1u << 8)) != 0; }
+    // "suggestedsigneremail": attribute, wxString
     wxString GetSuggestedsigneremail() const;
     void SetSuggestedsigneremail(wxString value);
     bool CheckSuggestedsigneremail() const { return (m_presence & (1u << 9)) != 0; }
+    // "signinginstructions": attribute, wxString
     wxString GetSigninginstructions() const;
     void SetSigninginstructions(wxString value);
     bool CheckSigninginstructions() const { return (m_presence & (1u << 10)) != 0; }
+    // "addlxml": attribute, wxString
     wxString GetAddlxml() const;
     void SetAddlxml(wxString value);
     bool CheckAddlxml() const { return (m_presence & (1u << 11)) != 0; }
+    // "sigprovurl": attribute, wxString
     wxString GetSigprovurl() const;
     void SetSigprovurl(wxString value);
     bool CheckSigprovurl() const { return (m_presence & (1u << 12)) != 0; }
@@ -238,15 +272,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "idmap": child element
     CT_IdMap* GetIdmap() const { return m_Idmap; }
     void SetIdmap(CT_IdMap* value) { m_Idmap = value; m_presence |= (1u << 0); }
     bool CheckIdmap() const { return (m_presence & (1u << 0)) != 0; }
+    // "regrouptable": child element
     CT_RegroupTable* GetRegrouptable() const { return m_Regrouptable; }
     void SetRegrouptable(CT_RegroupTable* value) { m_Regrouptable = value; m_presence |= (1u << 1); }
     bool CheckRegrouptable() const { return (m_presence & (1u << 1)) != 0; }
+    // "rules": child element
     CT_Rules* GetRules() const { return m_Rules; }
     void SetRules(CT_Rules* value) { m_Rules = value; m_presence |= (1u << 2); }
     bool CheckRules() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 3); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 3)) != 0; }
@@ -270,9 +308,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "data": attribute, wxString
     wxString GetData() const;
     void SetData(wxString value);
     bool CheckData() const { return (m_presence & (1u << 1)) != 0; }
@@ -294,9 +334,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "entry": child element, repeated
     XMLPtrArray<CT_Entry> GetEntry() const;
     void SetEntry(XMLPtrArray<CT_Entry> value);
     bool CheckEntry() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 1); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
@@ -318,9 +360,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "new": attribute, int
     int GetNew() const { return m_New; }
     void SetNew(int value) { m_New = value; m_presence |= (1u << 0); }
     bool CheckNew() const { return (m_presence & (1u << 0)) != 0; }
+    // "old": attribute, int
     int GetOld() const { return m_Old; }
     void SetOld(int value) { m_Old = value; m_presence |= (1u << 1); }
     bool CheckOld() const { return (m_presence & (1u << 1)) != 0; }
@@ -342,9 +386,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r": child element, repeated
     XMLPtrArray<CT_R> GetR() const;
     void SetR(XMLPtrArray<CT_R> value);
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 1); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
@@ -366,18 +412,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "proxy": child element, repeated
     XMLPtrArray<CT_Proxy> GetProxy() const;
     void SetProxy(XMLPtrArray<CT_Proxy> value);
     bool CheckProxy() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "how": attribute, wxString
     wxString GetHow() const;
     void SetHow(wxString value);
     bool CheckHow() const { return (m_presence & (1u << 3)) != 0; }
+    // "idref": attribute, wxString
     wxString GetIdref() const;
     void SetIdref(wxString value);
     bool CheckIdref() const { return (m_presence & (1u << 4)) != 0; }
@@ -402,15 +453,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "start": attribute, wxString, default "false"
     wxString GetStart() const;
     void SetStart(wxString value);
     bool CheckStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "end": attribute, wxString, default "false"
     wxString GetEnd() const;
     void SetEnd(wxString value);
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
+    // "idref": attribute, wxString
     wxString GetIdref() const;
     void SetIdref(wxString value);
     bool CheckIdref() const { return (m_presence & (1u << 2)) != 0; }
+    // "connectloc": attribute, int
     int GetConnectloc() const { return m_Connectloc; }
     void SetConnectloc(int value) { m_Connectloc = value; m_presence |= (1u << 3); }
     bool CheckConnectloc() const { return (m_presence & (1u << 3)) != 0; }
@@ -434,36 +489,47 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "relationtable": child element
     CT_RelationTable* GetRelationtable() const { return m_Relationtable; }
     void SetRelationtable(CT_RelationTable* value) { m_Relationtable = value; m_presence |= (1u << 0); }
     bool CheckRelationtable() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 1); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
+    // "dgmstyle": attribute, int
     int GetDgmstyle() const { return m_Dgmstyle; }
     void SetDgmstyle(int value) { m_Dgmstyle = value; m_presence |= (1u << 2); }
     bool CheckDgmstyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "autoformat": attribute, wxString
     wxString GetAutoformat() const;
     void SetAutoformat(wxString value);
     bool CheckAutoformat() const { return (m_presence & (1u << 3)) != 0; }
+    // "reverse": attribute, wxString
     wxString GetReverse() const;
     void SetReverse(wxString value);
     bool CheckReverse() const { return (m_presence & (1u << 4)) != 0; }
+    // "autolayout": attribute, wxString
     wxString GetAutolayout() const;
     void SetAutolayout(wxString value);
     bool CheckAutolayout() const { return (m_presence & (1u << 5)) != 0; }
+    // "dgmscalex": attribute, int
     int GetDgmscalex() const { return m_Dgmscalex; }
     void SetDgmscalex(int value) { m_Dgmscalex = value; m_presence |= (1u << 6); }
     bool CheckDgmscalex() const { return (m_presence & (1u << 6)) != 0; }
+    // "dgmscaley": attribute, int
     int GetDgmscaley() const { return m_Dgmscaley; }
     void SetDgmscaley(int value) { m_Dgmscaley = value; m_presence |= (1u << 7); }
     bool CheckDgmscaley() const { return (m_presence & (1u << 7)) != 0; }
+    // "dgmfontsize": attribute, int
     int GetDgmfontsize() const { return m_Dgmfontsize; }
     void SetDgmfontsize(int value) { m_Dgmfontsize = value; m_presence |= (1u << 8); }
     bool CheckDgmfontsize() const { return (m_presence & (1u << 8)) != 0; }
+    // "constrainbounds": attribute, wxString
     wxString GetConstrainbounds() const;
     void SetConstrainbounds(wxString value);
     bool CheckConstrainbounds() const { return (m_presence & (1u << 9)) != 0; }
+    // "dgmbasetextscale": attribute, int
     int GetDgmbasetextscale() const { return m_Dgmbasetextscale; }
     void SetDgmbasetextscale(int value) { m_Dgmbasetextscale = value; m_presence |= (1u << 10); }
     bool CheckDgmbasetextscale() const { return (m_presence & (1u << 10)) != 0; }
@@ -494,6 +560,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "contentType": attribute, wxString
     wxString GetContentType() const;
     void SetContentType(wxString value);
     bool CheckContentType() const { return (m_presence & (1u << 0)) != 0; }
@@ -514,9 +581,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rel": child element, repeated
     XMLPtrArray<CT_Relation> GetRel() const;
     void SetRel(XMLPtrArray<CT_Relation> value);
     bool CheckRel() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 1); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
@@ -538,15 +607,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "idsrc": attribute, wxString
     wxString GetIdsrc() const;
     void SetIdsrc(wxString value);
     bool CheckIdsrc() const { return (m_presence & (1u << 1)) != 0; }
+    // "iddest": attribute, wxString
     wxString GetIddest() const;
     void SetIddest(wxString value);
     bool CheckIddest() const { return (m_presence & (1u << 2)) != 0; }
+    // "idcntr": attribute, wxString
     wxString GetIdcntr() const;
     void SetIdcntr(wxString value);
     bool CheckIdcntr() const { return (m_presence & (1u << 3)) != 0; }
@@ -570,9 +643,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "colors": attribute, wxString
     wxString GetColors() const;
     void SetColors(wxString value);
     bool CheckColors() const { return (m_presence & (1u << 1)) != 0; }
@@ -594,18 +669,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "strokecolor": attribute, wxString
     wxString GetStrokecolor() const;
     void SetStrokecolor(wxString value);
     bool CheckStrokecolor() const { return (m_presence & (1u << 1)) != 0; }
+    // "fillcolor": attribute, wxString
     wxString GetFillcolor() const;
     void SetFillcolor(wxString value);
     bool CheckFillcolor() const { return (m_presence & (1u << 2)) != 0; }
+    // "shadowcolor": attribute, wxString
     wxString GetShadowcolor() const;
     void SetShadowcolor(wxString value);
     bool CheckShadowcolor() const { return (m_presence & (1u << 3)) != 0; }
+    // "extrusioncolor": attribute, wxString
     wxString GetExtrusioncolor() const;
     void SetExtrusioncolor(wxString value);
     bool CheckExtrusioncolor() const { return (m_presence & (1u << 4)) != 0; }
@@ -630,21 +710,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 2)) != 0; }
+    // "offset": attribute, wxString
     wxString GetOffset() const;
     void SetOffset(wxString value);
     bool CheckOffset() const { return (m_presence & (1u << 3)) != 0; }
+    // "origin": attribute, wxString
     wxString GetOrigin() const;
     void SetOrigin(wxString value);
     bool CheckOrigin() const { return (m_presence & (1u << 4)) != 0; }
+    // "matrix": attribute, wxString
     wxString GetMatrix() const;
     void SetMatrix(wxString value);
     bool CheckMatrix() const { return (m_presence & (1u << 5)) != 0; }
@@ -670,102 +756,135 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "type": attribute, wxString, default "parallel"
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "render": attribute, wxString, default "solid"
     wxString GetRender() const;
     void SetRender(wxString value);
     bool CheckRender() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "viewpointorigin": attribute, wxString
     wxString GetViewpointorigin() const;
     void SetViewpointorigin(wxString value);
     bool CheckViewpointorigin() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "viewpoint": attribute, wxString
     wxString GetViewpoint() const;
     void SetViewpoint(wxString value);
     bool CheckViewpoint() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "plane": attribute, wxString, default "XY"
     wxString GetPlane() const;
     void SetPlane(wxString value);
     bool CheckPlane() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "skewangle": attribute, float
     float GetSkewangle() const { return m_Skewangle; }
     void SetSkewangle(float value) { m_Skewangle = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckSkewangle() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "skewamt": attribute, wxString
     wxString GetSkewamt() const;
     void SetSkewamt(wxString value);
     bool CheckSkewamt() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "foredepth": attribute, wxString
     wxString GetForedepth() const;
     void SetForedepth(wxString value);
     bool CheckForedepth() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "backdepth": attribute, wxString
     wxString GetBackdepth() const;
     void SetBackdepth(wxString value);
     bool CheckBackdepth() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "orientation": attribute, wxString
     wxString GetOrientation() const;
     void SetOrientation(wxString value);
     bool CheckOrientation() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "orientationangle": attribute, float
     float GetOrientationangle() const { return m_Orientationangle; }
     void SetOrientationangle(float value) { m_Orientationangle = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckOrientationangle() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "lockrotationcenter": attribute, wxString
     wxString GetLockrotationcenter() const;
     void SetLockrotationcenter(wxString value);
     bool CheckLockrotationcenter() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "autorotationcenter": attribute, wxString
     wxString GetAutorotationcenter() const;
     void SetAutorotationcenter(wxString value);
     bool CheckAutorotationcenter() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "rotationcenter": attribute, wxString
     wxString GetRotationcenter() const;
     void SetRotationcenter(wxString value);
     bool CheckRotationcenter() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "rotationangle": attribute, wxString
     wxString GetRotationangle() const;
     void SetRotationangle(wxString value);
     bool CheckRotationangle() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "colormode": attribute, wxString
     wxString GetColormode() const;
     void SetColormode(wxString value);
     bool CheckColormode() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "color": attribute, wxString
     wxString GetColor() const;
     void SetColor(wxString value);
     bool CheckColor() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "shininess": attribute, float
     float GetShininess() const { return m_Shininess; }
     void SetShininess(float value) { m_Shininess = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckShininess() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "specularity": attribute, wxString
     wxString GetSpecularity() const;
     void SetSpecularity(wxString value);
     bool CheckSpecularity() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "diffusity": attribute, wxString
     wxString GetDiffusity() const;
     void SetDiffusity(wxString value);
     bool CheckDiffusity() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "metal": attribute, wxString
     wxString GetMetal() const;
     void SetMetal(wxString value);
     bool CheckMetal() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "edge": attribute, wxString
     wxString GetEdge() const;
     void SetEdge(wxString value);
     bool CheckEdge() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "facet": attribute, wxString
     wxString GetFacet() const;
     void SetFacet(wxString value);
     bool CheckFacet() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "lightface": attribute, wxString
     wxString GetLightface() const;
     void SetLightface(wxString value);
     bool CheckLightface() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "brightness": attribute, wxString
     wxString GetBrightness() const;
     void SetBrightness(wxString value);
     bool CheckBrightness() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "lightposition": attribute, wxString
     wxString GetLightposition() const;
     void SetLightposition(wxString value);
     bool CheckLightposition() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "lightlevel": attribute, wxString
     wxString GetLightlevel() const;
     void SetLightlevel(wxString value);
     bool CheckLightlevel() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "lightharsh": attribute, wxString
     wxString GetLightharsh() const;
     void SetLightharsh(wxString value);
     bool CheckLightharsh() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "lightposition2": attribute, wxString
     wxString GetLightposition2() const;
     void SetLightposition2(wxString value);
     bool CheckLightposition2() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "lightlevel2": attribute, wxString
     wxString GetLightlevel2() const;
     void SetLightlevel2(wxString value);
     bool CheckLightlevel2() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "lightharsh2": attribute, wxString
     wxString GetLightharsh2() const;
     void SetLightharsh2(wxString value);
     bool CheckLightharsh2() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
@@ -818,45 +937,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "gap": attribute, wxString
     wxString GetGap() const;
     void SetGap(wxString value);
     bool CheckGap() const { return (m_presence & (1u << 3)) != 0; }
+    // "angle": attribute, wxString
     wxString GetAngle() const;
     void SetAngle(wxString value);
     bool CheckAngle() const { return (m_presence & (1u << 4)) != 0; }
+    // "dropauto": attribute, wxString
     wxString GetDropauto() const;
     void SetDropauto(wxString value);
     bool CheckDropauto() const { return (m_presence & (1u << 5)) != 0; }
+    // "drop": attribute, wxString
     wxString GetDrop() const;
     void SetDrop(wxString value);
     bool CheckDrop() const { return (m_presence & (1u << 6)) != 0; }
+    // "distance": attribute, wxString
     wxString GetDistance() const;
     void SetDistance(wxString value);
     bool CheckDistance() const { return (m_presence & (1u << 7)) != 0; }
+    // "lengthspecified": attribute, wxString, default "f"
     wxString GetLengthspecified() const;
     void SetLengthspecified(wxString value);
     bool CheckLengthspecified() const { return (m_presence & (1u << 8)) != 0; }
+    // "length": attribute, wxString
     wxString GetLength() const;
     void SetLength(wxString value);
     bool CheckLength() const { return (m_presence & (1u << 9)) != 0; }
+    // "accentbar": attribute, wxString
     wxString GetAccentbar() const;
     void SetAccentbar(wxString value);
     bool CheckAccentbar() const { return (m_presence & (1u << 10)) != 0; }
+    // "textborder": attribute, wxString
     wxString GetTextborder() const;
     void SetTextborder(wxString value);
     bool CheckTextborder() const { return (m_presence & (1u << 11)) != 0; }
+    // "minusx": attribute, wxString
     wxString GetMinusx() const;
     void SetMinusx(wxString value);
     bool CheckMinusx() const { return (m_presence & (1u << 12)) != 0; }
+    // "minusy": attribute, wxString
     wxString GetMinusy() const;
     void SetMinusy(wxString value);
     bool CheckMinusy() const { return (m_presence & (1u << 13)) != 0; }
@@ -890,39 +1023,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "position": attribute, wxString
     wxString GetPosition() const;
     void SetPosition(wxString value);
     bool CheckPosition() const { return (m_presence & (1u << 1)) != 0; }
+    // "selection": attribute, wxString
     wxString GetSelection() const;
     void SetSelection(wxString value);
     bool CheckSelection() const { return (m_presence & (1u << 2)) != 0; }
+    // "grouping": attribute, wxString
     wxString GetGrouping() const;
     void SetGrouping(wxString value);
     bool CheckGrouping() const { return (m_presence & (1u << 3)) != 0; }
+    // "ungrouping": attribute, wxString
     wxString GetUngrouping() const;
     void SetUngrouping(wxString value);
     bool CheckUngrouping() const { return (m_presence & (1u << 4)) != 0; }
+    // "rotation": attribute, wxString
     wxString GetRotation() const;
     void SetRotation(wxString value);
     bool CheckRotation() const { return (m_presence & (1u << 5)) != 0; }
+    // "cropping": attribute, wxString
     wxString GetCropping() const;
     void SetCropping(wxString value);
     bool CheckCropping() const { return (m_presence & (1u << 6)) != 0; }
+    // "verticies": attribute, wxString
     wxString GetVerticies() const;
     void SetVerticies(wxString value);
     bool CheckVerticies() const { return (m_presence & (1u << 7)) != 0; }
+    // "adjusthandles": attribute, wxString
     wxString GetAdjusthandles() const;
     void SetAdjusthandles(wxString value);
     bool CheckAdjusthandles() const { return (m_presence & (1u << 8)) != 0; }
+    // "text": attribute, wxString
     wxString GetText() const;
     void SetText(wxString value);
     bool CheckText() const { return (m_presence & (1u << 9)) != 0; }
+    // "aspectratio": attribute, wxString
     wxString GetAspectratio() const;
     void SetAspectratio(wxString value);
     bool CheckAspectratio() const { return (m_presence & (1u << 10)) != 0; }
+    // "shapetype": attribute, wxString
     wxString GetShapetype() const;
     void SetShapetype(wxString value);
     bool CheckShapetype() const { return (m_presence & (1u << 11)) != 0; }
@@ -954,33 +1099,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "LinkType": value element, wxString
     wxString GetLinkType() const;
     void SetLinkType(wxString value);
     bool CheckLinkType() const { return (m_presence & (1u << 0)) != 0; }
+    // "LockedField": value element, wxString
     wxString GetLockedField() const;
     void SetLockedField(wxString value);
     bool CheckLockedField() const { return (m_presence & (1u << 1)) != 0; }
+    // "FieldCodes": value element, wxString
     wxString GetFieldCodes() const;
     void SetFieldCodes(wxString value);
     bool CheckFieldCodes() const { return (m_presence & (1u << 2)) != 0; }
+    // "Type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 3)) != 0; }
+    // "ProgID": attribute, wxString
     wxString GetProgID() const;
     void SetProgID(wxString value);
     bool CheckProgID() const { return (m_presence & (1u << 4)) != 0; }
+    // "ShapeID": attribute, wxString
     wxString GetShapeID() const;
     void SetShapeID(wxString value);
     bool CheckShapeID() const { return (m_presence & (1u << 5)) != 0; }
+    // "DrawAspect": attribute, wxString
     wxString GetDrawAspect() const;
     void SetDrawAspect(wxString value);
     bool CheckDrawAspect() const { return (m_presence & (1u << 6)) != 0; }
+    // "ObjectID": attribute, wxString
     wxString GetObjectID() const;
     void SetObjectID(wxString value);
     bool CheckObjectID() const { return (m_presence & (1u << 7)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 8)) != 0; }
+    // "UpdateMode": attribute, wxString
     wxString GetUpdateMode() const;
     void SetUpdateMode(wxString value);
     bool CheckUpdateMode() const { return (m_presence & (1u << 9)) != 0; }
@@ -1010,6 +1165,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
@@ -1030,84 +1186,111 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "on": attribute, wxString
     wxString GetOn() const;
     void SetOn(wxString value);
     bool CheckOn() const { return (m_presence & (1u << 1)) != 0; }
+    // "weight": attribute, wxString
     wxString GetWeight() const;
     void SetWeight(wxString value);
     bool CheckWeight() const { return (m_presence & (1u << 2)) != 0; }
+    // "color": attribute, wxString
     wxString GetColor() const;
     void SetColor(wxString value);
     bool CheckColor() const { return (m_presence & (1u << 3)) != 0; }
+    // "color2": attribute, wxString
     wxString GetColor2() const;
     void SetColor2(wxString value);
     bool CheckColor2() const { return (m_presence & (1u << 4)) != 0; }
+    // "opacity": attribute, wxString
     wxString GetOpacity() const;
     void SetOpacity(wxString value);
     bool CheckOpacity() const { return (m_presence & (1u << 5)) != 0; }
+    // "linestyle": attribute, wxString
     wxString GetLinestyle() const;
     void SetLinestyle(wxString value);
     bool CheckLinestyle() const { return (m_presence & (1u << 6)) != 0; }
+    // "miterlimit": attribute, double
     double GetMiterlimit() const { return m_Miterlimit; }
     void SetMiterlimit(double value) { m_Miterlimit = value; m_presence |= (1u << 7); }
     bool CheckMiterlimit() const { return (m_presence & (1u << 7)) != 0; }
+    // "joinstyle": attribute, wxString
     wxString GetJoinstyle() const;
     void SetJoinstyle(wxString value);
     bool CheckJoinstyle() const { return (m_presence & (1u << 8)) != 0; }
+    // "endcap": attribute, wxString
     wxString GetEndcap() const;
     void SetEndcap(wxString value);
     bool CheckEndcap() const { return (m_presence & (1u << 9)) != 0; }
+    // "dashstyle": attribute, wxString
     wxString GetDashstyle() const;
     void SetDashstyle(wxString value);
     bool CheckDashstyle() const { return (m_presence & (1u << 10)) != 0; }
+    // "insetpen": attribute, wxString
     wxString GetInsetpen() const;
     void SetInsetpen(wxString value);
     bool CheckInsetpen() const { return (m_presence & (1u << 11)) != 0; }
+    // "filltype": attribute, wxString
     wxString GetFilltype() const;
     void SetFilltype(wxString value);
     bool CheckFilltype() const { return (m_presence & (1u << 12)) != 0; }
+    // "src": attribute, wxString
     wxString GetSrc() const;
     void SetSrc(wxString value);
     bool CheckSrc() const { return (m_presence & (1u << 13)) != 0; }
+    // "imageaspect": attribute, wxString
     wxString GetImageaspect() const;
     void SetImageaspect(wxString value);
     bool CheckImageaspect() const { return (m_presence & (1u << 14)) != 0; }
+    // "imagesize": attribute, wxString
     wxString GetImagesize() const;
     void SetImagesize(wxString value);
     bool CheckImagesize() const { return (m_presence & (1u << 15)) != 0; }
+    // "imagealignshape": attribute, wxString
     wxString GetImagealignshape() const;
     void SetImagealignshape(wxString value);
     bool CheckImagealignshape() const { return (m_presence & (1u << 16)) != 0; }
+    // "startarrow": attribute, wxString
     wxString GetStartarrow() const;
     void SetStartarrow(wxString value);
     bool CheckStartarrow() const { return (m_presence & (1u << 17)) != 0; }
+    // "startarrowwidth": attribute, wxString
     wxString GetStartarrowwidth() const;
     void SetStartarrowwidth(wxString value);
     bool CheckStartarrowwidth() const { return (m_presence & (1u << 18)) != 0; }
+    // "startarrowlength": attribute, wxString
     wxString GetStartarrowlength() const;
     void SetStartarrowlength(wxString value);
     bool CheckStartarrowlength() const { return (m_presence & (1u << 19)) != 0; }
+    // "endarrow": attribute, wxString
     wxString GetEndarrow() const;
     void SetEndarrow(wxString value);
     bool CheckEndarrow() const { return (m_presence & (1u << 20)) != 0; }
+    // "endarrowwidth": attribute, wxString
     wxString GetEndarrowwidth() const;
     void SetEndarrowwidth(wxString value);
     bool CheckEndarrowwidth() const { return (m_presence & (1u << 21)) != 0; }
+    // "endarrowlength": attribute, wxString
     wxString GetEndarrowlength() const;
     void SetEndarrowlength(wxString value);
     bool CheckEndarrowlength() const { return (m_presence & (1u << 22)) != 0; }
+    // "href": attribute, wxString
     wxString GetHref() const;
     void SetHref(wxString value);
     bool CheckHref() const { return (m_presence & (1u << 23)) != 0; }
+    // "althref": attribute, wxString
     wxString GetAlthref() const;
     void SetAlthref(wxString value);
     bool CheckAlthref() const { return (m_presence & (1u << 24)) != 0; }
+    // "title": attribute, wxString
     wxString GetTitle() const;
     void SetTitle(wxString value);
     bool CheckTitle() const { return (m_presence & (1u << 25)) != 0; }
+    // "forcedash": attribute, wxString
     wxString GetForcedash() const;
     void SetForcedash(wxString value);
     bool CheckForcedash() const { return (m_presence & (1u << 26)) != 0; }
@@ -1154,6 +1337,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "v": attribute, wxString
     wxString GetV() const;
     void SetV(wxString value);
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
@@ -1174,9 +1358,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // attribute group v:AG_Ext
     urn_schemas_microsoft_com_vml::AG_Ext* GetV_AG_Ext() const { return m_V_AG_Ext; }
     void SetV_AG_Ext(urn_schemas_microsoft_com_vml::AG_Ext* value) { m_V_AG_Ext = value; m_presence |= (1u << 0); }
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }

@@ -30,12 +30,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "width": attribute, unsigned int
     unsigned int GetWidth() const { return m_Width; }
     void SetWidth(unsigned int value) { m_Width = value; m_presence |= (1u << 1); }
     bool CheckWidth() const { return (m_presence & (1u << 1)) != 0; }
+    // "shadow": attribute, wxString
     wxString GetShadow() const;
     void SetShadow(wxString value);
     bool CheckShadow() const { return (m_presence & (1u << 2)) != 0; }
@@ -58,15 +61,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "side": attribute, wxString
     wxString GetSide() const;
     void SetSide(wxString value);
     bool CheckSide() const { return (m_presence & (1u << 1)) != 0; }
+    // "anchorx": attribute, wxString
     wxString GetAnchorx() const;
     void SetAnchorx(wxString value);
     bool CheckAnchorx() const { return (m_presence & (1u << 2)) != 0; }
+    // "anchory": attribute, wxString
     wxString GetAnchory() const;
     void SetAnchory(wxString value);
     bool CheckAnchory() const { return (m_presence & (1u << 3)) != 0; }

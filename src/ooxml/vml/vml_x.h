@@ -29,9 +29,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ClientDataData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ClientDataData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "ObjectType": attribute, wxString
     wxString GetObjectType() const;
     void SetObjectType(wxString value);
     bool CheckObjectType() const { return (m_presence & (1u << 1)) != 0; }
@@ -58,204 +60,271 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "MoveWithCells": value element, wxString
     wxString GetMoveWithCells() const;
     void SetMoveWithCells(wxString value);
     bool CheckMoveWithCells() const { return (m_presence[0] & (std::uint64_t(1) << 0)) != 0; }
+    // "SizeWithCells": value element, wxString
     wxString GetSizeWithCells() const;
     void SetSizeWithCells(wxString value);
     bool CheckSizeWithCells() const { return (m_presence[0] & (std::uint64_t(1) << 1)) != 0; }
+    // "Anchor": value element, wxString
     wxString GetAnchor() const;
     void SetAnchor(wxString value);
     bool CheckAnchor() const { return (m_presence[0] & (std::uint64_t(1) << 2)) != 0; }
+    // "Locked": value element, wxString
     wxString GetLocked() const;
     void SetLocked(wxString value);
     bool CheckLocked() const { return (m_presence[0] & (std::uint64_t(1) << 3)) != 0; }
+    // "DefaultSize": value element, wxString
     wxString GetDefaultSize() const;
     void SetDefaultSize(wxString value);
     bool CheckDefaultSize() const { return (m_presence[0] & (std::uint64_t(1) << 4)) != 0; }
+    // "PrintObject": value element, wxString
     wxString GetPrintObject() const;
     void SetPrintObject(wxString value);
     bool CheckPrintObject() const { return (m_presence[0] & (std::uint64_t(1) << 5)) != 0; }
+    // "Disabled": value element, wxString
     wxString GetDisabled() const;
     void SetDisabled(wxString value);
     bool CheckDisabled() const { return (m_presence[0] & (std::uint64_t(1) << 6)) != 0; }
+    // "AutoFill": value element, wxString
     wxString GetAutoFill() const;
     void SetAutoFill(wxString value);
     bool CheckAutoFill() const { return (m_presence[0] & (std::uint64_t(1) << 7)) != 0; }
+    // "AutoLine": value element, wxString
     wxString GetAutoLine() const;
     void SetAutoLine(wxString value);
     bool CheckAutoLine() const { return (m_presence[0] & (std::uint64_t(1) << 8)) != 0; }
+    // "AutoPict": value element, wxString
     wxString GetAutoPict() const;
     void SetAutoPict(wxString value);
     bool CheckAutoPict() const { return (m_presence[0] & (std::uint64_t(1) << 9)) != 0; }
+    // "FmlaMacro": value element, wxString
     wxString GetFmlaMacro() const;
     void SetFmlaMacro(wxString value);
     bool CheckFmlaMacro() const { return (m_presence[0] & (std::uint64_t(1) << 10)) != 0; }
+    // "TextHAlign": value element, wxString
     wxString GetTextHAlign() const;
     void SetTextHAlign(wxString value);
     bool CheckTextHAlign() const { return (m_presence[0] & (std::uint64_t(1) << 11)) != 0; }
+    // "TextVAlign": value element, wxString
     wxString GetTextVAlign() const;
     void SetTextVAlign(wxString value);
     bool CheckTextVAlign() const { return (m_presence[0] & (std::uint64_t(1) << 12)) != 0; }
+    // "LockText": value element, wxString
     wxString GetLockText() const;
     void SetLockText(wxString value);
     bool CheckLockText() const { return (m_presence[0] & (std::uint64_t(1) << 13)) != 0; }
+    // "JustLastX": value element, wxString
     wxString GetJustLastX() const;
     void SetJustLastX(wxString value);
     bool CheckJustLastX() const { return (m_presence[0] & (std::uint64_t(1) << 14)) != 0; }
+    // "SecretEdit": value element, wxString
     wxString GetSecretEdit() const;
     void SetSecretEdit(wxString value);
     bool CheckSecretEdit() const { return (m_presence[0] & (std::uint64_t(1) << 15)) != 0; }
+    // "Default": value element, wxString
     wxString GetDefault() const;
     void SetDefault(wxString value);
     bool CheckDefault() const { return (m_presence[0] & (std::uint64_t(1) << 16)) != 0; }
+    // "Help": value element, wxString
     wxString GetHelp() const;
     void SetHelp(wxString value);
     bool CheckHelp() const { return (m_presence[0] & (std::uint64_t(1) << 17)) != 0; }
+    // "Cancel": value element, wxString
     wxString GetCancel() const;
     void SetCancel(wxString value);
     bool CheckCancel() const { return (m_presence[0] & (std::uint64_t(1) << 18)) != 0; }
+    // "Dismiss": value element, wxString
     wxString GetDismiss() const;
     void SetDismiss(wxString value);
     bool CheckDismiss() const { return (m_presence[0] & (std::uint64_t(1) << 19)) != 0; }
+    // "Accel": value element, int
     int GetAccel() const { return m_Accel; }
     void SetAccel(int value) { m_Accel = value; m_presence[0] |= (std::uint64_t(1) << 20); }
     bool CheckAccel() const { return (m_presence[0] & (std::uint64_t(1) << 20)) != 0; }
+    // "Accel2": value element, int
     int GetAccel2() const { return m_Accel2; }
     void SetAccel2(int value) { m_Accel2 = value; m_presence[0] |= (std::uint64_t(1) << 21); }
     bool CheckAccel2() const { return (m_presence[0] & (std::uint64_t(1) << 21)) != 0; }
+    // "Row": value element, int
     int GetRow() const { return m_Row; }
     void SetRow(int value) { m_Row = value; m_presence[0] |= (std::uint64_t(1) << 22); }
     bool CheckRow() const { return (m_presence[0] & (std::uint64_t(1) << 22)) != 0; }
+    // "Column": value element, int
     int GetColumn() const { return m_Column; }
     void SetColumn(int value) { m_Column = value; m_presence[0] |= (std::uint64_t(1) << 23); }
     bool CheckColumn() const { return (m_presence[0] & (std::uint64_t(1) << 23)) != 0; }
+    // "Visible": value element, wxString
     wxString GetVisible() const;
     void SetVisible(wxString value);
     bool CheckVisible() const { return (m_presence[0] & (std::uint64_t(1) << 24)) != 0; }
+    // "RowHidden": value element, wxString
     wxString GetRowHidden() const;
     void SetRowHidden(wxString value);
     bool CheckRowHidden() const { return (m_presence[0] & (std::uint64_t(1) << 25)) != 0; }
+    // "ColHidden": value element, wxString
     wxString GetColHidden() const;
     void SetColHidden(wxString value);
     bool CheckColHidden() const { return (m_presence[0] & (std::uint64_t(1) << 26)) != 0; }
+    // "VTEdit": value element, int
     int GetVTEdit() const { return m_VTEdit; }
     void SetVTEdit(int value) { m_VTEdit = value; m_presence[0] |= (std::uint64_t(1) << 27); }
     bool CheckVTEdit() const { return (m_presence[0] & (std::uint64_t(1) << 27)) != 0; }
+    // "MultiLine": value element, wxString
     wxString GetMultiLine() const;
     void SetMultiLine(wxString value);
     bool CheckMultiLine() const { return (m_presence[0] & (std::uint64_t(1) << 28)) != 0; }
+    // "VScroll": value element, wxString
     wxString GetVScroll() const;
     void SetVScroll(wxString value);
     bool CheckVScroll() const { return (m_presence[0] & (std::uint64_t(1) << 29)) != 0; }
+    // "ValidIds": value element, wxString
     wxString GetValidIds() const;
     void SetValidIds(wxString value);
     bool CheckValidIds() const { return (m_presence[0] & (std::uint64_t(1) << 30)) != 0; }
+    // "FmlaRange": value element, wxString
     wxString GetFmlaRange() const;
     void SetFmlaRange(wxString value);
     bool CheckFmlaRange() const { return (m_presence[0] & (std::uint64_t(1) << 31)) != 0; }
+    // "WidthMin": value element, int
     int GetWidthMin() const { return m_WidthMin; }
     void SetWidthMin(int value) { m_WidthMin = value; m_presence[0] |= (std::uint64_t(1) << 32); }
     bool CheckWidthMin() const { return (m_presence[0] & (std::uint64_t(1) << 32)) != 0; }
+    // "Sel": value element, int
     int GetSel() const { return m_Sel; }
     void SetSel(int value) { m_Sel = value; m_presence[0] |= (std::uint64_t(1) << 33); }
     bool CheckSel() const { return (m_presence[0] & (std::uint64_t(1) << 33)) != 0; }
+    // "NoThreeD2": value element, wxString
     wxString GetNoThreeD2() const;
     void SetNoThreeD2(wxString value);
     bool CheckNoThreeD2() const { return (m_presence[0] & (std::uint64_t(1) << 34)) != 0; }
+    // "SelType": value element, wxString
     wxString GetSelType() const;
     void SetSelType(wxString value);
     bool CheckSelType() const { return (m_presence[0] & (std::uint64_t(1) << 35)) != 0; }
+    // "MultiSel": value element, wxString
     wxString GetMultiSel() const;
     void SetMultiSel(wxString value);
     bool CheckMultiSel() const { return (m_presence[0] & (std::uint64_t(1) << 36)) != 0; }
+    // "LCT": value element, wxString
     wxString GetLCT() const;
     void SetLCT(wxString value);
     bool CheckLCT() const { return (m_presence[0] & (std::uint64_t(1) << 37)) != 0; }
+    // "ListItem": value element, wxString
     wxString GetListItem() const;
     void SetListItem(wxString value);
     bool CheckListItem() const { return (m_presence[0] & (std::uint64_t(1) << 38)) != 0; }
+    // "DropStyle": value element, wxString
     wxString GetDropStyle() const;
     void SetDropStyle(wxString value);
     bool CheckDropStyle() const { return (m_presence[0] & (std::uint64_t(1) << 39)) != 0; }
+    // "Colored": value element, wxString
     wxString GetColored() const;
     void SetColored(wxString value);
     bool CheckColored() const { return (m_presence[0] & (std::uint64_t(1) << 40)) != 0; }
+    // "DropLines": value element, int
     int GetDropLines() const { return m_DropLines; }
     void SetDropLines(int value) { m_DropLines = value; m_presence[0] |= (std::uint64_t(1) << 41); }
     bool CheckDropLines() const { return (m_presence[0] & (std::uint64_t(1) << 41)) != 0; }
+    // "Checked": value element, int
     int GetChecked() const { return m_Checked; }
     void SetChecked(int value) { m_Checked = value; m_presence[0] |= (std::uint64_t(1) << 42); }
     bool CheckChecked() const { return (m_presence[0] & (std::uint64_t(1) << 42)) != 0; }
+    // "FmlaLink": value element, wxString
     wxString GetFmlaLink() const;
     void SetFmlaLink(wxString value);
     bool CheckFmlaLink() const { return (m_presence[0] & (std::uint64_t(1) << 43)) != 0; }
+    // "FmlaPict": value element, wxString
     wxString GetFmlaPict() const;
     void SetFmlaPict(wxString value);
     bool CheckFmlaPict() const { return (m_presence[0] & (std::uint64_t(1) << 44)) != 0; }
+    // "NoThreeD": value element, wxString
     wxString GetNoThreeD() const;
     void SetNoThreeD(wxString value);
     bool CheckNoThreeD() const { return (m_presence[0] & (std::uint64_t(1) << 45)) != 0; }
+    // "FirstButton": value element, wxString
     wxString GetFirstButton() const;
     void SetFirstButton(wxString value);
     bool CheckFirstButton() const { return (m_presence[0] & (std::uint64_t(1) << 46)) != 0; }
+    // "FmlaGroup": value element, wxString
     wxString GetFmlaGroup() const;
     void SetFmlaGroup(wxString value);
     bool CheckFmlaGroup() const { return (m_presence[0] & (std::uint64_t(1) << 47)) != 0; }
+    // "Val": value element, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence[0] |= (std::uint64_t(1) << 48); }
     bool CheckVal() const { return (m_presence[0] & (std::uint64_t(1) << 48)) != 0; }
+    // "Min": value element, int
     int GetMin() const { return m_Min; }
     void SetMin(int value) { m_Min = value; m_presence[0] |= (std::uint64_t(1) << 49); }
     bool CheckMin() const { return (m_presence[0] & (std::uint64_t(1) << 49)) != 0; }
+    // "Max": value element, int
     int GetMax() const { return m_Max; }
     void SetMax(int value) { m_Max = value; m_presence[0] |= (std::uint64_t(1) << 50); }
     bool CheckMax() const { return (m_presence[0] & (std::uint64_t(1) << 50)) != 0; }
+    // "Inc": value element, int
     int GetInc() const { return m_Inc; }
     void SetInc(int value) { m_Inc = value; m_presence[0] |= (std::uint64_t(1) << 51); }
     bool CheckInc() const { return (m_presence[0] & (std::uint64_t(1) << 51)) != 0; }
+    // "Page": value element, int
     int GetPage() const { return m_Page; }
     void SetPage(int value) { m_Page = value; m_presence[0] |= (std::uint64_t(1) << 52); }
     bool CheckPage() const { return (m_presence[0] & (std::uint64_t(1) << 52)) != 0; }
+    // "Horiz": value element, wxString
     wxString GetHoriz() const;
     void SetHoriz(wxString value);
     bool CheckHoriz() const { return (m_presence[0] & (std::uint64_t(1) << 53)) != 0; }
+    // "Dx": value element, int
     int GetDx() const { return m_Dx; }
     void SetDx(int value) { m_Dx = value; m_presence[0] |= (std::uint64_t(1) << 54); }
     bool CheckDx() const { return (m_presence[0] & (std::uint64_t(1) << 54)) != 0; }
+    // "MapOCX": value element, wxString
     wxString GetMapOCX() const;
     void SetMapOCX(wxString value);
     bool CheckMapOCX() const { return (m_presence[0] & (std::uint64_t(1) << 55)) != 0; }
+    // "CF": value element, wxString
     wxString GetCF() const;
     void SetCF(wxString value);
     bool CheckCF() const { return (m_presence[0] & (std::uint64_t(1) << 56)) != 0; }
+    // "Camera": value element, wxString
     wxString GetCamera() const;
     void SetCamera(wxString value);
     bool CheckCamera() const { return (m_presence[0] & (std::uint64_t(1) << 57)) != 0; }
+    // "RecalcAlways": value element, wxString
     wxString GetRecalcAlways() const;
     void SetRecalcAlways(wxString value);
     bool CheckRecalcAlways() const { return (m_presence[0] & (std::uint64_t(1) << 58)) != 0; }
+    // "AutoScale": value element, wxString
     wxString GetAutoScale() const;
     void SetAutoScale(wxString value);
     bool CheckAutoScale() const { return (m_presence[0] & (std::uint64_t(1) << 59)) != 0; }
+    // "DDE": value element, wxString
     wxString GetDDE() const;
     void SetDDE(wxString value);
     bool CheckDDE() const { return (m_presence[0] & (std::uint64_t(1) << 60)) != 0; }
+    // "UIObj": value element, wxString
     wxString GetUIObj() const;
     void SetUIObj(wxString value);
     bool CheckUIObj() const { return (m_presence[0] & (std::uint64_t(1) << 61)) != 0; }
+    // "ScriptText": value element, wxString
     wxString GetScriptText() const;
     void SetScriptText(wxString value);
     bool CheckScriptText() const { return (m_presence[0] & (std::uint64_t(1) << 62)) != 0; }
+    // "ScriptExtended": value element, wxString
     wxString GetScriptExtended() const;
     void SetScriptExtended(wxString value);
     bool CheckScriptExtended() const { return (m_presence[0] & (std::uint64_t(1) << 63)) != 0; }
+    // "ScriptLanguage": value element, unsigned int
     unsigned int GetScriptLanguage() const { return m_ScriptLanguage; }
     void SetScriptLanguage(unsigned int value) { m_ScriptLanguage = value; m_presence[1] |= (std::uint64_t(1) << 0); }
     bool CheckScriptLanguage() const { return (m_presence[1] & (std::uint64_t(1) << 0)) != 0; }
+    // "ScriptLocation": value element, unsigned int
     unsigned int GetScriptLocation() const { return m_ScriptLocation; }
     void SetScriptLocation(unsigned int value) { m_ScriptLocation = value; m_presence[1] |= (std::uint64_t(1) << 1); }
     bool CheckScriptLocation() const { return (m_presence[1] & (std::uint64_t(1) << 1)) != 0; }
+    // "FmlaTxbx": value element, wxString
     wxString GetFmlaTxbx() const;
     void SetFmlaTxbx(wxString value);
     bool CheckFmlaTxbx() const { return (m_presence[1] & (std::uint64_t(1) << 2)) != 0; }

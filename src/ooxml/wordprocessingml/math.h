@@ -110,6 +110,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -130,6 +131,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -150,6 +152,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -170,6 +173,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, unsigned int
     unsigned int GetVal() const { return m_Val; }
     void SetVal(unsigned int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -190,6 +194,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -210,6 +215,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -230,6 +236,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -250,6 +257,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -270,6 +278,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -290,6 +299,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -310,6 +320,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -330,6 +341,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -350,6 +362,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -370,6 +383,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -390,6 +404,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -410,6 +425,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "alnAt": attribute, int
     int GetAlnAt() const { return m_AlnAt; }
     void SetAlnAt(int value) { m_AlnAt = value; m_presence |= (1u << 0); }
     bool CheckAlnAt() const { return (m_presence & (1u << 0)) != 0; }
@@ -435,9 +451,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "scr": child element
     CT_Script* GetScr() const { return m_Scr; }
     void SetScr(CT_Script* value) { m_Scr = value; m_presence |= (1u << 0); }
     bool CheckScr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sty": child element
     CT_Style* GetSty() const { return m_Sty; }
     void SetSty(CT_Style* value) { m_Sty = value; m_presence |= (1u << 1); }
     bool CheckSty() const { return (m_presence & (1u << 1)) != 0; }
@@ -459,15 +477,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lit": child element
     CT_OnOff* GetLit() const { return m_Lit; }
     void SetLit(CT_OnOff* value) { m_Lit = value; m_presence |= (1u << 0); }
     bool CheckLit() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_RPRData__* GetData__() const { return m_Data__; }
     void SetData__(CT_RPRData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "brk": child element
     CT_ManualBreak* GetBrk() const { return m_Brk; }
     void SetBrk(CT_ManualBreak* value) { m_Brk = value; m_presence |= (1u << 2); }
     bool CheckBrk() const { return (m_presence & (1u << 2)) != 0; }
+    // "aln": child element
     CT_OnOff* GetAln() const { return m_Aln; }
     void SetAln(CT_OnOff* value) { m_Aln = value; m_presence |= (1u << 3); }
     bool CheckAln() const { return (m_presence & (1u << 3)) != 0; }
@@ -496,9 +518,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "nor": child element
     CT_OnOff* GetNor() const { return m_Nor; }
     void SetNor(CT_OnOff* value) { m_Nor = value; m_presence |= (1u << 0); }
     bool CheckNor() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ScriptStyle
     EG_ScriptStyle* GetEG_ScriptStyle() const { return m_EG_ScriptStyle; }
     void SetEG_ScriptStyle(EG_ScriptStyle* value) { m_EG_ScriptStyle = value; m_presence |= (1u << 1); }
     bool CheckEG_ScriptStyle() const { return (m_presence & (1u << 1)) != 0; }
@@ -520,9 +544,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "xml:space": attribute, wxString, default "preserve"
     wxString GetXml_space() const;
     void SetXml_space(wxString value);
     bool CheckXml_space() const { return (m_presence & (1u << 1)) != 0; }
@@ -544,12 +570,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "a:rPr": child element
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* GetA_rPr() const { return m_A_rPr; }
     void SetA_rPr(schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* value) { m_A_rPr = value; m_presence |= (1u << 0); }
     bool CheckA_rPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group w:EG_RPr
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* GetW_EG_RPr() const { return m_W_EG_RPr; }
     void SetW_EG_RPr(schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* value) { m_W_EG_RPr = value; m_presence |= (1u << 1); }
     bool CheckW_EG_RPr() const { return (m_presence & (1u << 1)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_RData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RData__> value);
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
@@ -577,9 +606,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group w:EG_RunInnerContent
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RunInnerContent* GetW_EG_RunInnerContent() const { return m_W_EG_RunInnerContent; }
     void SetW_EG_RunInnerContent(schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RunInnerContent* value) { m_W_EG_RunInnerContent = value; m_presence |= (1u << 0); }
     bool CheckW_EG_RunInnerContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "t": child element
     CT_Text* GetT() const { return m_T; }
     void SetT(CT_Text* value) { m_T = value; m_presence |= (1u << 1); }
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
@@ -601,6 +632,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group w:EG_RPrMath
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPrMath* GetW_EG_RPrMath() const { return m_W_EG_RPrMath; }
     void SetW_EG_RPrMath(schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPrMath* value) { m_W_EG_RPrMath = value; m_presence |= (1u << 0); }
     bool CheckW_EG_RPrMath() const { return (m_presence & (1u << 0)) != 0; }
@@ -621,9 +653,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chr": child element
     CT_Char* GetChr() const { return m_Chr; }
     void SetChr(CT_Char* value) { m_Chr = value; m_presence |= (1u << 0); }
     bool CheckChr() const { return (m_presence & (1u << 0)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 1); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -645,9 +679,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "accPr": child element
     CT_AccPr* GetAccPr() const { return m_AccPr; }
     void SetAccPr(CT_AccPr* value) { m_AccPr = value; m_presence |= (1u << 0); }
     bool CheckAccPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -669,9 +705,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_TopBot* GetPos() const { return m_Pos; }
     void SetPos(CT_TopBot* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 1); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -693,9 +731,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "barPr": child element
     CT_BarPr* GetBarPr() const { return m_BarPr; }
     void SetBarPr(CT_BarPr* value) { m_BarPr = value; m_presence |= (1u << 0); }
     bool CheckBarPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -717,21 +757,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "opEmu": child element
     CT_OnOff* GetOpEmu() const { return m_OpEmu; }
     void SetOpEmu(CT_OnOff* value) { m_OpEmu = value; m_presence |= (1u << 0); }
     bool CheckOpEmu() const { return (m_presence & (1u << 0)) != 0; }
+    // "noBreak": child element
     CT_OnOff* GetNoBreak() const { return m_NoBreak; }
     void SetNoBreak(CT_OnOff* value) { m_NoBreak = value; m_presence |= (1u << 1); }
     bool CheckNoBreak() const { return (m_presence & (1u << 1)) != 0; }
+    // "diff": child element
     CT_OnOff* GetDiff() const { return m_Diff; }
     void SetDiff(CT_OnOff* value) { m_Diff = value; m_presence |= (1u << 2); }
     bool CheckDiff() const { return (m_presence & (1u << 2)) != 0; }
+    // "brk": child element
     CT_ManualBreak* GetBrk() const { return m_Brk; }
     void SetBrk(CT_ManualBreak* value) { m_Brk = value; m_presence |= (1u << 3); }
     bool CheckBrk() const { return (m_presence & (1u << 3)) != 0; }
+    // "aln": child element
     CT_OnOff* GetAln() const { return m_Aln; }
     void SetAln(CT_OnOff* value) { m_Aln = value; m_presence |= (1u << 4); }
     bool CheckAln() const { return (m_presence & (1u << 4)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 5); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
@@ -757,9 +803,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "boxPr": child element
     CT_BoxPr* GetBoxPr() const { return m_BoxPr; }
     void SetBoxPr(CT_BoxPr* value) { m_BoxPr = value; m_presence |= (1u << 0); }
     bool CheckBoxPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -781,30 +829,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hideTop": child element
     CT_OnOff* GetHideTop() const { return m_HideTop; }
     void SetHideTop(CT_OnOff* value) { m_HideTop = value; m_presence |= (1u << 0); }
     bool CheckHideTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "hideBot": child element
     CT_OnOff* GetHideBot() const { return m_HideBot; }
     void SetHideBot(CT_OnOff* value) { m_HideBot = value; m_presence |= (1u << 1); }
     bool CheckHideBot() const { return (m_presence & (1u << 1)) != 0; }
+    // "hideLeft": child element
     CT_OnOff* GetHideLeft() const { return m_HideLeft; }
     void SetHideLeft(CT_OnOff* value) { m_HideLeft = value; m_presence |= (1u << 2); }
     bool CheckHideLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "hideRight": child element
     CT_OnOff* GetHideRight() const { return m_HideRight; }
     void SetHideRight(CT_OnOff* value) { m_HideRight = value; m_presence |= (1u << 3); }
     bool CheckHideRight() const { return (m_presence & (1u << 3)) != 0; }
+    // "strikeH": child element
     CT_OnOff* GetStrikeH() const { return m_StrikeH; }
     void SetStrikeH(CT_OnOff* value) { m_StrikeH = value; m_presence |= (1u << 4); }
     bool CheckStrikeH() const { return (m_presence & (1u << 4)) != 0; }
+    // "strikeV": child element
     CT_OnOff* GetStrikeV() const { return m_StrikeV; }
     void SetStrikeV(CT_OnOff* value) { m_StrikeV = value; m_presence |= (1u << 5); }
     bool CheckStrikeV() const { return (m_presence & (1u << 5)) != 0; }
+    // "strikeBLTR": child element
     CT_OnOff* GetStrikeBLTR() const { return m_StrikeBLTR; }
     void SetStrikeBLTR(CT_OnOff* value) { m_StrikeBLTR = value; m_presence |= (1u << 6); }
     bool CheckStrikeBLTR() const { return (m_presence & (1u << 6)) != 0; }
+    // "strikeTLBR": child element
     CT_OnOff* GetStrikeTLBR() const { return m_StrikeTLBR; }
     void SetStrikeTLBR(CT_OnOff* value) { m_StrikeTLBR = value; m_presence |= (1u << 7); }
     bool CheckStrikeTLBR() const { return (m_presence & (1u << 7)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 8); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 8)) != 0; }
@@ -833,9 +890,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "borderBoxPr": child element
     CT_BorderBoxPr* GetBorderBoxPr() const { return m_BorderBoxPr; }
     void SetBorderBoxPr(CT_BorderBoxPr* value) { m_BorderBoxPr = value; m_presence |= (1u << 0); }
     bool CheckBorderBoxPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -857,21 +916,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "begChr": child element
     CT_Char* GetBegChr() const { return m_BegChr; }
     void SetBegChr(CT_Char* value) { m_BegChr = value; m_presence |= (1u << 0); }
     bool CheckBegChr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sepChr": child element
     CT_Char* GetSepChr() const { return m_SepChr; }
     void SetSepChr(CT_Char* value) { m_SepChr = value; m_presence |= (1u << 1); }
     bool CheckSepChr() const { return (m_presence & (1u << 1)) != 0; }
+    // "endChr": child element
     CT_Char* GetEndChr() const { return m_EndChr; }
     void SetEndChr(CT_Char* value) { m_EndChr = value; m_presence |= (1u << 2); }
     bool CheckEndChr() const { return (m_presence & (1u << 2)) != 0; }
+    // "grow": child element
     CT_OnOff* GetGrow() const { return m_Grow; }
     void SetGrow(CT_OnOff* value) { m_Grow = value; m_presence |= (1u << 3); }
     bool CheckGrow() const { return (m_presence & (1u << 3)) != 0; }
+    // "shp": child element
     CT_Shp* GetShp() const { return m_Shp; }
     void SetShp(CT_Shp* value) { m_Shp = value; m_presence |= (1u << 4); }
     bool CheckShp() const { return (m_presence & (1u << 4)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 5); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
@@ -897,9 +962,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dPr": child element
     CT_DPr* GetDPr() const { return m_DPr; }
     void SetDPr(CT_DPr* value) { m_DPr = value; m_presence |= (1u << 0); }
     bool CheckDPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element, repeated
     XMLPtrArray<CT_OMathArg> GetE() const;
     void SetE(XMLPtrArray<CT_OMathArg> value);
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -921,21 +988,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "baseJc": child element
     CT_YAlign* GetBaseJc() const { return m_BaseJc; }
     void SetBaseJc(CT_YAlign* value) { m_BaseJc = value; m_presence |= (1u << 0); }
     bool CheckBaseJc() const { return (m_presence & (1u << 0)) != 0; }
+    // "maxDist": child element
     CT_OnOff* GetMaxDist() const { return m_MaxDist; }
     void SetMaxDist(CT_OnOff* value) { m_MaxDist = value; m_presence |= (1u << 1); }
     bool CheckMaxDist() const { return (m_presence & (1u << 1)) != 0; }
+    // "objDist": child element
     CT_OnOff* GetObjDist() const { return m_ObjDist; }
     void SetObjDist(CT_OnOff* value) { m_ObjDist = value; m_presence |= (1u << 2); }
     bool CheckObjDist() const { return (m_presence & (1u << 2)) != 0; }
+    // "rSpRule": child element
     CT_SpacingRule* GetRSpRule() const { return m_RSpRule; }
     void SetRSpRule(CT_SpacingRule* value) { m_RSpRule = value; m_presence |= (1u << 3); }
     bool CheckRSpRule() const { return (m_presence & (1u << 3)) != 0; }
+    // "rSp": child element
     CT_UnSignedInteger* GetRSp() const { return m_RSp; }
     void SetRSp(CT_UnSignedInteger* value) { m_RSp = value; m_presence |= (1u << 4); }
     bool CheckRSp() const { return (m_presence & (1u << 4)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 5); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
@@ -961,9 +1034,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "eqArrPr": child element
     CT_EqArrPr* GetEqArrPr() const { return m_EqArrPr; }
     void SetEqArrPr(CT_EqArrPr* value) { m_EqArrPr = value; m_presence |= (1u << 0); }
     bool CheckEqArrPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element, repeated
     XMLPtrArray<CT_OMathArg> GetE() const;
     void SetE(XMLPtrArray<CT_OMathArg> value);
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -985,9 +1060,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": child element
     CT_FType* GetType() const { return m_Type; }
     void SetType(CT_FType* value) { m_Type = value; m_presence |= (1u << 0); }
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 1); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -1009,12 +1086,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fPr": child element
     CT_FPr* GetFPr() const { return m_FPr; }
     void SetFPr(CT_FPr* value) { m_FPr = value; m_presence |= (1u << 0); }
     bool CheckFPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "num": child element
     CT_OMathArg* GetNum() const { return m_Num; }
     void SetNum(CT_OMathArg* value) { m_Num = value; m_presence |= (1u << 1); }
     bool CheckNum() const { return (m_presence & (1u << 1)) != 0; }
+    // "den": child element
     CT_OMathArg* GetDen() const { return m_Den; }
     void SetDen(CT_OMathArg* value) { m_Den = value; m_presence |= (1u << 2); }
     bool CheckDen() const { return (m_presence & (1u << 2)) != 0; }
@@ -1037,6 +1117,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1057,12 +1138,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "funcPr": child element
     CT_FuncPr* GetFuncPr() const { return m_FuncPr; }
     void SetFuncPr(CT_FuncPr* value) { m_FuncPr = value; m_presence |= (1u << 0); }
     bool CheckFuncPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "fName": child element
     CT_OMathArg* GetFName() const { return m_FName; }
     void SetFName(CT_OMathArg* value) { m_FName = value; m_presence |= (1u << 1); }
     bool CheckFName() const { return (m_presence & (1u << 1)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 2); }
     bool CheckE() const { return (m_presence & (1u << 2)) != 0; }
@@ -1085,15 +1169,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chr": child element
     CT_Char* GetChr() const { return m_Chr; }
     void SetChr(CT_Char* value) { m_Chr = value; m_presence |= (1u << 0); }
     bool CheckChr() const { return (m_presence & (1u << 0)) != 0; }
+    // "pos": child element
     CT_TopBot* GetPos() const { return m_Pos; }
     void SetPos(CT_TopBot* value) { m_Pos = value; m_presence |= (1u << 1); }
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
+    // "vertJc": child element
     CT_TopBot* GetVertJc() const { return m_VertJc; }
     void SetVertJc(CT_TopBot* value) { m_VertJc = value; m_presence |= (1u << 2); }
     bool CheckVertJc() const { return (m_presence & (1u << 2)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 3); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 3)) != 0; }
@@ -1117,9 +1205,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "groupChrPr": child element
     CT_GroupChrPr* GetGroupChrPr() const { return m_GroupChrPr; }
     void SetGroupChrPr(CT_GroupChrPr* value) { m_GroupChrPr = value; m_presence |= (1u << 0); }
     bool CheckGroupChrPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -1141,6 +1231,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1161,12 +1252,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "limLowPr": child element
     CT_LimLowPr* GetLimLowPr() const { return m_LimLowPr; }
     void SetLimLowPr(CT_LimLowPr* value) { m_LimLowPr = value; m_presence |= (1u << 0); }
     bool CheckLimLowPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
+    // "lim": child element
     CT_OMathArg* GetLim() const { return m_Lim; }
     void SetLim(CT_OMathArg* value) { m_Lim = value; m_presence |= (1u << 2); }
     bool CheckLim() const { return (m_presence & (1u << 2)) != 0; }
@@ -1189,6 +1283,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1209,12 +1304,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "limUppPr": child element
     CT_LimUppPr* GetLimUppPr() const { return m_LimUppPr; }
     void SetLimUppPr(CT_LimUppPr* value) { m_LimUppPr = value; m_presence |= (1u << 0); }
     bool CheckLimUppPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
+    // "lim": child element
     CT_OMathArg* GetLim() const { return m_Lim; }
     void SetLim(CT_OMathArg* value) { m_Lim = value; m_presence |= (1u << 2); }
     bool CheckLim() const { return (m_presence & (1u << 2)) != 0; }
@@ -1237,9 +1335,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "count": child element
     CT_Integer255* GetCount() const { return m_Count; }
     void SetCount(CT_Integer255* value) { m_Count = value; m_presence |= (1u << 0); }
     bool CheckCount() const { return (m_presence & (1u << 0)) != 0; }
+    // "mcJc": child element
     CT_XAlign* GetMcJc() const { return m_McJc; }
     void SetMcJc(CT_XAlign* value) { m_McJc = value; m_presence |= (1u << 1); }
     bool CheckMcJc() const { return (m_presence & (1u << 1)) != 0; }
@@ -1261,6 +1361,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mcPr": child element
     CT_MCPr* GetMcPr() const { return m_McPr; }
     void SetMcPr(CT_MCPr* value) { m_McPr = value; m_presence |= (1u << 0); }
     bool CheckMcPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1281,6 +1382,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mc": child element, repeated
     XMLPtrArray<CT_MC> GetMc() const;
     void SetMc(XMLPtrArray<CT_MC> value);
     bool CheckMc() const { return (m_presence & (1u << 0)) != 0; }
@@ -1301,30 +1403,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "baseJc": child element
     CT_YAlign* GetBaseJc() const { return m_BaseJc; }
     void SetBaseJc(CT_YAlign* value) { m_BaseJc = value; m_presence |= (1u << 0); }
     bool CheckBaseJc() const { return (m_presence & (1u << 0)) != 0; }
+    // "plcHide": child element
     CT_OnOff* GetPlcHide() const { return m_PlcHide; }
     void SetPlcHide(CT_OnOff* value) { m_PlcHide = value; m_presence |= (1u << 1); }
     bool CheckPlcHide() const { return (m_presence & (1u << 1)) != 0; }
+    // "rSpRule": child element
     CT_SpacingRule* GetRSpRule() const { return m_RSpRule; }
     void SetRSpRule(CT_SpacingRule* value) { m_RSpRule = value; m_presence |= (1u << 2); }
     bool CheckRSpRule() const { return (m_presence & (1u << 2)) != 0; }
+    // "cGpRule": child element
     CT_SpacingRule* GetCGpRule() const { return m_CGpRule; }
     void SetCGpRule(CT_SpacingRule* value) { m_CGpRule = value; m_presence |= (1u << 3); }
     bool CheckCGpRule() const { return (m_presence & (1u << 3)) != 0; }
+    // "rSp": child element
     CT_UnSignedInteger* GetRSp() const { return m_RSp; }
     void SetRSp(CT_UnSignedInteger* value) { m_RSp = value; m_presence |= (1u << 4); }
     bool CheckRSp() const { return (m_presence & (1u << 4)) != 0; }
+    // "cSp": child element
     CT_UnSignedInteger* GetCSp() const { return m_CSp; }
     void SetCSp(CT_UnSignedInteger* value) { m_CSp = value; m_presence |= (1u << 5); }
     bool CheckCSp() const { return (m_presence & (1u << 5)) != 0; }
+    // "cGp": child element
     CT_UnSignedInteger* GetCGp() const { return m_CGp; }
     void SetCGp(CT_UnSignedInteger* value) { m_CGp = value; m_presence |= (1u << 6); }
     bool CheckCGp() const { return (m_presence & (1u << 6)) != 0; }
+    // "mcs": child element
     CT_MCS* GetMcs() const { return m_Mcs; }
     void SetMcs(CT_MCS* value) { m_Mcs = value; m_presence |= (1u << 7); }
     bool CheckMcs() const { return (m_presence & (1u << 7)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 8); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 8)) != 0; }
@@ -1353,6 +1464,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "e": child element, repeated
     XMLPtrArray<CT_OMathArg> GetE() const;
     void SetE(XMLPtrArray<CT_OMathArg> value);
     bool CheckE() const { return (m_presence & (1u << 0)) != 0; }
@@ -1373,9 +1485,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mPr": child element
     CT_MPr* GetMPr() const { return m_MPr; }
     void SetMPr(CT_MPr* value) { m_MPr = value; m_presence |= (1u << 0); }
     bool CheckMPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "mr": child element, repeated
     XMLPtrArray<CT_MR> GetMr() const;
     void SetMr(XMLPtrArray<CT_MR> value);
     bool CheckMr() const { return (m_presence & (1u << 1)) != 0; }
@@ -1397,21 +1511,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "chr": child element
     CT_Char* GetChr() const { return m_Chr; }
     void SetChr(CT_Char* value) { m_Chr = value; m_presence |= (1u << 0); }
     bool CheckChr() const { return (m_presence & (1u << 0)) != 0; }
+    // "limLoc": child element
     CT_LimLoc* GetLimLoc() const { return m_LimLoc; }
     void SetLimLoc(CT_LimLoc* value) { m_LimLoc = value; m_presence |= (1u << 1); }
     bool CheckLimLoc() const { return (m_presence & (1u << 1)) != 0; }
+    // "grow": child element
     CT_OnOff* GetGrow() const { return m_Grow; }
     void SetGrow(CT_OnOff* value) { m_Grow = value; m_presence |= (1u << 2); }
     bool CheckGrow() const { return (m_presence & (1u << 2)) != 0; }
+    // "subHide": child element
     CT_OnOff* GetSubHide() const { return m_SubHide; }
     void SetSubHide(CT_OnOff* value) { m_SubHide = value; m_presence |= (1u << 3); }
     bool CheckSubHide() const { return (m_presence & (1u << 3)) != 0; }
+    // "supHide": child element
     CT_OnOff* GetSupHide() const { return m_SupHide; }
     void SetSupHide(CT_OnOff* value) { m_SupHide = value; m_presence |= (1u << 4); }
     bool CheckSupHide() const { return (m_presence & (1u << 4)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 5); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
@@ -1437,15 +1557,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "naryPr": child element
     CT_NaryPr* GetNaryPr() const { return m_NaryPr; }
     void SetNaryPr(CT_NaryPr* value) { m_NaryPr = value; m_presence |= (1u << 0); }
     bool CheckNaryPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sub": child element
     CT_OMathArg* GetSub() const { return m_Sub; }
     void SetSub(CT_OMathArg* value) { m_Sub = value; m_presence |= (1u << 1); }
     bool CheckSub() const { return (m_presence & (1u << 1)) != 0; }
+    // "sup": child element
     CT_OMathArg* GetSup() const { return m_Sup; }
     void SetSup(CT_OMathArg* value) { m_Sup = value; m_presence |= (1u << 2); }
     bool CheckSup() const { return (m_presence & (1u << 2)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 3); }
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
@@ -1469,21 +1593,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "show": child element
     CT_OnOff* GetShow() const { return m_Show; }
     void SetShow(CT_OnOff* value) { m_Show = value; m_presence |= (1u << 0); }
     bool CheckShow() const { return (m_presence & (1u << 0)) != 0; }
+    // "zeroWid": child element
     CT_OnOff* GetZeroWid() const { return m_ZeroWid; }
     void SetZeroWid(CT_OnOff* value) { m_ZeroWid = value; m_presence |= (1u << 1); }
     bool CheckZeroWid() const { return (m_presence & (1u << 1)) != 0; }
+    // "zeroAsc": child element
     CT_OnOff* GetZeroAsc() const { return m_ZeroAsc; }
     void SetZeroAsc(CT_OnOff* value) { m_ZeroAsc = value; m_presence |= (1u << 2); }
     bool CheckZeroAsc() const { return (m_presence & (1u << 2)) != 0; }
+    // "zeroDesc": child element
     CT_OnOff* GetZeroDesc() const { return m_ZeroDesc; }
     void SetZeroDesc(CT_OnOff* value) { m_ZeroDesc = value; m_presence |= (1u << 3); }
     bool CheckZeroDesc() const { return (m_presence & (1u << 3)) != 0; }
+    // "transp": child element
     CT_OnOff* GetTransp() const { return m_Transp; }
     void SetTransp(CT_OnOff* value) { m_Transp = value; m_presence |= (1u << 4); }
     bool CheckTransp() const { return (m_presence & (1u << 4)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 5); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
@@ -1509,9 +1639,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "phantPr": child element
     CT_PhantPr* GetPhantPr() const { return m_PhantPr; }
     void SetPhantPr(CT_PhantPr* value) { m_PhantPr = value; m_presence |= (1u << 0); }
     bool CheckPhantPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
@@ -1533,9 +1665,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "degHide": child element
     CT_OnOff* GetDegHide() const { return m_DegHide; }
     void SetDegHide(CT_OnOff* value) { m_DegHide = value; m_presence |= (1u << 0); }
     bool CheckDegHide() const { return (m_presence & (1u << 0)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 1); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -1557,12 +1691,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "radPr": child element
     CT_RadPr* GetRadPr() const { return m_RadPr; }
     void SetRadPr(CT_RadPr* value) { m_RadPr = value; m_presence |= (1u << 0); }
     bool CheckRadPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "deg": child element
     CT_OMathArg* GetDeg() const { return m_Deg; }
     void SetDeg(CT_OMathArg* value) { m_Deg = value; m_presence |= (1u << 1); }
     bool CheckDeg() const { return (m_presence & (1u << 1)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 2); }
     bool CheckE() const { return (m_presence & (1u << 2)) != 0; }
@@ -1585,6 +1722,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1605,15 +1743,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sPrePr": child element
     CT_SPrePr* GetSPrePr() const { return m_SPrePr; }
     void SetSPrePr(CT_SPrePr* value) { m_SPrePr = value; m_presence |= (1u << 0); }
     bool CheckSPrePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sub": child element
     CT_OMathArg* GetSub() const { return m_Sub; }
     void SetSub(CT_OMathArg* value) { m_Sub = value; m_presence |= (1u << 1); }
     bool CheckSub() const { return (m_presence & (1u << 1)) != 0; }
+    // "sup": child element
     CT_OMathArg* GetSup() const { return m_Sup; }
     void SetSup(CT_OMathArg* value) { m_Sup = value; m_presence |= (1u << 2); }
     bool CheckSup() const { return (m_presence & (1u << 2)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 3); }
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
@@ -1637,6 +1779,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1657,12 +1800,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sSubPr": child element
     CT_SSubPr* GetSSubPr() const { return m_SSubPr; }
     void SetSSubPr(CT_SSubPr* value) { m_SSubPr = value; m_presence |= (1u << 0); }
     bool CheckSSubPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
+    // "sub": child element
     CT_OMathArg* GetSub() const { return m_Sub; }
     void SetSub(CT_OMathArg* value) { m_Sub = value; m_presence |= (1u << 2); }
     bool CheckSub() const { return (m_presence & (1u << 2)) != 0; }
@@ -1685,9 +1831,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "alnScr": child element
     CT_OnOff* GetAlnScr() const { return m_AlnScr; }
     void SetAlnScr(CT_OnOff* value) { m_AlnScr = value; m_presence |= (1u << 0); }
     bool CheckAlnScr() const { return (m_presence & (1u << 0)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 1); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -1709,15 +1857,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sSubSupPr": child element
     CT_SSubSupPr* GetSSubSupPr() const { return m_SSubSupPr; }
     void SetSSubSupPr(CT_SSubSupPr* value) { m_SSubSupPr = value; m_presence |= (1u << 0); }
     bool CheckSSubSupPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
+    // "sub": child element
     CT_OMathArg* GetSub() const { return m_Sub; }
     void SetSub(CT_OMathArg* value) { m_Sub = value; m_presence |= (1u << 2); }
     bool CheckSub() const { return (m_presence & (1u << 2)) != 0; }
+    // "sup": child element
     CT_OMathArg* GetSup() const { return m_Sup; }
     void SetSup(CT_OMathArg* value) { m_Sup = value; m_presence |= (1u << 3); }
     bool CheckSup() const { return (m_presence & (1u << 3)) != 0; }
@@ -1741,6 +1893,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 0); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -1761,12 +1914,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sSupPr": child element
     CT_SSupPr* GetSSupPr() const { return m_SSupPr; }
     void SetSSupPr(CT_SSupPr* value) { m_SSupPr = value; m_presence |= (1u << 0); }
     bool CheckSSupPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "e": child element
     CT_OMathArg* GetE() const { return m_E; }
     void SetE(CT_OMathArg* value) { m_E = value; m_presence |= (1u << 1); }
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
+    // "sup": child element
     CT_OMathArg* GetSup() const { return m_Sup; }
     void SetSup(CT_OMathArg* value) { m_Sup = value; m_presence |= (1u << 2); }
     bool CheckSup() const { return (m_presence & (1u << 2)) != 0; }
@@ -1794,6 +1950,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_OMathMathElementsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_OMathMathElementsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1819,63 +1976,83 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "acc": child element
     CT_Acc* GetAcc() const { return m_Acc; }
     void SetAcc(CT_Acc* value) { m_Acc = value; m_presence |= (1u << 0); }
     bool CheckAcc() const { return (m_presence & (1u << 0)) != 0; }
+    // "bar": child element
     CT_Bar* GetBar() const { return m_Bar; }
     void SetBar(CT_Bar* value) { m_Bar = value; m_presence |= (1u << 1); }
     bool CheckBar() const { return (m_presence & (1u << 1)) != 0; }
+    // "box": child element
     CT_Box* GetBox() const { return m_Box; }
     void SetBox(CT_Box* value) { m_Box = value; m_presence |= (1u << 2); }
     bool CheckBox() const { return (m_presence & (1u << 2)) != 0; }
+    // "borderBox": child element
     CT_BorderBox* GetBorderBox() const { return m_BorderBox; }
     void SetBorderBox(CT_BorderBox* value) { m_BorderBox = value; m_presence |= (1u << 3); }
     bool CheckBorderBox() const { return (m_presence & (1u << 3)) != 0; }
+    // "d": child element
     CT_D* GetD() const { return m_D; }
     void SetD(CT_D* value) { m_D = value; m_presence |= (1u << 4); }
     bool CheckD() const { return (m_presence & (1u << 4)) != 0; }
+    // "eqArr": child element
     CT_EqArr* GetEqArr() const { return m_EqArr; }
     void SetEqArr(CT_EqArr* value) { m_EqArr = value; m_presence |= (1u << 5); }
     bool CheckEqArr() const { return (m_presence & (1u << 5)) != 0; }
+    // "f": child element
     CT_F* GetF() const { return m_F; }
     void SetF(CT_F* value) { m_F = value; m_presence |= (1u << 6); }
     bool CheckF() const { return (m_presence & (1u << 6)) != 0; }
+    // "func": child element
     CT_Func* GetFunc() const { return m_Func; }
     void SetFunc(CT_Func* value) { m_Func = value; m_presence |= (1u << 7); }
     bool CheckFunc() const { return (m_presence & (1u << 7)) != 0; }
+    // "groupChr": child element
     CT_GroupChr* GetGroupChr() const { return m_GroupChr; }
     void SetGroupChr(CT_GroupChr* value) { m_GroupChr = value; m_presence |= (1u << 8); }
     bool CheckGroupChr() const { return (m_presence & (1u << 8)) != 0; }
+    // "limLow": child element
     CT_LimLow* GetLimLow() const { return m_LimLow; }
     void SetLimLow(CT_LimLow* value) { m_LimLow = value; m_presence |= (1u << 9); }
     bool CheckLimLow() const { return (m_presence & (1u << 9)) != 0; }
+    // "limUpp": child element
     CT_LimUpp* GetLimUpp() const { return m_LimUpp; }
     void SetLimUpp(CT_LimUpp* value) { m_LimUpp = value; m_presence |= (1u << 10); }
     bool CheckLimUpp() const { return (m_presence & (1u << 10)) != 0; }
+    // "m": child element
     CT_M* GetM() const { return m_M; }
     void SetM(CT_M* value) { m_M = value; m_presence |= (1u << 11); }
     bool CheckM() const { return (m_presence & (1u << 11)) != 0; }
+    // "nary": child element
     CT_Nary* GetNary() const { return m_Nary; }
     void SetNary(CT_Nary* value) { m_Nary = value; m_presence |= (1u << 12); }
     bool CheckNary() const { return (m_presence & (1u << 12)) != 0; }
+    // "phant": child element
     CT_Phant* GetPhant() const { return m_Phant; }
     void SetPhant(CT_Phant* value) { m_Phant = value; m_presence |= (1u << 13); }
     bool CheckPhant() const { return (m_presence & (1u << 13)) != 0; }
+    // "rad": child element
     CT_Rad* GetRad() const { return m_Rad; }
     void SetRad(CT_Rad* value) { m_Rad = value; m_presence |= (1u << 14); }
     bool CheckRad() const { return (m_presence & (1u << 14)) != 0; }
+    // "sPre": child element
     CT_SPre* GetSPre() const { return m_SPre; }
     void SetSPre(CT_SPre* value) { m_SPre = value; m_presence |= (1u << 15); }
     bool CheckSPre() const { return (m_presence & (1u << 15)) != 0; }
+    // "sSub": child element
     CT_SSub* GetSSub() const { return m_SSub; }
     void SetSSub(CT_SSub* value) { m_SSub = value; m_presence |= (1u << 16); }
     bool CheckSSub() const { return (m_presence & (1u << 16)) != 0; }
+    // "sSubSup": child element
     CT_SSubSup* GetSSubSup() const { return m_SSubSup; }
     void SetSSubSup(CT_SSubSup* value) { m_SSubSup = value; m_presence |= (1u << 17); }
     bool CheckSSubSup() const { return (m_presence & (1u << 17)) != 0; }
+    // "sSup": child element
     CT_SSup* GetSSup() const { return m_SSup; }
     void SetSSup(CT_SSup* value) { m_SSup = value; m_presence |= (1u << 18); }
     bool CheckSSup() const { return (m_presence & (1u << 18)) != 0; }
+    // "r": child element
     CT_R* GetR() const { return m_R; }
     void SetR(CT_R* value) { m_R = value; m_presence |= (1u << 19); }
     bool CheckR() const { return (m_presence & (1u << 19)) != 0; }
@@ -1920,6 +2097,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_OMathElementsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_OMathElementsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -1945,9 +2123,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_OMathMathElements, repeated
     XMLPtrArray<EG_OMathMathElements> GetEG_OMathMathElements() const;
     void SetEG_OMathMathElements(XMLPtrArray<EG_OMathMathElements> value);
     bool CheckEG_OMathMathElements() const { return (m_presence & (1u << 0)) != 0; }
+    // group w:EG_PContentMath, repeated
     XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> GetW_EG_PContentMath() const;
     void SetW_EG_PContentMath(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> value);
     bool CheckW_EG_PContentMath() const { return (m_presence & (1u << 1)) != 0; }
@@ -1969,6 +2149,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "argSz": child element
     CT_Integer2* GetArgSz() const { return m_ArgSz; }
     void SetArgSz(CT_Integer2* value) { m_ArgSz = value; m_presence |= (1u << 0); }
     bool CheckArgSz() const { return (m_presence & (1u << 0)) != 0; }
@@ -1989,12 +2170,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "argPr": child element
     CT_OMathArgPr* GetArgPr() const { return m_ArgPr; }
     void SetArgPr(CT_OMathArgPr* value) { m_ArgPr = value; m_presence |= (1u << 0); }
     bool CheckArgPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_OMathElements, repeated
     XMLPtrArray<EG_OMathElements> GetEG_OMathElements() const;
     void SetEG_OMathElements(XMLPtrArray<EG_OMathElements> value);
     bool CheckEG_OMathElements() const { return (m_presence & (1u << 1)) != 0; }
+    // "ctrlPr": child element
     CT_CtrlPr* GetCtrlPr() const { return m_CtrlPr; }
     void SetCtrlPr(CT_CtrlPr* value) { m_CtrlPr = value; m_presence |= (1u << 2); }
     bool CheckCtrlPr() const { return (m_presence & (1u << 2)) != 0; }
@@ -2017,6 +2201,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2037,6 +2222,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "jc": child element
     CT_OMathJc* GetJc() const { return m_Jc; }
     void SetJc(CT_OMathJc* value) { m_Jc = value; m_presence |= (1u << 0); }
     bool CheckJc() const { return (m_presence & (1u << 0)) != 0; }
@@ -2057,6 +2243,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2077,6 +2264,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2097,6 +2285,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2117,48 +2306,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mathFont": child element
     CT_String* GetMathFont() const { return m_MathFont; }
     void SetMathFont(CT_String* value) { m_MathFont = value; m_presence |= (1u << 0); }
     bool CheckMathFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "brkBin": child element
     CT_BreakBin* GetBrkBin() const { return m_BrkBin; }
     void SetBrkBin(CT_BreakBin* value) { m_BrkBin = value; m_presence |= (1u << 1); }
     bool CheckBrkBin() const { return (m_presence & (1u << 1)) != 0; }
+    // "brkBinSub": child element
     CT_BreakBinSub* GetBrkBinSub() const { return m_BrkBinSub; }
     void SetBrkBinSub(CT_BreakBinSub* value) { m_BrkBinSub = value; m_presence |= (1u << 2); }
     bool CheckBrkBinSub() const { return (m_presence & (1u << 2)) != 0; }
+    // "smallFrac": child element
     CT_OnOff* GetSmallFrac() const { return m_SmallFrac; }
     void SetSmallFrac(CT_OnOff* value) { m_SmallFrac = value; m_presence |= (1u << 3); }
     bool CheckSmallFrac() const { return (m_presence & (1u << 3)) != 0; }
+    // "dispDef": child element
     CT_OnOff* GetDispDef() const { return m_DispDef; }
     void SetDispDef(CT_OnOff* value) { m_DispDef = value; m_presence |= (1u << 4); }
     bool CheckDispDef() const { return (m_presence & (1u << 4)) != 0; }
+    // "lMargin": child element
     CT_TwipsMeasure* GetLMargin() const { return m_LMargin; }
     void SetLMargin(CT_TwipsMeasure* value) { m_LMargin = value; m_presence |= (1u << 5); }
     bool CheckLMargin() const { return (m_presence & (1u << 5)) != 0; }
+    // "rMargin": child element
     CT_TwipsMeasure* GetRMargin() const { return m_RMargin; }
     void SetRMargin(CT_TwipsMeasure* value) { m_RMargin = value; m_presence |= (1u << 6); }
     bool CheckRMargin() const { return (m_presence & (1u << 6)) != 0; }
+    // "defJc": child element
     CT_OMathJc* GetDefJc() const { return m_DefJc; }
     void SetDefJc(CT_OMathJc* value) { m_DefJc = value; m_presence |= (1u << 7); }
     bool CheckDefJc() const { return (m_presence & (1u << 7)) != 0; }
+    // "preSp": child element
     CT_TwipsMeasure* GetPreSp() const { return m_PreSp; }
     void SetPreSp(CT_TwipsMeasure* value) { m_PreSp = value; m_presence |= (1u << 8); }
     bool CheckPreSp() const { return (m_presence & (1u << 8)) != 0; }
+    // "postSp": child element
     CT_TwipsMeasure* GetPostSp() const { return m_PostSp; }
     void SetPostSp(CT_TwipsMeasure* value) { m_PostSp = value; m_presence |= (1u << 9); }
     bool CheckPostSp() const { return (m_presence & (1u << 9)) != 0; }
+    // "interSp": child element
     CT_TwipsMeasure* GetInterSp() const { return m_InterSp; }
     void SetInterSp(CT_TwipsMeasure* value) { m_InterSp = value; m_presence |= (1u << 10); }
     bool CheckInterSp() const { return (m_presence & (1u << 10)) != 0; }
+    // "intraSp": child element
     CT_TwipsMeasure* GetIntraSp() const { return m_IntraSp; }
     void SetIntraSp(CT_TwipsMeasure* value) { m_IntraSp = value; m_presence |= (1u << 11); }
     bool CheckIntraSp() const { return (m_presence & (1u << 11)) != 0; }
+    // choice holder
     CT_MathPrData__* GetData__() const { return m_Data__; }
     void SetData__(CT_MathPrData__* value) { m_Data__ = value; m_presence |= (1u << 12); }
     bool CheckData__() const { return (m_presence & (1u << 12)) != 0; }
+    // "intLim": child element
     CT_LimLoc* GetIntLim() const { return m_IntLim; }
     void SetIntLim(CT_LimLoc* value) { m_IntLim = value; m_presence |= (1u << 13); }
     bool CheckIntLim() const { return (m_presence & (1u << 13)) != 0; }
+    // "naryLim": child element
     CT_LimLoc* GetNaryLim() const { return m_NaryLim; }
     void SetNaryLim(CT_LimLoc* value) { m_NaryLim = value; m_presence |= (1u << 14); }
     bool CheckNaryLim() const { return (m_presence & (1u << 14)) != 0; }
@@ -2198,9 +2402,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wrapIndent": child element
     CT_TwipsMeasure* GetWrapIndent() const { return m_WrapIndent; }
     void SetWrapIndent(CT_TwipsMeasure* value) { m_WrapIndent = value; m_presence |= (1u << 0); }
     bool CheckWrapIndent() const { return (m_presence & (1u << 0)) != 0; }
+    // "wrapRight": child element
     CT_OnOff* GetWrapRight() const { return m_WrapRight; }
     void SetWrapRight(CT_OnOff* value) { m_WrapRight = value; m_presence |= (1u << 1); }
     bool CheckWrapRight() const { return (m_presence & (1u << 1)) != 0; }
@@ -2222,9 +2428,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "oMathParaPr": child element
     CT_OMathParaPr* GetOMathParaPr() const { return m_OMathParaPr; }
     void SetOMathParaPr(CT_OMathParaPr* value) { m_OMathParaPr = value; m_presence |= (1u << 0); }
     bool CheckOMathParaPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "oMath": child element, repeated
     XMLPtrArray<CT_OMath> GetOMath() const;
     void SetOMath(XMLPtrArray<CT_OMath> value);
     bool CheckOMath() const { return (m_presence & (1u << 1)) != 0; }
@@ -2246,6 +2454,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_OMathElements, repeated
     XMLPtrArray<EG_OMathElements> GetEG_OMathElements() const;
     void SetEG_OMathElements(XMLPtrArray<EG_OMathElements> value);
     bool CheckEG_OMathElements() const { return (m_presence & (1u << 0)) != 0; }

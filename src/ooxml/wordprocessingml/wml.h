@@ -395,6 +395,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -415,6 +416,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -435,9 +437,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "characterSet": attribute, wxString, default "ISO-8859-1"
     wxString GetCharacterSet() const;
     void SetCharacterSet(wxString value);
     bool CheckCharacterSet() const { return (m_presence & (1u << 1)) != 0; }
@@ -459,6 +463,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, int
     int GetVal() const { return m_Val; }
     void SetVal(int value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -479,6 +484,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -499,6 +505,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -519,6 +526,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -539,6 +547,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -559,6 +568,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, double
     double GetVal() const { return m_Val; }
     void SetVal(double value) { m_Val = value; m_presence |= (1u << 0); }
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -579,6 +589,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -599,6 +610,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -619,6 +631,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -639,6 +652,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -659,6 +673,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -679,6 +694,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -699,15 +715,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "themeColor": attribute, wxString
     wxString GetThemeColor() const;
     void SetThemeColor(wxString value);
     bool CheckThemeColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "themeTint": attribute, wxString
     wxString GetThemeTint() const;
     void SetThemeTint(wxString value);
     bool CheckThemeTint() const { return (m_presence & (1u << 2)) != 0; }
+    // "themeShade": attribute, wxString
     wxString GetThemeShade() const;
     void SetThemeShade(wxString value);
     bool CheckThemeShade() const { return (m_presence & (1u << 3)) != 0; }
@@ -731,6 +751,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -751,6 +772,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -771,18 +793,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": attribute, wxAny, default "auto"
     wxAny GetColor() const;
     void SetColor(wxAny value);
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "themeColor": attribute, wxString
     wxString GetThemeColor() const;
     void SetThemeColor(wxString value);
     bool CheckThemeColor() const { return (m_presence & (1u << 2)) != 0; }
+    // "themeTint": attribute, wxString
     wxString GetThemeTint() const;
     void SetThemeTint(wxString value);
     bool CheckThemeTint() const { return (m_presence & (1u << 3)) != 0; }
+    // "themeShade": attribute, wxString
     wxString GetThemeShade() const;
     void SetThemeShade(wxString value);
     bool CheckThemeShade() const { return (m_presence & (1u << 4)) != 0; }
@@ -807,6 +834,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -827,30 +855,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": attribute, wxAny, default "auto"
     wxAny GetColor() const;
     void SetColor(wxAny value);
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "themeColor": attribute, wxString
     wxString GetThemeColor() const;
     void SetThemeColor(wxString value);
     bool CheckThemeColor() const { return (m_presence & (1u << 2)) != 0; }
+    // "themeTint": attribute, wxString
     wxString GetThemeTint() const;
     void SetThemeTint(wxString value);
     bool CheckThemeTint() const { return (m_presence & (1u << 3)) != 0; }
+    // "themeShade": attribute, wxString
     wxString GetThemeShade() const;
     void SetThemeShade(wxString value);
     bool CheckThemeShade() const { return (m_presence & (1u << 4)) != 0; }
+    // "sz": attribute, double
     double GetSz() const { return m_Sz; }
     void SetSz(double value) { m_Sz = value; m_presence |= (1u << 5); }
     bool CheckSz() const { return (m_presence & (1u << 5)) != 0; }
+    // "space": attribute, double, default "0"
     double GetSpace() const { return m_Space; }
     void SetSpace(double value) { m_Space = value; m_presence |= (1u << 6); }
     bool CheckSpace() const { return (m_presence & (1u << 6)) != 0; }
+    // "shadow": attribute, wxAny
     wxAny GetShadow() const;
     void SetShadow(wxAny value);
     bool CheckShadow() const { return (m_presence & (1u << 7)) != 0; }
+    // "frame": attribute, wxAny
     wxAny GetFrame() const;
     void SetFrame(wxAny value);
     bool CheckFrame() const { return (m_presence & (1u << 8)) != 0; }
@@ -879,30 +916,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": attribute, wxAny
     wxAny GetColor() const;
     void SetColor(wxAny value);
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "themeColor": attribute, wxString
     wxString GetThemeColor() const;
     void SetThemeColor(wxString value);
     bool CheckThemeColor() const { return (m_presence & (1u << 2)) != 0; }
+    // "themeTint": attribute, wxString
     wxString GetThemeTint() const;
     void SetThemeTint(wxString value);
     bool CheckThemeTint() const { return (m_presence & (1u << 3)) != 0; }
+    // "themeShade": attribute, wxString
     wxString GetThemeShade() const;
     void SetThemeShade(wxString value);
     bool CheckThemeShade() const { return (m_presence & (1u << 4)) != 0; }
+    // "fill": attribute, wxAny
     wxAny GetFill() const;
     void SetFill(wxAny value);
     bool CheckFill() const { return (m_presence & (1u << 5)) != 0; }
+    // "themeFill": attribute, wxString
     wxString GetThemeFill() const;
     void SetThemeFill(wxString value);
     bool CheckThemeFill() const { return (m_presence & (1u << 6)) != 0; }
+    // "themeFillTint": attribute, wxString
     wxString GetThemeFillTint() const;
     void SetThemeFillTint(wxString value);
     bool CheckThemeFillTint() const { return (m_presence & (1u << 7)) != 0; }
+    // "themeFillShade": attribute, wxString
     wxString GetThemeFillShade() const;
     void SetThemeFillShade(wxString value);
     bool CheckThemeFillShade() const { return (m_presence & (1u << 8)) != 0; }
@@ -931,6 +977,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -951,9 +998,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
@@ -975,6 +1024,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -995,12 +1045,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "eastAsia": attribute, wxString
     wxString GetEastAsia() const;
     void SetEastAsia(wxString value);
     bool CheckEastAsia() const { return (m_presence & (1u << 1)) != 0; }
+    // "bidi": attribute, wxString
     wxString GetBidi() const;
     void SetBidi(wxString value);
     bool CheckBidi() const { return (m_presence & (1u << 2)) != 0; }
@@ -1023,18 +1076,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "combine": attribute, wxAny
     wxAny GetCombine() const;
     void SetCombine(wxAny value);
     bool CheckCombine() const { return (m_presence & (1u << 1)) != 0; }
+    // "combineBrackets": attribute, wxString
     wxString GetCombineBrackets() const;
     void SetCombineBrackets(wxString value);
     bool CheckCombineBrackets() const { return (m_presence & (1u << 2)) != 0; }
+    // "vert": attribute, wxAny
     wxAny GetVert() const;
     void SetVert(wxAny value);
     bool CheckVert() const { return (m_presence & (1u << 3)) != 0; }
+    // "vertCompress": attribute, wxAny
     wxAny GetVertCompress() const;
     void SetVertCompress(wxAny value);
     bool CheckVertCompress() const { return (m_presence & (1u << 4)) != 0; }
@@ -1059,48 +1117,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dropCap": attribute, wxString
     wxString GetDropCap() const;
     void SetDropCap(wxString value);
     bool CheckDropCap() const { return (m_presence & (1u << 0)) != 0; }
+    // "lines": attribute, int
     int GetLines() const { return m_Lines; }
     void SetLines(int value) { m_Lines = value; m_presence |= (1u << 1); }
     bool CheckLines() const { return (m_presence & (1u << 1)) != 0; }
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 2)) != 0; }
+    // "h": attribute, wxAny
     wxAny GetH() const;
     void SetH(wxAny value);
     bool CheckH() const { return (m_presence & (1u << 3)) != 0; }
+    // "vSpace": attribute, wxAny
     wxAny GetVSpace() const;
     void SetVSpace(wxAny value);
     bool CheckVSpace() const { return (m_presence & (1u << 4)) != 0; }
+    // "hSpace": attribute, wxAny
     wxAny GetHSpace() const;
     void SetHSpace(wxAny value);
     bool CheckHSpace() const { return (m_presence & (1u << 5)) != 0; }
+    // "wrap": attribute, wxString
     wxString GetWrap() const;
     void SetWrap(wxString value);
     bool CheckWrap() const { return (m_presence & (1u << 6)) != 0; }
+    // "hAnchor": attribute, wxString
     wxString GetHAnchor() const;
     void SetHAnchor(wxString value);
     bool CheckHAnchor() const { return (m_presence & (1u << 7)) != 0; }
+    // "vAnchor": attribute, wxString
     wxString GetVAnchor() const;
     void SetVAnchor(wxString value);
     bool CheckVAnchor() const { return (m_presence & (1u << 8)) != 0; }
+    // "x": attribute, wxAny
     wxAny GetX() const;
     void SetX(wxAny value);
     bool CheckX() const { return (m_presence & (1u << 9)) != 0; }
+    // "xAlign": attribute, wxString
     wxString GetXAlign() const;
     void SetXAlign(wxString value);
     bool CheckXAlign() const { return (m_presence & (1u << 10)) != 0; }
+    // "y": attribute, wxAny
     wxAny GetY() const;
     void SetY(wxAny value);
     bool CheckY() const { return (m_presence & (1u << 11)) != 0; }
+    // "yAlign": attribute, wxString
     wxString GetYAlign() const;
     void SetYAlign(wxString value);
     bool CheckYAlign() const { return (m_presence & (1u << 12)) != 0; }
+    // "hRule": attribute, wxString
     wxString GetHRule() const;
     void SetHRule(wxString value);
     bool CheckHRule() const { return (m_presence & (1u << 13)) != 0; }
+    // "anchorLock": attribute, wxAny
     wxAny GetAnchorLock() const;
     void SetAnchorLock(wxAny value);
     bool CheckAnchorLock() const { return (m_presence & (1u << 14)) != 0; }
@@ -1135,12 +1208,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "leader": attribute, wxString
     wxString GetLeader() const;
     void SetLeader(wxString value);
     bool CheckLeader() const { return (m_presence & (1u << 1)) != 0; }
+    // "pos": attribute, wxAny
     wxAny GetPos() const;
     void SetPos(wxAny value);
     bool CheckPos() const { return (m_presence & (1u << 2)) != 0; }
@@ -1163,27 +1239,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "before": attribute, wxAny, default "0"
     wxAny GetBefore() const;
     void SetBefore(wxAny value);
     bool CheckBefore() const { return (m_presence & (1u << 0)) != 0; }
+    // "beforeLines": attribute, int, default "0"
     int GetBeforeLines() const { return m_BeforeLines; }
     void SetBeforeLines(int value) { m_BeforeLines = value; m_presence |= (1u << 1); }
     bool CheckBeforeLines() const { return (m_presence & (1u << 1)) != 0; }
+    // "beforeAutospacing": attribute, wxAny, default "off"
     wxAny GetBeforeAutospacing() const;
     void SetBeforeAutospacing(wxAny value);
     bool CheckBeforeAutospacing() const { return (m_presence & (1u << 2)) != 0; }
+    // "after": attribute, wxAny, default "0"
     wxAny GetAfter() const;
     void SetAfter(wxAny value);
     bool CheckAfter() const { return (m_presence & (1u << 3)) != 0; }
+    // "afterLines": attribute, int, default "0"
     int GetAfterLines() const { return m_AfterLines; }
     void SetAfterLines(int value) { m_AfterLines = value; m_presence |= (1u << 4); }
     bool CheckAfterLines() const { return (m_presence & (1u << 4)) != 0; }
+    // "afterAutospacing": attribute, wxAny, default "off"
     wxAny GetAfterAutospacing() const;
     void SetAfterAutospacing(wxAny value);
     bool CheckAfterAutospacing() const { return (m_presence & (1u << 5)) != 0; }
+    // "line": attribute, wxAny, default "0"
     wxAny GetLine() const;
     void SetLine(wxAny value);
     bool CheckLine() const { return (m_presence & (1u << 6)) != 0; }
+    // "lineRule": attribute, wxString, default "auto"
     wxString GetLineRule() const;
     void SetLineRule(wxString value);
     bool CheckLineRule() const { return (m_presence & (1u << 7)) != 0; }
@@ -1211,39 +1295,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "start": attribute, wxAny
     wxAny GetStart() const;
     void SetStart(wxAny value);
     bool CheckStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "startChars": attribute, int
     int GetStartChars() const { return m_StartChars; }
     void SetStartChars(int value) { m_StartChars = value; m_presence |= (1u << 1); }
     bool CheckStartChars() const { return (m_presence & (1u << 1)) != 0; }
+    // "end": attribute, wxAny
     wxAny GetEnd() const;
     void SetEnd(wxAny value);
     bool CheckEnd() const { return (m_presence & (1u << 2)) != 0; }
+    // "endChars": attribute, int
     int GetEndChars() const { return m_EndChars; }
     void SetEndChars(int value) { m_EndChars = value; m_presence |= (1u << 3); }
     bool CheckEndChars() const { return (m_presence & (1u << 3)) != 0; }
+    // "left": attribute, wxAny
     wxAny GetLeft() const;
     void SetLeft(wxAny value);
     bool CheckLeft() const { return (m_presence & (1u << 4)) != 0; }
+    // "leftChars": attribute, int
     int GetLeftChars() const { return m_LeftChars; }
     void SetLeftChars(int value) { m_LeftChars = value; m_presence |= (1u << 5); }
     bool CheckLeftChars() const { return (m_presence & (1u << 5)) != 0; }
+    // "right": attribute, wxAny
     wxAny GetRight() const;
     void SetRight(wxAny value);
     bool CheckRight() const { return (m_presence & (1u << 6)) != 0; }
+    // "rightChars": attribute, int
     int GetRightChars() const { return m_RightChars; }
     void SetRightChars(int value) { m_RightChars = value; m_presence |= (1u << 7); }
     bool CheckRightChars() const { return (m_presence & (1u << 7)) != 0; }
+    // "hanging": attribute, wxAny
     wxAny GetHanging() const;
     void SetHanging(wxAny value);
     bool CheckHanging() const { return (m_presence & (1u << 8)) != 0; }
+    // "hangingChars": attribute, int
     int GetHangingChars() const { return m_HangingChars; }
     void SetHangingChars(int value) { m_HangingChars = value; m_presence |= (1u << 9); }
     bool CheckHangingChars() const { return (m_presence & (1u << 9)) != 0; }
+    // "firstLine": attribute, wxAny
     wxAny GetFirstLine() const;
     void SetFirstLine(wxAny value);
     bool CheckFirstLine() const { return (m_presence & (1u << 10)) != 0; }
+    // "firstLineChars": attribute, int
     int GetFirstLineChars() const { return m_FirstLineChars; }
     void SetFirstLineChars(int value) { m_FirstLineChars = value; m_presence |= (1u << 11); }
     bool CheckFirstLineChars() const { return (m_presence & (1u << 11)) != 0; }
@@ -1275,6 +1371,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1295,6 +1392,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1315,6 +1413,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1335,9 +1434,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "percent": attribute, wxAny
     wxAny GetPercent() const;
     void SetPercent(wxAny value);
     bool CheckPercent() const { return (m_presence & (1u << 1)) != 0; }
@@ -1359,21 +1460,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "vendorID": attribute, wxString
     wxString GetVendorID() const;
     void SetVendorID(wxString value);
     bool CheckVendorID() const { return (m_presence & (1u << 1)) != 0; }
+    // "dllVersion": attribute, wxString
     wxString GetDllVersion() const;
     void SetDllVersion(wxString value);
     bool CheckDllVersion() const { return (m_presence & (1u << 2)) != 0; }
+    // "nlCheck": attribute, wxAny, default "off"
     wxAny GetNlCheck() const;
     void SetNlCheck(wxAny value);
     bool CheckNlCheck() const { return (m_presence & (1u << 3)) != 0; }
+    // "checkStyle": attribute, wxAny
     wxAny GetCheckStyle() const;
     void SetCheckStyle(wxAny value);
     bool CheckCheckStyle() const { return (m_presence & (1u << 4)) != 0; }
+    // "appName": attribute, wxString
     wxString GetAppName() const;
     void SetAppName(wxString value);
     bool CheckAppName() const { return (m_presence & (1u << 5)) != 0; }
@@ -1399,9 +1506,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "spelling": attribute, wxString
     wxString GetSpelling() const;
     void SetSpelling(wxString value);
     bool CheckSpelling() const { return (m_presence & (1u << 0)) != 0; }
+    // "grammar": attribute, wxString
     wxString GetGrammar() const;
     void SetGrammar(wxString value);
     bool CheckGrammar() const { return (m_presence & (1u << 1)) != 0; }
@@ -1423,6 +1532,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1448,15 +1558,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "algorithmName": attribute, wxString
     wxString GetAlgorithmName() const;
     void SetAlgorithmName(wxString value);
     bool CheckAlgorithmName() const { return (m_presence & (1u << 0)) != 0; }
+    // "hashValue": attribute, wxString
     wxString GetHashValue() const;
     void SetHashValue(wxString value);
     bool CheckHashValue() const { return (m_presence & (1u << 1)) != 0; }
+    // "saltValue": attribute, wxString
     wxString GetSaltValue() const;
     void SetSaltValue(wxString value);
     bool CheckSaltValue() const { return (m_presence & (1u << 2)) != 0; }
+    // "spinCount": attribute, int
     int GetSpinCount() const { return m_SpinCount; }
     void SetSpinCount(int value) { m_SpinCount = value; m_presence |= (1u << 3); }
     bool CheckSpinCount() const { return (m_presence & (1u << 3)) != 0; }
@@ -1485,39 +1599,51 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "cryptProviderType": attribute, wxString
     wxString GetCryptProviderType() const;
     void SetCryptProviderType(wxString value);
     bool CheckCryptProviderType() const { return (m_presence & (1u << 0)) != 0; }
+    // "cryptAlgorithmClass": attribute, wxString
     wxString GetCryptAlgorithmClass() const;
     void SetCryptAlgorithmClass(wxString value);
     bool CheckCryptAlgorithmClass() const { return (m_presence & (1u << 1)) != 0; }
+    // "cryptAlgorithmType": attribute, wxString
     wxString GetCryptAlgorithmType() const;
     void SetCryptAlgorithmType(wxString value);
     bool CheckCryptAlgorithmType() const { return (m_presence & (1u << 2)) != 0; }
+    // "cryptAlgorithmSid": attribute, int
     int GetCryptAlgorithmSid() const { return m_CryptAlgorithmSid; }
     void SetCryptAlgorithmSid(int value) { m_CryptAlgorithmSid = value; m_presence |= (1u << 3); }
     bool CheckCryptAlgorithmSid() const { return (m_presence & (1u << 3)) != 0; }
+    // "cryptSpinCount": attribute, int
     int GetCryptSpinCount() const { return m_CryptSpinCount; }
     void SetCryptSpinCount(int value) { m_CryptSpinCount = value; m_presence |= (1u << 4); }
     bool CheckCryptSpinCount() const { return (m_presence & (1u << 4)) != 0; }
+    // "cryptProvider": attribute, wxString
     wxString GetCryptProvider() const;
     void SetCryptProvider(wxString value);
     bool CheckCryptProvider() const { return (m_presence & (1u << 5)) != 0; }
+    // "algIdExt": attribute, wxString
     wxString GetAlgIdExt() const;
     void SetAlgIdExt(wxString value);
     bool CheckAlgIdExt() const { return (m_presence & (1u << 6)) != 0; }
+    // "algIdExtSource": attribute, wxString
     wxString GetAlgIdExtSource() const;
     void SetAlgIdExtSource(wxString value);
     bool CheckAlgIdExtSource() const { return (m_presence & (1u << 7)) != 0; }
+    // "cryptProviderTypeExt": attribute, wxString
     wxString GetCryptProviderTypeExt() const;
     void SetCryptProviderTypeExt(wxString value);
     bool CheckCryptProviderTypeExt() const { return (m_presence & (1u << 8)) != 0; }
+    // "cryptProviderTypeExtSource": attribute, wxString
     wxString GetCryptProviderTypeExtSource() const;
     void SetCryptProviderTypeExtSource(wxString value);
     bool CheckCryptProviderTypeExtSource() const { return (m_presence & (1u << 9)) != 0; }
+    // "hash": attribute, wxString
     wxString GetHash() const;
     void SetHash(wxString value);
     bool CheckHash() const { return (m_presence & (1u << 10)) != 0; }
+    // "salt": attribute, wxString
     wxString GetSalt() const;
     void SetSalt(wxString value);
     bool CheckSalt() const { return (m_presence & (1u << 11)) != 0; }
@@ -1549,18 +1675,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "edit": attribute, wxString
     wxString GetEdit() const;
     void SetEdit(wxString value);
     bool CheckEdit() const { return (m_presence & (1u << 0)) != 0; }
+    // "formatting": attribute, wxAny
     wxAny GetFormatting() const;
     void SetFormatting(wxAny value);
     bool CheckFormatting() const { return (m_presence & (1u << 1)) != 0; }
+    // "enforcement": attribute, wxAny
     wxAny GetEnforcement() const;
     void SetEnforcement(wxAny value);
     bool CheckEnforcement() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_Password
     AG_Password* GetAG_Password() const { return m_AG_Password; }
     void SetAG_Password(AG_Password* value) { m_AG_Password = value; m_presence |= (1u << 3); }
     bool CheckAG_Password() const { return (m_presence & (1u << 3)) != 0; }
+    // attribute group AG_TransitionalPassword
     AG_TransitionalPassword* GetAG_TransitionalPassword() const { return m_AG_TransitionalPassword; }
     void SetAG_TransitionalPassword(AG_TransitionalPassword* value) { m_AG_TransitionalPassword = value; m_presence |= (1u << 4); }
     bool CheckAG_TransitionalPassword() const { return (m_presence & (1u << 4)) != 0; }
@@ -1585,6 +1716,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1605,6 +1737,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1625,6 +1758,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1645,6 +1779,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1665,18 +1800,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "markup": attribute, wxAny
     wxAny GetMarkup() const;
     void SetMarkup(wxAny value);
     bool CheckMarkup() const { return (m_presence & (1u << 0)) != 0; }
+    // "comments": attribute, wxAny
     wxAny GetComments() const;
     void SetComments(wxAny value);
     bool CheckComments() const { return (m_presence & (1u << 1)) != 0; }
+    // "insDel": attribute, wxAny
     wxAny GetInsDel() const;
     void SetInsDel(wxAny value);
     bool CheckInsDel() const { return (m_presence & (1u << 2)) != 0; }
+    // "formatting": attribute, wxAny
     wxAny GetFormatting() const;
     void SetFormatting(wxAny value);
     bool CheckFormatting() const { return (m_presence & (1u << 3)) != 0; }
+    // "inkAnnotations": attribute, wxAny
     wxAny GetInkAnnotations() const;
     void SetInkAnnotations(wxAny value);
     bool CheckInkAnnotations() const { return (m_presence & (1u << 4)) != 0; }
@@ -1701,9 +1841,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lang": attribute, wxString
     wxString GetLang() const;
     void SetLang(wxString value);
     bool CheckLang() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -1725,6 +1867,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1745,6 +1888,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1765,6 +1909,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
@@ -1785,9 +1930,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "author": attribute, wxString
     wxString GetAuthor() const;
     void SetAuthor(wxString value);
     bool CheckAuthor() const { return (m_presence & (1u << 0)) != 0; }
+    // "date": attribute, wxString
     wxString GetDate() const;
     void SetDate(wxString value);
     bool CheckDate() const { return (m_presence & (1u << 1)) != 0; }
@@ -1809,9 +1956,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "vMerge": attribute, wxString
     wxString GetVMerge() const;
     void SetVMerge(wxString value);
     bool CheckVMerge() const { return (m_presence & (1u << 0)) != 0; }
+    // "vMergeOrig": attribute, wxString
     wxString GetVMergeOrig() const;
     void SetVMergeOrig(wxString value);
     bool CheckVMergeOrig() const { return (m_presence & (1u << 1)) != 0; }
@@ -1833,6 +1982,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "displacedByCustomXml": attribute, wxString
     wxString GetDisplacedByCustomXml() const;
     void SetDisplacedByCustomXml(wxString value);
     bool CheckDisplacedByCustomXml() const { return (m_presence & (1u << 0)) != 0; }
@@ -1853,6 +2003,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "displacedByCustomXml": attribute, wxString
     wxString GetDisplacedByCustomXml() const;
     void SetDisplacedByCustomXml(wxString value);
     bool CheckDisplacedByCustomXml() const { return (m_presence & (1u << 0)) != 0; }
@@ -1873,9 +2024,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "colFirst": attribute, int
     int GetColFirst() const { return m_ColFirst; }
     void SetColFirst(int value) { m_ColFirst = value; m_presence |= (1u << 0); }
     bool CheckColFirst() const { return (m_presence & (1u << 0)) != 0; }
+    // "colLast": attribute, int
     int GetColLast() const { return m_ColLast; }
     void SetColLast(int value) { m_ColLast = value; m_presence |= (1u << 1); }
     bool CheckColLast() const { return (m_presence & (1u << 1)) != 0; }
@@ -1897,6 +2050,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
@@ -1917,9 +2071,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "author": attribute, wxString
     wxString GetAuthor() const;
     void SetAuthor(wxString value);
     bool CheckAuthor() const { return (m_presence & (1u << 0)) != 0; }
+    // "date": attribute, wxString
     wxString GetDate() const;
     void SetDate(wxString value);
     bool CheckDate() const { return (m_presence & (1u << 1)) != 0; }
@@ -1941,9 +2097,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
+    // "initials": attribute, wxString
     wxString GetInitials() const;
     void SetInitials(wxString value);
     bool CheckInitials() const { return (m_presence & (1u << 1)) != 0; }
@@ -1965,6 +2123,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "original": attribute, wxString
     wxString GetOriginal() const;
     void SetOriginal(wxString value);
     bool CheckOriginal() const { return (m_presence & (1u << 0)) != 0; }
@@ -1985,6 +2144,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPrEx": child element
     CT_TblPrExBase* GetTblPrEx() const { return m_TblPrEx; }
     void SetTblPrEx(CT_TblPrExBase* value) { m_TblPrEx = value; m_presence |= (1u << 0); }
     bool CheckTblPrEx() const { return (m_presence & (1u << 0)) != 0; }
@@ -2005,6 +2165,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tcPr": child element
     CT_TcPrInner* GetTcPr() const { return m_TcPr; }
     void SetTcPr(CT_TcPrInner* value) { m_TcPr = value; m_presence |= (1u << 0); }
     bool CheckTcPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2025,6 +2186,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "trPr": child element
     CT_TrPrBase* GetTrPr() const { return m_TrPr; }
     void SetTrPr(CT_TrPrBase* value) { m_TrPr = value; m_presence |= (1u << 0); }
     bool CheckTrPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2045,6 +2207,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblGrid": child element
     CT_TblGridBase* GetTblGrid() const { return m_TblGrid; }
     void SetTblGrid(CT_TblGridBase* value) { m_TblGrid = value; m_presence |= (1u << 0); }
     bool CheckTblGrid() const { return (m_presence & (1u << 0)) != 0; }
@@ -2065,6 +2228,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPr": child element
     CT_TblPrBase* GetTblPr() const { return m_TblPr; }
     void SetTblPr(CT_TblPrBase* value) { m_TblPr = value; m_presence |= (1u << 0); }
     bool CheckTblPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2085,6 +2249,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sectPr": child element
     CT_SectPrBase* GetSectPr() const { return m_SectPr; }
     void SetSectPr(CT_SectPrBase* value) { m_SectPr = value; m_presence |= (1u << 0); }
     bool CheckSectPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2105,6 +2270,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPr": child element
     CT_PPrBase* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPrBase* value) { m_PPr = value; m_presence |= (1u << 0); }
     bool CheckPPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2125,6 +2291,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPrOriginal* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPrOriginal* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2145,6 +2312,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_ParaRPrOriginal* GetRPr() const { return m_RPr; }
     void SetRPr(CT_ParaRPrOriginal* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -2165,6 +2333,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_RunTrackChangeData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_RunTrackChangeData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2190,9 +2359,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ContentRunContent
     EG_ContentRunContent* GetEG_ContentRunContent() const { return m_EG_ContentRunContent; }
     void SetEG_ContentRunContent(EG_ContentRunContent* value) { m_EG_ContentRunContent = value; m_presence |= (1u << 0); }
     bool CheckEG_ContentRunContent() const { return (m_presence & (1u << 0)) != 0; }
+    // group m:EG_OMathMathElements
     schemas_openxmlformats_org_officeDocument_x2006_math::EG_OMathMathElements* GetM_EG_OMathMathElements() const { return m_M_EG_OMathMathElements; }
     void SetM_EG_OMathMathElements(schemas_openxmlformats_org_officeDocument_x2006_math::EG_OMathMathElements* value) { m_M_EG_OMathMathElements = value; m_presence |= (1u << 1); }
     bool CheckM_EG_OMathMathElements() const { return (m_presence & (1u << 1)) != 0; }
@@ -2219,6 +2390,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_PContentMathData__* GetData__() const { return m_Data__; }
     void SetData__(EG_PContentMathData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2244,9 +2416,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_PContentBase, repeated
     XMLPtrArray<EG_PContentBase> GetEG_PContentBase() const;
     void SetEG_PContentBase(XMLPtrArray<EG_PContentBase> value);
     bool CheckEG_PContentBase() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ContentRunContentBase, repeated
     XMLPtrArray<EG_ContentRunContentBase> GetEG_ContentRunContentBase() const;
     void SetEG_ContentRunContentBase(XMLPtrArray<EG_ContentRunContentBase> value);
     bool CheckEG_ContentRunContentBase() const { return (m_presence & (1u << 1)) != 0; }
@@ -2273,6 +2447,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_PContentBaseData__* GetData__() const { return m_Data__; }
     void SetData__(EG_PContentBaseData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2298,12 +2473,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "customXml": child element
     CT_CustomXmlRun* GetCustomXml() const { return m_CustomXml; }
     void SetCustomXml(CT_CustomXmlRun* value) { m_CustomXml = value; m_presence |= (1u << 0); }
     bool CheckCustomXml() const { return (m_presence & (1u << 0)) != 0; }
+    // "fldSimple": child element, repeated
     XMLPtrArray<CT_SimpleField> GetFldSimple() const;
     void SetFldSimple(XMLPtrArray<CT_SimpleField> value);
     bool CheckFldSimple() const { return (m_presence & (1u << 1)) != 0; }
+    // "hyperlink": child element
     CT_Hyperlink* GetHyperlink() const { return m_Hyperlink; }
     void SetHyperlink(CT_Hyperlink* value) { m_Hyperlink = value; m_presence |= (1u << 2); }
     bool CheckHyperlink() const { return (m_presence & (1u << 2)) != 0; }
@@ -2331,6 +2509,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ContentRunContentBaseData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ContentRunContentBaseData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2356,12 +2535,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "smartTag": child element
     CT_SmartTagRun* GetSmartTag() const { return m_SmartTag; }
     void SetSmartTag(CT_SmartTagRun* value) { m_SmartTag = value; m_presence |= (1u << 0); }
     bool CheckSmartTag() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdt": child element
     CT_SdtRun* GetSdt() const { return m_Sdt; }
     void SetSdt(CT_SdtRun* value) { m_Sdt = value; m_presence |= (1u << 1); }
     bool CheckSdt() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 2)) != 0; }
@@ -2389,6 +2571,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_CellMarkupElementsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_CellMarkupElementsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2414,12 +2597,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "cellIns": child element
     CT_TrackChange* GetCellIns() const { return m_CellIns; }
     void SetCellIns(CT_TrackChange* value) { m_CellIns = value; m_presence |= (1u << 0); }
     bool CheckCellIns() const { return (m_presence & (1u << 0)) != 0; }
+    // "cellDel": child element
     CT_TrackChange* GetCellDel() const { return m_CellDel; }
     void SetCellDel(CT_TrackChange* value) { m_CellDel = value; m_presence |= (1u << 1); }
     bool CheckCellDel() const { return (m_presence & (1u << 1)) != 0; }
+    // "cellMerge": child element
     CT_CellMergeTrackChange* GetCellMerge() const { return m_CellMerge; }
     void SetCellMerge(CT_CellMergeTrackChange* value) { m_CellMerge = value; m_presence |= (1u << 2); }
     bool CheckCellMerge() const { return (m_presence & (1u << 2)) != 0; }
@@ -2447,6 +2633,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RangeMarkupElementsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RangeMarkupElementsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -2472,51 +2659,67 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "bookmarkStart": child element
     CT_Bookmark* GetBookmarkStart() const { return m_BookmarkStart; }
     void SetBookmarkStart(CT_Bookmark* value) { m_BookmarkStart = value; m_presence |= (1u << 0); }
     bool CheckBookmarkStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "bookmarkEnd": child element
     CT_MarkupRange* GetBookmarkEnd() const { return m_BookmarkEnd; }
     void SetBookmarkEnd(CT_MarkupRange* value) { m_BookmarkEnd = value; m_presence |= (1u << 1); }
     bool CheckBookmarkEnd() const { return (m_presence & (1u << 1)) != 0; }
+    // "moveFromRangeStart": child element
     CT_MoveBookmark* GetMoveFromRangeStart() const { return m_MoveFromRangeStart; }
     void SetMoveFromRangeStart(CT_MoveBookmark* value) { m_MoveFromRangeStart = value; m_presence |= (1u << 2); }
     bool CheckMoveFromRangeStart() const { return (m_presence & (1u << 2)) != 0; }
+    // "moveFromRangeEnd": child element
     CT_MarkupRange* GetMoveFromRangeEnd() const { return m_MoveFromRangeEnd; }
     void SetMoveFromRangeEnd(CT_MarkupRange* value) { m_MoveFromRangeEnd = value; m_presence |= (1u << 3); }
     bool CheckMoveFromRangeEnd() const { return (m_presence & (1u << 3)) != 0; }
+    // "moveToRangeStart": child element
     CT_MoveBookmark* GetMoveToRangeStart() const { return m_MoveToRangeStart; }
     void SetMoveToRangeStart(CT_MoveBookmark* value) { m_MoveToRangeStart = value; m_presence |= (1u << 4); }
     bool CheckMoveToRangeStart() const { return (m_presence & (1u << 4)) != 0; }
+    // "moveToRangeEnd": child element
     CT_MarkupRange* GetMoveToRangeEnd() const { return m_MoveToRangeEnd; }
     void SetMoveToRangeEnd(CT_MarkupRange* value) { m_MoveToRangeEnd = value; m_presence |= (1u << 5); }
     bool CheckMoveToRangeEnd() const { return (m_presence & (1u << 5)) != 0; }
+    // "commentRangeStart": child element
     CT_MarkupRange* GetCommentRangeStart() const { return m_CommentRangeStart; }
     void SetCommentRangeStart(CT_MarkupRange* value) { m_CommentRangeStart = value; m_presence |= (1u << 6); }
     bool CheckCommentRangeStart() const { return (m_presence & (1u << 6)) != 0; }
+    // "commentRangeEnd": child element
     CT_MarkupRange* GetCommentRangeEnd() const { return m_CommentRangeEnd; }
     void SetCommentRangeEnd(CT_MarkupRange* value) { m_CommentRangeEnd = value; m_presence |= (1u << 7); }
     bool CheckCommentRangeEnd() const { return (m_presence & (1u << 7)) != 0; }
+    // "customXmlInsRangeStart": child element
     CT_TrackChange* GetCustomXmlInsRangeStart() const { return m_CustomXmlInsRangeStart; }
     void SetCustomXmlInsRangeStart(CT_TrackChange* value) { m_CustomXmlInsRangeStart = value; m_presence |= (1u << 8); }
     bool CheckCustomXmlInsRangeStart() const { return (m_presence & (1u << 8)) != 0; }
+    // "customXmlInsRangeEnd": child element
     CT_Markup* GetCustomXmlInsRangeEnd() const { return m_CustomXmlInsRangeEnd; }
     void SetCustomXmlInsRangeEnd(CT_Markup* value) { m_CustomXmlInsRangeEnd = value; m_presence |= (1u << 9); }
     bool CheckCustomXmlInsRangeEnd() const { return (m_presence & (1u << 9)) != 0; }
+    // "customXmlDelRangeStart": child element
     CT_TrackChange* GetCustomXmlDelRangeStart() const { return m_CustomXmlDelRangeStart; }
     void SetCustomXmlDelRangeStart(CT_TrackChange* value) { m_CustomXmlDelRangeStart = value; m_presence |= (1u << 10); }
     bool CheckCustomXmlDelRangeStart() const { return (m_presence & (1u << 10)) != 0; }
+    // "customXmlDelRangeEnd": child element
     CT_Markup* GetCustomXmlDelRangeEnd() const { return m_CustomXmlDelRangeEnd; }
     void SetCustomXmlDelRangeEnd(CT_Markup* value) { m_CustomXmlDelRangeEnd = value; m_presence |= (1u << 11); }
     bool CheckCustomXmlDelRangeEnd() const { return (m_presence & (1u << 11)) != 0; }
+    // "customXmlMoveFromRangeStart": child element
     CT_TrackChange* GetCustomXmlMoveFromRangeStart() const { return m_CustomXmlMoveFromRangeStart; }
     void SetCustomXmlMoveFromRangeStart(CT_TrackChange* value) { m_CustomXmlMoveFromRangeStart = value; m_presence |= (1u << 12); }
     bool CheckCustomXmlMoveFromRangeStart() const { return (m_presence & (1u << 12)) != 0; }
+    // "customXmlMoveFromRangeEnd": child element
     CT_Markup* GetCustomXmlMoveFromRangeEnd() const { return m_CustomXmlMoveFromRangeEnd; }
     void SetCustomXmlMoveFromRangeEnd(CT_Markup* value) { m_CustomXmlMoveFromRangeEnd = value; m_presence |= (1u << 13); }
     bool CheckCustomXmlMoveFromRangeEnd() const { return (m_presence & (1u << 13)) != 0; }
+    // "customXmlMoveToRangeStart": child element
     CT_TrackChange* GetCustomXmlMoveToRangeStart() const { return m_CustomXmlMoveToRangeStart; }
     void SetCustomXmlMoveToRangeStart(CT_TrackChange* value) { m_CustomXmlMoveToRangeStart = value; m_presence |= (1u << 14); }
     bool CheckCustomXmlMoveToRangeStart() const { return (m_presence & (1u << 14)) != 0; }
+    // "customXmlMoveToRangeEnd": child element
     CT_Markup* GetCustomXmlMoveToRangeEnd() const { return m_CustomXmlMoveToRangeEnd; }
     void SetCustomXmlMoveToRangeEnd(CT_Markup* value) { m_CustomXmlMoveToRangeEnd = value; m_presence |= (1u << 15); }
     bool CheckCustomXmlMoveToRangeEnd() const { return (m_presence & (1u << 15)) != 0; }
@@ -2552,15 +2755,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ilvl": child element
     CT_DecimalNumber* GetIlvl() const { return m_Ilvl; }
     void SetIlvl(CT_DecimalNumber* value) { m_Ilvl = value; m_presence |= (1u << 0); }
     bool CheckIlvl() const { return (m_presence & (1u << 0)) != 0; }
+    // "numId": child element
     CT_DecimalNumber* GetNumId() const { return m_NumId; }
     void SetNumId(CT_DecimalNumber* value) { m_NumId = value; m_presence |= (1u << 1); }
     bool CheckNumId() const { return (m_presence & (1u << 1)) != 0; }
+    // "numberingChange": child element
     CT_TrackChangeNumbering* GetNumberingChange() const { return m_NumberingChange; }
     void SetNumberingChange(CT_TrackChangeNumbering* value) { m_NumberingChange = value; m_presence |= (1u << 2); }
     bool CheckNumberingChange() const { return (m_presence & (1u << 2)) != 0; }
+    // "ins": child element
     CT_TrackChange* GetIns() const { return m_Ins; }
     void SetIns(CT_TrackChange* value) { m_Ins = value; m_presence |= (1u << 3); }
     bool CheckIns() const { return (m_presence & (1u << 3)) != 0; }
@@ -2584,21 +2791,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_Border* GetTop() const { return m_Top; }
     void SetTop(CT_Border* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "left": child element
     CT_Border* GetLeft() const { return m_Left; }
     void SetLeft(CT_Border* value) { m_Left = value; m_presence |= (1u << 1); }
     bool CheckLeft() const { return (m_presence & (1u << 1)) != 0; }
+    // "bottom": child element
     CT_Border* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_Border* value) { m_Bottom = value; m_presence |= (1u << 2); }
     bool CheckBottom() const { return (m_presence & (1u << 2)) != 0; }
+    // "right": child element
     CT_Border* GetRight() const { return m_Right; }
     void SetRight(CT_Border* value) { m_Right = value; m_presence |= (1u << 3); }
     bool CheckRight() const { return (m_presence & (1u << 3)) != 0; }
+    // "between": child element
     CT_Border* GetBetween() const { return m_Between; }
     void SetBetween(CT_Border* value) { m_Between = value; m_presence |= (1u << 4); }
     bool CheckBetween() const { return (m_presence & (1u << 4)) != 0; }
+    // "bar": child element
     CT_Border* GetBar() const { return m_Bar; }
     void SetBar(CT_Border* value) { m_Bar = value; m_presence |= (1u << 5); }
     bool CheckBar() const { return (m_presence & (1u << 5)) != 0; }
@@ -2624,6 +2837,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tab": child element, repeated
     XMLPtrArray<CT_TabStop> GetTab() const;
     void SetTab(XMLPtrArray<CT_TabStop> value);
     bool CheckTab() const { return (m_presence & (1u << 0)) != 0; }
@@ -2644,6 +2858,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -2664,102 +2879,135 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pStyle": child element
     CT_String* GetPStyle() const { return m_PStyle; }
     void SetPStyle(CT_String* value) { m_PStyle = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckPStyle() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "keepNext": child element
     CT_OnOff* GetKeepNext() const { return m_KeepNext; }
     void SetKeepNext(CT_OnOff* value) { m_KeepNext = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckKeepNext() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "keepLines": child element
     CT_OnOff* GetKeepLines() const { return m_KeepLines; }
     void SetKeepLines(CT_OnOff* value) { m_KeepLines = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckKeepLines() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "pageBreakBefore": child element
     CT_OnOff* GetPageBreakBefore() const { return m_PageBreakBefore; }
     void SetPageBreakBefore(CT_OnOff* value) { m_PageBreakBefore = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckPageBreakBefore() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "framePr": child element
     CT_FramePr* GetFramePr() const { return m_FramePr; }
     void SetFramePr(CT_FramePr* value) { m_FramePr = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckFramePr() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "widowControl": child element
     CT_OnOff* GetWidowControl() const { return m_WidowControl; }
     void SetWidowControl(CT_OnOff* value) { m_WidowControl = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckWidowControl() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "numPr": child element
     CT_NumPr* GetNumPr() const { return m_NumPr; }
     void SetNumPr(CT_NumPr* value) { m_NumPr = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckNumPr() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "suppressLineNumbers": child element
     CT_OnOff* GetSuppressLineNumbers() const { return m_SuppressLineNumbers; }
     void SetSuppressLineNumbers(CT_OnOff* value) { m_SuppressLineNumbers = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckSuppressLineNumbers() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "pBdr": child element
     CT_PBdr* GetPBdr() const { return m_PBdr; }
     void SetPBdr(CT_PBdr* value) { m_PBdr = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckPBdr() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "shd": child element
     CT_Shd* GetShd() const { return m_Shd; }
     void SetShd(CT_Shd* value) { m_Shd = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckShd() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "tabs": child element
     CT_Tabs* GetTabs() const { return m_Tabs; }
     void SetTabs(CT_Tabs* value) { m_Tabs = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckTabs() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "suppressAutoHyphens": child element
     CT_OnOff* GetSuppressAutoHyphens() const { return m_SuppressAutoHyphens; }
     void SetSuppressAutoHyphens(CT_OnOff* value) { m_SuppressAutoHyphens = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckSuppressAutoHyphens() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "kinsoku": child element
     CT_OnOff* GetKinsoku() const { return m_Kinsoku; }
     void SetKinsoku(CT_OnOff* value) { m_Kinsoku = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckKinsoku() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "wordWrap": child element
     CT_OnOff* GetWordWrap() const { return m_WordWrap; }
     void SetWordWrap(CT_OnOff* value) { m_WordWrap = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckWordWrap() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "overflowPunct": child element
     CT_OnOff* GetOverflowPunct() const { return m_OverflowPunct; }
     void SetOverflowPunct(CT_OnOff* value) { m_OverflowPunct = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckOverflowPunct() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "topLinePunct": child element
     CT_OnOff* GetTopLinePunct() const { return m_TopLinePunct; }
     void SetTopLinePunct(CT_OnOff* value) { m_TopLinePunct = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckTopLinePunct() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "autoSpaceDE": child element
     CT_OnOff* GetAutoSpaceDE() const { return m_AutoSpaceDE; }
     void SetAutoSpaceDE(CT_OnOff* value) { m_AutoSpaceDE = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckAutoSpaceDE() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "autoSpaceDN": child element
     CT_OnOff* GetAutoSpaceDN() const { return m_AutoSpaceDN; }
     void SetAutoSpaceDN(CT_OnOff* value) { m_AutoSpaceDN = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckAutoSpaceDN() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "bidi": child element
     CT_OnOff* GetBidi() const { return m_Bidi; }
     void SetBidi(CT_OnOff* value) { m_Bidi = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckBidi() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "adjustRightInd": child element
     CT_OnOff* GetAdjustRightInd() const { return m_AdjustRightInd; }
     void SetAdjustRightInd(CT_OnOff* value) { m_AdjustRightInd = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckAdjustRightInd() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "snapToGrid": child element
     CT_OnOff* GetSnapToGrid() const { return m_SnapToGrid; }
     void SetSnapToGrid(CT_OnOff* value) { m_SnapToGrid = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckSnapToGrid() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "spacing": child element
     CT_Spacing* GetSpacing() const { return m_Spacing; }
     void SetSpacing(CT_Spacing* value) { m_Spacing = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckSpacing() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "ind": child element
     CT_Ind* GetInd() const { return m_Ind; }
     void SetInd(CT_Ind* value) { m_Ind = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckInd() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "contextualSpacing": child element
     CT_OnOff* GetContextualSpacing() const { return m_ContextualSpacing; }
     void SetContextualSpacing(CT_OnOff* value) { m_ContextualSpacing = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckContextualSpacing() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "mirrorIndents": child element
     CT_OnOff* GetMirrorIndents() const { return m_MirrorIndents; }
     void SetMirrorIndents(CT_OnOff* value) { m_MirrorIndents = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckMirrorIndents() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "suppressOverlap": child element
     CT_OnOff* GetSuppressOverlap() const { return m_SuppressOverlap; }
     void SetSuppressOverlap(CT_OnOff* value) { m_SuppressOverlap = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckSuppressOverlap() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "jc": child element
     CT_Jc* GetJc() const { return m_Jc; }
     void SetJc(CT_Jc* value) { m_Jc = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckJc() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "textDirection": child element
     CT_TextDirection* GetTextDirection() const { return m_TextDirection; }
     void SetTextDirection(CT_TextDirection* value) { m_TextDirection = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckTextDirection() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "textAlignment": child element
     CT_TextAlignment* GetTextAlignment() const { return m_TextAlignment; }
     void SetTextAlignment(CT_TextAlignment* value) { m_TextAlignment = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckTextAlignment() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "textboxTightWrap": child element
     CT_TextboxTightWrap* GetTextboxTightWrap() const { return m_TextboxTightWrap; }
     void SetTextboxTightWrap(CT_TextboxTightWrap* value) { m_TextboxTightWrap = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckTextboxTightWrap() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "outlineLvl": child element
     CT_DecimalNumber* GetOutlineLvl() const { return m_OutlineLvl; }
     void SetOutlineLvl(CT_DecimalNumber* value) { m_OutlineLvl = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckOutlineLvl() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "divId": child element
     CT_DecimalNumber* GetDivId() const { return m_DivId; }
     void SetDivId(CT_DecimalNumber* value) { m_DivId = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckDivId() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "cnfStyle": child element
     CT_Cnf* GetCnfStyle() const { return m_CnfStyle; }
     void SetCnfStyle(CT_Cnf* value) { m_CnfStyle = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckCnfStyle() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
@@ -2812,12 +3060,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_ParaRPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_ParaRPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sectPr": child element
     CT_SectPr* GetSectPr() const { return m_SectPr; }
     void SetSectPr(CT_SectPr* value) { m_SectPr = value; m_presence |= (1u << 1); }
     bool CheckSectPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "pPrChange": child element
     CT_PPrChange* GetPPrChange() const { return m_PPrChange; }
     void SetPPrChange(CT_PPrChange* value) { m_PPrChange = value; m_presence |= (1u << 2); }
     bool CheckPPrChange() const { return (m_presence & (1u << 2)) != 0; }
@@ -2840,6 +3091,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPrChange": child element
     CT_PPrChange* GetPPrChange() const { return m_PPrChange; }
     void SetPPrChange(CT_PPrChange* value) { m_PPrChange = value; m_presence |= (1u << 0); }
     bool CheckPPrChange() const { return (m_presence & (1u << 0)) != 0; }
@@ -2860,12 +3112,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "shapeid": attribute, wxString
     wxString GetShapeid() const;
     void SetShapeid(wxString value);
     bool CheckShapeid() const { return (m_presence & (1u << 1)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
@@ -2888,18 +3143,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 0); }
     bool CheckDrawing() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": attribute, wxAny, default "auto"
     wxAny GetColor() const;
     void SetColor(wxAny value);
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "themeColor": attribute, wxString
     wxString GetThemeColor() const;
     void SetThemeColor(wxString value);
     bool CheckThemeColor() const { return (m_presence & (1u << 2)) != 0; }
+    // "themeTint": attribute, wxString
     wxString GetThemeTint() const;
     void SetThemeTint(wxString value);
     bool CheckThemeTint() const { return (m_presence & (1u << 3)) != 0; }
+    // "themeShade": attribute, wxString
     wxString GetThemeShade() const;
     void SetThemeShade(wxString value);
     bool CheckThemeShade() const { return (m_presence & (1u << 4)) != 0; }
@@ -2924,6 +3184,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -2944,15 +3205,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 0); }
     bool CheckDrawing() const { return (m_presence & (1u << 0)) != 0; }
+    // choice holder
     CT_ObjectData__* GetData__() const { return m_Data__; }
     void SetData__(CT_ObjectData__* value) { m_Data__ = value; m_presence |= (1u << 1); }
     bool CheckData__() const { return (m_presence & (1u << 1)) != 0; }
+    // "dxaOrig": attribute, wxAny
     wxAny GetDxaOrig() const;
     void SetDxaOrig(wxAny value);
     bool CheckDxaOrig() const { return (m_presence & (1u << 2)) != 0; }
+    // "dyaOrig": attribute, wxAny
     wxAny GetDyaOrig() const;
     void SetDyaOrig(wxAny value);
     bool CheckDyaOrig() const { return (m_presence & (1u << 3)) != 0; }
@@ -2981,15 +3246,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "control": child element
     CT_Control* GetControl() const { return m_Control; }
     void SetControl(CT_Control* value) { m_Control = value; m_presence |= (1u << 0); }
     bool CheckControl() const { return (m_presence & (1u << 0)) != 0; }
+    // "objectLink": child element
     CT_ObjectLink* GetObjectLink() const { return m_ObjectLink; }
     void SetObjectLink(CT_ObjectLink* value) { m_ObjectLink = value; m_presence |= (1u << 1); }
     bool CheckObjectLink() const { return (m_presence & (1u << 1)) != 0; }
+    // "objectEmbed": child element
     CT_ObjectEmbed* GetObjectEmbed() const { return m_ObjectEmbed; }
     void SetObjectEmbed(CT_ObjectEmbed* value) { m_ObjectEmbed = value; m_presence |= (1u << 2); }
     bool CheckObjectEmbed() const { return (m_presence & (1u << 2)) != 0; }
+    // "movie": child element
     CT_Rel* GetMovie() const { return m_Movie; }
     void SetMovie(CT_Rel* value) { m_Movie = value; m_presence |= (1u << 3); }
     bool CheckMovie() const { return (m_presence & (1u << 3)) != 0; }
@@ -3013,9 +3282,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "movie": child element
     CT_Rel* GetMovie() const { return m_Movie; }
     void SetMovie(CT_Rel* value) { m_Movie = value; m_presence |= (1u << 0); }
     bool CheckMovie() const { return (m_presence & (1u << 0)) != 0; }
+    // "control": child element
     CT_Control* GetControl() const { return m_Control; }
     void SetControl(CT_Control* value) { m_Control = value; m_presence |= (1u << 1); }
     bool CheckControl() const { return (m_presence & (1u << 1)) != 0; }
@@ -3037,18 +3308,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "drawAspect": attribute, wxString
     wxString GetDrawAspect() const;
     void SetDrawAspect(wxString value);
     bool CheckDrawAspect() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
+    // "progId": attribute, wxString
     wxString GetProgId() const;
     void SetProgId(wxString value);
     bool CheckProgId() const { return (m_presence & (1u << 2)) != 0; }
+    // "shapeId": attribute, wxString
     wxString GetShapeId() const;
     void SetShapeId(wxString value);
     bool CheckShapeId() const { return (m_presence & (1u << 3)) != 0; }
+    // "fieldCodes": attribute, wxString
     wxString GetFieldCodes() const;
     void SetFieldCodes(wxString value);
     bool CheckFieldCodes() const { return (m_presence & (1u << 4)) != 0; }
@@ -3073,9 +3349,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "updateMode": attribute, wxString
     wxString GetUpdateMode() const;
     void SetUpdateMode(wxString value);
     bool CheckUpdateMode() const { return (m_presence & (1u << 0)) != 0; }
+    // "lockedField": attribute, wxAny
     wxAny GetLockedField() const;
     void SetLockedField(wxAny value);
     bool CheckLockedField() const { return (m_presence & (1u << 1)) != 0; }
@@ -3097,6 +3375,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_DrawingData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_DrawingData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -3122,9 +3401,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "wp:anchor": child element
     schemas_openxmlformats_org_drawingml_x2006_wordprocessingDrawing::CT_Anchor* GetWp_anchor() const { return m_Wp_anchor; }
     void SetWp_anchor(schemas_openxmlformats_org_drawingml_x2006_wordprocessingDrawing::CT_Anchor* value) { m_Wp_anchor = value; m_presence |= (1u << 0); }
     bool CheckWp_anchor() const { return (m_presence & (1u << 0)) != 0; }
+    // "wp:inline": child element
     schemas_openxmlformats_org_drawingml_x2006_wordprocessingDrawing::CT_Inline* GetWp_inline() const { return m_Wp_inline; }
     void SetWp_inline(schemas_openxmlformats_org_drawingml_x2006_wordprocessingDrawing::CT_Inline* value) { m_Wp_inline = value; m_presence |= (1u << 1); }
     bool CheckWp_inline() const { return (m_presence & (1u << 1)) != 0; }
@@ -3146,18 +3427,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fldData": child element
     CT_Text* GetFldData() const { return m_FldData; }
     void SetFldData(CT_Text* value) { m_FldData = value; m_presence |= (1u << 0); }
     bool CheckFldData() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "instr": attribute, wxString
     wxString GetInstr() const;
     void SetInstr(wxString value);
     bool CheckInstr() const { return (m_presence & (1u << 2)) != 0; }
+    // "fldLock": attribute, wxAny
     wxAny GetFldLock() const;
     void SetFldLock(wxAny value);
     bool CheckFldLock() const { return (m_presence & (1u << 3)) != 0; }
+    // "dirty": attribute, wxAny
     wxAny GetDirty() const;
     void SetDirty(wxAny value);
     bool CheckDirty() const { return (m_presence & (1u << 4)) != 0; }
@@ -3182,6 +3468,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3202,6 +3489,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3222,15 +3510,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_FldCharData__* GetData__() const { return m_Data__; }
     void SetData__(CT_FldCharData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "fldCharType": attribute, wxString
     wxString GetFldCharType() const;
     void SetFldCharType(wxString value);
     bool CheckFldCharType() const { return (m_presence & (1u << 1)) != 0; }
+    // "fldLock": attribute, wxAny
     wxAny GetFldLock() const;
     void SetFldLock(wxAny value);
     bool CheckFldLock() const { return (m_presence & (1u << 2)) != 0; }
+    // "dirty": attribute, wxAny
     wxAny GetDirty() const;
     void SetDirty(wxAny value);
     bool CheckDirty() const { return (m_presence & (1u << 3)) != 0; }
@@ -3259,12 +3551,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "fldData": child element
     CT_Text* GetFldData() const { return m_FldData; }
     void SetFldData(CT_Text* value) { m_FldData = value; m_presence |= (1u << 0); }
     bool CheckFldData() const { return (m_presence & (1u << 0)) != 0; }
+    // "ffData": child element
     CT_FFData* GetFfData() const { return m_FfData; }
     void SetFfData(CT_FFData* value) { m_FfData = value; m_presence |= (1u << 1); }
     bool CheckFfData() const { return (m_presence & (1u << 1)) != 0; }
+    // "numberingChange": child element
     CT_TrackChangeNumbering* GetNumberingChange() const { return m_NumberingChange; }
     void SetNumberingChange(CT_TrackChangeNumbering* value) { m_NumberingChange = value; m_presence |= (1u << 2); }
     bool CheckNumberingChange() const { return (m_presence & (1u << 2)) != 0; }
@@ -3287,24 +3582,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "tgtFrame": attribute, wxString
     wxString GetTgtFrame() const;
     void SetTgtFrame(wxString value);
     bool CheckTgtFrame() const { return (m_presence & (1u << 1)) != 0; }
+    // "tooltip": attribute, wxString
     wxString GetTooltip() const;
     void SetTooltip(wxString value);
     bool CheckTooltip() const { return (m_presence & (1u << 2)) != 0; }
+    // "docLocation": attribute, wxString
     wxString GetDocLocation() const;
     void SetDocLocation(wxString value);
     bool CheckDocLocation() const { return (m_presence & (1u << 3)) != 0; }
+    // "history": attribute, wxAny
     wxAny GetHistory() const;
     void SetHistory(wxAny value);
     bool CheckHistory() const { return (m_presence & (1u << 4)) != 0; }
+    // "anchor": attribute, wxString
     wxString GetAnchor() const;
     void SetAnchor(wxString value);
     bool CheckAnchor() const { return (m_presence & (1u << 5)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 6)) != 0; }
@@ -3331,6 +3633,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_FFDataData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_FFDataData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -3356,33 +3659,43 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "name": child element
     CT_FFName* GetName() const { return m_Name; }
     void SetName(CT_FFName* value) { m_Name = value; m_presence |= (1u << 0); }
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "label": child element
     CT_DecimalNumber* GetLabel() const { return m_Label; }
     void SetLabel(CT_DecimalNumber* value) { m_Label = value; m_presence |= (1u << 1); }
     bool CheckLabel() const { return (m_presence & (1u << 1)) != 0; }
+    // "tabIndex": child element
     CT_UnsignedDecimalNumber* GetTabIndex() const { return m_TabIndex; }
     void SetTabIndex(CT_UnsignedDecimalNumber* value) { m_TabIndex = value; m_presence |= (1u << 2); }
     bool CheckTabIndex() const { return (m_presence & (1u << 2)) != 0; }
+    // "enabled": child element
     CT_OnOff* GetEnabled() const { return m_Enabled; }
     void SetEnabled(CT_OnOff* value) { m_Enabled = value; m_presence |= (1u << 3); }
     bool CheckEnabled() const { return (m_presence & (1u << 3)) != 0; }
+    // "calcOnExit": child element
     CT_OnOff* GetCalcOnExit() const { return m_CalcOnExit; }
     void SetCalcOnExit(CT_OnOff* value) { m_CalcOnExit = value; m_presence |= (1u << 4); }
     bool CheckCalcOnExit() const { return (m_presence & (1u << 4)) != 0; }
+    // "entryMacro": child element
     CT_MacroName* GetEntryMacro() const { return m_EntryMacro; }
     void SetEntryMacro(CT_MacroName* value) { m_EntryMacro = value; m_presence |= (1u << 5); }
     bool CheckEntryMacro() const { return (m_presence & (1u << 5)) != 0; }
+    // "exitMacro": child element
     CT_MacroName* GetExitMacro() const { return m_ExitMacro; }
     void SetExitMacro(CT_MacroName* value) { m_ExitMacro = value; m_presence |= (1u << 6); }
     bool CheckExitMacro() const { return (m_presence & (1u << 6)) != 0; }
+    // "helpText": child element
     CT_FFHelpText* GetHelpText() const { return m_HelpText; }
     void SetHelpText(CT_FFHelpText* value) { m_HelpText = value; m_presence |= (1u << 7); }
     bool CheckHelpText() const { return (m_presence & (1u << 7)) != 0; }
+    // "statusText": child element
     CT_FFStatusText* GetStatusText() const { return m_StatusText; }
     void SetStatusText(CT_FFStatusText* value) { m_StatusText = value; m_presence |= (1u << 8); }
     bool CheckStatusText() const { return (m_presence & (1u << 8)) != 0; }
+    // choice holder
     CT_FFDataData__Data__* GetData__() const { return m_Data__; }
     void SetData__(CT_FFDataData__Data__* value) { m_Data__ = value; m_presence |= (1u << 9); }
     bool CheckData__() const { return (m_presence & (1u << 9)) != 0; }
@@ -3417,12 +3730,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "checkBox": child element
     CT_FFCheckBox* GetCheckBox() const { return m_CheckBox; }
     void SetCheckBox(CT_FFCheckBox* value) { m_CheckBox = value; m_presence |= (1u << 0); }
     bool CheckCheckBox() const { return (m_presence & (1u << 0)) != 0; }
+    // "ddList": child element
     CT_FFDDList* GetDdList() const { return m_DdList; }
     void SetDdList(CT_FFDDList* value) { m_DdList = value; m_presence |= (1u << 1); }
     bool CheckDdList() const { return (m_presence & (1u << 1)) != 0; }
+    // "textInput": child element
     CT_FFTextInput* GetTextInput() const { return m_TextInput; }
     void SetTextInput(CT_FFTextInput* value) { m_TextInput = value; m_presence |= (1u << 2); }
     bool CheckTextInput() const { return (m_presence & (1u << 2)) != 0; }
@@ -3445,9 +3761,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -3469,9 +3787,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -3493,12 +3813,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_FFCheckBoxData__* GetData__() const { return m_Data__; }
     void SetData__(CT_FFCheckBoxData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "default": child element
     CT_OnOff* GetDefault() const { return m_Default; }
     void SetDefault(CT_OnOff* value) { m_Default = value; m_presence |= (1u << 1); }
     bool CheckDefault() const { return (m_presence & (1u << 1)) != 0; }
+    // "checked": child element
     CT_OnOff* GetChecked() const { return m_Checked; }
     void SetChecked(CT_OnOff* value) { m_Checked = value; m_presence |= (1u << 2); }
     bool CheckChecked() const { return (m_presence & (1u << 2)) != 0; }
@@ -3526,9 +3849,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "size": child element
     CT_HpsMeasure* GetSize() const { return m_Size; }
     void SetSize(CT_HpsMeasure* value) { m_Size = value; m_presence |= (1u << 0); }
     bool CheckSize() const { return (m_presence & (1u << 0)) != 0; }
+    // "sizeAuto": child element
     CT_OnOff* GetSizeAuto() const { return m_SizeAuto; }
     void SetSizeAuto(CT_OnOff* value) { m_SizeAuto = value; m_presence |= (1u << 1); }
     bool CheckSizeAuto() const { return (m_presence & (1u << 1)) != 0; }
@@ -3550,12 +3875,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "result": child element
     CT_DecimalNumber* GetResult() const { return m_Result; }
     void SetResult(CT_DecimalNumber* value) { m_Result = value; m_presence |= (1u << 0); }
     bool CheckResult() const { return (m_presence & (1u << 0)) != 0; }
+    // "default": child element
     CT_DecimalNumber* GetDefault() const { return m_Default; }
     void SetDefault(CT_DecimalNumber* value) { m_Default = value; m_presence |= (1u << 1); }
     bool CheckDefault() const { return (m_presence & (1u << 1)) != 0; }
+    // "listEntry": child element, repeated
     XMLPtrArray<CT_String> GetListEntry() const;
     void SetListEntry(XMLPtrArray<CT_String> value);
     bool CheckListEntry() const { return (m_presence & (1u << 2)) != 0; }
@@ -3578,15 +3906,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": child element
     CT_FFTextType* GetType() const { return m_Type; }
     void SetType(CT_FFTextType* value) { m_Type = value; m_presence |= (1u << 0); }
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "default": child element
     CT_String* GetDefault() const { return m_Default; }
     void SetDefault(CT_String* value) { m_Default = value; m_presence |= (1u << 1); }
     bool CheckDefault() const { return (m_presence & (1u << 1)) != 0; }
+    // "maxLength": child element
     CT_DecimalNumber* GetMaxLength() const { return m_MaxLength; }
     void SetMaxLength(CT_DecimalNumber* value) { m_MaxLength = value; m_presence |= (1u << 2); }
     bool CheckMaxLength() const { return (m_presence & (1u << 2)) != 0; }
+    // "format": child element
     CT_String* GetFormat() const { return m_Format; }
     void SetFormat(CT_String* value) { m_Format = value; m_presence |= (1u << 3); }
     bool CheckFormat() const { return (m_presence & (1u << 3)) != 0; }
@@ -3610,6 +3942,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3630,9 +3963,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "first": attribute, int
     int GetFirst() const { return m_First; }
     void SetFirst(int value) { m_First = value; m_presence |= (1u << 0); }
     bool CheckFirst() const { return (m_presence & (1u << 0)) != 0; }
+    // "other": attribute, int
     int GetOther() const { return m_Other; }
     void SetOther(int value) { m_Other = value; m_presence |= (1u << 1); }
     bool CheckOther() const { return (m_presence & (1u << 1)) != 0; }
@@ -3654,15 +3989,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
+    // "h": attribute, wxAny
     wxAny GetH() const;
     void SetH(wxAny value);
     bool CheckH() const { return (m_presence & (1u << 1)) != 0; }
+    // "orient": attribute, wxString
     wxString GetOrient() const;
     void SetOrient(wxString value);
     bool CheckOrient() const { return (m_presence & (1u << 2)) != 0; }
+    // "code": attribute, int
     int GetCode() const { return m_Code; }
     void SetCode(int value) { m_Code = value; m_presence |= (1u << 3); }
     bool CheckCode() const { return (m_presence & (1u << 3)) != 0; }
@@ -3686,24 +4025,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": attribute, wxAny
     wxAny GetTop() const;
     void SetTop(wxAny value);
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "right": attribute, wxAny
     wxAny GetRight() const;
     void SetRight(wxAny value);
     bool CheckRight() const { return (m_presence & (1u << 1)) != 0; }
+    // "bottom": attribute, wxAny
     wxAny GetBottom() const;
     void SetBottom(wxAny value);
     bool CheckBottom() const { return (m_presence & (1u << 2)) != 0; }
+    // "left": attribute, wxAny
     wxAny GetLeft() const;
     void SetLeft(wxAny value);
     bool CheckLeft() const { return (m_presence & (1u << 3)) != 0; }
+    // "header": attribute, wxAny
     wxAny GetHeader() const;
     void SetHeader(wxAny value);
     bool CheckHeader() const { return (m_presence & (1u << 4)) != 0; }
+    // "footer": attribute, wxAny
     wxAny GetFooter() const;
     void SetFooter(wxAny value);
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
+    // "gutter": attribute, wxAny
     wxAny GetGutter() const;
     void SetGutter(wxAny value);
     bool CheckGutter() const { return (m_presence & (1u << 6)) != 0; }
@@ -3730,24 +4076,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_TopPageBorder* GetTop() const { return m_Top; }
     void SetTop(CT_TopPageBorder* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "left": child element
     CT_PageBorder* GetLeft() const { return m_Left; }
     void SetLeft(CT_PageBorder* value) { m_Left = value; m_presence |= (1u << 1); }
     bool CheckLeft() const { return (m_presence & (1u << 1)) != 0; }
+    // "bottom": child element
     CT_BottomPageBorder* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_BottomPageBorder* value) { m_Bottom = value; m_presence |= (1u << 2); }
     bool CheckBottom() const { return (m_presence & (1u << 2)) != 0; }
+    // "right": child element
     CT_PageBorder* GetRight() const { return m_Right; }
     void SetRight(CT_PageBorder* value) { m_Right = value; m_presence |= (1u << 3); }
     bool CheckRight() const { return (m_presence & (1u << 3)) != 0; }
+    // "zOrder": attribute, wxString, default "front"
     wxString GetZOrder() const;
     void SetZOrder(wxString value);
     bool CheckZOrder() const { return (m_presence & (1u << 4)) != 0; }
+    // "display": attribute, wxString
     wxString GetDisplay() const;
     void SetDisplay(wxString value);
     bool CheckDisplay() const { return (m_presence & (1u << 5)) != 0; }
+    // "offsetFrom": attribute, wxString, default "text"
     wxString GetOffsetFrom() const;
     void SetOffsetFrom(wxString value);
     bool CheckOffsetFrom() const { return (m_presence & (1u << 6)) != 0; }
@@ -3774,6 +4127,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
@@ -3794,9 +4148,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:bottomLeft": attribute, wxString
     wxString GetR_bottomLeft() const;
     void SetR_bottomLeft(wxString value);
     bool CheckR_bottomLeft() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:bottomRight": attribute, wxString
     wxString GetR_bottomRight() const;
     void SetR_bottomRight(wxString value);
     bool CheckR_bottomRight() const { return (m_presence & (1u << 1)) != 0; }
@@ -3818,9 +4174,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:topLeft": attribute, wxString
     wxString GetR_topLeft() const;
     void SetR_topLeft(wxString value);
     bool CheckR_topLeft() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:topRight": attribute, wxString
     wxString GetR_topRight() const;
     void SetR_topRight(wxString value);
     bool CheckR_topRight() const { return (m_presence & (1u << 1)) != 0; }
@@ -3842,15 +4200,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "countBy": attribute, int
     int GetCountBy() const { return m_CountBy; }
     void SetCountBy(int value) { m_CountBy = value; m_presence |= (1u << 0); }
     bool CheckCountBy() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": attribute, int, default "1"
     int GetStart() const { return m_Start; }
     void SetStart(int value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "distance": attribute, wxAny
     wxAny GetDistance() const;
     void SetDistance(wxAny value);
     bool CheckDistance() const { return (m_presence & (1u << 2)) != 0; }
+    // "restart": attribute, wxString, default "newPage"
     wxString GetRestart() const;
     void SetRestart(wxString value);
     bool CheckRestart() const { return (m_presence & (1u << 3)) != 0; }
@@ -3874,15 +4236,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fmt": attribute, wxString, default "decimal"
     wxString GetFmt() const;
     void SetFmt(wxString value);
     bool CheckFmt() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": attribute, int
     int GetStart() const { return m_Start; }
     void SetStart(int value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "chapStyle": attribute, int
     int GetChapStyle() const { return m_ChapStyle; }
     void SetChapStyle(int value) { m_ChapStyle = value; m_presence |= (1u << 2); }
     bool CheckChapStyle() const { return (m_presence & (1u << 2)) != 0; }
+    // "chapSep": attribute, wxString, default "hyphen"
     wxString GetChapSep() const;
     void SetChapSep(wxString value);
     bool CheckChapSep() const { return (m_presence & (1u << 3)) != 0; }
@@ -3906,9 +4272,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
+    // "space": attribute, wxAny, default "0"
     wxAny GetSpace() const;
     void SetSpace(wxAny value);
     bool CheckSpace() const { return (m_presence & (1u << 1)) != 0; }
@@ -3930,18 +4298,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "col": child element, repeated
     XMLPtrArray<CT_Column> GetCol() const;
     void SetCol(XMLPtrArray<CT_Column> value);
     bool CheckCol() const { return (m_presence & (1u << 0)) != 0; }
+    // "equalWidth": attribute, wxAny
     wxAny GetEqualWidth() const;
     void SetEqualWidth(wxAny value);
     bool CheckEqualWidth() const { return (m_presence & (1u << 1)) != 0; }
+    // "space": attribute, wxAny, default "720"
     wxAny GetSpace() const;
     void SetSpace(wxAny value);
     bool CheckSpace() const { return (m_presence & (1u << 2)) != 0; }
+    // "num": attribute, int, default "1"
     int GetNum() const { return m_Num; }
     void SetNum(int value) { m_Num = value; m_presence |= (1u << 3); }
     bool CheckNum() const { return (m_presence & (1u << 3)) != 0; }
+    // "sep": attribute, wxAny
     wxAny GetSep() const;
     void SetSep(wxAny value);
     bool CheckSep() const { return (m_presence & (1u << 4)) != 0; }
@@ -3966,6 +4339,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -3986,12 +4360,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "linePitch": attribute, int
     int GetLinePitch() const { return m_LinePitch; }
     void SetLinePitch(int value) { m_LinePitch = value; m_presence |= (1u << 1); }
     bool CheckLinePitch() const { return (m_presence & (1u << 1)) != 0; }
+    // "charSpace": attribute, int
     int GetCharSpace() const { return m_CharSpace; }
     void SetCharSpace(int value) { m_CharSpace = value; m_presence |= (1u << 2); }
     bool CheckCharSpace() const { return (m_presence & (1u << 2)) != 0; }
@@ -4014,6 +4391,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
@@ -4039,6 +4417,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_HdrFtrReferencesData__* GetData__() const { return m_Data__; }
     void SetData__(EG_HdrFtrReferencesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4064,9 +4443,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "headerReference": child element
     CT_HdrFtrRef* GetHeaderReference() const { return m_HeaderReference; }
     void SetHeaderReference(CT_HdrFtrRef* value) { m_HeaderReference = value; m_presence |= (1u << 0); }
     bool CheckHeaderReference() const { return (m_presence & (1u << 0)) != 0; }
+    // "footerReference": child element
     CT_HdrFtrRef* GetFooterReference() const { return m_FooterReference; }
     void SetFooterReference(CT_HdrFtrRef* value) { m_FooterReference = value; m_presence |= (1u << 1); }
     bool CheckFooterReference() const { return (m_presence & (1u << 1)) != 0; }
@@ -4088,6 +4469,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
@@ -4113,60 +4495,79 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "footnotePr": child element
     CT_FtnProps* GetFootnotePr() const { return m_FootnotePr; }
     void SetFootnotePr(CT_FtnProps* value) { m_FootnotePr = value; m_presence |= (1u << 0); }
     bool CheckFootnotePr() const { return (m_presence & (1u << 0)) != 0; }
+    // "endnotePr": child element
     CT_EdnProps* GetEndnotePr() const { return m_EndnotePr; }
     void SetEndnotePr(CT_EdnProps* value) { m_EndnotePr = value; m_presence |= (1u << 1); }
     bool CheckEndnotePr() const { return (m_presence & (1u << 1)) != 0; }
+    // "type": child element
     CT_SectType* GetType() const { return m_Type; }
     void SetType(CT_SectType* value) { m_Type = value; m_presence |= (1u << 2); }
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
+    // "pgSz": child element
     CT_PageSz* GetPgSz() const { return m_PgSz; }
     void SetPgSz(CT_PageSz* value) { m_PgSz = value; m_presence |= (1u << 3); }
     bool CheckPgSz() const { return (m_presence & (1u << 3)) != 0; }
+    // "pgMar": child element
     CT_PageMar* GetPgMar() const { return m_PgMar; }
     void SetPgMar(CT_PageMar* value) { m_PgMar = value; m_presence |= (1u << 4); }
     bool CheckPgMar() const { return (m_presence & (1u << 4)) != 0; }
+    // "paperSrc": child element
     CT_PaperSource* GetPaperSrc() const { return m_PaperSrc; }
     void SetPaperSrc(CT_PaperSource* value) { m_PaperSrc = value; m_presence |= (1u << 5); }
     bool CheckPaperSrc() const { return (m_presence & (1u << 5)) != 0; }
+    // "pgBorders": child element
     CT_PageBorders* GetPgBorders() const { return m_PgBorders; }
     void SetPgBorders(CT_PageBorders* value) { m_PgBorders = value; m_presence |= (1u << 6); }
     bool CheckPgBorders() const { return (m_presence & (1u << 6)) != 0; }
+    // "lnNumType": child element
     CT_LineNumber* GetLnNumType() const { return m_LnNumType; }
     void SetLnNumType(CT_LineNumber* value) { m_LnNumType = value; m_presence |= (1u << 7); }
     bool CheckLnNumType() const { return (m_presence & (1u << 7)) != 0; }
+    // "pgNumType": child element
     CT_PageNumber* GetPgNumType() const { return m_PgNumType; }
     void SetPgNumType(CT_PageNumber* value) { m_PgNumType = value; m_presence |= (1u << 8); }
     bool CheckPgNumType() const { return (m_presence & (1u << 8)) != 0; }
+    // "cols": child element
     CT_Columns* GetCols() const { return m_Cols; }
     void SetCols(CT_Columns* value) { m_Cols = value; m_presence |= (1u << 9); }
     bool CheckCols() const { return (m_presence & (1u << 9)) != 0; }
+    // "formProt": child element
     CT_OnOff* GetFormProt() const { return m_FormProt; }
     void SetFormProt(CT_OnOff* value) { m_FormProt = value; m_presence |= (1u << 10); }
     bool CheckFormProt() const { return (m_presence & (1u << 10)) != 0; }
+    // "vAlign": child element
     CT_VerticalJc* GetVAlign() const { return m_VAlign; }
     void SetVAlign(CT_VerticalJc* value) { m_VAlign = value; m_presence |= (1u << 11); }
     bool CheckVAlign() const { return (m_presence & (1u << 11)) != 0; }
+    // "noEndnote": child element
     CT_OnOff* GetNoEndnote() const { return m_NoEndnote; }
     void SetNoEndnote(CT_OnOff* value) { m_NoEndnote = value; m_presence |= (1u << 12); }
     bool CheckNoEndnote() const { return (m_presence & (1u << 12)) != 0; }
+    // "titlePg": child element
     CT_OnOff* GetTitlePg() const { return m_TitlePg; }
     void SetTitlePg(CT_OnOff* value) { m_TitlePg = value; m_presence |= (1u << 13); }
     bool CheckTitlePg() const { return (m_presence & (1u << 13)) != 0; }
+    // "textDirection": child element
     CT_TextDirection* GetTextDirection() const { return m_TextDirection; }
     void SetTextDirection(CT_TextDirection* value) { m_TextDirection = value; m_presence |= (1u << 14); }
     bool CheckTextDirection() const { return (m_presence & (1u << 14)) != 0; }
+    // "bidi": child element
     CT_OnOff* GetBidi() const { return m_Bidi; }
     void SetBidi(CT_OnOff* value) { m_Bidi = value; m_presence |= (1u << 15); }
     bool CheckBidi() const { return (m_presence & (1u << 15)) != 0; }
+    // "rtlGutter": child element
     CT_OnOff* GetRtlGutter() const { return m_RtlGutter; }
     void SetRtlGutter(CT_OnOff* value) { m_RtlGutter = value; m_presence |= (1u << 16); }
     bool CheckRtlGutter() const { return (m_presence & (1u << 16)) != 0; }
+    // "docGrid": child element
     CT_DocGrid* GetDocGrid() const { return m_DocGrid; }
     void SetDocGrid(CT_DocGrid* value) { m_DocGrid = value; m_presence |= (1u << 17); }
     bool CheckDocGrid() const { return (m_presence & (1u << 17)) != 0; }
+    // "printerSettings": child element
     CT_Rel* GetPrinterSettings() const { return m_PrinterSettings; }
     void SetPrinterSettings(CT_Rel* value) { m_PrinterSettings = value; m_presence |= (1u << 18); }
     bool CheckPrinterSettings() const { return (m_presence & (1u << 18)) != 0; }
@@ -4210,15 +4611,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rsidRPr": attribute, wxString
     wxString GetRsidRPr() const;
     void SetRsidRPr(wxString value);
     bool CheckRsidRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "rsidDel": attribute, wxString
     wxString GetRsidDel() const;
     void SetRsidDel(wxString value);
     bool CheckRsidDel() const { return (m_presence & (1u << 1)) != 0; }
+    // "rsidR": attribute, wxString
     wxString GetRsidR() const;
     void SetRsidR(wxString value);
     bool CheckRsidR() const { return (m_presence & (1u << 2)) != 0; }
+    // "rsidSect": attribute, wxString
     wxString GetRsidSect() const;
     void SetRsidSect(wxString value);
     bool CheckRsidSect() const { return (m_presence & (1u << 3)) != 0; }
@@ -4242,9 +4647,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_SectPrContents
     EG_SectPrContents* GetEG_SectPrContents() const { return m_EG_SectPrContents; }
     void SetEG_SectPrContents(EG_SectPrContents* value) { m_EG_SectPrContents = value; m_presence |= (1u << 0); }
     bool CheckEG_SectPrContents() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_SectPrAttributes
     AG_SectPrAttributes* GetAG_SectPrAttributes() const { return m_AG_SectPrAttributes; }
     void SetAG_SectPrAttributes(AG_SectPrAttributes* value) { m_AG_SectPrAttributes = value; m_presence |= (1u << 1); }
     bool CheckAG_SectPrAttributes() const { return (m_presence & (1u << 1)) != 0; }
@@ -4266,15 +4673,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_HdrFtrReferences, repeated
     XMLPtrArray<EG_HdrFtrReferences> GetEG_HdrFtrReferences() const;
     void SetEG_HdrFtrReferences(XMLPtrArray<EG_HdrFtrReferences> value);
     bool CheckEG_HdrFtrReferences() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_SectPrContents
     EG_SectPrContents* GetEG_SectPrContents() const { return m_EG_SectPrContents; }
     void SetEG_SectPrContents(EG_SectPrContents* value) { m_EG_SectPrContents = value; m_presence |= (1u << 1); }
     bool CheckEG_SectPrContents() const { return (m_presence & (1u << 1)) != 0; }
+    // "sectPrChange": child element
     CT_SectPrChange* GetSectPrChange() const { return m_SectPrChange; }
     void SetSectPrChange(CT_SectPrChange* value) { m_SectPrChange = value; m_presence |= (1u << 2); }
     bool CheckSectPrChange() const { return (m_presence & (1u << 2)) != 0; }
+    // attribute group AG_SectPrAttributes
     AG_SectPrAttributes* GetAG_SectPrAttributes() const { return m_AG_SectPrAttributes; }
     void SetAG_SectPrAttributes(AG_SectPrAttributes* value) { m_AG_SectPrAttributes = value; m_presence |= (1u << 3); }
     bool CheckAG_SectPrAttributes() const { return (m_presence & (1u << 3)) != 0; }
@@ -4298,9 +4709,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "clear": attribute, wxString
     wxString GetClear() const;
     void SetClear(wxString value);
     bool CheckClear() const { return (m_presence & (1u << 1)) != 0; }
@@ -4322,12 +4735,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "alignment": attribute, wxString
     wxString GetAlignment() const;
     void SetAlignment(wxString value);
     bool CheckAlignment() const { return (m_presence & (1u << 0)) != 0; }
+    // "relativeTo": attribute, wxString
     wxString GetRelativeTo() const;
     void SetRelativeTo(wxString value);
     bool CheckRelativeTo() const { return (m_presence & (1u << 1)) != 0; }
+    // "leader": attribute, wxString
     wxString GetLeader() const;
     void SetLeader(wxString value);
     bool CheckLeader() const { return (m_presence & (1u << 2)) != 0; }
@@ -4350,9 +4766,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "font": attribute, wxString
     wxString GetFont() const;
     void SetFont(wxString value);
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
+    // "char": attribute, wxString
     wxString GetChar() const;
     void SetChar(wxString value);
     bool CheckChar() const { return (m_presence & (1u << 1)) != 0; }
@@ -4374,6 +4792,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
@@ -4394,9 +4813,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
+    // "displacedByCustomXml": attribute, wxString
     wxString GetDisplacedByCustomXml() const;
     void SetDisplacedByCustomXml(wxString value);
     bool CheckDisplacedByCustomXml() const { return (m_presence & (1u << 1)) != 0; }
@@ -4418,15 +4839,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "edGrp": attribute, wxString
     wxString GetEdGrp() const;
     void SetEdGrp(wxString value);
     bool CheckEdGrp() const { return (m_presence & (1u << 0)) != 0; }
+    // "ed": attribute, wxString
     wxString GetEd() const;
     void SetEd(wxString value);
     bool CheckEd() const { return (m_presence & (1u << 1)) != 0; }
+    // "colFirst": attribute, int
     int GetColFirst() const { return m_ColFirst; }
     void SetColFirst(int value) { m_ColFirst = value; m_presence |= (1u << 2); }
     bool CheckColFirst() const { return (m_presence & (1u << 2)) != 0; }
+    // "colLast": attribute, int
     int GetColLast() const { return m_ColLast; }
     void SetColLast(int value) { m_ColLast = value; m_presence |= (1u << 3); }
     bool CheckColLast() const { return (m_presence & (1u << 3)) != 0; }
@@ -4450,9 +4875,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // text content, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 0)) != 0; }
+    // "xml:space": attribute, wxString, default "preserve"
     wxString GetXml_space() const;
     void SetXml_space(wxString value);
     bool CheckXml_space() const { return (m_presence & (1u << 1)) != 0; }
@@ -4479,6 +4906,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RunInnerContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RunInnerContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4504,102 +4932,135 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "br": child element
     CT_Br* GetBr() const { return m_Br; }
     void SetBr(CT_Br* value) { m_Br = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckBr() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "t": child element
     CT_Text* GetT() const { return m_T; }
     void SetT(CT_Text* value) { m_T = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckT() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "contentPart": child element
     CT_Rel* GetContentPart() const { return m_ContentPart; }
     void SetContentPart(CT_Rel* value) { m_ContentPart = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckContentPart() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "delText": child element
     CT_Text* GetDelText() const { return m_DelText; }
     void SetDelText(CT_Text* value) { m_DelText = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckDelText() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "instrText": child element
     CT_Text* GetInstrText() const { return m_InstrText; }
     void SetInstrText(CT_Text* value) { m_InstrText = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckInstrText() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "delInstrText": child element
     CT_Text* GetDelInstrText() const { return m_DelInstrText; }
     void SetDelInstrText(CT_Text* value) { m_DelInstrText = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckDelInstrText() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "noBreakHyphen": child element
     CT_Empty* GetNoBreakHyphen() const { return m_NoBreakHyphen; }
     void SetNoBreakHyphen(CT_Empty* value) { m_NoBreakHyphen = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckNoBreakHyphen() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "softHyphen": child element
     CT_Empty* GetSoftHyphen() const { return m_SoftHyphen; }
     void SetSoftHyphen(CT_Empty* value) { m_SoftHyphen = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckSoftHyphen() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "dayShort": child element
     CT_Empty* GetDayShort() const { return m_DayShort; }
     void SetDayShort(CT_Empty* value) { m_DayShort = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckDayShort() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "monthShort": child element
     CT_Empty* GetMonthShort() const { return m_MonthShort; }
     void SetMonthShort(CT_Empty* value) { m_MonthShort = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckMonthShort() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "yearShort": child element
     CT_Empty* GetYearShort() const { return m_YearShort; }
     void SetYearShort(CT_Empty* value) { m_YearShort = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckYearShort() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "dayLong": child element
     CT_Empty* GetDayLong() const { return m_DayLong; }
     void SetDayLong(CT_Empty* value) { m_DayLong = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckDayLong() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "monthLong": child element
     CT_Empty* GetMonthLong() const { return m_MonthLong; }
     void SetMonthLong(CT_Empty* value) { m_MonthLong = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckMonthLong() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "yearLong": child element
     CT_Empty* GetYearLong() const { return m_YearLong; }
     void SetYearLong(CT_Empty* value) { m_YearLong = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckYearLong() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "annotationRef": child element
     CT_Empty* GetAnnotationRef() const { return m_AnnotationRef; }
     void SetAnnotationRef(CT_Empty* value) { m_AnnotationRef = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckAnnotationRef() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "footnoteRef": child element
     CT_Empty* GetFootnoteRef() const { return m_FootnoteRef; }
     void SetFootnoteRef(CT_Empty* value) { m_FootnoteRef = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckFootnoteRef() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "endnoteRef": child element
     CT_Empty* GetEndnoteRef() const { return m_EndnoteRef; }
     void SetEndnoteRef(CT_Empty* value) { m_EndnoteRef = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckEndnoteRef() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "separator": child element
     CT_Empty* GetSeparator() const { return m_Separator; }
     void SetSeparator(CT_Empty* value) { m_Separator = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckSeparator() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "continuationSeparator": child element
     CT_Empty* GetContinuationSeparator() const { return m_ContinuationSeparator; }
     void SetContinuationSeparator(CT_Empty* value) { m_ContinuationSeparator = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckContinuationSeparator() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "sym": child element
     CT_Sym* GetSym() const { return m_Sym; }
     void SetSym(CT_Sym* value) { m_Sym = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckSym() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "pgNum": child element
     CT_Empty* GetPgNum() const { return m_PgNum; }
     void SetPgNum(CT_Empty* value) { m_PgNum = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckPgNum() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "cr": child element
     CT_Empty* GetCr() const { return m_Cr; }
     void SetCr(CT_Empty* value) { m_Cr = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckCr() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "tab": child element
     CT_Empty* GetTab() const { return m_Tab; }
     void SetTab(CT_Empty* value) { m_Tab = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckTab() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "object": child element
     CT_Object* GetObject() const { return m_Object; }
     void SetObject(CT_Object* value) { m_Object = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckObject() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "pict": child element
     CT_Picture* GetPict() const { return m_Pict; }
     void SetPict(CT_Picture* value) { m_Pict = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckPict() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "fldChar": child element
     CT_FldChar* GetFldChar() const { return m_FldChar; }
     void SetFldChar(CT_FldChar* value) { m_FldChar = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckFldChar() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "ruby": child element
     CT_Ruby* GetRuby() const { return m_Ruby; }
     void SetRuby(CT_Ruby* value) { m_Ruby = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckRuby() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "footnoteReference": child element
     CT_FtnEdnRef* GetFootnoteReference() const { return m_FootnoteReference; }
     void SetFootnoteReference(CT_FtnEdnRef* value) { m_FootnoteReference = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckFootnoteReference() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "endnoteReference": child element
     CT_FtnEdnRef* GetEndnoteReference() const { return m_EndnoteReference; }
     void SetEndnoteReference(CT_FtnEdnRef* value) { m_EndnoteReference = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckEndnoteReference() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "commentReference": child element
     CT_Markup* GetCommentReference() const { return m_CommentReference; }
     void SetCommentReference(CT_Markup* value) { m_CommentReference = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckCommentReference() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckDrawing() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "ptab": child element
     CT_PTab* GetPtab() const { return m_Ptab; }
     void SetPtab(CT_PTab* value) { m_Ptab = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckPtab() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "lastRenderedPageBreak": child element
     CT_Empty* GetLastRenderedPageBreak() const { return m_LastRenderedPageBreak; }
     void SetLastRenderedPageBreak(CT_Empty* value) { m_LastRenderedPageBreak = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckLastRenderedPageBreak() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
@@ -4652,18 +5113,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_RPr
     EG_RPr* GetEG_RPr() const { return m_EG_RPr; }
     void SetEG_RPr(EG_RPr* value) { m_EG_RPr = value; m_presence |= (1u << 0); }
     bool CheckEG_RPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_RunInnerContent, repeated
     XMLPtrArray<EG_RunInnerContent> GetEG_RunInnerContent() const;
     void SetEG_RunInnerContent(XMLPtrArray<EG_RunInnerContent> value);
     bool CheckEG_RunInnerContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "rsidRPr": attribute, wxString
     wxString GetRsidRPr() const;
     void SetRsidRPr(wxString value);
     bool CheckRsidRPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "rsidDel": attribute, wxString
     wxString GetRsidDel() const;
     void SetRsidDel(wxString value);
     bool CheckRsidDel() const { return (m_presence & (1u << 3)) != 0; }
+    // "rsidR": attribute, wxString
     wxString GetRsidR() const;
     void SetRsidR(wxString value);
     bool CheckRsidR() const { return (m_presence & (1u << 4)) != 0; }
@@ -4688,30 +5154,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "hint": attribute, wxString
     wxString GetHint() const;
     void SetHint(wxString value);
     bool CheckHint() const { return (m_presence & (1u << 0)) != 0; }
+    // "ascii": attribute, wxString
     wxString GetAscii() const;
     void SetAscii(wxString value);
     bool CheckAscii() const { return (m_presence & (1u << 1)) != 0; }
+    // "hAnsi": attribute, wxString
     wxString GetHAnsi() const;
     void SetHAnsi(wxString value);
     bool CheckHAnsi() const { return (m_presence & (1u << 2)) != 0; }
+    // "eastAsia": attribute, wxString
     wxString GetEastAsia() const;
     void SetEastAsia(wxString value);
     bool CheckEastAsia() const { return (m_presence & (1u << 3)) != 0; }
+    // "cs": attribute, wxString
     wxString GetCs() const;
     void SetCs(wxString value);
     bool CheckCs() const { return (m_presence & (1u << 4)) != 0; }
+    // "asciiTheme": attribute, wxString
     wxString GetAsciiTheme() const;
     void SetAsciiTheme(wxString value);
     bool CheckAsciiTheme() const { return (m_presence & (1u << 5)) != 0; }
+    // "hAnsiTheme": attribute, wxString
     wxString GetHAnsiTheme() const;
     void SetHAnsiTheme(wxString value);
     bool CheckHAnsiTheme() const { return (m_presence & (1u << 6)) != 0; }
+    // "eastAsiaTheme": attribute, wxString
     wxString GetEastAsiaTheme() const;
     void SetEastAsiaTheme(wxString value);
     bool CheckEastAsiaTheme() const { return (m_presence & (1u << 7)) != 0; }
+    // "cstheme": attribute, wxString
     wxString GetCstheme() const;
     void SetCstheme(wxString value);
     bool CheckCstheme() const { return (m_presence & (1u << 8)) != 0; }
@@ -4745,6 +5220,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RPrBaseData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RPrBaseData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -4770,120 +5246,159 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rStyle": child element
     CT_String* GetRStyle() const { return m_RStyle; }
     void SetRStyle(CT_String* value) { m_RStyle = value; m_presence |= (std::uint64_t(1) << 0); }
     bool CheckRStyle() const { return (m_presence & (std::uint64_t(1) << 0)) != 0; }
+    // "rFonts": child element
     CT_Fonts* GetRFonts() const { return m_RFonts; }
     void SetRFonts(CT_Fonts* value) { m_RFonts = value; m_presence |= (std::uint64_t(1) << 1); }
     bool CheckRFonts() const { return (m_presence & (std::uint64_t(1) << 1)) != 0; }
+    // "b": child element
     CT_OnOff* GetB() const { return m_B; }
     void SetB(CT_OnOff* value) { m_B = value; m_presence |= (std::uint64_t(1) << 2); }
     bool CheckB() const { return (m_presence & (std::uint64_t(1) << 2)) != 0; }
+    // "bCs": child element
     CT_OnOff* GetBCs() const { return m_BCs; }
     void SetBCs(CT_OnOff* value) { m_BCs = value; m_presence |= (std::uint64_t(1) << 3); }
     bool CheckBCs() const { return (m_presence & (std::uint64_t(1) << 3)) != 0; }
+    // "i": child element
     CT_OnOff* GetI() const { return m_I; }
     void SetI(CT_OnOff* value) { m_I = value; m_presence |= (std::uint64_t(1) << 4); }
     bool CheckI() const { return (m_presence & (std::uint64_t(1) << 4)) != 0; }
+    // "iCs": child element
     CT_OnOff* GetICs() const { return m_ICs; }
     void SetICs(CT_OnOff* value) { m_ICs = value; m_presence |= (std::uint64_t(1) << 5); }
     bool CheckICs() const { return (m_presence & (std::uint64_t(1) << 5)) != 0; }
+    // "caps": child element
     CT_OnOff* GetCaps() const { return m_Caps; }
     void SetCaps(CT_OnOff* value) { m_Caps = value; m_presence |= (std::uint64_t(1) << 6); }
     bool CheckCaps() const { return (m_presence & (std::uint64_t(1) << 6)) != 0; }
+    // "smallCaps": child element
     CT_OnOff* GetSmallCaps() const { return m_SmallCaps; }
     void SetSmallCaps(CT_OnOff* value) { m_SmallCaps = value; m_presence |= (std::uint64_t(1) << 7); }
     bool CheckSmallCaps() const { return (m_presence & (std::uint64_t(1) << 7)) != 0; }
+    // "strike": child element
     CT_OnOff* GetStrike() const { return m_Strike; }
     void SetStrike(CT_OnOff* value) { m_Strike = value; m_presence |= (std::uint64_t(1) << 8); }
     bool CheckStrike() const { return (m_presence & (std::uint64_t(1) << 8)) != 0; }
+    // "dstrike": child element
     CT_OnOff* GetDstrike() const { return m_Dstrike; }
     void SetDstrike(CT_OnOff* value) { m_Dstrike = value; m_presence |= (std::uint64_t(1) << 9); }
     bool CheckDstrike() const { return (m_presence & (std::uint64_t(1) << 9)) != 0; }
+    // "outline": child element
     CT_OnOff* GetOutline() const { return m_Outline; }
     void SetOutline(CT_OnOff* value) { m_Outline = value; m_presence |= (std::uint64_t(1) << 10); }
     bool CheckOutline() const { return (m_presence & (std::uint64_t(1) << 10)) != 0; }
+    // "shadow": child element
     CT_OnOff* GetShadow() const { return m_Shadow; }
     void SetShadow(CT_OnOff* value) { m_Shadow = value; m_presence |= (std::uint64_t(1) << 11); }
     bool CheckShadow() const { return (m_presence & (std::uint64_t(1) << 11)) != 0; }
+    // "emboss": child element
     CT_OnOff* GetEmboss() const { return m_Emboss; }
     void SetEmboss(CT_OnOff* value) { m_Emboss = value; m_presence |= (std::uint64_t(1) << 12); }
     bool CheckEmboss() const { return (m_presence & (std::uint64_t(1) << 12)) != 0; }
+    // "imprint": child element
     CT_OnOff* GetImprint() const { return m_Imprint; }
     void SetImprint(CT_OnOff* value) { m_Imprint = value; m_presence |= (std::uint64_t(1) << 13); }
     bool CheckImprint() const { return (m_presence & (std::uint64_t(1) << 13)) != 0; }
+    // "noProof": child element
     CT_OnOff* GetNoProof() const { return m_NoProof; }
     void SetNoProof(CT_OnOff* value) { m_NoProof = value; m_presence |= (std::uint64_t(1) << 14); }
     bool CheckNoProof() const { return (m_presence & (std::uint64_t(1) << 14)) != 0; }
+    // "snapToGrid": child element
     CT_OnOff* GetSnapToGrid() const { return m_SnapToGrid; }
     void SetSnapToGrid(CT_OnOff* value) { m_SnapToGrid = value; m_presence |= (std::uint64_t(1) << 15); }
     bool CheckSnapToGrid() const { return (m_presence & (std::uint64_t(1) << 15)) != 0; }
+    // "vanish": child element
     CT_OnOff* GetVanish() const { return m_Vanish; }
     void SetVanish(CT_OnOff* value) { m_Vanish = value; m_presence |= (std::uint64_t(1) << 16); }
     bool CheckVanish() const { return (m_presence & (std::uint64_t(1) << 16)) != 0; }
+    // "webHidden": child element
     CT_OnOff* GetWebHidden() const { return m_WebHidden; }
     void SetWebHidden(CT_OnOff* value) { m_WebHidden = value; m_presence |= (std::uint64_t(1) << 17); }
     bool CheckWebHidden() const { return (m_presence & (std::uint64_t(1) << 17)) != 0; }
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (std::uint64_t(1) << 18); }
     bool CheckColor() const { return (m_presence & (std::uint64_t(1) << 18)) != 0; }
+    // "spacing": child element
     CT_SignedTwipsMeasure* GetSpacing() const { return m_Spacing; }
     void SetSpacing(CT_SignedTwipsMeasure* value) { m_Spacing = value; m_presence |= (std::uint64_t(1) << 19); }
     bool CheckSpacing() const { return (m_presence & (std::uint64_t(1) << 19)) != 0; }
+    // "w": child element
     CT_TextScale* GetW() const { return m_W; }
     void SetW(CT_TextScale* value) { m_W = value; m_presence |= (std::uint64_t(1) << 20); }
     bool CheckW() const { return (m_presence & (std::uint64_t(1) << 20)) != 0; }
+    // "kern": child element
     CT_HpsMeasure* GetKern() const { return m_Kern; }
     void SetKern(CT_HpsMeasure* value) { m_Kern = value; m_presence |= (std::uint64_t(1) << 21); }
     bool CheckKern() const { return (m_presence & (std::uint64_t(1) << 21)) != 0; }
+    // "position": child element
     CT_SignedHpsMeasure* GetPosition() const { return m_Position; }
     void SetPosition(CT_SignedHpsMeasure* value) { m_Position = value; m_presence |= (std::uint64_t(1) << 22); }
     bool CheckPosition() const { return (m_presence & (std::uint64_t(1) << 22)) != 0; }
+    // "sz": child element
     CT_HpsMeasure* GetSz() const { return m_Sz; }
     void SetSz(CT_HpsMeasure* value) { m_Sz = value; m_presence |= (std::uint64_t(1) << 23); }
     bool CheckSz() const { return (m_presence & (std::uint64_t(1) << 23)) != 0; }
+    // "szCs": child element
     CT_HpsMeasure* GetSzCs() const { return m_SzCs; }
     void SetSzCs(CT_HpsMeasure* value) { m_SzCs = value; m_presence |= (std::uint64_t(1) << 24); }
     bool CheckSzCs() const { return (m_presence & (std::uint64_t(1) << 24)) != 0; }
+    // "highlight": child element
     CT_Highlight* GetHighlight() const { return m_Highlight; }
     void SetHighlight(CT_Highlight* value) { m_Highlight = value; m_presence |= (std::uint64_t(1) << 25); }
     bool CheckHighlight() const { return (m_presence & (std::uint64_t(1) << 25)) != 0; }
+    // "u": child element
     CT_Underline* GetU() const { return m_U; }
     void SetU(CT_Underline* value) { m_U = value; m_presence |= (std::uint64_t(1) << 26); }
     bool CheckU() const { return (m_presence & (std::uint64_t(1) << 26)) != 0; }
+    // "effect": child element
     CT_TextEffect* GetEffect() const { return m_Effect; }
     void SetEffect(CT_TextEffect* value) { m_Effect = value; m_presence |= (std::uint64_t(1) << 27); }
     bool CheckEffect() const { return (m_presence & (std::uint64_t(1) << 27)) != 0; }
+    // "bdr": child element
     CT_Border* GetBdr() const { return m_Bdr; }
     void SetBdr(CT_Border* value) { m_Bdr = value; m_presence |= (std::uint64_t(1) << 28); }
     bool CheckBdr() const { return (m_presence & (std::uint64_t(1) << 28)) != 0; }
+    // "shd": child element
     CT_Shd* GetShd() const { return m_Shd; }
     void SetShd(CT_Shd* value) { m_Shd = value; m_presence |= (std::uint64_t(1) << 29); }
     bool CheckShd() const { return (m_presence & (std::uint64_t(1) << 29)) != 0; }
+    // "fitText": child element
     CT_FitText* GetFitText() const { return m_FitText; }
     void SetFitText(CT_FitText* value) { m_FitText = value; m_presence |= (std::uint64_t(1) << 30); }
     bool CheckFitText() const { return (m_presence & (std::uint64_t(1) << 30)) != 0; }
+    // "vertAlign": child element
     CT_VerticalAlignRun* GetVertAlign() const { return m_VertAlign; }
     void SetVertAlign(CT_VerticalAlignRun* value) { m_VertAlign = value; m_presence |= (std::uint64_t(1) << 31); }
     bool CheckVertAlign() const { return (m_presence & (std::uint64_t(1) << 31)) != 0; }
+    // "rtl": child element
     CT_OnOff* GetRtl() const { return m_Rtl; }
     void SetRtl(CT_OnOff* value) { m_Rtl = value; m_presence |= (std::uint64_t(1) << 32); }
     bool CheckRtl() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
+    // "cs": child element
     CT_OnOff* GetCs() const { return m_Cs; }
     void SetCs(CT_OnOff* value) { m_Cs = value; m_presence |= (std::uint64_t(1) << 33); }
     bool CheckCs() const { return (m_presence & (std::uint64_t(1) << 33)) != 0; }
+    // "em": child element
     CT_Em* GetEm() const { return m_Em; }
     void SetEm(CT_Em* value) { m_Em = value; m_presence |= (std::uint64_t(1) << 34); }
     bool CheckEm() const { return (m_presence & (std::uint64_t(1) << 34)) != 0; }
+    // "lang": child element
     CT_Language* GetLang() const { return m_Lang; }
     void SetLang(CT_Language* value) { m_Lang = value; m_presence |= (std::uint64_t(1) << 35); }
     bool CheckLang() const { return (m_presence & (std::uint64_t(1) << 35)) != 0; }
+    // "eastAsianLayout": child element
     CT_EastAsianLayout* GetEastAsianLayout() const { return m_EastAsianLayout; }
     void SetEastAsianLayout(CT_EastAsianLayout* value) { m_EastAsianLayout = value; m_presence |= (std::uint64_t(1) << 36); }
     bool CheckEastAsianLayout() const { return (m_presence & (std::uint64_t(1) << 36)) != 0; }
+    // "specVanish": child element
     CT_OnOff* GetSpecVanish() const { return m_SpecVanish; }
     void SetSpecVanish(CT_OnOff* value) { m_SpecVanish = value; m_presence |= (std::uint64_t(1) << 37); }
     bool CheckSpecVanish() const { return (m_presence & (std::uint64_t(1) << 37)) != 0; }
+    // "oMath": child element
     CT_OnOff* GetOMath() const { return m_OMath; }
     void SetOMath(CT_OnOff* value) { m_OMath = value; m_presence |= (std::uint64_t(1) << 38); }
     bool CheckOMath() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
@@ -4947,9 +5462,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_RPrBase, repeated
     XMLPtrArray<EG_RPrBase> GetEG_RPrBase() const;
     void SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value);
     bool CheckEG_RPrBase() const { return (m_presence & (1u << 0)) != 0; }
+    // "rPrChange": child element
     CT_RPrChange* GetRPrChange() const { return m_RPrChange; }
     void SetRPrChange(CT_RPrChange* value) { m_RPrChange = value; m_presence |= (1u << 1); }
     bool CheckRPrChange() const { return (m_presence & (1u << 1)) != 0; }
@@ -4971,9 +5488,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_RPrBase
     EG_RPrBase* GetEG_RPrBase() const { return m_EG_RPrBase; }
     void SetEG_RPrBase(EG_RPrBase* value) { m_EG_RPrBase = value; m_presence |= (1u << 0); }
     bool CheckEG_RPrBase() const { return (m_presence & (1u << 0)) != 0; }
+    // "rPrChange": child element
     CT_RPrChange* GetRPrChange() const { return m_RPrChange; }
     void SetRPrChange(CT_RPrChange* value) { m_RPrChange = value; m_presence |= (1u << 1); }
     bool CheckRPrChange() const { return (m_presence & (1u << 1)) != 0; }
@@ -5000,6 +5519,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -5025,6 +5545,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RPrMathData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RPrMathData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5050,12 +5571,15 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_RPr
     EG_RPr* GetEG_RPr() const { return m_EG_RPr; }
     void SetEG_RPr(EG_RPr* value) { m_EG_RPr = value; m_presence |= (1u << 0); }
     bool CheckEG_RPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "ins": child element
     CT_MathCtrlIns* GetIns() const { return m_Ins; }
     void SetIns(CT_MathCtrlIns* value) { m_Ins = value; m_presence |= (1u << 1); }
     bool CheckIns() const { return (m_presence & (1u << 1)) != 0; }
+    // "del": child element
     CT_MathCtrlDel* GetDel() const { return m_Del; }
     void SetDel(CT_MathCtrlDel* value) { m_Del = value; m_presence |= (1u << 2); }
     bool CheckDel() const { return (m_presence & (1u << 2)) != 0; }
@@ -5078,6 +5602,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_MathCtrlInsData__* GetData__() const { return m_Data__; }
     void SetData__(CT_MathCtrlInsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5103,9 +5628,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "del": child element
     CT_RPrChange* GetDel() const { return m_Del; }
     void SetDel(CT_RPrChange* value) { m_Del = value; m_presence |= (1u << 0); }
     bool CheckDel() const { return (m_presence & (1u << 0)) != 0; }
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 1); }
     bool CheckRPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -5127,6 +5654,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_MathCtrlDelData__* GetData__() const { return m_Data__; }
     void SetData__(CT_MathCtrlDelData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5152,6 +5680,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -5172,6 +5701,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_RPrBase, repeated
     XMLPtrArray<EG_RPrBase> GetEG_RPrBase() const;
     void SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value);
     bool CheckEG_RPrBase() const { return (m_presence & (1u << 0)) != 0; }
@@ -5192,9 +5722,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ParaRPrTrackChanges
     EG_ParaRPrTrackChanges* GetEG_ParaRPrTrackChanges() const { return m_EG_ParaRPrTrackChanges; }
     void SetEG_ParaRPrTrackChanges(EG_ParaRPrTrackChanges* value) { m_EG_ParaRPrTrackChanges = value; m_presence |= (1u << 0); }
     bool CheckEG_ParaRPrTrackChanges() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_RPrBase, repeated
     XMLPtrArray<EG_RPrBase> GetEG_RPrBase() const;
     void SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value);
     bool CheckEG_RPrBase() const { return (m_presence & (1u << 1)) != 0; }
@@ -5216,12 +5748,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ParaRPrTrackChanges
     EG_ParaRPrTrackChanges* GetEG_ParaRPrTrackChanges() const { return m_EG_ParaRPrTrackChanges; }
     void SetEG_ParaRPrTrackChanges(EG_ParaRPrTrackChanges* value) { m_EG_ParaRPrTrackChanges = value; m_presence |= (1u << 0); }
     bool CheckEG_ParaRPrTrackChanges() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_RPrBase, repeated
     XMLPtrArray<EG_RPrBase> GetEG_RPrBase() const;
     void SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value);
     bool CheckEG_RPrBase() const { return (m_presence & (1u << 1)) != 0; }
+    // "rPrChange": child element
     CT_ParaRPrChange* GetRPrChange() const { return m_RPrChange; }
     void SetRPrChange(CT_ParaRPrChange* value) { m_RPrChange = value; m_presence |= (1u << 2); }
     bool CheckRPrChange() const { return (m_presence & (1u << 2)) != 0; }
@@ -5249,15 +5784,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "ins": child element
     CT_TrackChange* GetIns() const { return m_Ins; }
     void SetIns(CT_TrackChange* value) { m_Ins = value; m_presence |= (1u << 0); }
     bool CheckIns() const { return (m_presence & (1u << 0)) != 0; }
+    // "del": child element
     CT_TrackChange* GetDel() const { return m_Del; }
     void SetDel(CT_TrackChange* value) { m_Del = value; m_presence |= (1u << 1); }
     bool CheckDel() const { return (m_presence & (1u << 1)) != 0; }
+    // "moveFrom": child element
     CT_TrackChange* GetMoveFrom() const { return m_MoveFrom; }
     void SetMoveFrom(CT_TrackChange* value) { m_MoveFrom = value; m_presence |= (1u << 2); }
     bool CheckMoveFrom() const { return (m_presence & (1u << 2)) != 0; }
+    // "moveTo": child element
     CT_TrackChange* GetMoveTo() const { return m_MoveTo; }
     void SetMoveTo(CT_TrackChange* value) { m_MoveTo = value; m_presence |= (1u << 3); }
     bool CheckMoveTo() const { return (m_presence & (1u << 3)) != 0; }
@@ -5281,9 +5820,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "altChunkPr": child element
     CT_AltChunkPr* GetAltChunkPr() const { return m_AltChunkPr; }
     void SetAltChunkPr(CT_AltChunkPr* value) { m_AltChunkPr = value; m_presence |= (1u << 0); }
     bool CheckAltChunkPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
@@ -5305,6 +5846,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "matchSrc": child element
     CT_OnOff* GetMatchSrc() const { return m_MatchSrc; }
     void SetMatchSrc(CT_OnOff* value) { m_MatchSrc = value; m_presence |= (1u << 0); }
     bool CheckMatchSrc() const { return (m_presence & (1u << 0)) != 0; }
@@ -5325,6 +5867,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -5345,21 +5888,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rubyAlign": child element
     CT_RubyAlign* GetRubyAlign() const { return m_RubyAlign; }
     void SetRubyAlign(CT_RubyAlign* value) { m_RubyAlign = value; m_presence |= (1u << 0); }
     bool CheckRubyAlign() const { return (m_presence & (1u << 0)) != 0; }
+    // "hps": child element
     CT_HpsMeasure* GetHps() const { return m_Hps; }
     void SetHps(CT_HpsMeasure* value) { m_Hps = value; m_presence |= (1u << 1); }
     bool CheckHps() const { return (m_presence & (1u << 1)) != 0; }
+    // "hpsRaise": child element
     CT_HpsMeasure* GetHpsRaise() const { return m_HpsRaise; }
     void SetHpsRaise(CT_HpsMeasure* value) { m_HpsRaise = value; m_presence |= (1u << 2); }
     bool CheckHpsRaise() const { return (m_presence & (1u << 2)) != 0; }
+    // "hpsBaseText": child element
     CT_HpsMeasure* GetHpsBaseText() const { return m_HpsBaseText; }
     void SetHpsBaseText(CT_HpsMeasure* value) { m_HpsBaseText = value; m_presence |= (1u << 3); }
     bool CheckHpsBaseText() const { return (m_presence & (1u << 3)) != 0; }
+    // "lid": child element
     CT_Lang* GetLid() const { return m_Lid; }
     void SetLid(CT_Lang* value) { m_Lid = value; m_presence |= (1u << 4); }
     bool CheckLid() const { return (m_presence & (1u << 4)) != 0; }
+    // "dirty": child element
     CT_OnOff* GetDirty() const { return m_Dirty; }
     void SetDirty(CT_OnOff* value) { m_Dirty = value; m_presence |= (1u << 5); }
     bool CheckDirty() const { return (m_presence & (1u << 5)) != 0; }
@@ -5390,6 +5939,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RubyContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RubyContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5415,9 +5965,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "r": child element
     CT_R* GetR() const { return m_R; }
     void SetR(CT_R* value) { m_R = value; m_presence |= (1u << 0); }
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 1)) != 0; }
@@ -5439,6 +5991,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_RubyContent, repeated
     XMLPtrArray<EG_RubyContent> GetEG_RubyContent() const;
     void SetEG_RubyContent(XMLPtrArray<EG_RubyContent> value);
     bool CheckEG_RubyContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -5459,12 +6012,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rubyPr": child element
     CT_RubyPr* GetRubyPr() const { return m_RubyPr; }
     void SetRubyPr(CT_RubyPr* value) { m_RubyPr = value; m_presence |= (1u << 0); }
     bool CheckRubyPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "rt": child element
     CT_RubyContent* GetRt() const { return m_Rt; }
     void SetRt(CT_RubyContent* value) { m_Rt = value; m_presence |= (1u << 1); }
     bool CheckRt() const { return (m_presence & (1u << 1)) != 0; }
+    // "rubyBase": child element
     CT_RubyContent* GetRubyBase() const { return m_RubyBase; }
     void SetRubyBase(CT_RubyContent* value) { m_RubyBase = value; m_presence |= (1u << 2); }
     bool CheckRubyBase() const { return (m_presence & (1u << 2)) != 0; }
@@ -5487,6 +6043,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -5507,9 +6064,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "displayText": attribute, wxString
     wxString GetDisplayText() const;
     void SetDisplayText(wxString value);
     bool CheckDisplayText() const { return (m_presence & (1u << 0)) != 0; }
+    // "value": attribute, wxString
     wxString GetValue() const;
     void SetValue(wxString value);
     bool CheckValue() const { return (m_presence & (1u << 1)) != 0; }
@@ -5531,6 +6090,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -5551,6 +6111,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -5571,18 +6132,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "dateFormat": child element
     CT_String* GetDateFormat() const { return m_DateFormat; }
     void SetDateFormat(CT_String* value) { m_DateFormat = value; m_presence |= (1u << 0); }
     bool CheckDateFormat() const { return (m_presence & (1u << 0)) != 0; }
+    // "lid": child element
     CT_Lang* GetLid() const { return m_Lid; }
     void SetLid(CT_Lang* value) { m_Lid = value; m_presence |= (1u << 1); }
     bool CheckLid() const { return (m_presence & (1u << 1)) != 0; }
+    // "storeMappedDataAs": child element
     CT_SdtDateMappingType* GetStoreMappedDataAs() const { return m_StoreMappedDataAs; }
     void SetStoreMappedDataAs(CT_SdtDateMappingType* value) { m_StoreMappedDataAs = value; m_presence |= (1u << 2); }
     bool CheckStoreMappedDataAs() const { return (m_presence & (1u << 2)) != 0; }
+    // "calendar": child element
     CT_CalendarType* GetCalendar() const { return m_Calendar; }
     void SetCalendar(CT_CalendarType* value) { m_Calendar = value; m_presence |= (1u << 3); }
     bool CheckCalendar() const { return (m_presence & (1u << 3)) != 0; }
+    // "fullDate": attribute, wxString
     wxString GetFullDate() const;
     void SetFullDate(wxString value);
     bool CheckFullDate() const { return (m_presence & (1u << 4)) != 0; }
@@ -5607,9 +6173,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "listItem": child element, repeated
     XMLPtrArray<CT_SdtListItem> GetListItem() const;
     void SetListItem(XMLPtrArray<CT_SdtListItem> value);
     bool CheckListItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "lastValue": attribute, wxString, default ""
     wxString GetLastValue() const;
     void SetLastValue(wxString value);
     bool CheckLastValue() const { return (m_presence & (1u << 1)) != 0; }
@@ -5631,12 +6199,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docPartGallery": child element
     CT_String* GetDocPartGallery() const { return m_DocPartGallery; }
     void SetDocPartGallery(CT_String* value) { m_DocPartGallery = value; m_presence |= (1u << 0); }
     bool CheckDocPartGallery() const { return (m_presence & (1u << 0)) != 0; }
+    // "docPartCategory": child element
     CT_String* GetDocPartCategory() const { return m_DocPartCategory; }
     void SetDocPartCategory(CT_String* value) { m_DocPartCategory = value; m_presence |= (1u << 1); }
     bool CheckDocPartCategory() const { return (m_presence & (1u << 1)) != 0; }
+    // "docPartUnique": child element
     CT_OnOff* GetDocPartUnique() const { return m_DocPartUnique; }
     void SetDocPartUnique(CT_OnOff* value) { m_DocPartUnique = value; m_presence |= (1u << 2); }
     bool CheckDocPartUnique() const { return (m_presence & (1u << 2)) != 0; }
@@ -5659,9 +6230,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "listItem": child element, repeated
     XMLPtrArray<CT_SdtListItem> GetListItem() const;
     void SetListItem(XMLPtrArray<CT_SdtListItem> value);
     bool CheckListItem() const { return (m_presence & (1u << 0)) != 0; }
+    // "lastValue": attribute, wxString, default ""
     wxString GetLastValue() const;
     void SetLastValue(wxString value);
     bool CheckLastValue() const { return (m_presence & (1u << 1)) != 0; }
@@ -5683,6 +6256,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docPart": child element
     CT_String* GetDocPart() const { return m_DocPart; }
     void SetDocPart(CT_String* value) { m_DocPart = value; m_presence |= (1u << 0); }
     bool CheckDocPart() const { return (m_presence & (1u << 0)) != 0; }
@@ -5703,6 +6277,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "multiLine": attribute, wxAny
     wxAny GetMultiLine() const;
     void SetMultiLine(wxAny value);
     bool CheckMultiLine() const { return (m_presence & (1u << 0)) != 0; }
@@ -5723,12 +6298,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "prefixMappings": attribute, wxString
     wxString GetPrefixMappings() const;
     void SetPrefixMappings(wxString value);
     bool CheckPrefixMappings() const { return (m_presence & (1u << 0)) != 0; }
+    // "xpath": attribute, wxString
     wxString GetXpath() const;
     void SetXpath(wxString value);
     bool CheckXpath() const { return (m_presence & (1u << 1)) != 0; }
+    // "storeItemID": attribute, wxString
     wxString GetStoreItemID() const;
     void SetStoreItemID(wxString value);
     bool CheckStoreItemID() const { return (m_presence & (1u << 2)) != 0; }
@@ -5751,39 +6329,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "alias": child element
     CT_String* GetAlias() const { return m_Alias; }
     void SetAlias(CT_String* value) { m_Alias = value; m_presence |= (1u << 1); }
     bool CheckAlias() const { return (m_presence & (1u << 1)) != 0; }
+    // "tag": child element
     CT_String* GetTag() const { return m_Tag; }
     void SetTag(CT_String* value) { m_Tag = value; m_presence |= (1u << 2); }
     bool CheckTag() const { return (m_presence & (1u << 2)) != 0; }
+    // "id": child element
     CT_DecimalNumber* GetId() const { return m_Id; }
     void SetId(CT_DecimalNumber* value) { m_Id = value; m_presence |= (1u << 3); }
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
+    // "lock": child element
     CT_Lock* GetLock() const { return m_Lock; }
     void SetLock(CT_Lock* value) { m_Lock = value; m_presence |= (1u << 4); }
     bool CheckLock() const { return (m_presence & (1u << 4)) != 0; }
+    // "placeholder": child element
     CT_Placeholder* GetPlaceholder() const { return m_Placeholder; }
     void SetPlaceholder(CT_Placeholder* value) { m_Placeholder = value; m_presence |= (1u << 5); }
     bool CheckPlaceholder() const { return (m_presence & (1u << 5)) != 0; }
+    // "temporary": child element
     CT_OnOff* GetTemporary() const { return m_Temporary; }
     void SetTemporary(CT_OnOff* value) { m_Temporary = value; m_presence |= (1u << 6); }
     bool CheckTemporary() const { return (m_presence & (1u << 6)) != 0; }
+    // "showingPlcHdr": child element
     CT_OnOff* GetShowingPlcHdr() const { return m_ShowingPlcHdr; }
     void SetShowingPlcHdr(CT_OnOff* value) { m_ShowingPlcHdr = value; m_presence |= (1u << 7); }
     bool CheckShowingPlcHdr() const { return (m_presence & (1u << 7)) != 0; }
+    // "dataBinding": child element
     CT_DataBinding* GetDataBinding() const { return m_DataBinding; }
     void SetDataBinding(CT_DataBinding* value) { m_DataBinding = value; m_presence |= (1u << 8); }
     bool CheckDataBinding() const { return (m_presence & (1u << 8)) != 0; }
+    // "label": child element
     CT_DecimalNumber* GetLabel() const { return m_Label; }
     void SetLabel(CT_DecimalNumber* value) { m_Label = value; m_presence |= (1u << 9); }
     bool CheckLabel() const { return (m_presence & (1u << 9)) != 0; }
+    // "tabIndex": child element
     CT_UnsignedDecimalNumber* GetTabIndex() const { return m_TabIndex; }
     void SetTabIndex(CT_UnsignedDecimalNumber* value) { m_TabIndex = value; m_presence |= (1u << 10); }
     bool CheckTabIndex() const { return (m_presence & (1u << 10)) != 0; }
+    // choice holder
     CT_SdtPrData__* GetData__() const { return m_Data__; }
     void SetData__(CT_SdtPrData__* value) { m_Data__ = value; m_presence |= (1u << 11); }
     bool CheckData__() const { return (m_presence & (1u << 11)) != 0; }
@@ -5820,39 +6410,51 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "equation": child element
     CT_Empty* GetEquation() const { return m_Equation; }
     void SetEquation(CT_Empty* value) { m_Equation = value; m_presence |= (1u << 0); }
     bool CheckEquation() const { return (m_presence & (1u << 0)) != 0; }
+    // "comboBox": child element
     CT_SdtComboBox* GetComboBox() const { return m_ComboBox; }
     void SetComboBox(CT_SdtComboBox* value) { m_ComboBox = value; m_presence |= (1u << 1); }
     bool CheckComboBox() const { return (m_presence & (1u << 1)) != 0; }
+    // "date": child element
     CT_SdtDate* GetDate() const { return m_Date; }
     void SetDate(CT_SdtDate* value) { m_Date = value; m_presence |= (1u << 2); }
     bool CheckDate() const { return (m_presence & (1u << 2)) != 0; }
+    // "docPartObj": child element
     CT_SdtDocPart* GetDocPartObj() const { return m_DocPartObj; }
     void SetDocPartObj(CT_SdtDocPart* value) { m_DocPartObj = value; m_presence |= (1u << 3); }
     bool CheckDocPartObj() const { return (m_presence & (1u << 3)) != 0; }
+    // "docPartList": child element
     CT_SdtDocPart* GetDocPartList() const { return m_DocPartList; }
     void SetDocPartList(CT_SdtDocPart* value) { m_DocPartList = value; m_presence |= (1u << 4); }
     bool CheckDocPartList() const { return (m_presence & (1u << 4)) != 0; }
+    // "dropDownList": child element
     CT_SdtDropDownList* GetDropDownList() const { return m_DropDownList; }
     void SetDropDownList(CT_SdtDropDownList* value) { m_DropDownList = value; m_presence |= (1u << 5); }
     bool CheckDropDownList() const { return (m_presence & (1u << 5)) != 0; }
+    // "picture": child element
     CT_Empty* GetPicture() const { return m_Picture; }
     void SetPicture(CT_Empty* value) { m_Picture = value; m_presence |= (1u << 6); }
     bool CheckPicture() const { return (m_presence & (1u << 6)) != 0; }
+    // "richText": child element
     CT_Empty* GetRichText() const { return m_RichText; }
     void SetRichText(CT_Empty* value) { m_RichText = value; m_presence |= (1u << 7); }
     bool CheckRichText() const { return (m_presence & (1u << 7)) != 0; }
+    // "text": child element
     CT_SdtText* GetText() const { return m_Text; }
     void SetText(CT_SdtText* value) { m_Text = value; m_presence |= (1u << 8); }
     bool CheckText() const { return (m_presence & (1u << 8)) != 0; }
+    // "citation": child element
     CT_Empty* GetCitation() const { return m_Citation; }
     void SetCitation(CT_Empty* value) { m_Citation = value; m_presence |= (1u << 9); }
     bool CheckCitation() const { return (m_presence & (1u << 9)) != 0; }
+    // "group": child element
     CT_Empty* GetGroup() const { return m_Group; }
     void SetGroup(CT_Empty* value) { m_Group = value; m_presence |= (1u << 10); }
     bool CheckGroup() const { return (m_presence & (1u << 10)) != 0; }
+    // "bibliography": child element
     CT_Empty* GetBibliography() const { return m_Bibliography; }
     void SetBibliography(CT_Empty* value) { m_Bibliography = value; m_presence |= (1u << 11); }
     bool CheckBibliography() const { return (m_presence & (1u << 11)) != 0; }
@@ -5884,6 +6486,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_SdtEndPrData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_SdtEndPrData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5909,6 +6512,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -5934,6 +6538,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ContentRunContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ContentRunContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -5959,24 +6564,31 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "customXml": child element
     CT_CustomXmlRun* GetCustomXml() const { return m_CustomXml; }
     void SetCustomXml(CT_CustomXmlRun* value) { m_CustomXml = value; m_presence |= (1u << 0); }
     bool CheckCustomXml() const { return (m_presence & (1u << 0)) != 0; }
+    // "smartTag": child element
     CT_SmartTagRun* GetSmartTag() const { return m_SmartTag; }
     void SetSmartTag(CT_SmartTagRun* value) { m_SmartTag = value; m_presence |= (1u << 1); }
     bool CheckSmartTag() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdt": child element
     CT_SdtRun* GetSdt() const { return m_Sdt; }
     void SetSdt(CT_SdtRun* value) { m_Sdt = value; m_presence |= (1u << 2); }
     bool CheckSdt() const { return (m_presence & (1u << 2)) != 0; }
+    // "dir": child element
     CT_DirContentRun* GetDir() const { return m_Dir; }
     void SetDir(CT_DirContentRun* value) { m_Dir = value; m_presence |= (1u << 3); }
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
+    // "bdo": child element
     CT_BdoContentRun* GetBdo() const { return m_Bdo; }
     void SetBdo(CT_BdoContentRun* value) { m_Bdo = value; m_presence |= (1u << 4); }
     bool CheckBdo() const { return (m_presence & (1u << 4)) != 0; }
+    // "r": child element
     CT_R* GetR() const { return m_R; }
     void SetR(CT_R* value) { m_R = value; m_presence |= (1u << 5); }
     bool CheckR() const { return (m_presence & (1u << 5)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 6)) != 0; }
@@ -6003,9 +6615,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -6027,9 +6641,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -6051,6 +6667,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -6076,6 +6693,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ContentBlockContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ContentBlockContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6101,18 +6719,23 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "customXml": child element
     CT_CustomXmlBlock* GetCustomXml() const { return m_CustomXml; }
     void SetCustomXml(CT_CustomXmlBlock* value) { m_CustomXml = value; m_presence |= (1u << 0); }
     bool CheckCustomXml() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdt": child element
     CT_SdtBlock* GetSdt() const { return m_Sdt; }
     void SetSdt(CT_SdtBlock* value) { m_Sdt = value; m_presence |= (1u << 1); }
     bool CheckSdt() const { return (m_presence & (1u << 1)) != 0; }
+    // "p": child element, repeated
     XMLPtrArray<CT_P> GetP() const;
     void SetP(XMLPtrArray<CT_P> value);
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
+    // "tbl": child element, repeated
     XMLPtrArray<CT_Tbl> GetTbl() const;
     void SetTbl(XMLPtrArray<CT_Tbl> value);
     bool CheckTbl() const { return (m_presence & (1u << 3)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 4)) != 0; }
@@ -6137,6 +6760,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ContentBlockContent, repeated
     XMLPtrArray<EG_ContentBlockContent> GetEG_ContentBlockContent() const;
     void SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value);
     bool CheckEG_ContentBlockContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -6162,6 +6786,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ContentRowContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ContentRowContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6187,15 +6812,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tr": child element, repeated
     XMLPtrArray<CT_Row> GetTr() const;
     void SetTr(XMLPtrArray<CT_Row> value);
     bool CheckTr() const { return (m_presence & (1u << 0)) != 0; }
+    // "customXml": child element
     CT_CustomXmlRow* GetCustomXml() const { return m_CustomXml; }
     void SetCustomXml(CT_CustomXmlRow* value) { m_CustomXml = value; m_presence |= (1u << 1); }
     bool CheckCustomXml() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdt": child element
     CT_SdtRow* GetSdt() const { return m_Sdt; }
     void SetSdt(CT_SdtRow* value) { m_Sdt = value; m_presence |= (1u << 2); }
     bool CheckSdt() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 3)) != 0; }
@@ -6219,6 +6848,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ContentRowContent, repeated
     XMLPtrArray<EG_ContentRowContent> GetEG_ContentRowContent() const;
     void SetEG_ContentRowContent(XMLPtrArray<EG_ContentRowContent> value);
     bool CheckEG_ContentRowContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -6244,6 +6874,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_ContentCellContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_ContentCellContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6269,15 +6900,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "tc": child element, repeated
     XMLPtrArray<CT_Tc> GetTc() const;
     void SetTc(XMLPtrArray<CT_Tc> value);
     bool CheckTc() const { return (m_presence & (1u << 0)) != 0; }
+    // "customXml": child element
     CT_CustomXmlCell* GetCustomXml() const { return m_CustomXml; }
     void SetCustomXml(CT_CustomXmlCell* value) { m_CustomXml = value; m_presence |= (1u << 1); }
     bool CheckCustomXml() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdt": child element
     CT_SdtCell* GetSdt() const { return m_Sdt; }
     void SetSdt(CT_SdtCell* value) { m_Sdt = value; m_presence |= (1u << 2); }
     bool CheckSdt() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_RunLevelElts, repeated
     XMLPtrArray<EG_RunLevelElts> GetEG_RunLevelElts() const;
     void SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value);
     bool CheckEG_RunLevelElts() const { return (m_presence & (1u << 3)) != 0; }
@@ -6301,6 +6936,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_ContentCellContent, repeated
     XMLPtrArray<EG_ContentCellContent> GetEG_ContentCellContent() const;
     void SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value);
     bool CheckEG_ContentCellContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -6321,12 +6957,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sdtPr": child element
     CT_SdtPr* GetSdtPr() const { return m_SdtPr; }
     void SetSdtPr(CT_SdtPr* value) { m_SdtPr = value; m_presence |= (1u << 0); }
     bool CheckSdtPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdtEndPr": child element
     CT_SdtEndPr* GetSdtEndPr() const { return m_SdtEndPr; }
     void SetSdtEndPr(CT_SdtEndPr* value) { m_SdtEndPr = value; m_presence |= (1u << 1); }
     bool CheckSdtEndPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdtContent": child element
     CT_SdtContentBlock* GetSdtContent() const { return m_SdtContent; }
     void SetSdtContent(CT_SdtContentBlock* value) { m_SdtContent = value; m_presence |= (1u << 2); }
     bool CheckSdtContent() const { return (m_presence & (1u << 2)) != 0; }
@@ -6349,12 +6988,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sdtPr": child element
     CT_SdtPr* GetSdtPr() const { return m_SdtPr; }
     void SetSdtPr(CT_SdtPr* value) { m_SdtPr = value; m_presence |= (1u << 0); }
     bool CheckSdtPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdtEndPr": child element
     CT_SdtEndPr* GetSdtEndPr() const { return m_SdtEndPr; }
     void SetSdtEndPr(CT_SdtEndPr* value) { m_SdtEndPr = value; m_presence |= (1u << 1); }
     bool CheckSdtEndPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdtContent": child element
     CT_SdtContentRun* GetSdtContent() const { return m_SdtContent; }
     void SetSdtContent(CT_SdtContentRun* value) { m_SdtContent = value; m_presence |= (1u << 2); }
     bool CheckSdtContent() const { return (m_presence & (1u << 2)) != 0; }
@@ -6377,12 +7019,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sdtPr": child element
     CT_SdtPr* GetSdtPr() const { return m_SdtPr; }
     void SetSdtPr(CT_SdtPr* value) { m_SdtPr = value; m_presence |= (1u << 0); }
     bool CheckSdtPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdtEndPr": child element
     CT_SdtEndPr* GetSdtEndPr() const { return m_SdtEndPr; }
     void SetSdtEndPr(CT_SdtEndPr* value) { m_SdtEndPr = value; m_presence |= (1u << 1); }
     bool CheckSdtEndPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdtContent": child element
     CT_SdtContentCell* GetSdtContent() const { return m_SdtContent; }
     void SetSdtContent(CT_SdtContentCell* value) { m_SdtContent = value; m_presence |= (1u << 2); }
     bool CheckSdtContent() const { return (m_presence & (1u << 2)) != 0; }
@@ -6405,12 +7050,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sdtPr": child element
     CT_SdtPr* GetSdtPr() const { return m_SdtPr; }
     void SetSdtPr(CT_SdtPr* value) { m_SdtPr = value; m_presence |= (1u << 0); }
     bool CheckSdtPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "sdtEndPr": child element
     CT_SdtEndPr* GetSdtEndPr() const { return m_SdtEndPr; }
     void SetSdtEndPr(CT_SdtEndPr* value) { m_SdtEndPr = value; m_presence |= (1u << 1); }
     bool CheckSdtEndPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "sdtContent": child element
     CT_SdtContentRow* GetSdtContent() const { return m_SdtContent; }
     void SetSdtContent(CT_SdtContentRow* value) { m_SdtContent = value; m_presence |= (1u << 2); }
     bool CheckSdtContent() const { return (m_presence & (1u << 2)) != 0; }
@@ -6433,12 +7081,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
@@ -6461,15 +7112,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customXmlPr": child element
     CT_CustomXmlPr* GetCustomXmlPr() const { return m_CustomXmlPr; }
     void SetCustomXmlPr(CT_CustomXmlPr* value) { m_CustomXmlPr = value; m_presence |= (1u << 0); }
     bool CheckCustomXmlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
+    // "element": attribute, wxString
     wxString GetElement() const;
     void SetElement(wxString value);
     bool CheckElement() const { return (m_presence & (1u << 3)) != 0; }
@@ -6493,15 +7148,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "smartTagPr": child element
     CT_SmartTagPr* GetSmartTagPr() const { return m_SmartTagPr; }
     void SetSmartTagPr(CT_SmartTagPr* value) { m_SmartTagPr = value; m_presence |= (1u << 0); }
     bool CheckSmartTagPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
+    // "element": attribute, wxString
     wxString GetElement() const;
     void SetElement(wxString value);
     bool CheckElement() const { return (m_presence & (1u << 3)) != 0; }
@@ -6525,15 +7184,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customXmlPr": child element
     CT_CustomXmlPr* GetCustomXmlPr() const { return m_CustomXmlPr; }
     void SetCustomXmlPr(CT_CustomXmlPr* value) { m_CustomXmlPr = value; m_presence |= (1u << 0); }
     bool CheckCustomXmlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ContentBlockContent, repeated
     XMLPtrArray<EG_ContentBlockContent> GetEG_ContentBlockContent() const;
     void SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value);
     bool CheckEG_ContentBlockContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
+    // "element": attribute, wxString
     wxString GetElement() const;
     void SetElement(wxString value);
     bool CheckElement() const { return (m_presence & (1u << 3)) != 0; }
@@ -6557,9 +7220,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "placeholder": child element
     CT_String* GetPlaceholder() const { return m_Placeholder; }
     void SetPlaceholder(CT_String* value) { m_Placeholder = value; m_presence |= (1u << 0); }
     bool CheckPlaceholder() const { return (m_presence & (1u << 0)) != 0; }
+    // "attr": child element, repeated
     XMLPtrArray<CT_Attr> GetAttr() const;
     void SetAttr(XMLPtrArray<CT_Attr> value);
     bool CheckAttr() const { return (m_presence & (1u << 1)) != 0; }
@@ -6581,15 +7246,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customXmlPr": child element
     CT_CustomXmlPr* GetCustomXmlPr() const { return m_CustomXmlPr; }
     void SetCustomXmlPr(CT_CustomXmlPr* value) { m_CustomXmlPr = value; m_presence |= (1u << 0); }
     bool CheckCustomXmlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ContentRowContent, repeated
     XMLPtrArray<EG_ContentRowContent> GetEG_ContentRowContent() const;
     void SetEG_ContentRowContent(XMLPtrArray<EG_ContentRowContent> value);
     bool CheckEG_ContentRowContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
+    // "element": attribute, wxString
     wxString GetElement() const;
     void SetElement(wxString value);
     bool CheckElement() const { return (m_presence & (1u << 3)) != 0; }
@@ -6613,15 +7282,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customXmlPr": child element
     CT_CustomXmlPr* GetCustomXmlPr() const { return m_CustomXmlPr; }
     void SetCustomXmlPr(CT_CustomXmlPr* value) { m_CustomXmlPr = value; m_presence |= (1u << 0); }
     bool CheckCustomXmlPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_ContentCellContent, repeated
     XMLPtrArray<EG_ContentCellContent> GetEG_ContentCellContent() const;
     void SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value);
     bool CheckEG_ContentCellContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
+    // "element": attribute, wxString
     wxString GetElement() const;
     void SetElement(wxString value);
     bool CheckElement() const { return (m_presence & (1u << 3)) != 0; }
@@ -6645,6 +7318,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "attr": child element, repeated
     XMLPtrArray<CT_Attr> GetAttr() const;
     void SetAttr(XMLPtrArray<CT_Attr> value);
     bool CheckAttr() const { return (m_presence & (1u << 0)) != 0; }
@@ -6670,6 +7344,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_PContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_PContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -6695,15 +7370,19 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ContentRunContent, repeated
     XMLPtrArray<EG_ContentRunContent> GetEG_ContentRunContent() const;
     void SetEG_ContentRunContent(XMLPtrArray<EG_ContentRunContent> value);
     bool CheckEG_ContentRunContent() const { return (m_presence & (1u << 0)) != 0; }
+    // "fldSimple": child element, repeated
     XMLPtrArray<CT_SimpleField> GetFldSimple() const;
     void SetFldSimple(XMLPtrArray<CT_SimpleField> value);
     bool CheckFldSimple() const { return (m_presence & (1u << 1)) != 0; }
+    // "hyperlink": child element
     CT_Hyperlink* GetHyperlink() const { return m_Hyperlink; }
     void SetHyperlink(CT_Hyperlink* value) { m_Hyperlink = value; m_presence |= (1u << 2); }
     bool CheckHyperlink() const { return (m_presence & (1u << 2)) != 0; }
+    // "subDoc": child element
     CT_Rel* GetSubDoc() const { return m_SubDoc; }
     void SetSubDoc(CT_Rel* value) { m_SubDoc = value; m_presence |= (1u << 3); }
     bool CheckSubDoc() const { return (m_presence & (1u << 3)) != 0; }
@@ -6727,24 +7406,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPr": child element
     CT_PPr* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPr* value) { m_PPr = value; m_presence |= (1u << 0); }
     bool CheckPPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_PContent, repeated
     XMLPtrArray<EG_PContent> GetEG_PContent() const;
     void SetEG_PContent(XMLPtrArray<EG_PContent> value);
     bool CheckEG_PContent() const { return (m_presence & (1u << 1)) != 0; }
+    // "rsidRPr": attribute, wxString
     wxString GetRsidRPr() const;
     void SetRsidRPr(wxString value);
     bool CheckRsidRPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "rsidR": attribute, wxString
     wxString GetRsidR() const;
     void SetRsidR(wxString value);
     bool CheckRsidR() const { return (m_presence & (1u << 3)) != 0; }
+    // "rsidDel": attribute, wxString
     wxString GetRsidDel() const;
     void SetRsidDel(wxString value);
     bool CheckRsidDel() const { return (m_presence & (1u << 4)) != 0; }
+    // "rsidP": attribute, wxString
     wxString GetRsidP() const;
     void SetRsidP(wxString value);
     bool CheckRsidP() const { return (m_presence & (1u << 5)) != 0; }
+    // "rsidRDefault": attribute, wxString
     wxString GetRsidRDefault() const;
     void SetRsidRDefault(wxString value);
     bool CheckRsidRDefault() const { return (m_presence & (1u << 6)) != 0; }
@@ -6771,9 +7457,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxAny
     wxAny GetVal() const;
     void SetVal(wxAny value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "hRule": attribute, wxString
     wxString GetHRule() const;
     void SetHRule(wxString value);
     bool CheckHRule() const { return (m_presence & (1u << 1)) != 0; }
@@ -6795,9 +7483,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
@@ -6819,6 +7509,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": attribute, wxAny
     wxAny GetW() const;
     void SetW(wxAny value);
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
@@ -6839,6 +7530,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "gridCol": child element, repeated
     XMLPtrArray<CT_TblGridCol> GetGridCol() const;
     void SetGridCol(XMLPtrArray<CT_TblGridCol> value);
     bool CheckGridCol() const { return (m_presence & (1u << 0)) != 0; }
@@ -6859,6 +7551,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblGridChange": child element
     CT_TblGridChange* GetTblGridChange() const { return m_TblGridChange; }
     void SetTblGridChange(CT_TblGridChange* value) { m_TblGridChange = value; m_presence |= (1u << 0); }
     bool CheckTblGridChange() const { return (m_presence & (1u << 0)) != 0; }
@@ -6879,33 +7572,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_Border* GetTop() const { return m_Top; }
     void SetTop(CT_Border* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": child element
     CT_Border* GetStart() const { return m_Start; }
     void SetStart(CT_Border* value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "left": child element
     CT_Border* GetLeft() const { return m_Left; }
     void SetLeft(CT_Border* value) { m_Left = value; m_presence |= (1u << 2); }
     bool CheckLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": child element
     CT_Border* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_Border* value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "end": child element
     CT_Border* GetEnd() const { return m_End; }
     void SetEnd(CT_Border* value) { m_End = value; m_presence |= (1u << 4); }
     bool CheckEnd() const { return (m_presence & (1u << 4)) != 0; }
+    // "right": child element
     CT_Border* GetRight() const { return m_Right; }
     void SetRight(CT_Border* value) { m_Right = value; m_presence |= (1u << 5); }
     bool CheckRight() const { return (m_presence & (1u << 5)) != 0; }
+    // "insideH": child element
     CT_Border* GetInsideH() const { return m_InsideH; }
     void SetInsideH(CT_Border* value) { m_InsideH = value; m_presence |= (1u << 6); }
     bool CheckInsideH() const { return (m_presence & (1u << 6)) != 0; }
+    // "insideV": child element
     CT_Border* GetInsideV() const { return m_InsideV; }
     void SetInsideV(CT_Border* value) { m_InsideV = value; m_presence |= (1u << 7); }
     bool CheckInsideV() const { return (m_presence & (1u << 7)) != 0; }
+    // "tl2br": child element
     CT_Border* GetTl2br() const { return m_Tl2br; }
     void SetTl2br(CT_Border* value) { m_Tl2br = value; m_presence |= (1u << 8); }
     bool CheckTl2br() const { return (m_presence & (1u << 8)) != 0; }
+    // "tr2bl": child element
     CT_Border* GetTr2bl() const { return m_Tr2bl; }
     void SetTr2bl(CT_Border* value) { m_Tr2bl = value; m_presence |= (1u << 9); }
     bool CheckTr2bl() const { return (m_presence & (1u << 9)) != 0; }
@@ -6935,21 +7638,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_TblWidth* GetTop() const { return m_Top; }
     void SetTop(CT_TblWidth* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": child element
     CT_TblWidth* GetStart() const { return m_Start; }
     void SetStart(CT_TblWidth* value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "left": child element
     CT_TblWidth* GetLeft() const { return m_Left; }
     void SetLeft(CT_TblWidth* value) { m_Left = value; m_presence |= (1u << 2); }
     bool CheckLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": child element
     CT_TblWidth* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_TblWidth* value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "end": child element
     CT_TblWidth* GetEnd() const { return m_End; }
     void SetEnd(CT_TblWidth* value) { m_End = value; m_presence |= (1u << 4); }
     bool CheckEnd() const { return (m_presence & (1u << 4)) != 0; }
+    // "right": child element
     CT_TblWidth* GetRight() const { return m_Right; }
     void SetRight(CT_TblWidth* value) { m_Right = value; m_presence |= (1u << 5); }
     bool CheckRight() const { return (m_presence & (1u << 5)) != 0; }
@@ -6975,6 +7684,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -6995,6 +7705,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -7015,45 +7726,59 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "cnfStyle": child element
     CT_Cnf* GetCnfStyle() const { return m_CnfStyle; }
     void SetCnfStyle(CT_Cnf* value) { m_CnfStyle = value; m_presence |= (1u << 0); }
     bool CheckCnfStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "tcW": child element
     CT_TblWidth* GetTcW() const { return m_TcW; }
     void SetTcW(CT_TblWidth* value) { m_TcW = value; m_presence |= (1u << 1); }
     bool CheckTcW() const { return (m_presence & (1u << 1)) != 0; }
+    // "gridSpan": child element
     CT_DecimalNumber* GetGridSpan() const { return m_GridSpan; }
     void SetGridSpan(CT_DecimalNumber* value) { m_GridSpan = value; m_presence |= (1u << 2); }
     bool CheckGridSpan() const { return (m_presence & (1u << 2)) != 0; }
+    // "hMerge": child element
     CT_HMerge* GetHMerge() const { return m_HMerge; }
     void SetHMerge(CT_HMerge* value) { m_HMerge = value; m_presence |= (1u << 3); }
     bool CheckHMerge() const { return (m_presence & (1u << 3)) != 0; }
+    // "vMerge": child element
     CT_VMerge* GetVMerge() const { return m_VMerge; }
     void SetVMerge(CT_VMerge* value) { m_VMerge = value; m_presence |= (1u << 4); }
     bool CheckVMerge() const { return (m_presence & (1u << 4)) != 0; }
+    // "tcBorders": child element
     CT_TcBorders* GetTcBorders() const { return m_TcBorders; }
     void SetTcBorders(CT_TcBorders* value) { m_TcBorders = value; m_presence |= (1u << 5); }
     bool CheckTcBorders() const { return (m_presence & (1u << 5)) != 0; }
+    // "shd": child element
     CT_Shd* GetShd() const { return m_Shd; }
     void SetShd(CT_Shd* value) { m_Shd = value; m_presence |= (1u << 6); }
     bool CheckShd() const { return (m_presence & (1u << 6)) != 0; }
+    // "noWrap": child element
     CT_OnOff* GetNoWrap() const { return m_NoWrap; }
     void SetNoWrap(CT_OnOff* value) { m_NoWrap = value; m_presence |= (1u << 7); }
     bool CheckNoWrap() const { return (m_presence & (1u << 7)) != 0; }
+    // "tcMar": child element
     CT_TcMar* GetTcMar() const { return m_TcMar; }
     void SetTcMar(CT_TcMar* value) { m_TcMar = value; m_presence |= (1u << 8); }
     bool CheckTcMar() const { return (m_presence & (1u << 8)) != 0; }
+    // "textDirection": child element
     CT_TextDirection* GetTextDirection() const { return m_TextDirection; }
     void SetTextDirection(CT_TextDirection* value) { m_TextDirection = value; m_presence |= (1u << 9); }
     bool CheckTextDirection() const { return (m_presence & (1u << 9)) != 0; }
+    // "tcFitText": child element
     CT_OnOff* GetTcFitText() const { return m_TcFitText; }
     void SetTcFitText(CT_OnOff* value) { m_TcFitText = value; m_presence |= (1u << 10); }
     bool CheckTcFitText() const { return (m_presence & (1u << 10)) != 0; }
+    // "vAlign": child element
     CT_VerticalJc* GetVAlign() const { return m_VAlign; }
     void SetVAlign(CT_VerticalJc* value) { m_VAlign = value; m_presence |= (1u << 11); }
     bool CheckVAlign() const { return (m_presence & (1u << 11)) != 0; }
+    // "hideMark": child element
     CT_OnOff* GetHideMark() const { return m_HideMark; }
     void SetHideMark(CT_OnOff* value) { m_HideMark = value; m_presence |= (1u << 12); }
     bool CheckHideMark() const { return (m_presence & (1u << 12)) != 0; }
+    // "headers": child element
     CT_Headers* GetHeaders() const { return m_Headers; }
     void SetHeaders(CT_Headers* value) { m_Headers = value; m_presence |= (1u << 13); }
     bool CheckHeaders() const { return (m_presence & (1u << 13)) != 0; }
@@ -7087,6 +7812,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_CellMarkupElements
     EG_CellMarkupElements* GetEG_CellMarkupElements() const { return m_EG_CellMarkupElements; }
     void SetEG_CellMarkupElements(EG_CellMarkupElements* value) { m_EG_CellMarkupElements = value; m_presence |= (1u << 0); }
     bool CheckEG_CellMarkupElements() const { return (m_presence & (1u << 0)) != 0; }
@@ -7107,6 +7833,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tcPrChange": child element
     CT_TcPrChange* GetTcPrChange() const { return m_TcPrChange; }
     void SetTcPrChange(CT_TcPrChange* value) { m_TcPrChange = value; m_presence |= (1u << 0); }
     bool CheckTcPrChange() const { return (m_presence & (1u << 0)) != 0; }
@@ -7127,12 +7854,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tcPr": child element
     CT_TcPr* GetTcPr() const { return m_TcPr; }
     void SetTcPr(CT_TcPr* value) { m_TcPr = value; m_presence |= (1u << 0); }
     bool CheckTcPr() const { return (m_presence & (1u << 0)) != 0; }
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, wxString
     wxString GetId() const;
     void SetId(wxString value);
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
@@ -7155,42 +7885,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "firstRow": attribute, wxAny
     wxAny GetFirstRow() const;
     void SetFirstRow(wxAny value);
     bool CheckFirstRow() const { return (m_presence & (1u << 1)) != 0; }
+    // "lastRow": attribute, wxAny
     wxAny GetLastRow() const;
     void SetLastRow(wxAny value);
     bool CheckLastRow() const { return (m_presence & (1u << 2)) != 0; }
+    // "firstColumn": attribute, wxAny
     wxAny GetFirstColumn() const;
     void SetFirstColumn(wxAny value);
     bool CheckFirstColumn() const { return (m_presence & (1u << 3)) != 0; }
+    // "lastColumn": attribute, wxAny
     wxAny GetLastColumn() const;
     void SetLastColumn(wxAny value);
     bool CheckLastColumn() const { return (m_presence & (1u << 4)) != 0; }
+    // "oddVBand": attribute, wxAny
     wxAny GetOddVBand() const;
     void SetOddVBand(wxAny value);
     bool CheckOddVBand() const { return (m_presence & (1u << 5)) != 0; }
+    // "evenVBand": attribute, wxAny
     wxAny GetEvenVBand() const;
     void SetEvenVBand(wxAny value);
     bool CheckEvenVBand() const { return (m_presence & (1u << 6)) != 0; }
+    // "oddHBand": attribute, wxAny
     wxAny GetOddHBand() const;
     void SetOddHBand(wxAny value);
     bool CheckOddHBand() const { return (m_presence & (1u << 7)) != 0; }
+    // "evenHBand": attribute, wxAny
     wxAny GetEvenHBand() const;
     void SetEvenHBand(wxAny value);
     bool CheckEvenHBand() const { return (m_presence & (1u << 8)) != 0; }
+    // "firstRowFirstColumn": attribute, wxAny
     wxAny GetFirstRowFirstColumn() const;
     void SetFirstRowFirstColumn(wxAny value);
     bool CheckFirstRowFirstColumn() const { return (m_presence & (1u << 9)) != 0; }
+    // "firstRowLastColumn": attribute, wxAny
     wxAny GetFirstRowLastColumn() const;
     void SetFirstRowLastColumn(wxAny value);
     bool CheckFirstRowLastColumn() const { return (m_presence & (1u << 10)) != 0; }
+    // "lastRowFirstColumn": attribute, wxAny
     wxAny GetLastRowFirstColumn() const;
     void SetLastRowFirstColumn(wxAny value);
     bool CheckLastRowFirstColumn() const { return (m_presence & (1u << 11)) != 0; }
+    // "lastRowLastColumn": attribute, wxAny
     wxAny GetLastRowLastColumn() const;
     void SetLastRowLastColumn(wxAny value);
     bool CheckLastRowLastColumn() const { return (m_presence & (1u << 12)) != 0; }
@@ -7223,6 +7966,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "header": child element, repeated
     XMLPtrArray<CT_String> GetHeader() const;
     void SetHeader(XMLPtrArray<CT_String> value);
     bool CheckHeader() const { return (m_presence & (1u << 0)) != 0; }
@@ -7243,6 +7987,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_TrPrBaseData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_TrPrBaseData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -7268,39 +8013,51 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "cnfStyle": child element
     CT_Cnf* GetCnfStyle() const { return m_CnfStyle; }
     void SetCnfStyle(CT_Cnf* value) { m_CnfStyle = value; m_presence |= (1u << 0); }
     bool CheckCnfStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "divId": child element
     CT_DecimalNumber* GetDivId() const { return m_DivId; }
     void SetDivId(CT_DecimalNumber* value) { m_DivId = value; m_presence |= (1u << 1); }
     bool CheckDivId() const { return (m_presence & (1u << 1)) != 0; }
+    // "gridBefore": child element
     CT_DecimalNumber* GetGridBefore() const { return m_GridBefore; }
     void SetGridBefore(CT_DecimalNumber* value) { m_GridBefore = value; m_presence |= (1u << 2); }
     bool CheckGridBefore() const { return (m_presence & (1u << 2)) != 0; }
+    // "gridAfter": child element
     CT_DecimalNumber* GetGridAfter() const { return m_GridAfter; }
     void SetGridAfter(CT_DecimalNumber* value) { m_GridAfter = value; m_presence |= (1u << 3); }
     bool CheckGridAfter() const { return (m_presence & (1u << 3)) != 0; }
+    // "wBefore": child element
     CT_TblWidth* GetWBefore() const { return m_WBefore; }
     void SetWBefore(CT_TblWidth* value) { m_WBefore = value; m_presence |= (1u << 4); }
     bool CheckWBefore() const { return (m_presence & (1u << 4)) != 0; }
+    // "wAfter": child element
     CT_TblWidth* GetWAfter() const { return m_WAfter; }
     void SetWAfter(CT_TblWidth* value) { m_WAfter = value; m_presence |= (1u << 5); }
     bool CheckWAfter() const { return (m_presence & (1u << 5)) != 0; }
+    // "cantSplit": child element
     CT_OnOff* GetCantSplit() const { return m_CantSplit; }
     void SetCantSplit(CT_OnOff* value) { m_CantSplit = value; m_presence |= (1u << 6); }
     bool CheckCantSplit() const { return (m_presence & (1u << 6)) != 0; }
+    // "trHeight": child element
     CT_Height* GetTrHeight() const { return m_TrHeight; }
     void SetTrHeight(CT_Height* value) { m_TrHeight = value; m_presence |= (1u << 7); }
     bool CheckTrHeight() const { return (m_presence & (1u << 7)) != 0; }
+    // "tblHeader": child element
     CT_OnOff* GetTblHeader() const { return m_TblHeader; }
     void SetTblHeader(CT_OnOff* value) { m_TblHeader = value; m_presence |= (1u << 8); }
     bool CheckTblHeader() const { return (m_presence & (1u << 8)) != 0; }
+    // "tblCellSpacing": child element
     CT_TblWidth* GetTblCellSpacing() const { return m_TblCellSpacing; }
     void SetTblCellSpacing(CT_TblWidth* value) { m_TblCellSpacing = value; m_presence |= (1u << 9); }
     bool CheckTblCellSpacing() const { return (m_presence & (1u << 9)) != 0; }
+    // "jc": child element
     CT_JcTable* GetJc() const { return m_Jc; }
     void SetJc(CT_JcTable* value) { m_Jc = value; m_presence |= (1u << 10); }
     bool CheckJc() const { return (m_presence & (1u << 10)) != 0; }
+    // "hidden": child element
     CT_OnOff* GetHidden() const { return m_Hidden; }
     void SetHidden(CT_OnOff* value) { m_Hidden = value; m_presence |= (1u << 11); }
     bool CheckHidden() const { return (m_presence & (1u << 11)) != 0; }
@@ -7332,12 +8089,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "ins": child element
     CT_TrackChange* GetIns() const { return m_Ins; }
     void SetIns(CT_TrackChange* value) { m_Ins = value; m_presence |= (1u << 0); }
     bool CheckIns() const { return (m_presence & (1u << 0)) != 0; }
+    // "del": child element
     CT_TrackChange* GetDel() const { return m_Del; }
     void SetDel(CT_TrackChange* value) { m_Del = value; m_presence |= (1u << 1); }
     bool CheckDel() const { return (m_presence & (1u << 1)) != 0; }
+    // "trPrChange": child element
     CT_TrPrChange* GetTrPrChange() const { return m_TrPrChange; }
     void SetTrPrChange(CT_TrPrChange* value) { m_TrPrChange = value; m_presence |= (1u << 2); }
     bool CheckTrPrChange() const { return (m_presence & (1u << 2)) != 0; }
@@ -7360,24 +8120,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPrEx": child element
     CT_TblPrEx* GetTblPrEx() const { return m_TblPrEx; }
     void SetTblPrEx(CT_TblPrEx* value) { m_TblPrEx = value; m_presence |= (1u << 0); }
     bool CheckTblPrEx() const { return (m_presence & (1u << 0)) != 0; }
+    // "trPr": child element
     CT_TrPr* GetTrPr() const { return m_TrPr; }
     void SetTrPr(CT_TrPr* value) { m_TrPr = value; m_presence |= (1u << 1); }
     bool CheckTrPr() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_ContentCellContent, repeated
     XMLPtrArray<EG_ContentCellContent> GetEG_ContentCellContent() const;
     void SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value);
     bool CheckEG_ContentCellContent() const { return (m_presence & (1u << 2)) != 0; }
+    // "rsidRPr": attribute, wxString
     wxString GetRsidRPr() const;
     void SetRsidRPr(wxString value);
     bool CheckRsidRPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "rsidR": attribute, wxString
     wxString GetRsidR() const;
     void SetRsidR(wxString value);
     bool CheckRsidR() const { return (m_presence & (1u << 4)) != 0; }
+    // "rsidDel": attribute, wxString
     wxString GetRsidDel() const;
     void SetRsidDel(wxString value);
     bool CheckRsidDel() const { return (m_presence & (1u << 5)) != 0; }
+    // "rsidTr": attribute, wxString
     wxString GetRsidTr() const;
     void SetRsidTr(wxString value);
     bool CheckRsidTr() const { return (m_presence & (1u << 6)) != 0; }
@@ -7404,6 +8171,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
@@ -7424,6 +8192,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -7444,33 +8213,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "leftFromText": attribute, wxAny
     wxAny GetLeftFromText() const;
     void SetLeftFromText(wxAny value);
     bool CheckLeftFromText() const { return (m_presence & (1u << 0)) != 0; }
+    // "rightFromText": attribute, wxAny
     wxAny GetRightFromText() const;
     void SetRightFromText(wxAny value);
     bool CheckRightFromText() const { return (m_presence & (1u << 1)) != 0; }
+    // "topFromText": attribute, wxAny
     wxAny GetTopFromText() const;
     void SetTopFromText(wxAny value);
     bool CheckTopFromText() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottomFromText": attribute, wxAny
     wxAny GetBottomFromText() const;
     void SetBottomFromText(wxAny value);
     bool CheckBottomFromText() const { return (m_presence & (1u << 3)) != 0; }
+    // "vertAnchor": attribute, wxString
     wxString GetVertAnchor() const;
     void SetVertAnchor(wxString value);
     bool CheckVertAnchor() const { return (m_presence & (1u << 4)) != 0; }
+    // "horzAnchor": attribute, wxString
     wxString GetHorzAnchor() const;
     void SetHorzAnchor(wxString value);
     bool CheckHorzAnchor() const { return (m_presence & (1u << 5)) != 0; }
+    // "tblpXSpec": attribute, wxString
     wxString GetTblpXSpec() const;
     void SetTblpXSpec(wxString value);
     bool CheckTblpXSpec() const { return (m_presence & (1u << 6)) != 0; }
+    // "tblpX": attribute, wxAny
     wxAny GetTblpX() const;
     void SetTblpX(wxAny value);
     bool CheckTblpX() const { return (m_presence & (1u << 7)) != 0; }
+    // "tblpYSpec": attribute, wxString
     wxString GetTblpYSpec() const;
     void SetTblpYSpec(wxString value);
     bool CheckTblpYSpec() const { return (m_presence & (1u << 8)) != 0; }
+    // "tblpY": attribute, wxAny
     wxAny GetTblpY() const;
     void SetTblpY(wxAny value);
     bool CheckTblpY() const { return (m_presence & (1u << 9)) != 0; }
@@ -7500,21 +8279,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_TblWidth* GetTop() const { return m_Top; }
     void SetTop(CT_TblWidth* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": child element
     CT_TblWidth* GetStart() const { return m_Start; }
     void SetStart(CT_TblWidth* value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "left": child element
     CT_TblWidth* GetLeft() const { return m_Left; }
     void SetLeft(CT_TblWidth* value) { m_Left = value; m_presence |= (1u << 2); }
     bool CheckLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": child element
     CT_TblWidth* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_TblWidth* value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "end": child element
     CT_TblWidth* GetEnd() const { return m_End; }
     void SetEnd(CT_TblWidth* value) { m_End = value; m_presence |= (1u << 4); }
     bool CheckEnd() const { return (m_presence & (1u << 4)) != 0; }
+    // "right": child element
     CT_TblWidth* GetRight() const { return m_Right; }
     void SetRight(CT_TblWidth* value) { m_Right = value; m_presence |= (1u << 5); }
     bool CheckRight() const { return (m_presence & (1u << 5)) != 0; }
@@ -7540,27 +8325,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_Border* GetTop() const { return m_Top; }
     void SetTop(CT_Border* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "start": child element
     CT_Border* GetStart() const { return m_Start; }
     void SetStart(CT_Border* value) { m_Start = value; m_presence |= (1u << 1); }
     bool CheckStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "left": child element
     CT_Border* GetLeft() const { return m_Left; }
     void SetLeft(CT_Border* value) { m_Left = value; m_presence |= (1u << 2); }
     bool CheckLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "bottom": child element
     CT_Border* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_Border* value) { m_Bottom = value; m_presence |= (1u << 3); }
     bool CheckBottom() const { return (m_presence & (1u << 3)) != 0; }
+    // "end": child element
     CT_Border* GetEnd() const { return m_End; }
     void SetEnd(CT_Border* value) { m_End = value; m_presence |= (1u << 4); }
     bool CheckEnd() const { return (m_presence & (1u << 4)) != 0; }
+    // "right": child element
     CT_Border* GetRight() const { return m_Right; }
     void SetRight(CT_Border* value) { m_Right = value; m_presence |= (1u << 5); }
     bool CheckRight() const { return (m_presence & (1u << 5)) != 0; }
+    // "insideH": child element
     CT_Border* GetInsideH() const { return m_InsideH; }
     void SetInsideH(CT_Border* value) { m_InsideH = value; m_presence |= (1u << 6); }
     bool CheckInsideH() const { return (m_presence & (1u << 6)) != 0; }
+    // "insideV": child element
     CT_Border* GetInsideV() const { return m_InsideV; }
     void SetInsideV(CT_Border* value) { m_InsideV = value; m_presence |= (1u << 7); }
     bool CheckInsideV() const { return (m_presence & (1u << 7)) != 0; }
@@ -7588,54 +8381,71 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblStyle": child element
     CT_String* GetTblStyle() const { return m_TblStyle; }
     void SetTblStyle(CT_String* value) { m_TblStyle = value; m_presence |= (1u << 0); }
     bool CheckTblStyle() const { return (m_presence & (1u << 0)) != 0; }
+    // "tblpPr": child element
     CT_TblPPr* GetTblpPr() const { return m_TblpPr; }
     void SetTblpPr(CT_TblPPr* value) { m_TblpPr = value; m_presence |= (1u << 1); }
     bool CheckTblpPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "tblOverlap": child element
     CT_TblOverlap* GetTblOverlap() const { return m_TblOverlap; }
     void SetTblOverlap(CT_TblOverlap* value) { m_TblOverlap = value; m_presence |= (1u << 2); }
     bool CheckTblOverlap() const { return (m_presence & (1u << 2)) != 0; }
+    // "bidiVisual": child element
     CT_OnOff* GetBidiVisual() const { return m_BidiVisual; }
     void SetBidiVisual(CT_OnOff* value) { m_BidiVisual = value; m_presence |= (1u << 3); }
     bool CheckBidiVisual() const { return (m_presence & (1u << 3)) != 0; }
+    // "tblStyleRowBandSize": child element
     CT_DecimalNumber* GetTblStyleRowBandSize() const { return m_TblStyleRowBandSize; }
     void SetTblStyleRowBandSize(CT_DecimalNumber* value) { m_TblStyleRowBandSize = value; m_presence |= (1u << 4); }
     bool CheckTblStyleRowBandSize() const { return (m_presence & (1u << 4)) != 0; }
+    // "tblStyleColBandSize": child element
     CT_DecimalNumber* GetTblStyleColBandSize() const { return m_TblStyleColBandSize; }
     void SetTblStyleColBandSize(CT_DecimalNumber* value) { m_TblStyleColBandSize = value; m_presence |= (1u << 5); }
     bool CheckTblStyleColBandSize() const { return (m_presence & (1u << 5)) != 0; }
+    // "tblW": child element
     CT_TblWidth* GetTblW() const { return m_TblW; }
     void SetTblW(CT_TblWidth* value) { m_TblW = value; m_presence |= (1u << 6); }
     bool CheckTblW() const { return (m_presence & (1u << 6)) != 0; }
+    // "jc": child element
     CT_JcTable* GetJc() const { return m_Jc; }
     void SetJc(CT_JcTable* value) { m_Jc = value; m_presence |= (1u << 7); }
     bool CheckJc() const { return (m_presence & (1u << 7)) != 0; }
+    // "tblCellSpacing": child element
     CT_TblWidth* GetTblCellSpacing() const { return m_TblCellSpacing; }
     void SetTblCellSpacing(CT_TblWidth* value) { m_TblCellSpacing = value; m_presence |= (1u << 8); }
     bool CheckTblCellSpacing() const { return (m_presence & (1u << 8)) != 0; }
+    // "tblInd": child element
     CT_TblWidth* GetTblInd() const { return m_TblInd; }
     void SetTblInd(CT_TblWidth* value) { m_TblInd = value; m_presence |= (1u << 9); }
     bool CheckTblInd() const { return (m_presence & (1u << 9)) != 0; }
+    // "tblBorders": child element
     CT_TblBorders* GetTblBorders() const { return m_TblBorders; }
     void SetTblBorders(CT_TblBorders* value) { m_TblBorders = value; m_presence |= (1u << 10); }
     bool CheckTblBorders() const { return (m_presence & (1u << 10)) != 0; }
+    // "shd": child element
     CT_Shd* GetShd() const { return m_Shd; }
     void SetShd(CT_Shd* value) { m_Shd = value; m_presence |= (1u << 11); }
     bool CheckShd() const { return (m_presence & (1u << 11)) != 0; }
+    // "tblLayout": child element
     CT_TblLayoutType* GetTblLayout() const { return m_TblLayout; }
     void SetTblLayout(CT_TblLayoutType* value) { m_TblLayout = value; m_presence |= (1u << 12); }
     bool CheckTblLayout() const { return (m_presence & (1u << 12)) != 0; }
+    // "tblCellMar": child element
     CT_TblCellMar* GetTblCellMar() const { return m_TblCellMar; }
     void SetTblCellMar(CT_TblCellMar* value) { m_TblCellMar = value; m_presence |= (1u << 13); }
     bool CheckTblCellMar() const { return (m_presence & (1u << 13)) != 0; }
+    // "tblLook": child element
     CT_TblLook* GetTblLook() const { return m_TblLook; }
     void SetTblLook(CT_TblLook* value) { m_TblLook = value; m_presence |= (1u << 14); }
     bool CheckTblLook() const { return (m_presence & (1u << 14)) != 0; }
+    // "tblCaption": child element
     CT_String* GetTblCaption() const { return m_TblCaption; }
     void SetTblCaption(CT_String* value) { m_TblCaption = value; m_presence |= (1u << 15); }
     bool CheckTblCaption() const { return (m_presence & (1u << 15)) != 0; }
+    // "tblDescription": child element
     CT_String* GetTblDescription() const { return m_TblDescription; }
     void SetTblDescription(CT_String* value) { m_TblDescription = value; m_presence |= (1u << 16); }
     bool CheckTblDescription() const { return (m_presence & (1u << 16)) != 0; }
@@ -7672,6 +8482,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPrChange": child element
     CT_TblPrChange* GetTblPrChange() const { return m_TblPrChange; }
     void SetTblPrChange(CT_TblPrChange* value) { m_TblPrChange = value; m_presence |= (1u << 0); }
     bool CheckTblPrChange() const { return (m_presence & (1u << 0)) != 0; }
@@ -7692,30 +8503,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblW": child element
     CT_TblWidth* GetTblW() const { return m_TblW; }
     void SetTblW(CT_TblWidth* value) { m_TblW = value; m_presence |= (1u << 0); }
     bool CheckTblW() const { return (m_presence & (1u << 0)) != 0; }
+    // "jc": child element
     CT_JcTable* GetJc() const { return m_Jc; }
     void SetJc(CT_JcTable* value) { m_Jc = value; m_presence |= (1u << 1); }
     bool CheckJc() const { return (m_presence & (1u << 1)) != 0; }
+    // "tblCellSpacing": child element
     CT_TblWidth* GetTblCellSpacing() const { return m_TblCellSpacing; }
     void SetTblCellSpacing(CT_TblWidth* value) { m_TblCellSpacing = value; m_presence |= (1u << 2); }
     bool CheckTblCellSpacing() const { return (m_presence & (1u << 2)) != 0; }
+    // "tblInd": child element
     CT_TblWidth* GetTblInd() const { return m_TblInd; }
     void SetTblInd(CT_TblWidth* value) { m_TblInd = value; m_presence |= (1u << 3); }
     bool CheckTblInd() const { return (m_presence & (1u << 3)) != 0; }
+    // "tblBorders": child element
     CT_TblBorders* GetTblBorders() const { return m_TblBorders; }
     void SetTblBorders(CT_TblBorders* value) { m_TblBorders = value; m_presence |= (1u << 4); }
     bool CheckTblBorders() const { return (m_presence & (1u << 4)) != 0; }
+    // "shd": child element
     CT_Shd* GetShd() const { return m_Shd; }
     void SetShd(CT_Shd* value) { m_Shd = value; m_presence |= (1u << 5); }
     bool CheckShd() const { return (m_presence & (1u << 5)) != 0; }
+    // "tblLayout": child element
     CT_TblLayoutType* GetTblLayout() const { return m_TblLayout; }
     void SetTblLayout(CT_TblLayoutType* value) { m_TblLayout = value; m_presence |= (1u << 6); }
     bool CheckTblLayout() const { return (m_presence & (1u << 6)) != 0; }
+    // "tblCellMar": child element
     CT_TblCellMar* GetTblCellMar() const { return m_TblCellMar; }
     void SetTblCellMar(CT_TblCellMar* value) { m_TblCellMar = value; m_presence |= (1u << 7); }
     bool CheckTblCellMar() const { return (m_presence & (1u << 7)) != 0; }
+    // "tblLook": child element
     CT_TblLook* GetTblLook() const { return m_TblLook; }
     void SetTblLook(CT_TblLook* value) { m_TblLook = value; m_presence |= (1u << 8); }
     bool CheckTblLook() const { return (m_presence & (1u << 8)) != 0; }
@@ -7744,6 +8564,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "tblPrExChange": child element
     CT_TblPrExChange* GetTblPrExChange() const { return m_TblPrExChange; }
     void SetTblPrExChange(CT_TblPrExChange* value) { m_TblPrExChange = value; m_presence |= (1u << 0); }
     bool CheckTblPrExChange() const { return (m_presence & (1u << 0)) != 0; }
@@ -7764,15 +8585,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_RangeMarkupElements, repeated
     XMLPtrArray<EG_RangeMarkupElements> GetEG_RangeMarkupElements() const;
     void SetEG_RangeMarkupElements(XMLPtrArray<EG_RangeMarkupElements> value);
     bool CheckEG_RangeMarkupElements() const { return (m_presence & (1u << 0)) != 0; }
+    // "tblPr": child element
     CT_TblPr* GetTblPr() const { return m_TblPr; }
     void SetTblPr(CT_TblPr* value) { m_TblPr = value; m_presence |= (1u << 1); }
     bool CheckTblPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "tblGrid": child element
     CT_TblGrid* GetTblGrid() const { return m_TblGrid; }
     void SetTblGrid(CT_TblGrid* value) { m_TblGrid = value; m_presence |= (1u << 2); }
     bool CheckTblGrid() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_ContentRowContent, repeated
     XMLPtrArray<EG_ContentRowContent> GetEG_ContentRowContent() const;
     void SetEG_ContentRowContent(XMLPtrArray<EG_ContentRowContent> value);
     bool CheckEG_ContentRowContent() const { return (m_presence & (1u << 3)) != 0; }
@@ -7796,24 +8621,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "firstRow": attribute, wxAny
     wxAny GetFirstRow() const;
     void SetFirstRow(wxAny value);
     bool CheckFirstRow() const { return (m_presence & (1u << 0)) != 0; }
+    // "lastRow": attribute, wxAny
     wxAny GetLastRow() const;
     void SetLastRow(wxAny value);
     bool CheckLastRow() const { return (m_presence & (1u << 1)) != 0; }
+    // "firstColumn": attribute, wxAny
     wxAny GetFirstColumn() const;
     void SetFirstColumn(wxAny value);
     bool CheckFirstColumn() const { return (m_presence & (1u << 2)) != 0; }
+    // "lastColumn": attribute, wxAny
     wxAny GetLastColumn() const;
     void SetLastColumn(wxAny value);
     bool CheckLastColumn() const { return (m_presence & (1u << 3)) != 0; }
+    // "noHBand": attribute, wxAny
     wxAny GetNoHBand() const;
     void SetNoHBand(wxAny value);
     bool CheckNoHBand() const { return (m_presence & (1u << 4)) != 0; }
+    // "noVBand": attribute, wxAny
     wxAny GetNoVBand() const;
     void SetNoVBand(wxAny value);
     bool CheckNoVBand() const { return (m_presence & (1u << 5)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 6)) != 0; }
@@ -7840,6 +8672,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -7860,6 +8693,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -7880,9 +8714,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "format": attribute, wxString
     wxString GetFormat() const;
     void SetFormat(wxString value);
     bool CheckFormat() const { return (m_presence & (1u << 1)) != 0; }
@@ -7904,6 +8740,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -7924,9 +8761,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "customMarkFollows": attribute, wxAny
     wxAny GetCustomMarkFollows() const;
     void SetCustomMarkFollows(wxAny value);
     bool CheckCustomMarkFollows() const { return (m_presence & (1u << 0)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 1); }
     bool CheckId() const { return (m_presence & (1u << 1)) != 0; }
@@ -7948,6 +8787,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 0); }
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
@@ -7968,12 +8808,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 2); }
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
@@ -8001,9 +8844,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "numStart": child element
     CT_DecimalNumber* GetNumStart() const { return m_NumStart; }
     void SetNumStart(CT_DecimalNumber* value) { m_NumStart = value; m_presence |= (1u << 0); }
     bool CheckNumStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "numRestart": child element
     CT_NumRestart* GetNumRestart() const { return m_NumRestart; }
     void SetNumRestart(CT_NumRestart* value) { m_NumRestart = value; m_presence |= (1u << 1); }
     bool CheckNumRestart() const { return (m_presence & (1u << 1)) != 0; }
@@ -8025,12 +8870,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_FtnPos* GetPos() const { return m_Pos; }
     void SetPos(CT_FtnPos* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 1); }
     bool CheckNumFmt() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_FtnEdnNumProps
     EG_FtnEdnNumProps* GetEG_FtnEdnNumProps() const { return m_EG_FtnEdnNumProps; }
     void SetEG_FtnEdnNumProps(EG_FtnEdnNumProps* value) { m_EG_FtnEdnNumProps = value; m_presence |= (1u << 2); }
     bool CheckEG_FtnEdnNumProps() const { return (m_presence & (1u << 2)) != 0; }
@@ -8053,12 +8901,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pos": child element
     CT_EdnPos* GetPos() const { return m_Pos; }
     void SetPos(CT_EdnPos* value) { m_Pos = value; m_presence |= (1u << 0); }
     bool CheckPos() const { return (m_presence & (1u << 0)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 1); }
     bool CheckNumFmt() const { return (m_presence & (1u << 1)) != 0; }
+    // group EG_FtnEdnNumProps
     EG_FtnEdnNumProps* GetEG_FtnEdnNumProps() const { return m_EG_FtnEdnNumProps; }
     void SetEG_FtnEdnNumProps(EG_FtnEdnNumProps* value) { m_EG_FtnEdnNumProps = value; m_presence |= (1u << 2); }
     bool CheckEG_FtnEdnNumProps() const { return (m_presence & (1u << 2)) != 0; }
@@ -8081,6 +8932,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "footnote": child element, repeated
     XMLPtrArray<CT_FtnEdnSepRef> GetFootnote() const;
     void SetFootnote(XMLPtrArray<CT_FtnEdnSepRef> value);
     bool CheckFootnote() const { return (m_presence & (1u << 0)) != 0; }
@@ -8101,6 +8953,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "endnote": child element, repeated
     XMLPtrArray<CT_FtnEdnSepRef> GetEndnote() const;
     void SetEndnote(XMLPtrArray<CT_FtnEdnSepRef> value);
     bool CheckEndnote() const { return (m_presence & (1u << 0)) != 0; }
@@ -8121,12 +8974,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "active": child element
     CT_OnOff* GetActive() const { return m_Active; }
     void SetActive(CT_OnOff* value) { m_Active = value; m_presence |= (1u << 0); }
     bool CheckActive() const { return (m_presence & (1u << 0)) != 0; }
+    // "column": child element
     CT_DecimalNumber* GetColumn() const { return m_Column; }
     void SetColumn(CT_DecimalNumber* value) { m_Column = value; m_presence |= (1u << 1); }
     bool CheckColumn() const { return (m_presence & (1u << 1)) != 0; }
+    // "uniqueTag": child element
     CT_Base64Binary* GetUniqueTag() const { return m_UniqueTag; }
     void SetUniqueTag(CT_Base64Binary* value) { m_UniqueTag = value; m_presence |= (1u << 2); }
     bool CheckUniqueTag() const { return (m_presence & (1u << 2)) != 0; }
@@ -8149,6 +9005,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8169,6 +9026,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "recipientData": child element, repeated
     XMLPtrArray<CT_RecipientData> GetRecipientData() const;
     void SetRecipientData(XMLPtrArray<CT_RecipientData> value);
     bool CheckRecipientData() const { return (m_presence & (1u << 0)) != 0; }
@@ -8189,21 +9047,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "type": child element
     CT_MailMergeOdsoFMDFieldType* GetType() const { return m_Type; }
     void SetType(CT_MailMergeOdsoFMDFieldType* value) { m_Type = value; m_presence |= (1u << 0); }
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": child element
     CT_String* GetName() const { return m_Name; }
     void SetName(CT_String* value) { m_Name = value; m_presence |= (1u << 1); }
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "mappedName": child element
     CT_String* GetMappedName() const { return m_MappedName; }
     void SetMappedName(CT_String* value) { m_MappedName = value; m_presence |= (1u << 2); }
     bool CheckMappedName() const { return (m_presence & (1u << 2)) != 0; }
+    // "column": child element
     CT_DecimalNumber* GetColumn() const { return m_Column; }
     void SetColumn(CT_DecimalNumber* value) { m_Column = value; m_presence |= (1u << 3); }
     bool CheckColumn() const { return (m_presence & (1u << 3)) != 0; }
+    // "lid": child element
     CT_Lang* GetLid() const { return m_Lid; }
     void SetLid(CT_Lang* value) { m_Lid = value; m_presence |= (1u << 4); }
     bool CheckLid() const { return (m_presence & (1u << 4)) != 0; }
+    // "dynamicAddress": child element
     CT_OnOff* GetDynamicAddress() const { return m_DynamicAddress; }
     void SetDynamicAddress(CT_OnOff* value) { m_DynamicAddress = value; m_presence |= (1u << 5); }
     bool CheckDynamicAddress() const { return (m_presence & (1u << 5)) != 0; }
@@ -8229,6 +9093,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8249,27 +9114,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "udl": child element
     CT_String* GetUdl() const { return m_Udl; }
     void SetUdl(CT_String* value) { m_Udl = value; m_presence |= (1u << 0); }
     bool CheckUdl() const { return (m_presence & (1u << 0)) != 0; }
+    // "table": child element
     CT_String* GetTable() const { return m_Table; }
     void SetTable(CT_String* value) { m_Table = value; m_presence |= (1u << 1); }
     bool CheckTable() const { return (m_presence & (1u << 1)) != 0; }
+    // "src": child element
     CT_Rel* GetSrc() const { return m_Src; }
     void SetSrc(CT_Rel* value) { m_Src = value; m_presence |= (1u << 2); }
     bool CheckSrc() const { return (m_presence & (1u << 2)) != 0; }
+    // "colDelim": child element
     CT_DecimalNumber* GetColDelim() const { return m_ColDelim; }
     void SetColDelim(CT_DecimalNumber* value) { m_ColDelim = value; m_presence |= (1u << 3); }
     bool CheckColDelim() const { return (m_presence & (1u << 3)) != 0; }
+    // "type": child element
     CT_MailMergeSourceType* GetType() const { return m_Type; }
     void SetType(CT_MailMergeSourceType* value) { m_Type = value; m_presence |= (1u << 4); }
     bool CheckType() const { return (m_presence & (1u << 4)) != 0; }
+    // "fHdr": child element
     CT_OnOff* GetFHdr() const { return m_FHdr; }
     void SetFHdr(CT_OnOff* value) { m_FHdr = value; m_presence |= (1u << 5); }
     bool CheckFHdr() const { return (m_presence & (1u << 5)) != 0; }
+    // "fieldMapData": child element, repeated
     XMLPtrArray<CT_OdsoFieldMapData> GetFieldMapData() const;
     void SetFieldMapData(XMLPtrArray<CT_OdsoFieldMapData> value);
     bool CheckFieldMapData() const { return (m_presence & (1u << 6)) != 0; }
+    // "recipientData": child element, repeated
     XMLPtrArray<CT_Rel> GetRecipientData() const;
     void SetRecipientData(XMLPtrArray<CT_Rel> value);
     bool CheckRecipientData() const { return (m_presence & (1u << 7)) != 0; }
@@ -8297,51 +9170,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "mainDocumentType": child element
     CT_MailMergeDocType* GetMainDocumentType() const { return m_MainDocumentType; }
     void SetMainDocumentType(CT_MailMergeDocType* value) { m_MainDocumentType = value; m_presence |= (1u << 0); }
     bool CheckMainDocumentType() const { return (m_presence & (1u << 0)) != 0; }
+    // "linkToQuery": child element
     CT_OnOff* GetLinkToQuery() const { return m_LinkToQuery; }
     void SetLinkToQuery(CT_OnOff* value) { m_LinkToQuery = value; m_presence |= (1u << 1); }
     bool CheckLinkToQuery() const { return (m_presence & (1u << 1)) != 0; }
+    // "dataType": child element
     CT_MailMergeDataType* GetDataType() const { return m_DataType; }
     void SetDataType(CT_MailMergeDataType* value) { m_DataType = value; m_presence |= (1u << 2); }
     bool CheckDataType() const { return (m_presence & (1u << 2)) != 0; }
+    // "connectString": child element
     CT_String* GetConnectString() const { return m_ConnectString; }
     void SetConnectString(CT_String* value) { m_ConnectString = value; m_presence |= (1u << 3); }
     bool CheckConnectString() const { return (m_presence & (1u << 3)) != 0; }
+    // "query": child element
     CT_String* GetQuery() const { return m_Query; }
     void SetQuery(CT_String* value) { m_Query = value; m_presence |= (1u << 4); }
     bool CheckQuery() const { return (m_presence & (1u << 4)) != 0; }
+    // "dataSource": child element
     CT_Rel* GetDataSource() const { return m_DataSource; }
     void SetDataSource(CT_Rel* value) { m_DataSource = value; m_presence |= (1u << 5); }
     bool CheckDataSource() const { return (m_presence & (1u << 5)) != 0; }
+    // "headerSource": child element
     CT_Rel* GetHeaderSource() const { return m_HeaderSource; }
     void SetHeaderSource(CT_Rel* value) { m_HeaderSource = value; m_presence |= (1u << 6); }
     bool CheckHeaderSource() const { return (m_presence & (1u << 6)) != 0; }
+    // "doNotSuppressBlankLines": child element
     CT_OnOff* GetDoNotSuppressBlankLines() const { return m_DoNotSuppressBlankLines; }
     void SetDoNotSuppressBlankLines(CT_OnOff* value) { m_DoNotSuppressBlankLines = value; m_presence |= (1u << 7); }
     bool CheckDoNotSuppressBlankLines() const { return (m_presence & (1u << 7)) != 0; }
+    // "destination": child element
     CT_MailMergeDest* GetDestination() const { return m_Destination; }
     void SetDestination(CT_MailMergeDest* value) { m_Destination = value; m_presence |= (1u << 8); }
     bool CheckDestination() const { return (m_presence & (1u << 8)) != 0; }
+    // "addressFieldName": child element
     CT_String* GetAddressFieldName() const { return m_AddressFieldName; }
     void SetAddressFieldName(CT_String* value) { m_AddressFieldName = value; m_presence |= (1u << 9); }
     bool CheckAddressFieldName() const { return (m_presence & (1u << 9)) != 0; }
+    // "mailSubject": child element
     CT_String* GetMailSubject() const { return m_MailSubject; }
     void SetMailSubject(CT_String* value) { m_MailSubject = value; m_presence |= (1u << 10); }
     bool CheckMailSubject() const { return (m_presence & (1u << 10)) != 0; }
+    // "mailAsAttachment": child element
     CT_OnOff* GetMailAsAttachment() const { return m_MailAsAttachment; }
     void SetMailAsAttachment(CT_OnOff* value) { m_MailAsAttachment = value; m_presence |= (1u << 11); }
     bool CheckMailAsAttachment() const { return (m_presence & (1u << 11)) != 0; }
+    // "viewMergedData": child element
     CT_OnOff* GetViewMergedData() const { return m_ViewMergedData; }
     void SetViewMergedData(CT_OnOff* value) { m_ViewMergedData = value; m_presence |= (1u << 12); }
     bool CheckViewMergedData() const { return (m_presence & (1u << 12)) != 0; }
+    // "activeRecord": child element
     CT_DecimalNumber* GetActiveRecord() const { return m_ActiveRecord; }
     void SetActiveRecord(CT_DecimalNumber* value) { m_ActiveRecord = value; m_presence |= (1u << 13); }
     bool CheckActiveRecord() const { return (m_presence & (1u << 13)) != 0; }
+    // "checkErrors": child element
     CT_DecimalNumber* GetCheckErrors() const { return m_CheckErrors; }
     void SetCheckErrors(CT_DecimalNumber* value) { m_CheckErrors = value; m_presence |= (1u << 14); }
     bool CheckCheckErrors() const { return (m_presence & (1u << 14)) != 0; }
+    // "odso": child element
     CT_Odso* GetOdso() const { return m_Odso; }
     void SetOdso(CT_Odso* value) { m_Odso = value; m_presence |= (1u << 15); }
     bool CheckOdso() const { return (m_presence & (1u << 15)) != 0; }
@@ -8377,6 +9266,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8397,201 +9287,267 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "useSingleBorderforContiguousCells": child element
     CT_OnOff* GetUseSingleBorderforContiguousCells() const { return m_UseSingleBorderforContiguousCells; }
     void SetUseSingleBorderforContiguousCells(CT_OnOff* value) { m_UseSingleBorderforContiguousCells = value; m_presence[0] |= (std::uint64_t(1) << 0); }
     bool CheckUseSingleBorderforContiguousCells() const { return (m_presence[0] & (std::uint64_t(1) << 0)) != 0; }
+    // "wpJustification": child element
     CT_OnOff* GetWpJustification() const { return m_WpJustification; }
     void SetWpJustification(CT_OnOff* value) { m_WpJustification = value; m_presence[0] |= (std::uint64_t(1) << 1); }
     bool CheckWpJustification() const { return (m_presence[0] & (std::uint64_t(1) << 1)) != 0; }
+    // "noTabHangInd": child element
     CT_OnOff* GetNoTabHangInd() const { return m_NoTabHangInd; }
     void SetNoTabHangInd(CT_OnOff* value) { m_NoTabHangInd = value; m_presence[0] |= (std::uint64_t(1) << 2); }
     bool CheckNoTabHangInd() const { return (m_presence[0] & (std::uint64_t(1) << 2)) != 0; }
+    // "noLeading": child element
     CT_OnOff* GetNoLeading() const { return m_NoLeading; }
     void SetNoLeading(CT_OnOff* value) { m_NoLeading = value; m_presence[0] |= (std::uint64_t(1) << 3); }
     bool CheckNoLeading() const { return (m_presence[0] & (std::uint64_t(1) << 3)) != 0; }
+    // "spaceForUL": child element
     CT_OnOff* GetSpaceForUL() const { return m_SpaceForUL; }
     void SetSpaceForUL(CT_OnOff* value) { m_SpaceForUL = value; m_presence[0] |= (std::uint64_t(1) << 4); }
     bool CheckSpaceForUL() const { return (m_presence[0] & (std::uint64_t(1) << 4)) != 0; }
+    // "noColumnBalance": child element
     CT_OnOff* GetNoColumnBalance() const { return m_NoColumnBalance; }
     void SetNoColumnBalance(CT_OnOff* value) { m_NoColumnBalance = value; m_presence[0] |= (std::uint64_t(1) << 5); }
     bool CheckNoColumnBalance() const { return (m_presence[0] & (std::uint64_t(1) << 5)) != 0; }
+    // "balanceSingleByteDoubleByteWidth": child element
     CT_OnOff* GetBalanceSingleByteDoubleByteWidth() const { return m_BalanceSingleByteDoubleByteWidth; }
     void SetBalanceSingleByteDoubleByteWidth(CT_OnOff* value) { m_BalanceSingleByteDoubleByteWidth = value; m_presence[0] |= (std::uint64_t(1) << 6); }
     bool CheckBalanceSingleByteDoubleByteWidth() const { return (m_presence[0] & (std::uint64_t(1) << 6)) != 0; }
+    // "noExtraLineSpacing": child element
     CT_OnOff* GetNoExtraLineSpacing() const { return m_NoExtraLineSpacing; }
     void SetNoExtraLineSpacing(CT_OnOff* value) { m_NoExtraLineSpacing = value; m_presence[0] |= (std::uint64_t(1) << 7); }
     bool CheckNoExtraLineSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 7)) != 0; }
+    // "doNotLeaveBackslashAlone": child element
     CT_OnOff* GetDoNotLeaveBackslashAlone() const { return m_DoNotLeaveBackslashAlone; }
     void SetDoNotLeaveBackslashAlone(CT_OnOff* value) { m_DoNotLeaveBackslashAlone = value; m_presence[0] |= (std::uint64_t(1) << 8); }
     bool CheckDoNotLeaveBackslashAlone() const { return (m_presence[0] & (std::uint64_t(1) << 8)) != 0; }
+    // "ulTrailSpace": child element
     CT_OnOff* GetUlTrailSpace() const { return m_UlTrailSpace; }
     void SetUlTrailSpace(CT_OnOff* value) { m_UlTrailSpace = value; m_presence[0] |= (std::uint64_t(1) << 9); }
     bool CheckUlTrailSpace() const { return (m_presence[0] & (std::uint64_t(1) << 9)) != 0; }
+    // "doNotExpandShiftReturn": child element
     CT_OnOff* GetDoNotExpandShiftReturn() const { return m_DoNotExpandShiftReturn; }
     void SetDoNotExpandShiftReturn(CT_OnOff* value) { m_DoNotExpandShiftReturn = value; m_presence[0] |= (std::uint64_t(1) << 10); }
     bool CheckDoNotExpandShiftReturn() const { return (m_presence[0] & (std::uint64_t(1) << 10)) != 0; }
+    // "spacingInWholePoints": child element
     CT_OnOff* GetSpacingInWholePoints() const { return m_SpacingInWholePoints; }
     void SetSpacingInWholePoints(CT_OnOff* value) { m_SpacingInWholePoints = value; m_presence[0] |= (std::uint64_t(1) << 11); }
     bool CheckSpacingInWholePoints() const { return (m_presence[0] & (std::uint64_t(1) << 11)) != 0; }
+    // "lineWrapLikeWord6": child element
     CT_OnOff* GetLineWrapLikeWord6() const { return m_LineWrapLikeWord6; }
     void SetLineWrapLikeWord6(CT_OnOff* value) { m_LineWrapLikeWord6 = value; m_presence[0] |= (std::uint64_t(1) << 12); }
     bool CheckLineWrapLikeWord6() const { return (m_presence[0] & (std::uint64_t(1) << 12)) != 0; }
+    // "printBodyTextBeforeHeader": child element
     CT_OnOff* GetPrintBodyTextBeforeHeader() const { return m_PrintBodyTextBeforeHeader; }
     void SetPrintBodyTextBeforeHeader(CT_OnOff* value) { m_PrintBodyTextBeforeHeader = value; m_presence[0] |= (std::uint64_t(1) << 13); }
     bool CheckPrintBodyTextBeforeHeader() const { return (m_presence[0] & (std::uint64_t(1) << 13)) != 0; }
+    // "printColBlack": child element
     CT_OnOff* GetPrintColBlack() const { return m_PrintColBlack; }
     void SetPrintColBlack(CT_OnOff* value) { m_PrintColBlack = value; m_presence[0] |= (std::uint64_t(1) << 14); }
     bool CheckPrintColBlack() const { return (m_presence[0] & (std::uint64_t(1) << 14)) != 0; }
+    // "wpSpaceWidth": child element
     CT_OnOff* GetWpSpaceWidth() const { return m_WpSpaceWidth; }
     void SetWpSpaceWidth(CT_OnOff* value) { m_WpSpaceWidth = value; m_presence[0] |= (std::uint64_t(1) << 15); }
     bool CheckWpSpaceWidth() const { return (m_presence[0] & (std::uint64_t(1) << 15)) != 0; }
+    // "showBreaksInFrames": child element
     CT_OnOff* GetShowBreaksInFrames() const { return m_ShowBreaksInFrames; }
     void SetShowBreaksInFrames(CT_OnOff* value) { m_ShowBreaksInFrames = value; m_presence[0] |= (std::uint64_t(1) << 16); }
     bool CheckShowBreaksInFrames() const { return (m_presence[0] & (std::uint64_t(1) << 16)) != 0; }
+    // "subFontBySize": child element
     CT_OnOff* GetSubFontBySize() const { return m_SubFontBySize; }
     void SetSubFontBySize(CT_OnOff* value) { m_SubFontBySize = value; m_presence[0] |= (std::uint64_t(1) << 17); }
     bool CheckSubFontBySize() const { return (m_presence[0] & (std::uint64_t(1) << 17)) != 0; }
+    // "suppressBottomSpacing": child element
     CT_OnOff* GetSuppressBottomSpacing() const { return m_SuppressBottomSpacing; }
     void SetSuppressBottomSpacing(CT_OnOff* value) { m_SuppressBottomSpacing = value; m_presence[0] |= (std::uint64_t(1) << 18); }
     bool CheckSuppressBottomSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 18)) != 0; }
+    // "suppressTopSpacing": child element
     CT_OnOff* GetSuppressTopSpacing() const { return m_SuppressTopSpacing; }
     void SetSuppressTopSpacing(CT_OnOff* value) { m_SuppressTopSpacing = value; m_presence[0] |= (std::uint64_t(1) << 19); }
     bool CheckSuppressTopSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 19)) != 0; }
+    // "suppressSpacingAtTopOfPage": child element
     CT_OnOff* GetSuppressSpacingAtTopOfPage() const { return m_SuppressSpacingAtTopOfPage; }
     void SetSuppressSpacingAtTopOfPage(CT_OnOff* value) { m_SuppressSpacingAtTopOfPage = value; m_presence[0] |= (std::uint64_t(1) << 20); }
     bool CheckSuppressSpacingAtTopOfPage() const { return (m_presence[0] & (std::uint64_t(1) << 20)) != 0; }
+    // "suppressTopSpacingWP": child element
     CT_OnOff* GetSuppressTopSpacingWP() const { return m_SuppressTopSpacingWP; }
     void SetSuppressTopSpacingWP(CT_OnOff* value) { m_SuppressTopSpacingWP = value; m_presence[0] |= (std::uint64_t(1) << 21); }
     bool CheckSuppressTopSpacingWP() const { return (m_presence[0] & (std::uint64_t(1) << 21)) != 0; }
+    // "suppressSpBfAfterPgBrk": child element
     CT_OnOff* GetSuppressSpBfAfterPgBrk() const { return m_SuppressSpBfAfterPgBrk; }
     void SetSuppressSpBfAfterPgBrk(CT_OnOff* value) { m_SuppressSpBfAfterPgBrk = value; m_presence[0] |= (std::uint64_t(1) << 22); }
     bool CheckSuppressSpBfAfterPgBrk() const { return (m_presence[0] & (std::uint64_t(1) << 22)) != 0; }
+    // "swapBordersFacingPages": child element
     CT_OnOff* GetSwapBordersFacingPages() const { return m_SwapBordersFacingPages; }
     void SetSwapBordersFacingPages(CT_OnOff* value) { m_SwapBordersFacingPages = value; m_presence[0] |= (std::uint64_t(1) << 23); }
     bool CheckSwapBordersFacingPages() const { return (m_presence[0] & (std::uint64_t(1) << 23)) != 0; }
+    // "convMailMergeEsc": child element
     CT_OnOff* GetConvMailMergeEsc() const { return m_ConvMailMergeEsc; }
     void SetConvMailMergeEsc(CT_OnOff* value) { m_ConvMailMergeEsc = value; m_presence[0] |= (std::uint64_t(1) << 24); }
     bool CheckConvMailMergeEsc() const { return (m_presence[0] & (std::uint64_t(1) << 24)) != 0; }
+    // "truncateFontHeightsLikeWP6": child element
     CT_OnOff* GetTruncateFontHeightsLikeWP6() const { return m_TruncateFontHeightsLikeWP6; }
     void SetTruncateFontHeightsLikeWP6(CT_OnOff* value) { m_TruncateFontHeightsLikeWP6 = value; m_presence[0] |= (std::uint64_t(1) << 25); }
     bool CheckTruncateFontHeightsLikeWP6() const { return (m_presence[0] & (std::uint64_t(1) << 25)) != 0; }
+    // "mwSmallCaps": child element
     CT_OnOff* GetMwSmallCaps() const { return m_MwSmallCaps; }
     void SetMwSmallCaps(CT_OnOff* value) { m_MwSmallCaps = value; m_presence[0] |= (std::uint64_t(1) << 26); }
     bool CheckMwSmallCaps() const { return (m_presence[0] & (std::uint64_t(1) << 26)) != 0; }
+    // "usePrinterMetrics": child element
     CT_OnOff* GetUsePrinterMetrics() const { return m_UsePrinterMetrics; }
     void SetUsePrinterMetrics(CT_OnOff* value) { m_UsePrinterMetrics = value; m_presence[0] |= (std::uint64_t(1) << 27); }
     bool CheckUsePrinterMetrics() const { return (m_presence[0] & (std::uint64_t(1) << 27)) != 0; }
+    // "doNotSuppressParagraphBorders": child element
     CT_OnOff* GetDoNotSuppressParagraphBorders() const { return m_DoNotSuppressParagraphBorders; }
     void SetDoNotSuppressParagraphBorders(CT_OnOff* value) { m_DoNotSuppressParagraphBorders = value; m_presence[0] |= (std::uint64_t(1) << 28); }
     bool CheckDoNotSuppressParagraphBorders() const { return (m_presence[0] & (std::uint64_t(1) << 28)) != 0; }
+    // "wrapTrailSpaces": child element
     CT_OnOff* GetWrapTrailSpaces() const { return m_WrapTrailSpaces; }
     void SetWrapTrailSpaces(CT_OnOff* value) { m_WrapTrailSpaces = value; m_presence[0] |= (std::uint64_t(1) << 29); }
     bool CheckWrapTrailSpaces() const { return (m_presence[0] & (std::uint64_t(1) << 29)) != 0; }
+    // "footnoteLayoutLikeWW8": child element
     CT_OnOff* GetFootnoteLayoutLikeWW8() const { return m_FootnoteLayoutLikeWW8; }
     void SetFootnoteLayoutLikeWW8(CT_OnOff* value) { m_FootnoteLayoutLikeWW8 = value; m_presence[0] |= (std::uint64_t(1) << 30); }
     bool CheckFootnoteLayoutLikeWW8() const { return (m_presence[0] & (std::uint64_t(1) << 30)) != 0; }
+    // "shapeLayoutLikeWW8": child element
     CT_OnOff* GetShapeLayoutLikeWW8() const { return m_ShapeLayoutLikeWW8; }
     void SetShapeLayoutLikeWW8(CT_OnOff* value) { m_ShapeLayoutLikeWW8 = value; m_presence[0] |= (std::uint64_t(1) << 31); }
     bool CheckShapeLayoutLikeWW8() const { return (m_presence[0] & (std::uint64_t(1) << 31)) != 0; }
+    // "alignTablesRowByRow": child element
     CT_OnOff* GetAlignTablesRowByRow() const { return m_AlignTablesRowByRow; }
     void SetAlignTablesRowByRow(CT_OnOff* value) { m_AlignTablesRowByRow = value; m_presence[0] |= (std::uint64_t(1) << 32); }
     bool CheckAlignTablesRowByRow() const { return (m_presence[0] & (std::uint64_t(1) << 32)) != 0; }
+    // "forgetLastTabAlignment": child element
     CT_OnOff* GetForgetLastTabAlignment() const { return m_ForgetLastTabAlignment; }
     void SetForgetLastTabAlignment(CT_OnOff* value) { m_ForgetLastTabAlignment = value; m_presence[0] |= (std::uint64_t(1) << 33); }
     bool CheckForgetLastTabAlignment() const { return (m_presence[0] & (std::uint64_t(1) << 33)) != 0; }
+    // "adjustLineHeightInTable": child element
     CT_OnOff* GetAdjustLineHeightInTable() const { return m_AdjustLineHeightInTable; }
     void SetAdjustLineHeightInTable(CT_OnOff* value) { m_AdjustLineHeightInTable = value; m_presence[0] |= (std::uint64_t(1) << 34); }
     bool CheckAdjustLineHeightInTable() const { return (m_presence[0] & (std::uint64_t(1) << 34)) != 0; }
+    // "autoSpaceLikeWord95": child element
     CT_OnOff* GetAutoSpaceLikeWord95() const { return m_AutoSpaceLikeWord95; }
     void SetAutoSpaceLikeWord95(CT_OnOff* value) { m_AutoSpaceLikeWord95 = value; m_presence[0] |= (std::uint64_t(1) << 35); }
     bool CheckAutoSpaceLikeWord95() const { return (m_presence[0] & (std::uint64_t(1) << 35)) != 0; }
+    // "noSpaceRaiseLower": child element
     CT_OnOff* GetNoSpaceRaiseLower() const { return m_NoSpaceRaiseLower; }
     void SetNoSpaceRaiseLower(CT_OnOff* value) { m_NoSpaceRaiseLower = value; m_presence[0] |= (std::uint64_t(1) << 36); }
     bool CheckNoSpaceRaiseLower() const { return (m_presence[0] & (std::uint64_t(1) << 36)) != 0; }
+    // "doNotUseHTMLParagraphAutoSpacing": child element
     CT_OnOff* GetDoNotUseHTMLParagraphAutoSpacing() const { return m_DoNotUseHTMLParagraphAutoSpacing; }
     void SetDoNotUseHTMLParagraphAutoSpacing(CT_OnOff* value) { m_DoNotUseHTMLParagraphAutoSpacing = value; m_presence[0] |= (std::uint64_t(1) << 37); }
     bool CheckDoNotUseHTMLParagraphAutoSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 37)) != 0; }
+    // "layoutRawTableWidth": child element
     CT_OnOff* GetLayoutRawTableWidth() const { return m_LayoutRawTableWidth; }
     void SetLayoutRawTableWidth(CT_OnOff* value) { m_LayoutRawTableWidth = value; m_presence[0] |= (std::uint64_t(1) << 38); }
     bool CheckLayoutRawTableWidth() const { return (m_presence[0] & (std::uint64_t(1) << 38)) != 0; }
+    // "layoutTableRowsApart": child element
     CT_OnOff* GetLayoutTableRowsApart() const { return m_LayoutTableRowsApart; }
     void SetLayoutTableRowsApart(CT_OnOff* value) { m_LayoutTableRowsApart = value; m_presence[0] |= (std::uint64_t(1) << 39); }
     bool CheckLayoutTableRowsApart() const { return (m_presence[0] & (std::uint64_t(1) << 39)) != 0; }
+    // "useWord97LineBreakRules": child element
     CT_OnOff* GetUseWord97LineBreakRules() const { return m_UseWord97LineBreakRules; }
     void SetUseWord97LineBreakRules(CT_OnOff* value) { m_UseWord97LineBreakRules = value; m_presence[0] |= (std::uint64_t(1) << 40); }
     bool CheckUseWord97LineBreakRules() const { return (m_presence[0] & (std::uint64_t(1) << 40)) != 0; }
+    // "doNotBreakWrappedTables": child element
     CT_OnOff* GetDoNotBreakWrappedTables() const { return m_DoNotBreakWrappedTables; }
     void SetDoNotBreakWrappedTables(CT_OnOff* value) { m_DoNotBreakWrappedTables = value; m_presence[0] |= (std::uint64_t(1) << 41); }
     bool CheckDoNotBreakWrappedTables() const { return (m_presence[0] & (std::uint64_t(1) << 41)) != 0; }
+    // "doNotSnapToGridInCell": child element
     CT_OnOff* GetDoNotSnapToGridInCell() const { return m_DoNotSnapToGridInCell; }
     void SetDoNotSnapToGridInCell(CT_OnOff* value) { m_DoNotSnapToGridInCell = value; m_presence[0] |= (std::uint64_t(1) << 42); }
     bool CheckDoNotSnapToGridInCell() const { return (m_presence[0] & (std::uint64_t(1) << 42)) != 0; }
+    // "selectFldWithFirstOrLastChar": child element
     CT_OnOff* GetSelectFldWithFirstOrLastChar() const { return m_SelectFldWithFirstOrLastChar; }
     void SetSelectFldWithFirstOrLastChar(CT_OnOff* value) { m_SelectFldWithFirstOrLastChar = value; m_presence[0] |= (std::uint64_t(1) << 43); }
     bool CheckSelectFldWithFirstOrLastChar() const { return (m_presence[0] & (std::uint64_t(1) << 43)) != 0; }
+    // "applyBreakingRules": child element
     CT_OnOff* GetApplyBreakingRules() const { return m_ApplyBreakingRules; }
     void SetApplyBreakingRules(CT_OnOff* value) { m_ApplyBreakingRules = value; m_presence[0] |= (std::uint64_t(1) << 44); }
     bool CheckApplyBreakingRules() const { return (m_presence[0] & (std::uint64_t(1) << 44)) != 0; }
+    // "doNotWrapTextWithPunct": child element
     CT_OnOff* GetDoNotWrapTextWithPunct() const { return m_DoNotWrapTextWithPunct; }
     void SetDoNotWrapTextWithPunct(CT_OnOff* value) { m_DoNotWrapTextWithPunct = value; m_presence[0] |= (std::uint64_t(1) << 45); }
     bool CheckDoNotWrapTextWithPunct() const { return (m_presence[0] & (std::uint64_t(1) << 45)) != 0; }
+    // "doNotUseEastAsianBreakRules": child element
     CT_OnOff* GetDoNotUseEastAsianBreakRules() const { return m_DoNotUseEastAsianBreakRules; }
     void SetDoNotUseEastAsianBreakRules(CT_OnOff* value) { m_DoNotUseEastAsianBreakRules = value; m_presence[0] |= (std::uint64_t(1) << 46); }
     bool CheckDoNotUseEastAsianBreakRules() const { return (m_presence[0] & (std::uint64_t(1) << 46)) != 0; }
+    // "useWord2002TableStyleRules": child element
     CT_OnOff* GetUseWord2002TableStyleRules() const { return m_UseWord2002TableStyleRules; }
     void SetUseWord2002TableStyleRules(CT_OnOff* value) { m_UseWord2002TableStyleRules = value; m_presence[0] |= (std::uint64_t(1) << 47); }
     bool CheckUseWord2002TableStyleRules() const { return (m_presence[0] & (std::uint64_t(1) << 47)) != 0; }
+    // "growAutofit": child element
     CT_OnOff* GetGrowAutofit() const { return m_GrowAutofit; }
     void SetGrowAutofit(CT_OnOff* value) { m_GrowAutofit = value; m_presence[0] |= (std::uint64_t(1) << 48); }
     bool CheckGrowAutofit() const { return (m_presence[0] & (std::uint64_t(1) << 48)) != 0; }
+    // "useFELayout": child element
     CT_OnOff* GetUseFELayout() const { return m_UseFELayout; }
     void SetUseFELayout(CT_OnOff* value) { m_UseFELayout = value; m_presence[0] |= (std::uint64_t(1) << 49); }
     bool CheckUseFELayout() const { return (m_presence[0] & (std::uint64_t(1) << 49)) != 0; }
+    // "useNormalStyleForList": child element
     CT_OnOff* GetUseNormalStyleForList() const { return m_UseNormalStyleForList; }
     void SetUseNormalStyleForList(CT_OnOff* value) { m_UseNormalStyleForList = value; m_presence[0] |= (std::uint64_t(1) << 50); }
     bool CheckUseNormalStyleForList() const { return (m_presence[0] & (std::uint64_t(1) << 50)) != 0; }
+    // "doNotUseIndentAsNumberingTabStop": child element
     CT_OnOff* GetDoNotUseIndentAsNumberingTabStop() const { return m_DoNotUseIndentAsNumberingTabStop; }
     void SetDoNotUseIndentAsNumberingTabStop(CT_OnOff* value) { m_DoNotUseIndentAsNumberingTabStop = value; m_presence[0] |= (std::uint64_t(1) << 51); }
     bool CheckDoNotUseIndentAsNumberingTabStop() const { return (m_presence[0] & (std::uint64_t(1) << 51)) != 0; }
+    // "useAltKinsokuLineBreakRules": child element
     CT_OnOff* GetUseAltKinsokuLineBreakRules() const { return m_UseAltKinsokuLineBreakRules; }
     void SetUseAltKinsokuLineBreakRules(CT_OnOff* value) { m_UseAltKinsokuLineBreakRules = value; m_presence[0] |= (std::uint64_t(1) << 52); }
     bool CheckUseAltKinsokuLineBreakRules() const { return (m_presence[0] & (std::uint64_t(1) << 52)) != 0; }
+    // "allowSpaceOfSameStyleInTable": child element
     CT_OnOff* GetAllowSpaceOfSameStyleInTable() const { return m_AllowSpaceOfSameStyleInTable; }
     void SetAllowSpaceOfSameStyleInTable(CT_OnOff* value) { m_AllowSpaceOfSameStyleInTable = value; m_presence[0] |= (std::uint64_t(1) << 53); }
     bool CheckAllowSpaceOfSameStyleInTable() const { return (m_presence[0] & (std::uint64_t(1) << 53)) != 0; }
+    // "doNotSuppressIndentation": child element
     CT_OnOff* GetDoNotSuppressIndentation() const { return m_DoNotSuppressIndentation; }
     void SetDoNotSuppressIndentation(CT_OnOff* value) { m_DoNotSuppressIndentation = value; m_presence[0] |= (std::uint64_t(1) << 54); }
     bool CheckDoNotSuppressIndentation() const { return (m_presence[0] & (std::uint64_t(1) << 54)) != 0; }
+    // "doNotAutofitConstrainedTables": child element
     CT_OnOff* GetDoNotAutofitConstrainedTables() const { return m_DoNotAutofitConstrainedTables; }
     void SetDoNotAutofitConstrainedTables(CT_OnOff* value) { m_DoNotAutofitConstrainedTables = value; m_presence[0] |= (std::uint64_t(1) << 55); }
     bool CheckDoNotAutofitConstrainedTables() const { return (m_presence[0] & (std::uint64_t(1) << 55)) != 0; }
+    // "autofitToFirstFixedWidthCell": child element
     CT_OnOff* GetAutofitToFirstFixedWidthCell() const { return m_AutofitToFirstFixedWidthCell; }
     void SetAutofitToFirstFixedWidthCell(CT_OnOff* value) { m_AutofitToFirstFixedWidthCell = value; m_presence[0] |= (std::uint64_t(1) << 56); }
     bool CheckAutofitToFirstFixedWidthCell() const { return (m_presence[0] & (std::uint64_t(1) << 56)) != 0; }
+    // "underlineTabInNumList": child element
     CT_OnOff* GetUnderlineTabInNumList() const { return m_UnderlineTabInNumList; }
     void SetUnderlineTabInNumList(CT_OnOff* value) { m_UnderlineTabInNumList = value; m_presence[0] |= (std::uint64_t(1) << 57); }
     bool CheckUnderlineTabInNumList() const { return (m_presence[0] & (std::uint64_t(1) << 57)) != 0; }
+    // "displayHangulFixedWidth": child element
     CT_OnOff* GetDisplayHangulFixedWidth() const { return m_DisplayHangulFixedWidth; }
     void SetDisplayHangulFixedWidth(CT_OnOff* value) { m_DisplayHangulFixedWidth = value; m_presence[0] |= (std::uint64_t(1) << 58); }
     bool CheckDisplayHangulFixedWidth() const { return (m_presence[0] & (std::uint64_t(1) << 58)) != 0; }
+    // "splitPgBreakAndParaMark": child element
     CT_OnOff* GetSplitPgBreakAndParaMark() const { return m_SplitPgBreakAndParaMark; }
     void SetSplitPgBreakAndParaMark(CT_OnOff* value) { m_SplitPgBreakAndParaMark = value; m_presence[0] |= (std::uint64_t(1) << 59); }
     bool CheckSplitPgBreakAndParaMark() const { return (m_presence[0] & (std::uint64_t(1) << 59)) != 0; }
+    // "doNotVertAlignCellWithSp": child element
     CT_OnOff* GetDoNotVertAlignCellWithSp() const { return m_DoNotVertAlignCellWithSp; }
     void SetDoNotVertAlignCellWithSp(CT_OnOff* value) { m_DoNotVertAlignCellWithSp = value; m_presence[0] |= (std::uint64_t(1) << 60); }
     bool CheckDoNotVertAlignCellWithSp() const { return (m_presence[0] & (std::uint64_t(1) << 60)) != 0; }
+    // "doNotBreakConstrainedForcedTable": child element
     CT_OnOff* GetDoNotBreakConstrainedForcedTable() const { return m_DoNotBreakConstrainedForcedTable; }
     void SetDoNotBreakConstrainedForcedTable(CT_OnOff* value) { m_DoNotBreakConstrainedForcedTable = value; m_presence[0] |= (std::uint64_t(1) << 61); }
     bool CheckDoNotBreakConstrainedForcedTable() const { return (m_presence[0] & (std::uint64_t(1) << 61)) != 0; }
+    // "doNotVertAlignInTxbx": child element
     CT_OnOff* GetDoNotVertAlignInTxbx() const { return m_DoNotVertAlignInTxbx; }
     void SetDoNotVertAlignInTxbx(CT_OnOff* value) { m_DoNotVertAlignInTxbx = value; m_presence[0] |= (std::uint64_t(1) << 62); }
     bool CheckDoNotVertAlignInTxbx() const { return (m_presence[0] & (std::uint64_t(1) << 62)) != 0; }
+    // "useAnsiKerningPairs": child element
     CT_OnOff* GetUseAnsiKerningPairs() const { return m_UseAnsiKerningPairs; }
     void SetUseAnsiKerningPairs(CT_OnOff* value) { m_UseAnsiKerningPairs = value; m_presence[0] |= (std::uint64_t(1) << 63); }
     bool CheckUseAnsiKerningPairs() const { return (m_presence[0] & (std::uint64_t(1) << 63)) != 0; }
+    // "cachedColBalance": child element
     CT_OnOff* GetCachedColBalance() const { return m_CachedColBalance; }
     void SetCachedColBalance(CT_OnOff* value) { m_CachedColBalance = value; m_presence[1] |= (std::uint64_t(1) << 0); }
     bool CheckCachedColBalance() const { return (m_presence[1] & (std::uint64_t(1) << 0)) != 0; }
+    // "compatSetting": child element, repeated
     XMLPtrArray<CT_CompatSetting> GetCompatSetting() const;
     void SetCompatSetting(XMLPtrArray<CT_CompatSetting> value);
     bool CheckCompatSetting() const { return (m_presence[1] & (std::uint64_t(1) << 1)) != 0; }
@@ -8677,12 +9633,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "uri": attribute, wxString
     wxString GetUri() const;
     void SetUri(wxString value);
     bool CheckUri() const { return (m_presence & (1u << 1)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 2)) != 0; }
@@ -8705,9 +9664,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
@@ -8729,6 +9690,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docVar": child element, repeated
     XMLPtrArray<CT_DocVar> GetDocVar() const;
     void SetDocVar(XMLPtrArray<CT_DocVar> value);
     bool CheckDocVar() const { return (m_presence & (1u << 0)) != 0; }
@@ -8749,9 +9711,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rsidRoot": child element
     CT_LongHexNumber* GetRsidRoot() const { return m_RsidRoot; }
     void SetRsidRoot(CT_LongHexNumber* value) { m_RsidRoot = value; m_presence |= (1u << 0); }
     bool CheckRsidRoot() const { return (m_presence & (1u << 0)) != 0; }
+    // "rsid": child element, repeated
     XMLPtrArray<CT_LongHexNumber> GetRsid() const;
     void SetRsid(XMLPtrArray<CT_LongHexNumber> value);
     bool CheckRsid() const { return (m_presence & (1u << 1)) != 0; }
@@ -8773,6 +9737,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -8793,9 +9758,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "r:id": attribute, wxString
     wxString GetR_id() const;
     void SetR_id(wxString value);
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
+    // "solutionID": attribute, wxString
     wxString GetSolutionID() const;
     void SetSolutionID(wxString value);
     bool CheckSolutionID() const { return (m_presence & (1u << 1)) != 0; }
@@ -8817,6 +9784,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 0); }
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -8837,6 +9805,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPr": child element
     CT_PPrGeneral* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPrGeneral* value) { m_PPr = value; m_presence |= (1u << 0); }
     bool CheckPPr() const { return (m_presence & (1u << 0)) != 0; }
@@ -8857,9 +9826,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "rPrDefault": child element
     CT_RPrDefault* GetRPrDefault() const { return m_RPrDefault; }
     void SetRPrDefault(CT_RPrDefault* value) { m_RPrDefault = value; m_presence |= (1u << 0); }
     bool CheckRPrDefault() const { return (m_presence & (1u << 0)) != 0; }
+    // "pPrDefault": child element
     CT_PPrDefault* GetPPrDefault() const { return m_PPrDefault; }
     void SetPPrDefault(CT_PPrDefault* value) { m_PPrDefault = value; m_presence |= (1u << 1); }
     bool CheckPPrDefault() const { return (m_presence & (1u << 1)) != 0; }
@@ -8881,39 +9852,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "bg1": attribute, wxString
     wxString GetBg1() const;
     void SetBg1(wxString value);
     bool CheckBg1() const { return (m_presence & (1u << 0)) != 0; }
+    // "t1": attribute, wxString
     wxString GetT1() const;
     void SetT1(wxString value);
     bool CheckT1() const { return (m_presence & (1u << 1)) != 0; }
+    // "bg2": attribute, wxString
     wxString GetBg2() const;
     void SetBg2(wxString value);
     bool CheckBg2() const { return (m_presence & (1u << 2)) != 0; }
+    // "t2": attribute, wxString
     wxString GetT2() const;
     void SetT2(wxString value);
     bool CheckT2() const { return (m_presence & (1u << 3)) != 0; }
+    // "accent1": attribute, wxString
     wxString GetAccent1() const;
     void SetAccent1(wxString value);
     bool CheckAccent1() const { return (m_presence & (1u << 4)) != 0; }
+    // "accent2": attribute, wxString
     wxString GetAccent2() const;
     void SetAccent2(wxString value);
     bool CheckAccent2() const { return (m_presence & (1u << 5)) != 0; }
+    // "accent3": attribute, wxString
     wxString GetAccent3() const;
     void SetAccent3(wxString value);
     bool CheckAccent3() const { return (m_presence & (1u << 6)) != 0; }
+    // "accent4": attribute, wxString
     wxString GetAccent4() const;
     void SetAccent4(wxString value);
     bool CheckAccent4() const { return (m_presence & (1u << 7)) != 0; }
+    // "accent5": attribute, wxString
     wxString GetAccent5() const;
     void SetAccent5(wxString value);
     bool CheckAccent5() const { return (m_presence & (1u << 8)) != 0; }
+    // "accent6": attribute, wxString
     wxString GetAccent6() const;
     void SetAccent6(wxString value);
     bool CheckAccent6() const { return (m_presence & (1u << 9)) != 0; }
+    // "hyperlink": attribute, wxString
     wxString GetHyperlink() const;
     void SetHyperlink(wxString value);
     bool CheckHyperlink() const { return (m_presence & (1u << 10)) != 0; }
+    // "followedHyperlink": attribute, wxString
     wxString GetFollowedHyperlink() const;
     void SetFollowedHyperlink(wxString value);
     bool CheckFollowedHyperlink() const { return (m_presence & (1u << 11)) != 0; }
@@ -8945,15 +9928,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "actualPg": attribute, wxAny
     wxAny GetActualPg() const;
     void SetActualPg(wxAny value);
     bool CheckActualPg() const { return (m_presence & (1u << 0)) != 0; }
+    // "w": attribute, double
     double GetW() const { return m_W; }
     void SetW(double value) { m_W = value; m_presence |= (1u << 1); }
     bool CheckW() const { return (m_presence & (1u << 1)) != 0; }
+    // "h": attribute, double
     double GetH() const { return m_H; }
     void SetH(double value) { m_H = value; m_presence |= (1u << 2); }
     bool CheckH() const { return (m_presence & (1u << 2)) != 0; }
+    // "fontSz": attribute, wxAny
     wxAny GetFontSz() const;
     void SetFontSz(wxAny value);
     bool CheckFontSz() const { return (m_presence & (1u << 3)) != 0; }
@@ -8977,12 +9964,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "recommended": attribute, wxAny
     wxAny GetRecommended() const;
     void SetRecommended(wxAny value);
     bool CheckRecommended() const { return (m_presence & (1u << 0)) != 0; }
+    // attribute group AG_Password
     AG_Password* GetAG_Password() const { return m_AG_Password; }
     void SetAG_Password(AG_Password* value) { m_AG_Password = value; m_presence |= (1u << 1); }
     bool CheckAG_Password() const { return (m_presence & (1u << 1)) != 0; }
+    // attribute group AG_TransitionalPassword
     AG_TransitionalPassword* GetAG_TransitionalPassword() const { return m_AG_TransitionalPassword; }
     void SetAG_TransitionalPassword(AG_TransitionalPassword* value) { m_AG_TransitionalPassword = value; m_presence |= (1u << 2); }
     bool CheckAG_TransitionalPassword() const { return (m_presence & (1u << 2)) != 0; }
@@ -9005,297 +9995,395 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "writeProtection": child element
     CT_WriteProtection* GetWriteProtection() const { return m_WriteProtection; }
     void SetWriteProtection(CT_WriteProtection* value) { m_WriteProtection = value; m_presence[0] |= (std::uint64_t(1) << 0); }
     bool CheckWriteProtection() const { return (m_presence[0] & (std::uint64_t(1) << 0)) != 0; }
+    // "view": child element
     CT_View* GetView() const { return m_View; }
     void SetView(CT_View* value) { m_View = value; m_presence[0] |= (std::uint64_t(1) << 1); }
     bool CheckView() const { return (m_presence[0] & (std::uint64_t(1) << 1)) != 0; }
+    // "zoom": child element
     CT_Zoom* GetZoom() const { return m_Zoom; }
     void SetZoom(CT_Zoom* value) { m_Zoom = value; m_presence[0] |= (std::uint64_t(1) << 2); }
     bool CheckZoom() const { return (m_presence[0] & (std::uint64_t(1) << 2)) != 0; }
+    // "removePersonalInformation": child element
     CT_OnOff* GetRemovePersonalInformation() const { return m_RemovePersonalInformation; }
     void SetRemovePersonalInformation(CT_OnOff* value) { m_RemovePersonalInformation = value; m_presence[0] |= (std::uint64_t(1) << 3); }
     bool CheckRemovePersonalInformation() const { return (m_presence[0] & (std::uint64_t(1) << 3)) != 0; }
+    // "removeDateAndTime": child element
     CT_OnOff* GetRemoveDateAndTime() const { return m_RemoveDateAndTime; }
     void SetRemoveDateAndTime(CT_OnOff* value) { m_RemoveDateAndTime = value; m_presence[0] |= (std::uint64_t(1) << 4); }
     bool CheckRemoveDateAndTime() const { return (m_presence[0] & (std::uint64_t(1) << 4)) != 0; }
+    // "doNotDisplayPageBoundaries": child element
     CT_OnOff* GetDoNotDisplayPageBoundaries() const { return m_DoNotDisplayPageBoundaries; }
     void SetDoNotDisplayPageBoundaries(CT_OnOff* value) { m_DoNotDisplayPageBoundaries = value; m_presence[0] |= (std::uint64_t(1) << 5); }
     bool CheckDoNotDisplayPageBoundaries() const { return (m_presence[0] & (std::uint64_t(1) << 5)) != 0; }
+    // "displayBackgroundShape": child element
     CT_OnOff* GetDisplayBackgroundShape() const { return m_DisplayBackgroundShape; }
     void SetDisplayBackgroundShape(CT_OnOff* value) { m_DisplayBackgroundShape = value; m_presence[0] |= (std::uint64_t(1) << 6); }
     bool CheckDisplayBackgroundShape() const { return (m_presence[0] & (std::uint64_t(1) << 6)) != 0; }
+    // "printPostScriptOverText": child element
     CT_OnOff* GetPrintPostScriptOverText() const { return m_PrintPostScriptOverText; }
     void SetPrintPostScriptOverText(CT_OnOff* value) { m_PrintPostScriptOverText = value; m_presence[0] |= (std::uint64_t(1) << 7); }
     bool CheckPrintPostScriptOverText() const { return (m_presence[0] & (std::uint64_t(1) << 7)) != 0; }
+    // "printFractionalCharacterWidth": child element
     CT_OnOff* GetPrintFractionalCharacterWidth() const { return m_PrintFractionalCharacterWidth; }
     void SetPrintFractionalCharacterWidth(CT_OnOff* value) { m_PrintFractionalCharacterWidth = value; m_presence[0] |= (std::uint64_t(1) << 8); }
     bool CheckPrintFractionalCharacterWidth() const { return (m_presence[0] & (std::uint64_t(1) << 8)) != 0; }
+    // "printFormsData": child element
     CT_OnOff* GetPrintFormsData() const { return m_PrintFormsData; }
     void SetPrintFormsData(CT_OnOff* value) { m_PrintFormsData = value; m_presence[0] |= (std::uint64_t(1) << 9); }
     bool CheckPrintFormsData() const { return (m_presence[0] & (std::uint64_t(1) << 9)) != 0; }
+    // "embedTrueTypeFonts": child element
     CT_OnOff* GetEmbedTrueTypeFonts() const { return m_EmbedTrueTypeFonts; }
     void SetEmbedTrueTypeFonts(CT_OnOff* value) { m_EmbedTrueTypeFonts = value; m_presence[0] |= (std::uint64_t(1) << 10); }
     bool CheckEmbedTrueTypeFonts() const { return (m_presence[0] & (std::uint64_t(1) << 10)) != 0; }
+    // "embedSystemFonts": child element
     CT_OnOff* GetEmbedSystemFonts() const { return m_EmbedSystemFonts; }
     void SetEmbedSystemFonts(CT_OnOff* value) { m_EmbedSystemFonts = value; m_presence[0] |= (std::uint64_t(1) << 11); }
     bool CheckEmbedSystemFonts() const { return (m_presence[0] & (std::uint64_t(1) << 11)) != 0; }
+    // "saveSubsetFonts": child element
     CT_OnOff* GetSaveSubsetFonts() const { return m_SaveSubsetFonts; }
     void SetSaveSubsetFonts(CT_OnOff* value) { m_SaveSubsetFonts = value; m_presence[0] |= (std::uint64_t(1) << 12); }
     bool CheckSaveSubsetFonts() const { return (m_presence[0] & (std::uint64_t(1) << 12)) != 0; }
+    // "saveFormsData": child element
     CT_OnOff* GetSaveFormsData() const { return m_SaveFormsData; }
     void SetSaveFormsData(CT_OnOff* value) { m_SaveFormsData = value; m_presence[0] |= (std::uint64_t(1) << 13); }
     bool CheckSaveFormsData() const { return (m_presence[0] & (std::uint64_t(1) << 13)) != 0; }
+    // "mirrorMargins": child element
     CT_OnOff* GetMirrorMargins() const { return m_MirrorMargins; }
     void SetMirrorMargins(CT_OnOff* value) { m_MirrorMargins = value; m_presence[0] |= (std::uint64_t(1) << 14); }
     bool CheckMirrorMargins() const { return (m_presence[0] & (std::uint64_t(1) << 14)) != 0; }
+    // "alignBordersAndEdges": child element
     CT_OnOff* GetAlignBordersAndEdges() const { return m_AlignBordersAndEdges; }
     void SetAlignBordersAndEdges(CT_OnOff* value) { m_AlignBordersAndEdges = value; m_presence[0] |= (std::uint64_t(1) << 15); }
     bool CheckAlignBordersAndEdges() const { return (m_presence[0] & (std::uint64_t(1) << 15)) != 0; }
+    // "bordersDoNotSurroundHeader": child element
     CT_OnOff* GetBordersDoNotSurroundHeader() const { return m_BordersDoNotSurroundHeader; }
     void SetBordersDoNotSurroundHeader(CT_OnOff* value) { m_BordersDoNotSurroundHeader = value; m_presence[0] |= (std::uint64_t(1) << 16); }
     bool CheckBordersDoNotSurroundHeader() const { return (m_presence[0] & (std::uint64_t(1) << 16)) != 0; }
+    // "bordersDoNotSurroundFooter": child element
     CT_OnOff* GetBordersDoNotSurroundFooter() const { return m_BordersDoNotSurroundFooter; }
     void SetBordersDoNotSurroundFooter(CT_OnOff* value) { m_BordersDoNotSurroundFooter = value; m_presence[0] |= (std::uint64_t(1) << 17); }
     bool CheckBordersDoNotSurroundFooter() const { return (m_presence[0] & (std::uint64_t(1) << 17)) != 0; }
+    // "gutterAtTop": child element
     CT_OnOff* GetGutterAtTop() const { return m_GutterAtTop; }
     void SetGutterAtTop(CT_OnOff* value) { m_GutterAtTop = value; m_presence[0] |= (std::uint64_t(1) << 18); }
     bool CheckGutterAtTop() const { return (m_presence[0] & (std::uint64_t(1) << 18)) != 0; }
+    // "hideSpellingErrors": child element
     CT_OnOff* GetHideSpellingErrors() const { return m_HideSpellingErrors; }
     void SetHideSpellingErrors(CT_OnOff* value) { m_HideSpellingErrors = value; m_presence[0] |= (std::uint64_t(1) << 19); }
     bool CheckHideSpellingErrors() const { return (m_presence[0] & (std::uint64_t(1) << 19)) != 0; }
+    // "hideGrammaticalErrors": child element
     CT_OnOff* GetHideGrammaticalErrors() const { return m_HideGrammaticalErrors; }
     void SetHideGrammaticalErrors(CT_OnOff* value) { m_HideGrammaticalErrors = value; m_presence[0] |= (std::uint64_t(1) << 20); }
     bool CheckHideGrammaticalErrors() const { return (m_presence[0] & (std::uint64_t(1) << 20)) != 0; }
+    // "activeWritingStyle": child element
     CT_WritingStyle* GetActiveWritingStyle() const { return m_ActiveWritingStyle; }
     void SetActiveWritingStyle(CT_WritingStyle* value) { m_ActiveWritingStyle = value; m_presence[0] |= (std::uint64_t(1) << 21); }
     bool CheckActiveWritingStyle() const { return (m_presence[0] & (std::uint64_t(1) << 21)) != 0; }
+    // "proofState": child element
     CT_Proof* GetProofState() const { return m_ProofState; }
     void SetProofState(CT_Proof* value) { m_ProofState = value; m_presence[0] |= (std::uint64_t(1) << 22); }
     bool CheckProofState() const { return (m_presence[0] & (std::uint64_t(1) << 22)) != 0; }
+    // "formsDesign": child element
     CT_OnOff* GetFormsDesign() const { return m_FormsDesign; }
     void SetFormsDesign(CT_OnOff* value) { m_FormsDesign = value; m_presence[0] |= (std::uint64_t(1) << 23); }
     bool CheckFormsDesign() const { return (m_presence[0] & (std::uint64_t(1) << 23)) != 0; }
+    // "attachedTemplate": child element
     CT_Rel* GetAttachedTemplate() const { return m_AttachedTemplate; }
     void SetAttachedTemplate(CT_Rel* value) { m_AttachedTemplate = value; m_presence[0] |= (std::uint64_t(1) << 24); }
     bool CheckAttachedTemplate() const { return (m_presence[0] & (std::uint64_t(1) << 24)) != 0; }
+    // "linkStyles": child element
     CT_OnOff* GetLinkStyles() const { return m_LinkStyles; }
     void SetLinkStyles(CT_OnOff* value) { m_LinkStyles = value; m_presence[0] |= (std::uint64_t(1) << 25); }
     bool CheckLinkStyles() const { return (m_presence[0] & (std::uint64_t(1) << 25)) != 0; }
+    // "stylePaneFormatFilter": child element
     CT_StylePaneFilter* GetStylePaneFormatFilter() const { return m_StylePaneFormatFilter; }
     void SetStylePaneFormatFilter(CT_StylePaneFilter* value) { m_StylePaneFormatFilter = value; m_presence[0] |= (std::uint64_t(1) << 26); }
     bool CheckStylePaneFormatFilter() const { return (m_presence[0] & (std::uint64_t(1) << 26)) != 0; }
+    // "stylePaneSortMethod": child element
     CT_StyleSort* GetStylePaneSortMethod() const { return m_StylePaneSortMethod; }
     void SetStylePaneSortMethod(CT_StyleSort* value) { m_StylePaneSortMethod = value; m_presence[0] |= (std::uint64_t(1) << 27); }
     bool CheckStylePaneSortMethod() const { return (m_presence[0] & (std::uint64_t(1) << 27)) != 0; }
+    // "documentType": child element
     CT_DocType* GetDocumentType() const { return m_DocumentType; }
     void SetDocumentType(CT_DocType* value) { m_DocumentType = value; m_presence[0] |= (std::uint64_t(1) << 28); }
     bool CheckDocumentType() const { return (m_presence[0] & (std::uint64_t(1) << 28)) != 0; }
+    // "mailMerge": child element
     CT_MailMerge* GetMailMerge() const { return m_MailMerge; }
     void SetMailMerge(CT_MailMerge* value) { m_MailMerge = value; m_presence[0] |= (std::uint64_t(1) << 29); }
     bool CheckMailMerge() const { return (m_presence[0] & (std::uint64_t(1) << 29)) != 0; }
+    // "revisionView": child element
     CT_TrackChangesView* GetRevisionView() const { return m_RevisionView; }
     void SetRevisionView(CT_TrackChangesView* value) { m_RevisionView = value; m_presence[0] |= (std::uint64_t(1) << 30); }
     bool CheckRevisionView() const { return (m_presence[0] & (std::uint64_t(1) << 30)) != 0; }
+    // "trackRevisions": child element
     CT_OnOff* GetTrackRevisions() const { return m_TrackRevisions; }
     void SetTrackRevisions(CT_OnOff* value) { m_TrackRevisions = value; m_presence[0] |= (std::uint64_t(1) << 31); }
     bool CheckTrackRevisions() const { return (m_presence[0] & (std::uint64_t(1) << 31)) != 0; }
+    // "doNotTrackMoves": child element
     CT_OnOff* GetDoNotTrackMoves() const { return m_DoNotTrackMoves; }
     void SetDoNotTrackMoves(CT_OnOff* value) { m_DoNotTrackMoves = value; m_presence[0] |= (std::uint64_t(1) << 32); }
     bool CheckDoNotTrackMoves() const { return (m_presence[0] & (std::uint64_t(1) << 32)) != 0; }
+    // "doNotTrackFormatting": child element
     CT_OnOff* GetDoNotTrackFormatting() const { return m_DoNotTrackFormatting; }
     void SetDoNotTrackFormatting(CT_OnOff* value) { m_DoNotTrackFormatting = value; m_presence[0] |= (std::uint64_t(1) << 33); }
     bool CheckDoNotTrackFormatting() const { return (m_presence[0] & (std::uint64_t(1) << 33)) != 0; }
+    // "documentProtection": child element
     CT_DocProtect* GetDocumentProtection() const { return m_DocumentProtection; }
     void SetDocumentProtection(CT_DocProtect* value) { m_DocumentProtection = value; m_presence[0] |= (std::uint64_t(1) << 34); }
     bool CheckDocumentProtection() const { return (m_presence[0] & (std::uint64_t(1) << 34)) != 0; }
+    // "autoFormatOverride": child element
     CT_OnOff* GetAutoFormatOverride() const { return m_AutoFormatOverride; }
     void SetAutoFormatOverride(CT_OnOff* value) { m_AutoFormatOverride = value; m_presence[0] |= (std::uint64_t(1) << 35); }
     bool CheckAutoFormatOverride() const { return (m_presence[0] & (std::uint64_t(1) << 35)) != 0; }
+    // "styleLockTheme": child element
     CT_OnOff* GetStyleLockTheme() const { return m_StyleLockTheme; }
     void SetStyleLockTheme(CT_OnOff* value) { m_StyleLockTheme = value; m_presence[0] |= (std::uint64_t(1) << 36); }
     bool CheckStyleLockTheme() const { return (m_presence[0] & (std::uint64_t(1) << 36)) != 0; }
+    // "styleLockQFSet": child element
     CT_OnOff* GetStyleLockQFSet() const { return m_StyleLockQFSet; }
     void SetStyleLockQFSet(CT_OnOff* value) { m_StyleLockQFSet = value; m_presence[0] |= (std::uint64_t(1) << 37); }
     bool CheckStyleLockQFSet() const { return (m_presence[0] & (std::uint64_t(1) << 37)) != 0; }
+    // "defaultTabStop": child element
     CT_TwipsMeasure* GetDefaultTabStop() const { return m_DefaultTabStop; }
     void SetDefaultTabStop(CT_TwipsMeasure* value) { m_DefaultTabStop = value; m_presence[0] |= (std::uint64_t(1) << 38); }
     bool CheckDefaultTabStop() const { return (m_presence[0] & (std::uint64_t(1) << 38)) != 0; }
+    // "autoHyphenation": child element
     CT_OnOff* GetAutoHyphenation() const { return m_AutoHyphenation; }
     void SetAutoHyphenation(CT_OnOff* value) { m_AutoHyphenation = value; m_presence[0] |= (std::uint64_t(1) << 39); }
     bool CheckAutoHyphenation() const { return (m_presence[0] & (std::uint64_t(1) << 39)) != 0; }
+    // "consecutiveHyphenLimit": child element
     CT_DecimalNumber* GetConsecutiveHyphenLimit() const { return m_ConsecutiveHyphenLimit; }
     void SetConsecutiveHyphenLimit(CT_DecimalNumber* value) { m_ConsecutiveHyphenLimit = value; m_presence[0] |= (std::uint64_t(1) << 40); }
     bool CheckConsecutiveHyphenLimit() const { return (m_presence[0] & (std::uint64_t(1) << 40)) != 0; }
+    // "hyphenationZone": child element
     CT_TwipsMeasure* GetHyphenationZone() const { return m_HyphenationZone; }
     void SetHyphenationZone(CT_TwipsMeasure* value) { m_HyphenationZone = value; m_presence[0] |= (std::uint64_t(1) << 41); }
     bool CheckHyphenationZone() const { return (m_presence[0] & (std::uint64_t(1) << 41)) != 0; }
+    // "doNotHyphenateCaps": child element
     CT_OnOff* GetDoNotHyphenateCaps() const { return m_DoNotHyphenateCaps; }
     void SetDoNotHyphenateCaps(CT_OnOff* value) { m_DoNotHyphenateCaps = value; m_presence[0] |= (std::uint64_t(1) << 42); }
     bool CheckDoNotHyphenateCaps() const { return (m_presence[0] & (std::uint64_t(1) << 42)) != 0; }
+    // "showEnvelope": child element
     CT_OnOff* GetShowEnvelope() const { return m_ShowEnvelope; }
     void SetShowEnvelope(CT_OnOff* value) { m_ShowEnvelope = value; m_presence[0] |= (std::uint64_t(1) << 43); }
     bool CheckShowEnvelope() const { return (m_presence[0] & (std::uint64_t(1) << 43)) != 0; }
+    // "summaryLength": child element
     CT_DecimalNumberOrPrecent* GetSummaryLength() const { return m_SummaryLength; }
     void SetSummaryLength(CT_DecimalNumberOrPrecent* value) { m_SummaryLength = value; m_presence[0] |= (std::uint64_t(1) << 44); }
     bool CheckSummaryLength() const { return (m_presence[0] & (std::uint64_t(1) << 44)) != 0; }
+    // "clickAndTypeStyle": child element
     CT_String* GetClickAndTypeStyle() const { return m_ClickAndTypeStyle; }
     void SetClickAndTypeStyle(CT_String* value) { m_ClickAndTypeStyle = value; m_presence[0] |= (std::uint64_t(1) << 45); }
     bool CheckClickAndTypeStyle() const { return (m_presence[0] & (std::uint64_t(1) << 45)) != 0; }
+    // "defaultTableStyle": child element
     CT_String* GetDefaultTableStyle() const { return m_DefaultTableStyle; }
     void SetDefaultTableStyle(CT_String* value) { m_DefaultTableStyle = value; m_presence[0] |= (std::uint64_t(1) << 46); }
     bool CheckDefaultTableStyle() const { return (m_presence[0] & (std::uint64_t(1) << 46)) != 0; }
+    // "evenAndOddHeaders": child element
     CT_OnOff* GetEvenAndOddHeaders() const { return m_EvenAndOddHeaders; }
     void SetEvenAndOddHeaders(CT_OnOff* value) { m_EvenAndOddHeaders = value; m_presence[0] |= (std::uint64_t(1) << 47); }
     bool CheckEvenAndOddHeaders() const { return (m_presence[0] & (std::uint64_t(1) << 47)) != 0; }
+    // "bookFoldRevPrinting": child element
     CT_OnOff* GetBookFoldRevPrinting() const { return m_BookFoldRevPrinting; }
     void SetBookFoldRevPrinting(CT_OnOff* value) { m_BookFoldRevPrinting = value; m_presence[0] |= (std::uint64_t(1) << 48); }
     bool CheckBookFoldRevPrinting() const { return (m_presence[0] & (std::uint64_t(1) << 48)) != 0; }
+    // "bookFoldPrinting": child element
     CT_OnOff* GetBookFoldPrinting() const { return m_BookFoldPrinting; }
     void SetBookFoldPrinting(CT_OnOff* value) { m_BookFoldPrinting = value; m_presence[0] |= (std::uint64_t(1) << 49); }
     bool CheckBookFoldPrinting() const { return (m_presence[0] & (std::uint64_t(1) << 49)) != 0; }
+    // "bookFoldPrintingSheets": child element
     CT_DecimalNumber* GetBookFoldPrintingSheets() const { return m_BookFoldPrintingSheets; }
     void SetBookFoldPrintingSheets(CT_DecimalNumber* value) { m_BookFoldPrintingSheets = value; m_presence[0] |= (std::uint64_t(1) << 50); }
     bool CheckBookFoldPrintingSheets() const { return (m_presence[0] & (std::uint64_t(1) << 50)) != 0; }
+    // "drawingGridHorizontalSpacing": child element
     CT_TwipsMeasure* GetDrawingGridHorizontalSpacing() const { return m_DrawingGridHorizontalSpacing; }
     void SetDrawingGridHorizontalSpacing(CT_TwipsMeasure* value) { m_DrawingGridHorizontalSpacing = value; m_presence[0] |= (std::uint64_t(1) << 51); }
     bool CheckDrawingGridHorizontalSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 51)) != 0; }
+    // "drawingGridVerticalSpacing": child element
     CT_TwipsMeasure* GetDrawingGridVerticalSpacing() const { return m_DrawingGridVerticalSpacing; }
     void SetDrawingGridVerticalSpacing(CT_TwipsMeasure* value) { m_DrawingGridVerticalSpacing = value; m_presence[0] |= (std::uint64_t(1) << 52); }
     bool CheckDrawingGridVerticalSpacing() const { return (m_presence[0] & (std::uint64_t(1) << 52)) != 0; }
+    // "displayHorizontalDrawingGridEvery": child element
     CT_DecimalNumber* GetDisplayHorizontalDrawingGridEvery() const { return m_DisplayHorizontalDrawingGridEvery; }
     void SetDisplayHorizontalDrawingGridEvery(CT_DecimalNumber* value) { m_DisplayHorizontalDrawingGridEvery = value; m_presence[0] |= (std::uint64_t(1) << 53); }
     bool CheckDisplayHorizontalDrawingGridEvery() const { return (m_presence[0] & (std::uint64_t(1) << 53)) != 0; }
+    // "displayVerticalDrawingGridEvery": child element
     CT_DecimalNumber* GetDisplayVerticalDrawingGridEvery() const { return m_DisplayVerticalDrawingGridEvery; }
     void SetDisplayVerticalDrawingGridEvery(CT_DecimalNumber* value) { m_DisplayVerticalDrawingGridEvery = value; m_presence[0] |= (std::uint64_t(1) << 54); }
     bool CheckDisplayVerticalDrawingGridEvery() const { return (m_presence[0] & (std::uint64_t(1) << 54)) != 0; }
+    // "doNotUseMarginsForDrawingGridOrigin": child element
     CT_OnOff* GetDoNotUseMarginsForDrawingGridOrigin() const { return m_DoNotUseMarginsForDrawingGridOrigin; }
     void SetDoNotUseMarginsForDrawingGridOrigin(CT_OnOff* value) { m_DoNotUseMarginsForDrawingGridOrigin = value; m_presence[0] |= (std::uint64_t(1) << 55); }
     bool CheckDoNotUseMarginsForDrawingGridOrigin() const { return (m_presence[0] & (std::uint64_t(1) << 55)) != 0; }
+    // "drawingGridHorizontalOrigin": child element
     CT_TwipsMeasure* GetDrawingGridHorizontalOrigin() const { return m_DrawingGridHorizontalOrigin; }
     void SetDrawingGridHorizontalOrigin(CT_TwipsMeasure* value) { m_DrawingGridHorizontalOrigin = value; m_presence[0] |= (std::uint64_t(1) << 56); }
     bool CheckDrawingGridHorizontalOrigin() const { return (m_presence[0] & (std::uint64_t(1) << 56)) != 0; }
+    // "drawingGridVerticalOrigin": child element
     CT_TwipsMeasure* GetDrawingGridVerticalOrigin() const { return m_DrawingGridVerticalOrigin; }
     void SetDrawingGridVerticalOrigin(CT_TwipsMeasure* value) { m_DrawingGridVerticalOrigin = value; m_presence[0] |= (std::uint64_t(1) << 57); }
     bool CheckDrawingGridVerticalOrigin() const { return (m_presence[0] & (std::uint64_t(1) << 57)) != 0; }
+    // "doNotShadeFormData": child element
     CT_OnOff* GetDoNotShadeFormData() const { return m_DoNotShadeFormData; }
     void SetDoNotShadeFormData(CT_OnOff* value) { m_DoNotShadeFormData = value; m_presence[0] |= (std::uint64_t(1) << 58); }
     bool CheckDoNotShadeFormData() const { return (m_presence[0] & (std::uint64_t(1) << 58)) != 0; }
+    // "noPunctuationKerning": child element
     CT_OnOff* GetNoPunctuationKerning() const { return m_NoPunctuationKerning; }
     void SetNoPunctuationKerning(CT_OnOff* value) { m_NoPunctuationKerning = value; m_presence[0] |= (std::uint64_t(1) << 59); }
     bool CheckNoPunctuationKerning() const { return (m_presence[0] & (std::uint64_t(1) << 59)) != 0; }
+    // "characterSpacingControl": child element
     CT_CharacterSpacing* GetCharacterSpacingControl() const { return m_CharacterSpacingControl; }
     void SetCharacterSpacingControl(CT_CharacterSpacing* value) { m_CharacterSpacingControl = value; m_presence[0] |= (std::uint64_t(1) << 60); }
     bool CheckCharacterSpacingControl() const { return (m_presence[0] & (std::uint64_t(1) << 60)) != 0; }
+    // "printTwoOnOne": child element
     CT_OnOff* GetPrintTwoOnOne() const { return m_PrintTwoOnOne; }
     void SetPrintTwoOnOne(CT_OnOff* value) { m_PrintTwoOnOne = value; m_presence[0] |= (std::uint64_t(1) << 61); }
     bool CheckPrintTwoOnOne() const { return (m_presence[0] & (std::uint64_t(1) << 61)) != 0; }
+    // "strictFirstAndLastChars": child element
     CT_OnOff* GetStrictFirstAndLastChars() const { return m_StrictFirstAndLastChars; }
     void SetStrictFirstAndLastChars(CT_OnOff* value) { m_StrictFirstAndLastChars = value; m_presence[0] |= (std::uint64_t(1) << 62); }
     bool CheckStrictFirstAndLastChars() const { return (m_presence[0] & (std::uint64_t(1) << 62)) != 0; }
+    // "noLineBreaksAfter": child element
     CT_Kinsoku* GetNoLineBreaksAfter() const { return m_NoLineBreaksAfter; }
     void SetNoLineBreaksAfter(CT_Kinsoku* value) { m_NoLineBreaksAfter = value; m_presence[0] |= (std::uint64_t(1) << 63); }
     bool CheckNoLineBreaksAfter() const { return (m_presence[0] & (std::uint64_t(1) << 63)) != 0; }
+    // "noLineBreaksBefore": child element
     CT_Kinsoku* GetNoLineBreaksBefore() const { return m_NoLineBreaksBefore; }
     void SetNoLineBreaksBefore(CT_Kinsoku* value) { m_NoLineBreaksBefore = value; m_presence[1] |= (std::uint64_t(1) << 0); }
     bool CheckNoLineBreaksBefore() const { return (m_presence[1] & (std::uint64_t(1) << 0)) != 0; }
+    // "savePreviewPicture": child element
     CT_OnOff* GetSavePreviewPicture() const { return m_SavePreviewPicture; }
     void SetSavePreviewPicture(CT_OnOff* value) { m_SavePreviewPicture = value; m_presence[1] |= (std::uint64_t(1) << 1); }
     bool CheckSavePreviewPicture() const { return (m_presence[1] & (std::uint64_t(1) << 1)) != 0; }
+    // "doNotValidateAgainstSchema": child element
     CT_OnOff* GetDoNotValidateAgainstSchema() const { return m_DoNotValidateAgainstSchema; }
     void SetDoNotValidateAgainstSchema(CT_OnOff* value) { m_DoNotValidateAgainstSchema = value; m_presence[1] |= (std::uint64_t(1) << 2); }
     bool CheckDoNotValidateAgainstSchema() const { return (m_presence[1] & (std::uint64_t(1) << 2)) != 0; }
+    // "saveInvalidXml": child element
     CT_OnOff* GetSaveInvalidXml() const { return m_SaveInvalidXml; }
     void SetSaveInvalidXml(CT_OnOff* value) { m_SaveInvalidXml = value; m_presence[1] |= (std::uint64_t(1) << 3); }
     bool CheckSaveInvalidXml() const { return (m_presence[1] & (std::uint64_t(1) << 3)) != 0; }
+    // "ignoreMixedContent": child element
     CT_OnOff* GetIgnoreMixedContent() const { return m_IgnoreMixedContent; }
     void SetIgnoreMixedContent(CT_OnOff* value) { m_IgnoreMixedContent = value; m_presence[1] |= (std::uint64_t(1) << 4); }
     bool CheckIgnoreMixedContent() const { return (m_presence[1] & (std::uint64_t(1) << 4)) != 0; }
+    // "alwaysShowPlaceholderText": child element
     CT_OnOff* GetAlwaysShowPlaceholderText() const { return m_AlwaysShowPlaceholderText; }
     void SetAlwaysShowPlaceholderText(CT_OnOff* value) { m_AlwaysShowPlaceholderText = value; m_presence[1] |= (std::uint64_t(1) << 5); }
     bool CheckAlwaysShowPlaceholderText() const { return (m_presence[1] & (std::uint64_t(1) << 5)) != 0; }
+    // "doNotDemarcateInvalidXml": child element
     CT_OnOff* GetDoNotDemarcateInvalidXml() const { return m_DoNotDemarcateInvalidXml; }
     void SetDoNotDemarcateInvalidXml(CT_OnOff* value) { m_DoNotDemarcateInvalidXml = value; m_presence[1] |= (std::uint64_t(1) << 6); }
     bool CheckDoNotDemarcateInvalidXml() const { return (m_presence[1] & (std::uint64_t(1) << 6)) != 0; }
+    // "saveXmlDataOnly": child element
     CT_OnOff* GetSaveXmlDataOnly() const { return m_SaveXmlDataOnly; }
     void SetSaveXmlDataOnly(CT_OnOff* value) { m_SaveXmlDataOnly = value; m_presence[1] |= (std::uint64_t(1) << 7); }
     bool CheckSaveXmlDataOnly() const { return (m_presence[1] & (std::uint64_t(1) << 7)) != 0; }
+    // "useXSLTWhenSaving": child element
     CT_OnOff* GetUseXSLTWhenSaving() const { return m_UseXSLTWhenSaving; }
     void SetUseXSLTWhenSaving(CT_OnOff* value) { m_UseXSLTWhenSaving = value; m_presence[1] |= (std::uint64_t(1) << 8); }
     bool CheckUseXSLTWhenSaving() const { return (m_presence[1] & (std::uint64_t(1) << 8)) != 0; }
+    // "saveThroughXslt": child element
     CT_SaveThroughXslt* GetSaveThroughXslt() const { return m_SaveThroughXslt; }
     void SetSaveThroughXslt(CT_SaveThroughXslt* value) { m_SaveThroughXslt = value; m_presence[1] |= (std::uint64_t(1) << 9); }
     bool CheckSaveThroughXslt() const { return (m_presence[1] & (std::uint64_t(1) << 9)) != 0; }
+    // "showXMLTags": child element
     CT_OnOff* GetShowXMLTags() const { return m_ShowXMLTags; }
     void SetShowXMLTags(CT_OnOff* value) { m_ShowXMLTags = value; m_presence[1] |= (std::uint64_t(1) << 10); }
     bool CheckShowXMLTags() const { return (m_presence[1] & (std::uint64_t(1) << 10)) != 0; }
+    // "alwaysMergeEmptyNamespace": child element
     CT_OnOff* GetAlwaysMergeEmptyNamespace() const { return m_AlwaysMergeEmptyNamespace; }
     void SetAlwaysMergeEmptyNamespace(CT_OnOff* value) { m_AlwaysMergeEmptyNamespace = value; m_presence[1] |= (std::uint64_t(1) << 11); }
     bool CheckAlwaysMergeEmptyNamespace() const { return (m_presence[1] & (std::uint64_t(1) << 11)) != 0; }
+    // "updateFields": child element
     CT_OnOff* GetUpdateFields() const { return m_UpdateFields; }
     void SetUpdateFields(CT_OnOff* value) { m_UpdateFields = value; m_presence[1] |= (std::uint64_t(1) << 12); }
     bool CheckUpdateFields() const { return (m_presence[1] & (std::uint64_t(1) << 12)) != 0; }
+    // "hdrShapeDefaults": child element
     CT_ShapeDefaults* GetHdrShapeDefaults() const { return m_HdrShapeDefaults; }
     void SetHdrShapeDefaults(CT_ShapeDefaults* value) { m_HdrShapeDefaults = value; m_presence[1] |= (std::uint64_t(1) << 13); }
     bool CheckHdrShapeDefaults() const { return (m_presence[1] & (std::uint64_t(1) << 13)) != 0; }
+    // "footnotePr": child element
     CT_FtnDocProps* GetFootnotePr() const { return m_FootnotePr; }
     void SetFootnotePr(CT_FtnDocProps* value) { m_FootnotePr = value; m_presence[1] |= (std::uint64_t(1) << 14); }
     bool CheckFootnotePr() const { return (m_presence[1] & (std::uint64_t(1) << 14)) != 0; }
+    // "endnotePr": child element
     CT_EdnDocProps* GetEndnotePr() const { return m_EndnotePr; }
     void SetEndnotePr(CT_EdnDocProps* value) { m_EndnotePr = value; m_presence[1] |= (std::uint64_t(1) << 15); }
     bool CheckEndnotePr() const { return (m_presence[1] & (std::uint64_t(1) << 15)) != 0; }
+    // "compat": child element
     CT_Compat* GetCompat() const { return m_Compat; }
     void SetCompat(CT_Compat* value) { m_Compat = value; m_presence[1] |= (std::uint64_t(1) << 16); }
     bool CheckCompat() const { return (m_presence[1] & (std::uint64_t(1) << 16)) != 0; }
+    // "docVars": child element
     CT_DocVars* GetDocVars() const { return m_DocVars; }
     void SetDocVars(CT_DocVars* value) { m_DocVars = value; m_presence[1] |= (std::uint64_t(1) << 17); }
     bool CheckDocVars() const { return (m_presence[1] & (std::uint64_t(1) << 17)) != 0; }
+    // "rsids": child element
     CT_DocRsids* GetRsids() const { return m_Rsids; }
     void SetRsids(CT_DocRsids* value) { m_Rsids = value; m_presence[1] |= (std::uint64_t(1) << 18); }
     bool CheckRsids() const { return (m_presence[1] & (std::uint64_t(1) << 18)) != 0; }
+    // "m:mathPr": child element
     schemas_openxmlformats_org_officeDocument_x2006_math::CT_MathPr* GetM_mathPr() const { return m_M_mathPr; }
     void SetM_mathPr(schemas_openxmlformats_org_officeDocument_x2006_math::CT_MathPr* value) { m_M_mathPr = value; m_presence[1] |= (std::uint64_t(1) << 19); }
     bool CheckM_mathPr() const { return (m_presence[1] & (std::uint64_t(1) << 19)) != 0; }
+    // "attachedSchema": child element
     CT_String* GetAttachedSchema() const { return m_AttachedSchema; }
     void SetAttachedSchema(CT_String* value) { m_AttachedSchema = value; m_presence[1] |= (std::uint64_t(1) << 20); }
     bool CheckAttachedSchema() const { return (m_presence[1] & (std::uint64_t(1) << 20)) != 0; }
+    // "themeFontLang": child element
     CT_Language* GetThemeFontLang() const { return m_ThemeFontLang; }
     void SetThemeFontLang(CT_Language* value) { m_ThemeFontLang = value; m_presence[1] |= (std::uint64_t(1) << 21); }
     bool CheckThemeFontLang() const { return (m_presence[1] & (std::uint64_t(1) << 21)) != 0; }
+    // "clrSchemeMapping": child element
     CT_ColorSchemeMapping* GetClrSchemeMapping() const { return m_ClrSchemeMapping; }
     void SetClrSchemeMapping(CT_ColorSchemeMapping* value) { m_ClrSchemeMapping = value; m_presence[1] |= (std::uint64_t(1) << 22); }
     bool CheckClrSchemeMapping() const { return (m_presence[1] & (std::uint64_t(1) << 22)) != 0; }
+    // "doNotIncludeSubdocsInStats": child element
     CT_OnOff* GetDoNotIncludeSubdocsInStats() const { return m_DoNotIncludeSubdocsInStats; }
     void SetDoNotIncludeSubdocsInStats(CT_OnOff* value) { m_DoNotIncludeSubdocsInStats = value; m_presence[1] |= (std::uint64_t(1) << 23); }
     bool CheckDoNotIncludeSubdocsInStats() const { return (m_presence[1] & (std::uint64_t(1) << 23)) != 0; }
+    // "doNotAutoCompressPictures": child element
     CT_OnOff* GetDoNotAutoCompressPictures() const { return m_DoNotAutoCompressPictures; }
     void SetDoNotAutoCompressPictures(CT_OnOff* value) { m_DoNotAutoCompressPictures = value; m_presence[1] |= (std::uint64_t(1) << 24); }
     bool CheckDoNotAutoCompressPictures() const { return (m_presence[1] & (std::uint64_t(1) << 24)) != 0; }
+    // "forceUpgrade": child element
     CT_Empty* GetForceUpgrade() const { return m_ForceUpgrade; }
     void SetForceUpgrade(CT_Empty* value) { m_ForceUpgrade = value; m_presence[1] |= (std::uint64_t(1) << 25); }
     bool CheckForceUpgrade() const { return (m_presence[1] & (std::uint64_t(1) << 25)) != 0; }
+    // "captions": child element
     CT_Captions* GetCaptions() const { return m_Captions; }
     void SetCaptions(CT_Captions* value) { m_Captions = value; m_presence[1] |= (std::uint64_t(1) << 26); }
     bool CheckCaptions() const { return (m_presence[1] & (std::uint64_t(1) << 26)) != 0; }
+    // "readModeInkLockDown": child element
     CT_ReadingModeInkLockDown* GetReadModeInkLockDown() const { return m_ReadModeInkLockDown; }
     void SetReadModeInkLockDown(CT_ReadingModeInkLockDown* value) { m_ReadModeInkLockDown = value; m_presence[1] |= (std::uint64_t(1) << 27); }
     bool CheckReadModeInkLockDown() const { return (m_presence[1] & (std::uint64_t(1) << 27)) != 0; }
+    // "smartTagType": child element
     CT_SmartTagType* GetSmartTagType() const { return m_SmartTagType; }
     void SetSmartTagType(CT_SmartTagType* value) { m_SmartTagType = value; m_presence[1] |= (std::uint64_t(1) << 28); }
     bool CheckSmartTagType() const { return (m_presence[1] & (std::uint64_t(1) << 28)) != 0; }
+    // "sl:schemaLibrary": child element
     schemas_openxmlformats_org_schemaLibrary_x2006_main::CT_SchemaLibrary* GetSl_schemaLibrary() const { return m_Sl_schemaLibrary; }
     void SetSl_schemaLibrary(schemas_openxmlformats_org_schemaLibrary_x2006_main::CT_SchemaLibrary* value) { m_Sl_schemaLibrary = value; m_presence[1] |= (std::uint64_t(1) << 29); }
     bool CheckSl_schemaLibrary() const { return (m_presence[1] & (std::uint64_t(1) << 29)) != 0; }
+    // "shapeDefaults": child element
     CT_ShapeDefaults* GetShapeDefaults() const { return m_ShapeDefaults; }
     void SetShapeDefaults(CT_ShapeDefaults* value) { m_ShapeDefaults = value; m_presence[1] |= (std::uint64_t(1) << 30); }
     bool CheckShapeDefaults() const { return (m_presence[1] & (std::uint64_t(1) << 30)) != 0; }
+    // "doNotEmbedSmartTags": child element
     CT_OnOff* GetDoNotEmbedSmartTags() const { return m_DoNotEmbedSmartTags; }
     void SetDoNotEmbedSmartTags(CT_OnOff* value) { m_DoNotEmbedSmartTags = value; m_presence[1] |= (std::uint64_t(1) << 31); }
     bool CheckDoNotEmbedSmartTags() const { return (m_presence[1] & (std::uint64_t(1) << 31)) != 0; }
+    // "decimalSymbol": child element
     CT_String* GetDecimalSymbol() const { return m_DecimalSymbol; }
     void SetDecimalSymbol(CT_String* value) { m_DecimalSymbol = value; m_presence[1] |= (std::uint64_t(1) << 32); }
     bool CheckDecimalSymbol() const { return (m_presence[1] & (std::uint64_t(1) << 32)) != 0; }
+    // "listSeparator": child element
     CT_String* GetListSeparator() const { return m_ListSeparator; }
     void SetListSeparator(CT_String* value) { m_ListSeparator = value; m_presence[1] |= (std::uint64_t(1) << 33); }
     bool CheckListSeparator() const { return (m_presence[1] & (std::uint64_t(1) << 33)) != 0; }
@@ -9413,6 +10501,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -9433,51 +10522,67 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "allStyles": attribute, wxAny
     wxAny GetAllStyles() const;
     void SetAllStyles(wxAny value);
     bool CheckAllStyles() const { return (m_presence & (1u << 0)) != 0; }
+    // "customStyles": attribute, wxAny
     wxAny GetCustomStyles() const;
     void SetCustomStyles(wxAny value);
     bool CheckCustomStyles() const { return (m_presence & (1u << 1)) != 0; }
+    // "latentStyles": attribute, wxAny
     wxAny GetLatentStyles() const;
     void SetLatentStyles(wxAny value);
     bool CheckLatentStyles() const { return (m_presence & (1u << 2)) != 0; }
+    // "stylesInUse": attribute, wxAny
     wxAny GetStylesInUse() const;
     void SetStylesInUse(wxAny value);
     bool CheckStylesInUse() const { return (m_presence & (1u << 3)) != 0; }
+    // "headingStyles": attribute, wxAny
     wxAny GetHeadingStyles() const;
     void SetHeadingStyles(wxAny value);
     bool CheckHeadingStyles() const { return (m_presence & (1u << 4)) != 0; }
+    // "numberingStyles": attribute, wxAny
     wxAny GetNumberingStyles() const;
     void SetNumberingStyles(wxAny value);
     bool CheckNumberingStyles() const { return (m_presence & (1u << 5)) != 0; }
+    // "tableStyles": attribute, wxAny
     wxAny GetTableStyles() const;
     void SetTableStyles(wxAny value);
     bool CheckTableStyles() const { return (m_presence & (1u << 6)) != 0; }
+    // "directFormattingOnRuns": attribute, wxAny
     wxAny GetDirectFormattingOnRuns() const;
     void SetDirectFormattingOnRuns(wxAny value);
     bool CheckDirectFormattingOnRuns() const { return (m_presence & (1u << 7)) != 0; }
+    // "directFormattingOnParagraphs": attribute, wxAny
     wxAny GetDirectFormattingOnParagraphs() const;
     void SetDirectFormattingOnParagraphs(wxAny value);
     bool CheckDirectFormattingOnParagraphs() const { return (m_presence & (1u << 8)) != 0; }
+    // "directFormattingOnNumbering": attribute, wxAny
     wxAny GetDirectFormattingOnNumbering() const;
     void SetDirectFormattingOnNumbering(wxAny value);
     bool CheckDirectFormattingOnNumbering() const { return (m_presence & (1u << 9)) != 0; }
+    // "directFormattingOnTables": attribute, wxAny
     wxAny GetDirectFormattingOnTables() const;
     void SetDirectFormattingOnTables(wxAny value);
     bool CheckDirectFormattingOnTables() const { return (m_presence & (1u << 10)) != 0; }
+    // "clearFormatting": attribute, wxAny
     wxAny GetClearFormatting() const;
     void SetClearFormatting(wxAny value);
     bool CheckClearFormatting() const { return (m_presence & (1u << 11)) != 0; }
+    // "top3HeadingStyles": attribute, wxAny
     wxAny GetTop3HeadingStyles() const;
     void SetTop3HeadingStyles(wxAny value);
     bool CheckTop3HeadingStyles() const { return (m_presence & (1u << 12)) != 0; }
+    // "visibleStyles": attribute, wxAny
     wxAny GetVisibleStyles() const;
     void SetVisibleStyles(wxAny value);
     bool CheckVisibleStyles() const { return (m_presence & (1u << 13)) != 0; }
+    // "alternateStyleNames": attribute, wxAny
     wxAny GetAlternateStyleNames() const;
     void SetAlternateStyleNames(wxAny value);
     bool CheckAlternateStyleNames() const { return (m_presence & (1u << 14)) != 0; }
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 15)) != 0; }
@@ -9513,42 +10618,55 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "frameset": child element
     CT_Frameset* GetFrameset() const { return m_Frameset; }
     void SetFrameset(CT_Frameset* value) { m_Frameset = value; m_presence |= (1u << 0); }
     bool CheckFrameset() const { return (m_presence & (1u << 0)) != 0; }
+    // "divs": child element
     CT_Divs* GetDivs() const { return m_Divs; }
     void SetDivs(CT_Divs* value) { m_Divs = value; m_presence |= (1u << 1); }
     bool CheckDivs() const { return (m_presence & (1u << 1)) != 0; }
+    // "encoding": child element
     CT_String* GetEncoding() const { return m_Encoding; }
     void SetEncoding(CT_String* value) { m_Encoding = value; m_presence |= (1u << 2); }
     bool CheckEncoding() const { return (m_presence & (1u << 2)) != 0; }
+    // "optimizeForBrowser": child element
     CT_OptimizeForBrowser* GetOptimizeForBrowser() const { return m_OptimizeForBrowser; }
     void SetOptimizeForBrowser(CT_OptimizeForBrowser* value) { m_OptimizeForBrowser = value; m_presence |= (1u << 3); }
     bool CheckOptimizeForBrowser() const { return (m_presence & (1u << 3)) != 0; }
+    // "relyOnVML": child element
     CT_OnOff* GetRelyOnVML() const { return m_RelyOnVML; }
     void SetRelyOnVML(CT_OnOff* value) { m_RelyOnVML = value; m_presence |= (1u << 4); }
     bool CheckRelyOnVML() const { return (m_presence & (1u << 4)) != 0; }
+    // "allowPNG": child element
     CT_OnOff* GetAllowPNG() const { return m_AllowPNG; }
     void SetAllowPNG(CT_OnOff* value) { m_AllowPNG = value; m_presence |= (1u << 5); }
     bool CheckAllowPNG() const { return (m_presence & (1u << 5)) != 0; }
+    // "doNotRelyOnCSS": child element
     CT_OnOff* GetDoNotRelyOnCSS() const { return m_DoNotRelyOnCSS; }
     void SetDoNotRelyOnCSS(CT_OnOff* value) { m_DoNotRelyOnCSS = value; m_presence |= (1u << 6); }
     bool CheckDoNotRelyOnCSS() const { return (m_presence & (1u << 6)) != 0; }
+    // "doNotSaveAsSingleFile": child element
     CT_OnOff* GetDoNotSaveAsSingleFile() const { return m_DoNotSaveAsSingleFile; }
     void SetDoNotSaveAsSingleFile(CT_OnOff* value) { m_DoNotSaveAsSingleFile = value; m_presence |= (1u << 7); }
     bool CheckDoNotSaveAsSingleFile() const { return (m_presence & (1u << 7)) != 0; }
+    // "doNotOrganizeInFolder": child element
     CT_OnOff* GetDoNotOrganizeInFolder() const { return m_DoNotOrganizeInFolder; }
     void SetDoNotOrganizeInFolder(CT_OnOff* value) { m_DoNotOrganizeInFolder = value; m_presence |= (1u << 8); }
     bool CheckDoNotOrganizeInFolder() const { return (m_presence & (1u << 8)) != 0; }
+    // "doNotUseLongFileNames": child element
     CT_OnOff* GetDoNotUseLongFileNames() const { return m_DoNotUseLongFileNames; }
     void SetDoNotUseLongFileNames(CT_OnOff* value) { m_DoNotUseLongFileNames = value; m_presence |= (1u << 9); }
     bool CheckDoNotUseLongFileNames() const { return (m_presence & (1u << 9)) != 0; }
+    // "pixelsPerInch": child element
     CT_DecimalNumber* GetPixelsPerInch() const { return m_PixelsPerInch; }
     void SetPixelsPerInch(CT_DecimalNumber* value) { m_PixelsPerInch = value; m_presence |= (1u << 10); }
     bool CheckPixelsPerInch() const { return (m_presence & (1u << 10)) != 0; }
+    // "targetScreenSz": child element
     CT_TargetScreenSz* GetTargetScreenSz() const { return m_TargetScreenSz; }
     void SetTargetScreenSz(CT_TargetScreenSz* value) { m_TargetScreenSz = value; m_presence |= (1u << 11); }
     bool CheckTargetScreenSz() const { return (m_presence & (1u << 11)) != 0; }
+    // "saveSmartTagsAsXml": child element
     CT_OnOff* GetSaveSmartTagsAsXml() const { return m_SaveSmartTagsAsXml; }
     void SetSaveSmartTagsAsXml(CT_OnOff* value) { m_SaveSmartTagsAsXml = value; m_presence |= (1u << 12); }
     bool CheckSaveSmartTagsAsXml() const { return (m_presence & (1u << 12)) != 0; }
@@ -9581,6 +10699,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -9601,6 +10720,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "target": attribute, wxString
     wxString GetTarget() const;
     void SetTarget(wxString value);
     bool CheckTarget() const { return (m_presence & (1u << 0)) != 0; }
@@ -9621,33 +10741,43 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sz": child element
     CT_String* GetSz() const { return m_Sz; }
     void SetSz(CT_String* value) { m_Sz = value; m_presence |= (1u << 0); }
     bool CheckSz() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": child element
     CT_String* GetName() const { return m_Name; }
     void SetName(CT_String* value) { m_Name = value; m_presence |= (1u << 1); }
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "title": child element
     CT_String* GetTitle() const { return m_Title; }
     void SetTitle(CT_String* value) { m_Title = value; m_presence |= (1u << 2); }
     bool CheckTitle() const { return (m_presence & (1u << 2)) != 0; }
+    // "longDesc": child element
     CT_Rel* GetLongDesc() const { return m_LongDesc; }
     void SetLongDesc(CT_Rel* value) { m_LongDesc = value; m_presence |= (1u << 3); }
     bool CheckLongDesc() const { return (m_presence & (1u << 3)) != 0; }
+    // "sourceFileName": child element
     CT_Rel* GetSourceFileName() const { return m_SourceFileName; }
     void SetSourceFileName(CT_Rel* value) { m_SourceFileName = value; m_presence |= (1u << 4); }
     bool CheckSourceFileName() const { return (m_presence & (1u << 4)) != 0; }
+    // "marW": child element
     CT_PixelsMeasure* GetMarW() const { return m_MarW; }
     void SetMarW(CT_PixelsMeasure* value) { m_MarW = value; m_presence |= (1u << 5); }
     bool CheckMarW() const { return (m_presence & (1u << 5)) != 0; }
+    // "marH": child element
     CT_PixelsMeasure* GetMarH() const { return m_MarH; }
     void SetMarH(CT_PixelsMeasure* value) { m_MarH = value; m_presence |= (1u << 6); }
     bool CheckMarH() const { return (m_presence & (1u << 6)) != 0; }
+    // "scrollbar": child element
     CT_FrameScrollbar* GetScrollbar() const { return m_Scrollbar; }
     void SetScrollbar(CT_FrameScrollbar* value) { m_Scrollbar = value; m_presence |= (1u << 7); }
     bool CheckScrollbar() const { return (m_presence & (1u << 7)) != 0; }
+    // "noResizeAllowed": child element
     CT_OnOff* GetNoResizeAllowed() const { return m_NoResizeAllowed; }
     void SetNoResizeAllowed(CT_OnOff* value) { m_NoResizeAllowed = value; m_presence |= (1u << 8); }
     bool CheckNoResizeAllowed() const { return (m_presence & (1u << 8)) != 0; }
+    // "linkedToFile": child element
     CT_OnOff* GetLinkedToFile() const { return m_LinkedToFile; }
     void SetLinkedToFile(CT_OnOff* value) { m_LinkedToFile = value; m_presence |= (1u << 9); }
     bool CheckLinkedToFile() const { return (m_presence & (1u << 9)) != 0; }
@@ -9677,6 +10807,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -9697,15 +10828,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "w": child element
     CT_TwipsMeasure* GetW() const { return m_W; }
     void SetW(CT_TwipsMeasure* value) { m_W = value; m_presence |= (1u << 0); }
     bool CheckW() const { return (m_presence & (1u << 0)) != 0; }
+    // "color": child element
     CT_Color* GetColor() const { return m_Color; }
     void SetColor(CT_Color* value) { m_Color = value; m_presence |= (1u << 1); }
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
+    // "noBorder": child element
     CT_OnOff* GetNoBorder() const { return m_NoBorder; }
     void SetNoBorder(CT_OnOff* value) { m_NoBorder = value; m_presence |= (1u << 2); }
     bool CheckNoBorder() const { return (m_presence & (1u << 2)) != 0; }
+    // "flatBorders": child element
     CT_OnOff* GetFlatBorders() const { return m_FlatBorders; }
     void SetFlatBorders(CT_OnOff* value) { m_FlatBorders = value; m_presence |= (1u << 3); }
     bool CheckFlatBorders() const { return (m_presence & (1u << 3)) != 0; }
@@ -9729,18 +10864,23 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "sz": child element
     CT_String* GetSz() const { return m_Sz; }
     void SetSz(CT_String* value) { m_Sz = value; m_presence |= (1u << 0); }
     bool CheckSz() const { return (m_presence & (1u << 0)) != 0; }
+    // "framesetSplitbar": child element
     CT_FramesetSplitbar* GetFramesetSplitbar() const { return m_FramesetSplitbar; }
     void SetFramesetSplitbar(CT_FramesetSplitbar* value) { m_FramesetSplitbar = value; m_presence |= (1u << 1); }
     bool CheckFramesetSplitbar() const { return (m_presence & (1u << 1)) != 0; }
+    // "frameLayout": child element
     CT_FrameLayout* GetFrameLayout() const { return m_FrameLayout; }
     void SetFrameLayout(CT_FrameLayout* value) { m_FrameLayout = value; m_presence |= (1u << 2); }
     bool CheckFrameLayout() const { return (m_presence & (1u << 2)) != 0; }
+    // "title": child element
     CT_String* GetTitle() const { return m_Title; }
     void SetTitle(CT_String* value) { m_Title = value; m_presence |= (1u << 3); }
     bool CheckTitle() const { return (m_presence & (1u << 3)) != 0; }
+    // choice holder, repeated
     XMLPtrArray<CT_FramesetData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_FramesetData__> value);
     bool CheckData__() const { return (m_presence & (1u << 4)) != 0; }
@@ -9770,9 +10910,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "frameset": child element, repeated
     XMLPtrArray<CT_Frameset> GetFrameset() const;
     void SetFrameset(XMLPtrArray<CT_Frameset> value);
     bool CheckFrameset() const { return (m_presence & (1u << 0)) != 0; }
+    // "frame": child element, repeated
     XMLPtrArray<CT_Frame> GetFrame() const;
     void SetFrame(XMLPtrArray<CT_Frame> value);
     bool CheckFrame() const { return (m_presence & (1u << 1)) != 0; }
@@ -9794,9 +10936,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_NumPicBulletData__* GetData__() const { return m_Data__; }
     void SetData__(CT_NumPicBulletData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "numPicBulletId": attribute, int
     int GetNumPicBulletId() const { return m_NumPicBulletId; }
     void SetNumPicBulletId(int value) { m_NumPicBulletId = value; m_presence |= (1u << 1); }
     bool CheckNumPicBulletId() const { return (m_presence & (1u << 1)) != 0; }
@@ -9823,9 +10967,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "pict": child element
     CT_Picture* GetPict() const { return m_Pict; }
     void SetPict(CT_Picture* value) { m_Pict = value; m_presence |= (1u << 0); }
     bool CheckPict() const { return (m_presence & (1u << 0)) != 0; }
+    // "drawing": child element
     CT_Drawing* GetDrawing() const { return m_Drawing; }
     void SetDrawing(CT_Drawing* value) { m_Drawing = value; m_presence |= (1u << 1); }
     bool CheckDrawing() const { return (m_presence & (1u << 1)) != 0; }
@@ -9847,6 +10993,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -9867,9 +11014,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "null": attribute, wxAny
     wxAny GetNull() const;
     void SetNull(wxAny value);
     bool CheckNull() const { return (m_presence & (1u << 1)) != 0; }
@@ -9891,12 +11040,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "legacy": attribute, wxAny
     wxAny GetLegacy() const;
     void SetLegacy(wxAny value);
     bool CheckLegacy() const { return (m_presence & (1u << 0)) != 0; }
+    // "legacySpace": attribute, wxAny
     wxAny GetLegacySpace() const;
     void SetLegacySpace(wxAny value);
     bool CheckLegacySpace() const { return (m_presence & (1u << 1)) != 0; }
+    // "legacyIndent": attribute, wxAny
     wxAny GetLegacyIndent() const;
     void SetLegacyIndent(wxAny value);
     bool CheckLegacyIndent() const { return (m_presence & (1u << 2)) != 0; }
@@ -9919,48 +11071,63 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "start": child element
     CT_DecimalNumber* GetStart() const { return m_Start; }
     void SetStart(CT_DecimalNumber* value) { m_Start = value; m_presence |= (1u << 0); }
     bool CheckStart() const { return (m_presence & (1u << 0)) != 0; }
+    // "numFmt": child element
     CT_NumFmt* GetNumFmt() const { return m_NumFmt; }
     void SetNumFmt(CT_NumFmt* value) { m_NumFmt = value; m_presence |= (1u << 1); }
     bool CheckNumFmt() const { return (m_presence & (1u << 1)) != 0; }
+    // "lvlRestart": child element
     CT_DecimalNumber* GetLvlRestart() const { return m_LvlRestart; }
     void SetLvlRestart(CT_DecimalNumber* value) { m_LvlRestart = value; m_presence |= (1u << 2); }
     bool CheckLvlRestart() const { return (m_presence & (1u << 2)) != 0; }
+    // "pStyle": child element
     CT_String* GetPStyle() const { return m_PStyle; }
     void SetPStyle(CT_String* value) { m_PStyle = value; m_presence |= (1u << 3); }
     bool CheckPStyle() const { return (m_presence & (1u << 3)) != 0; }
+    // "isLgl": child element
     CT_OnOff* GetIsLgl() const { return m_IsLgl; }
     void SetIsLgl(CT_OnOff* value) { m_IsLgl = value; m_presence |= (1u << 4); }
     bool CheckIsLgl() const { return (m_presence & (1u << 4)) != 0; }
+    // "suff": child element
     CT_LevelSuffix* GetSuff() const { return m_Suff; }
     void SetSuff(CT_LevelSuffix* value) { m_Suff = value; m_presence |= (1u << 5); }
     bool CheckSuff() const { return (m_presence & (1u << 5)) != 0; }
+    // "lvlText": child element
     CT_LevelText* GetLvlText() const { return m_LvlText; }
     void SetLvlText(CT_LevelText* value) { m_LvlText = value; m_presence |= (1u << 6); }
     bool CheckLvlText() const { return (m_presence & (1u << 6)) != 0; }
+    // "lvlPicBulletId": child element
     CT_DecimalNumber* GetLvlPicBulletId() const { return m_LvlPicBulletId; }
     void SetLvlPicBulletId(CT_DecimalNumber* value) { m_LvlPicBulletId = value; m_presence |= (1u << 7); }
     bool CheckLvlPicBulletId() const { return (m_presence & (1u << 7)) != 0; }
+    // "legacy": child element
     CT_LvlLegacy* GetLegacy() const { return m_Legacy; }
     void SetLegacy(CT_LvlLegacy* value) { m_Legacy = value; m_presence |= (1u << 8); }
     bool CheckLegacy() const { return (m_presence & (1u << 8)) != 0; }
+    // "lvlJc": child element
     CT_Jc* GetLvlJc() const { return m_LvlJc; }
     void SetLvlJc(CT_Jc* value) { m_LvlJc = value; m_presence |= (1u << 9); }
     bool CheckLvlJc() const { return (m_presence & (1u << 9)) != 0; }
+    // "pPr": child element
     CT_PPrGeneral* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPrGeneral* value) { m_PPr = value; m_presence |= (1u << 10); }
     bool CheckPPr() const { return (m_presence & (1u << 10)) != 0; }
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 11); }
     bool CheckRPr() const { return (m_presence & (1u << 11)) != 0; }
+    // "ilvl": attribute, int
     int GetIlvl() const { return m_Ilvl; }
     void SetIlvl(int value) { m_Ilvl = value; m_presence |= (1u << 12); }
     bool CheckIlvl() const { return (m_presence & (1u << 12)) != 0; }
+    // "tplc": attribute, wxString
     wxString GetTplc() const;
     void SetTplc(wxString value);
     bool CheckTplc() const { return (m_presence & (1u << 13)) != 0; }
+    // "tentative": attribute, wxAny
     wxAny GetTentative() const;
     void SetTentative(wxAny value);
     bool CheckTentative() const { return (m_presence & (1u << 14)) != 0; }
@@ -9995,6 +11162,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -10015,27 +11183,35 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "nsid": child element
     CT_LongHexNumber* GetNsid() const { return m_Nsid; }
     void SetNsid(CT_LongHexNumber* value) { m_Nsid = value; m_presence |= (1u << 0); }
     bool CheckNsid() const { return (m_presence & (1u << 0)) != 0; }
+    // "multiLevelType": child element
     CT_MultiLevelType* GetMultiLevelType() const { return m_MultiLevelType; }
     void SetMultiLevelType(CT_MultiLevelType* value) { m_MultiLevelType = value; m_presence |= (1u << 1); }
     bool CheckMultiLevelType() const { return (m_presence & (1u << 1)) != 0; }
+    // "tmpl": child element
     CT_LongHexNumber* GetTmpl() const { return m_Tmpl; }
     void SetTmpl(CT_LongHexNumber* value) { m_Tmpl = value; m_presence |= (1u << 2); }
     bool CheckTmpl() const { return (m_presence & (1u << 2)) != 0; }
+    // "name": child element
     CT_String* GetName() const { return m_Name; }
     void SetName(CT_String* value) { m_Name = value; m_presence |= (1u << 3); }
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
+    // "styleLink": child element
     CT_String* GetStyleLink() const { return m_StyleLink; }
     void SetStyleLink(CT_String* value) { m_StyleLink = value; m_presence |= (1u << 4); }
     bool CheckStyleLink() const { return (m_presence & (1u << 4)) != 0; }
+    // "numStyleLink": child element
     CT_String* GetNumStyleLink() const { return m_NumStyleLink; }
     void SetNumStyleLink(CT_String* value) { m_NumStyleLink = value; m_presence |= (1u << 5); }
     bool CheckNumStyleLink() const { return (m_presence & (1u << 5)) != 0; }
+    // "lvl": child element, repeated
     XMLPtrArray<CT_Lvl> GetLvl() const;
     void SetLvl(XMLPtrArray<CT_Lvl> value);
     bool CheckLvl() const { return (m_presence & (1u << 6)) != 0; }
+    // "abstractNumId": attribute, int
     int GetAbstractNumId() const { return m_AbstractNumId; }
     void SetAbstractNumId(int value) { m_AbstractNumId = value; m_presence |= (1u << 7); }
     bool CheckAbstractNumId() const { return (m_presence & (1u << 7)) != 0; }
@@ -10063,12 +11239,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "startOverride": child element
     CT_DecimalNumber* GetStartOverride() const { return m_StartOverride; }
     void SetStartOverride(CT_DecimalNumber* value) { m_StartOverride = value; m_presence |= (1u << 0); }
     bool CheckStartOverride() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvl": child element
     CT_Lvl* GetLvl() const { return m_Lvl; }
     void SetLvl(CT_Lvl* value) { m_Lvl = value; m_presence |= (1u << 1); }
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
+    // "ilvl": attribute, int
     int GetIlvl() const { return m_Ilvl; }
     void SetIlvl(int value) { m_Ilvl = value; m_presence |= (1u << 2); }
     bool CheckIlvl() const { return (m_presence & (1u << 2)) != 0; }
@@ -10091,12 +11270,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "abstractNumId": child element
     CT_DecimalNumber* GetAbstractNumId() const { return m_AbstractNumId; }
     void SetAbstractNumId(CT_DecimalNumber* value) { m_AbstractNumId = value; m_presence |= (1u << 0); }
     bool CheckAbstractNumId() const { return (m_presence & (1u << 0)) != 0; }
+    // "lvlOverride": child element, repeated
     XMLPtrArray<CT_NumLvl> GetLvlOverride() const;
     void SetLvlOverride(XMLPtrArray<CT_NumLvl> value);
     bool CheckLvlOverride() const { return (m_presence & (1u << 1)) != 0; }
+    // "numId": attribute, int
     int GetNumId() const { return m_NumId; }
     void SetNumId(int value) { m_NumId = value; m_presence |= (1u << 2); }
     bool CheckNumId() const { return (m_presence & (1u << 2)) != 0; }
@@ -10119,15 +11301,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "numPicBullet": child element, repeated
     XMLPtrArray<CT_NumPicBullet> GetNumPicBullet() const;
     void SetNumPicBullet(XMLPtrArray<CT_NumPicBullet> value);
     bool CheckNumPicBullet() const { return (m_presence & (1u << 0)) != 0; }
+    // "abstractNum": child element, repeated
     XMLPtrArray<CT_AbstractNum> GetAbstractNum() const;
     void SetAbstractNum(XMLPtrArray<CT_AbstractNum> value);
     bool CheckAbstractNum() const { return (m_presence & (1u << 1)) != 0; }
+    // "num": child element, repeated
     XMLPtrArray<CT_Num> GetNum() const;
     void SetNum(XMLPtrArray<CT_Num> value);
     bool CheckNum() const { return (m_presence & (1u << 2)) != 0; }
+    // "numIdMacAtCleanup": child element
     CT_DecimalNumber* GetNumIdMacAtCleanup() const { return m_NumIdMacAtCleanup; }
     void SetNumIdMacAtCleanup(CT_DecimalNumber* value) { m_NumIdMacAtCleanup = value; m_presence |= (1u << 3); }
     bool CheckNumIdMacAtCleanup() const { return (m_presence & (1u << 3)) != 0; }
@@ -10151,21 +11337,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "pPr": child element
     CT_PPrGeneral* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPrGeneral* value) { m_PPr = value; m_presence |= (1u << 0); }
     bool CheckPPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 1); }
     bool CheckRPr() const { return (m_presence & (1u << 1)) != 0; }
+    // "tblPr": child element
     CT_TblPrBase* GetTblPr() const { return m_TblPr; }
     void SetTblPr(CT_TblPrBase* value) { m_TblPr = value; m_presence |= (1u << 2); }
     bool CheckTblPr() const { return (m_presence & (1u << 2)) != 0; }
+    // "trPr": child element
     CT_TrPr* GetTrPr() const { return m_TrPr; }
     void SetTrPr(CT_TrPr* value) { m_TrPr = value; m_presence |= (1u << 3); }
     bool CheckTrPr() const { return (m_presence & (1u << 3)) != 0; }
+    // "tcPr": child element
     CT_TcPr* GetTcPr() const { return m_TcPr; }
     void SetTcPr(CT_TcPr* value) { m_TcPr = value; m_presence |= (1u << 4); }
     bool CheckTcPr() const { return (m_presence & (1u << 4)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 5)) != 0; }
@@ -10191,81 +11383,107 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": child element
     CT_String* GetName() const { return m_Name; }
     void SetName(CT_String* value) { m_Name = value; m_presence |= (1u << 0); }
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "aliases": child element
     CT_String* GetAliases() const { return m_Aliases; }
     void SetAliases(CT_String* value) { m_Aliases = value; m_presence |= (1u << 1); }
     bool CheckAliases() const { return (m_presence & (1u << 1)) != 0; }
+    // "basedOn": child element
     CT_String* GetBasedOn() const { return m_BasedOn; }
     void SetBasedOn(CT_String* value) { m_BasedOn = value; m_presence |= (1u << 2); }
     bool CheckBasedOn() const { return (m_presence & (1u << 2)) != 0; }
+    // "next": child element
     CT_String* GetNext() const { return m_Next; }
     void SetNext(CT_String* value) { m_Next = value; m_presence |= (1u << 3); }
     bool CheckNext() const { return (m_presence & (1u << 3)) != 0; }
+    // "link": child element
     CT_String* GetLink() const { return m_Link; }
     void SetLink(CT_String* value) { m_Link = value; m_presence |= (1u << 4); }
     bool CheckLink() const { return (m_presence & (1u << 4)) != 0; }
+    // "autoRedefine": child element
     CT_OnOff* GetAutoRedefine() const { return m_AutoRedefine; }
     void SetAutoRedefine(CT_OnOff* value) { m_AutoRedefine = value; m_presence |= (1u << 5); }
     bool CheckAutoRedefine() const { return (m_presence & (1u << 5)) != 0; }
+    // "hidden": child element
     CT_OnOff* GetHidden() const { return m_Hidden; }
     void SetHidden(CT_OnOff* value) { m_Hidden = value; m_presence |= (1u << 6); }
     bool CheckHidden() const { return (m_presence & (1u << 6)) != 0; }
+    // "uiPriority": child element
     CT_DecimalNumber* GetUiPriority() const { return m_UiPriority; }
     void SetUiPriority(CT_DecimalNumber* value) { m_UiPriority = value; m_presence |= (1u << 7); }
     bool CheckUiPriority() const { return (m_presence & (1u << 7)) != 0; }
+    // "semiHidden": child element
     CT_OnOff* GetSemiHidden() const { return m_SemiHidden; }
     void SetSemiHidden(CT_OnOff* value) { m_SemiHidden = value; m_presence |= (1u << 8); }
     bool CheckSemiHidden() const { return (m_presence & (1u << 8)) != 0; }
+    // "unhideWhenUsed": child element
     CT_OnOff* GetUnhideWhenUsed() const { return m_UnhideWhenUsed; }
     void SetUnhideWhenUsed(CT_OnOff* value) { m_UnhideWhenUsed = value; m_presence |= (1u << 9); }
     bool CheckUnhideWhenUsed() const { return (m_presence & (1u << 9)) != 0; }
+    // "qFormat": child element
     CT_OnOff* GetQFormat() const { return m_QFormat; }
     void SetQFormat(CT_OnOff* value) { m_QFormat = value; m_presence |= (1u << 10); }
     bool CheckQFormat() const { return (m_presence & (1u << 10)) != 0; }
+    // "locked": child element
     CT_OnOff* GetLocked() const { return m_Locked; }
     void SetLocked(CT_OnOff* value) { m_Locked = value; m_presence |= (1u << 11); }
     bool CheckLocked() const { return (m_presence & (1u << 11)) != 0; }
+    // "personal": child element
     CT_OnOff* GetPersonal() const { return m_Personal; }
     void SetPersonal(CT_OnOff* value) { m_Personal = value; m_presence |= (1u << 12); }
     bool CheckPersonal() const { return (m_presence & (1u << 12)) != 0; }
+    // "personalCompose": child element
     CT_OnOff* GetPersonalCompose() const { return m_PersonalCompose; }
     void SetPersonalCompose(CT_OnOff* value) { m_PersonalCompose = value; m_presence |= (1u << 13); }
     bool CheckPersonalCompose() const { return (m_presence & (1u << 13)) != 0; }
+    // "personalReply": child element
     CT_OnOff* GetPersonalReply() const { return m_PersonalReply; }
     void SetPersonalReply(CT_OnOff* value) { m_PersonalReply = value; m_presence |= (1u << 14); }
     bool CheckPersonalReply() const { return (m_presence & (1u << 14)) != 0; }
+    // "rsid": child element
     CT_LongHexNumber* GetRsid() const { return m_Rsid; }
     void SetRsid(CT_LongHexNumber* value) { m_Rsid = value; m_presence |= (1u << 15); }
     bool CheckRsid() const { return (m_presence & (1u << 15)) != 0; }
+    // "pPr": child element
     CT_PPrGeneral* GetPPr() const { return m_PPr; }
     void SetPPr(CT_PPrGeneral* value) { m_PPr = value; m_presence |= (1u << 16); }
     bool CheckPPr() const { return (m_presence & (1u << 16)) != 0; }
+    // "rPr": child element
     CT_RPr* GetRPr() const { return m_RPr; }
     void SetRPr(CT_RPr* value) { m_RPr = value; m_presence |= (1u << 17); }
     bool CheckRPr() const { return (m_presence & (1u << 17)) != 0; }
+    // "tblPr": child element
     CT_TblPrBase* GetTblPr() const { return m_TblPr; }
     void SetTblPr(CT_TblPrBase* value) { m_TblPr = value; m_presence |= (1u << 18); }
     bool CheckTblPr() const { return (m_presence & (1u << 18)) != 0; }
+    // "trPr": child element
     CT_TrPr* GetTrPr() const { return m_TrPr; }
     void SetTrPr(CT_TrPr* value) { m_TrPr = value; m_presence |= (1u << 19); }
     bool CheckTrPr() const { return (m_presence & (1u << 19)) != 0; }
+    // "tcPr": child element
     CT_TcPr* GetTcPr() const { return m_TcPr; }
     void SetTcPr(CT_TcPr* value) { m_TcPr = value; m_presence |= (1u << 20); }
     bool CheckTcPr() const { return (m_presence & (1u << 20)) != 0; }
+    // "tblStylePr": child element, repeated
     XMLPtrArray<CT_TblStylePr> GetTblStylePr() const;
     void SetTblStylePr(XMLPtrArray<CT_TblStylePr> value);
     bool CheckTblStylePr() const { return (m_presence & (1u << 21)) != 0; }
+    // "type": attribute, wxString
     wxString GetType() const;
     void SetType(wxString value);
     bool CheckType() const { return (m_presence & (1u << 22)) != 0; }
+    // "styleId": attribute, wxString
     wxString GetStyleId() const;
     void SetStyleId(wxString value);
     bool CheckStyleId() const { return (m_presence & (1u << 23)) != 0; }
+    // "default": attribute, wxAny
     wxAny GetDefault() const;
     void SetDefault(wxAny value);
     bool CheckDefault() const { return (m_presence & (1u << 24)) != 0; }
+    // "customStyle": attribute, wxAny
     wxAny GetCustomStyle() const;
     void SetCustomStyle(wxAny value);
     bool CheckCustomStyle() const { return (m_presence & (1u << 25)) != 0; }
@@ -10311,21 +11529,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "locked": attribute, wxAny
     wxAny GetLocked() const;
     void SetLocked(wxAny value);
     bool CheckLocked() const { return (m_presence & (1u << 1)) != 0; }
+    // "uiPriority": attribute, int
     int GetUiPriority() const { return m_UiPriority; }
     void SetUiPriority(int value) { m_UiPriority = value; m_presence |= (1u << 2); }
     bool CheckUiPriority() const { return (m_presence & (1u << 2)) != 0; }
+    // "semiHidden": attribute, wxAny
     wxAny GetSemiHidden() const;
     void SetSemiHidden(wxAny value);
     bool CheckSemiHidden() const { return (m_presence & (1u << 3)) != 0; }
+    // "unhideWhenUsed": attribute, wxAny
     wxAny GetUnhideWhenUsed() const;
     void SetUnhideWhenUsed(wxAny value);
     bool CheckUnhideWhenUsed() const { return (m_presence & (1u << 4)) != 0; }
+    // "qFormat": attribute, wxAny
     wxAny GetQFormat() const;
     void SetQFormat(wxAny value);
     bool CheckQFormat() const { return (m_presence & (1u << 5)) != 0; }
@@ -10351,24 +11575,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "lsdException": child element, repeated
     XMLPtrArray<CT_LsdException> GetLsdException() const;
     void SetLsdException(XMLPtrArray<CT_LsdException> value);
     bool CheckLsdException() const { return (m_presence & (1u << 0)) != 0; }
+    // "defLockedState": attribute, wxAny
     wxAny GetDefLockedState() const;
     void SetDefLockedState(wxAny value);
     bool CheckDefLockedState() const { return (m_presence & (1u << 1)) != 0; }
+    // "defUIPriority": attribute, int
     int GetDefUIPriority() const { return m_DefUIPriority; }
     void SetDefUIPriority(int value) { m_DefUIPriority = value; m_presence |= (1u << 2); }
     bool CheckDefUIPriority() const { return (m_presence & (1u << 2)) != 0; }
+    // "defSemiHidden": attribute, wxAny
     wxAny GetDefSemiHidden() const;
     void SetDefSemiHidden(wxAny value);
     bool CheckDefSemiHidden() const { return (m_presence & (1u << 3)) != 0; }
+    // "defUnhideWhenUsed": attribute, wxAny
     wxAny GetDefUnhideWhenUsed() const;
     void SetDefUnhideWhenUsed(wxAny value);
     bool CheckDefUnhideWhenUsed() const { return (m_presence & (1u << 4)) != 0; }
+    // "defQFormat": attribute, wxAny
     wxAny GetDefQFormat() const;
     void SetDefQFormat(wxAny value);
     bool CheckDefQFormat() const { return (m_presence & (1u << 5)) != 0; }
+    // "count": attribute, int
     int GetCount() const { return m_Count; }
     void SetCount(int value) { m_Count = value; m_presence |= (1u << 6); }
     bool CheckCount() const { return (m_presence & (1u << 6)) != 0; }
@@ -10395,12 +11626,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docDefaults": child element
     CT_DocDefaults* GetDocDefaults() const { return m_DocDefaults; }
     void SetDocDefaults(CT_DocDefaults* value) { m_DocDefaults = value; m_presence |= (1u << 0); }
     bool CheckDocDefaults() const { return (m_presence & (1u << 0)) != 0; }
+    // "latentStyles": child element
     CT_LatentStyles* GetLatentStyles() const { return m_LatentStyles; }
     void SetLatentStyles(CT_LatentStyles* value) { m_LatentStyles = value; m_presence |= (1u << 1); }
     bool CheckLatentStyles() const { return (m_presence & (1u << 1)) != 0; }
+    // "style": child element, repeated
     XMLPtrArray<CT_Style> GetStyle() const;
     void SetStyle(XMLPtrArray<CT_Style> value);
     bool CheckStyle() const { return (m_presence & (1u << 2)) != 0; }
@@ -10423,6 +11657,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -10443,6 +11678,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -10463,6 +11699,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -10483,21 +11720,27 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "usb0": attribute, wxString
     wxString GetUsb0() const;
     void SetUsb0(wxString value);
     bool CheckUsb0() const { return (m_presence & (1u << 0)) != 0; }
+    // "usb1": attribute, wxString
     wxString GetUsb1() const;
     void SetUsb1(wxString value);
     bool CheckUsb1() const { return (m_presence & (1u << 1)) != 0; }
+    // "usb2": attribute, wxString
     wxString GetUsb2() const;
     void SetUsb2(wxString value);
     bool CheckUsb2() const { return (m_presence & (1u << 2)) != 0; }
+    // "usb3": attribute, wxString
     wxString GetUsb3() const;
     void SetUsb3(wxString value);
     bool CheckUsb3() const { return (m_presence & (1u << 3)) != 0; }
+    // "csb0": attribute, wxString
     wxString GetCsb0() const;
     void SetCsb0(wxString value);
     bool CheckCsb0() const { return (m_presence & (1u << 4)) != 0; }
+    // "csb1": attribute, wxString
     wxString GetCsb1() const;
     void SetCsb1(wxString value);
     bool CheckCsb1() const { return (m_presence & (1u << 5)) != 0; }
@@ -10523,9 +11766,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "fontKey": attribute, wxString
     wxString GetFontKey() const;
     void SetFontKey(wxString value);
     bool CheckFontKey() const { return (m_presence & (1u << 0)) != 0; }
+    // "subsetted": attribute, wxAny
     wxAny GetSubsetted() const;
     void SetSubsetted(wxAny value);
     bool CheckSubsetted() const { return (m_presence & (1u << 1)) != 0; }
@@ -10547,39 +11792,51 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "altName": child element
     CT_String* GetAltName() const { return m_AltName; }
     void SetAltName(CT_String* value) { m_AltName = value; m_presence |= (1u << 0); }
     bool CheckAltName() const { return (m_presence & (1u << 0)) != 0; }
+    // "panose1": child element
     CT_Panose* GetPanose1() const { return m_Panose1; }
     void SetPanose1(CT_Panose* value) { m_Panose1 = value; m_presence |= (1u << 1); }
     bool CheckPanose1() const { return (m_presence & (1u << 1)) != 0; }
+    // "charset": child element
     CT_Charset* GetCharset() const { return m_Charset; }
     void SetCharset(CT_Charset* value) { m_Charset = value; m_presence |= (1u << 2); }
     bool CheckCharset() const { return (m_presence & (1u << 2)) != 0; }
+    // "family": child element
     CT_FontFamily* GetFamily() const { return m_Family; }
     void SetFamily(CT_FontFamily* value) { m_Family = value; m_presence |= (1u << 3); }
     bool CheckFamily() const { return (m_presence & (1u << 3)) != 0; }
+    // "notTrueType": child element
     CT_OnOff* GetNotTrueType() const { return m_NotTrueType; }
     void SetNotTrueType(CT_OnOff* value) { m_NotTrueType = value; m_presence |= (1u << 4); }
     bool CheckNotTrueType() const { return (m_presence & (1u << 4)) != 0; }
+    // "pitch": child element
     CT_Pitch* GetPitch() const { return m_Pitch; }
     void SetPitch(CT_Pitch* value) { m_Pitch = value; m_presence |= (1u << 5); }
     bool CheckPitch() const { return (m_presence & (1u << 5)) != 0; }
+    // "sig": child element
     CT_FontSig* GetSig() const { return m_Sig; }
     void SetSig(CT_FontSig* value) { m_Sig = value; m_presence |= (1u << 6); }
     bool CheckSig() const { return (m_presence & (1u << 6)) != 0; }
+    // "embedRegular": child element
     CT_FontRel* GetEmbedRegular() const { return m_EmbedRegular; }
     void SetEmbedRegular(CT_FontRel* value) { m_EmbedRegular = value; m_presence |= (1u << 7); }
     bool CheckEmbedRegular() const { return (m_presence & (1u << 7)) != 0; }
+    // "embedBold": child element
     CT_FontRel* GetEmbedBold() const { return m_EmbedBold; }
     void SetEmbedBold(CT_FontRel* value) { m_EmbedBold = value; m_presence |= (1u << 8); }
     bool CheckEmbedBold() const { return (m_presence & (1u << 8)) != 0; }
+    // "embedItalic": child element
     CT_FontRel* GetEmbedItalic() const { return m_EmbedItalic; }
     void SetEmbedItalic(CT_FontRel* value) { m_EmbedItalic = value; m_presence |= (1u << 9); }
     bool CheckEmbedItalic() const { return (m_presence & (1u << 9)) != 0; }
+    // "embedBoldItalic": child element
     CT_FontRel* GetEmbedBoldItalic() const { return m_EmbedBoldItalic; }
     void SetEmbedBoldItalic(CT_FontRel* value) { m_EmbedBoldItalic = value; m_presence |= (1u << 10); }
     bool CheckEmbedBoldItalic() const { return (m_presence & (1u << 10)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 11)) != 0; }
@@ -10611,6 +11868,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "font": child element, repeated
     XMLPtrArray<CT_Font> GetFont() const;
     void SetFont(XMLPtrArray<CT_Font> value);
     bool CheckFont() const { return (m_presence & (1u << 0)) != 0; }
@@ -10631,15 +11889,19 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "top": child element
     CT_Border* GetTop() const { return m_Top; }
     void SetTop(CT_Border* value) { m_Top = value; m_presence |= (1u << 0); }
     bool CheckTop() const { return (m_presence & (1u << 0)) != 0; }
+    // "left": child element
     CT_Border* GetLeft() const { return m_Left; }
     void SetLeft(CT_Border* value) { m_Left = value; m_presence |= (1u << 1); }
     bool CheckLeft() const { return (m_presence & (1u << 1)) != 0; }
+    // "bottom": child element
     CT_Border* GetBottom() const { return m_Bottom; }
     void SetBottom(CT_Border* value) { m_Bottom = value; m_presence |= (1u << 2); }
     bool CheckBottom() const { return (m_presence & (1u << 2)) != 0; }
+    // "right": child element
     CT_Border* GetRight() const { return m_Right; }
     void SetRight(CT_Border* value) { m_Right = value; m_presence |= (1u << 3); }
     bool CheckRight() const { return (m_presence & (1u << 3)) != 0; }
@@ -10663,30 +11925,39 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "blockQuote": child element
     CT_OnOff* GetBlockQuote() const { return m_BlockQuote; }
     void SetBlockQuote(CT_OnOff* value) { m_BlockQuote = value; m_presence |= (1u << 0); }
     bool CheckBlockQuote() const { return (m_presence & (1u << 0)) != 0; }
+    // "bodyDiv": child element
     CT_OnOff* GetBodyDiv() const { return m_BodyDiv; }
     void SetBodyDiv(CT_OnOff* value) { m_BodyDiv = value; m_presence |= (1u << 1); }
     bool CheckBodyDiv() const { return (m_presence & (1u << 1)) != 0; }
+    // "marLeft": child element
     CT_SignedTwipsMeasure* GetMarLeft() const { return m_MarLeft; }
     void SetMarLeft(CT_SignedTwipsMeasure* value) { m_MarLeft = value; m_presence |= (1u << 2); }
     bool CheckMarLeft() const { return (m_presence & (1u << 2)) != 0; }
+    // "marRight": child element
     CT_SignedTwipsMeasure* GetMarRight() const { return m_MarRight; }
     void SetMarRight(CT_SignedTwipsMeasure* value) { m_MarRight = value; m_presence |= (1u << 3); }
     bool CheckMarRight() const { return (m_presence & (1u << 3)) != 0; }
+    // "marTop": child element
     CT_SignedTwipsMeasure* GetMarTop() const { return m_MarTop; }
     void SetMarTop(CT_SignedTwipsMeasure* value) { m_MarTop = value; m_presence |= (1u << 4); }
     bool CheckMarTop() const { return (m_presence & (1u << 4)) != 0; }
+    // "marBottom": child element
     CT_SignedTwipsMeasure* GetMarBottom() const { return m_MarBottom; }
     void SetMarBottom(CT_SignedTwipsMeasure* value) { m_MarBottom = value; m_presence |= (1u << 5); }
     bool CheckMarBottom() const { return (m_presence & (1u << 5)) != 0; }
+    // "divBdr": child element
     CT_DivBdr* GetDivBdr() const { return m_DivBdr; }
     void SetDivBdr(CT_DivBdr* value) { m_DivBdr = value; m_presence |= (1u << 6); }
     bool CheckDivBdr() const { return (m_presence & (1u << 6)) != 0; }
+    // "divsChild": child element, repeated
     XMLPtrArray<CT_Divs> GetDivsChild() const;
     void SetDivsChild(XMLPtrArray<CT_Divs> value);
     bool CheckDivsChild() const { return (m_presence & (1u << 7)) != 0; }
+    // "id": attribute, int
     int GetId() const { return m_Id; }
     void SetId(int value) { m_Id = value; m_presence |= (1u << 8); }
     bool CheckId() const { return (m_presence & (1u << 8)) != 0; }
@@ -10715,6 +11986,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "div": child element, repeated
     XMLPtrArray<CT_Div> GetDiv() const;
     void SetDiv(XMLPtrArray<CT_Div> value);
     bool CheckDiv() const { return (m_presence & (1u << 0)) != 0; }
@@ -10735,6 +12007,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
@@ -10760,6 +12033,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_MathContentData__* GetData__() const { return m_Data__; }
     void SetData__(EG_MathContentData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -10785,9 +12059,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "m:oMathPara": child element
     schemas_openxmlformats_org_officeDocument_x2006_math::CT_OMathPara* GetM_oMathPara() const { return m_M_oMathPara; }
     void SetM_oMathPara(schemas_openxmlformats_org_officeDocument_x2006_math::CT_OMathPara* value) { m_M_oMathPara = value; m_presence |= (1u << 0); }
     bool CheckM_oMathPara() const { return (m_presence & (1u << 0)) != 0; }
+    // "m:oMath": child element
     schemas_openxmlformats_org_officeDocument_x2006_math::CT_OMath* GetM_oMath() const { return m_M_oMath; }
     void SetM_oMath(schemas_openxmlformats_org_officeDocument_x2006_math::CT_OMath* value) { m_M_oMath = value; m_presence |= (1u << 1); }
     bool CheckM_oMath() const { return (m_presence & (1u << 1)) != 0; }
@@ -10814,6 +12090,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_BlockLevelChunkEltsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_BlockLevelChunkEltsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -10839,6 +12116,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_ContentBlockContent, repeated
     XMLPtrArray<EG_ContentBlockContent> GetEG_ContentBlockContent() const;
     void SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value);
     bool CheckEG_ContentBlockContent() const { return (m_presence & (1u << 0)) != 0; }
@@ -10864,6 +12142,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_BlockLevelEltsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_BlockLevelEltsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -10889,9 +12168,11 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelChunkElts, repeated
     XMLPtrArray<EG_BlockLevelChunkElts> GetEG_BlockLevelChunkElts() const;
     void SetEG_BlockLevelChunkElts(XMLPtrArray<EG_BlockLevelChunkElts> value);
     bool CheckEG_BlockLevelChunkElts() const { return (m_presence & (1u << 0)) != 0; }
+    // "altChunk": child element, repeated
     XMLPtrArray<CT_AltChunk> GetAltChunk() const;
     void SetAltChunk(XMLPtrArray<CT_AltChunk> value);
     bool CheckAltChunk() const { return (m_presence & (1u << 1)) != 0; }
@@ -10918,6 +12199,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // choice holder
     EG_RunLevelEltsData__* GetData__() const { return m_Data__; }
     void SetData__(EG_RunLevelEltsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -10943,30 +12225,39 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "proofErr": child element
     CT_ProofErr* GetProofErr() const { return m_ProofErr; }
     void SetProofErr(CT_ProofErr* value) { m_ProofErr = value; m_presence |= (1u << 0); }
     bool CheckProofErr() const { return (m_presence & (1u << 0)) != 0; }
+    // "permStart": child element
     CT_PermStart* GetPermStart() const { return m_PermStart; }
     void SetPermStart(CT_PermStart* value) { m_PermStart = value; m_presence |= (1u << 1); }
     bool CheckPermStart() const { return (m_presence & (1u << 1)) != 0; }
+    // "permEnd": child element
     CT_Perm* GetPermEnd() const { return m_PermEnd; }
     void SetPermEnd(CT_Perm* value) { m_PermEnd = value; m_presence |= (1u << 2); }
     bool CheckPermEnd() const { return (m_presence & (1u << 2)) != 0; }
+    // group EG_RangeMarkupElements, repeated
     XMLPtrArray<EG_RangeMarkupElements> GetEG_RangeMarkupElements() const;
     void SetEG_RangeMarkupElements(XMLPtrArray<EG_RangeMarkupElements> value);
     bool CheckEG_RangeMarkupElements() const { return (m_presence & (1u << 3)) != 0; }
+    // "ins": child element
     CT_RunTrackChange* GetIns() const { return m_Ins; }
     void SetIns(CT_RunTrackChange* value) { m_Ins = value; m_presence |= (1u << 4); }
     bool CheckIns() const { return (m_presence & (1u << 4)) != 0; }
+    // "del": child element
     CT_RunTrackChange* GetDel() const { return m_Del; }
     void SetDel(CT_RunTrackChange* value) { m_Del = value; m_presence |= (1u << 5); }
     bool CheckDel() const { return (m_presence & (1u << 5)) != 0; }
+    // "moveFrom": child element
     CT_RunTrackChange* GetMoveFrom() const { return m_MoveFrom; }
     void SetMoveFrom(CT_RunTrackChange* value) { m_MoveFrom = value; m_presence |= (1u << 6); }
     bool CheckMoveFrom() const { return (m_presence & (1u << 6)) != 0; }
+    // "moveTo": child element
     CT_RunTrackChange* GetMoveTo() const { return m_MoveTo; }
     void SetMoveTo(CT_RunTrackChange* value) { m_MoveTo = value; m_presence |= (1u << 7); }
     bool CheckMoveTo() const { return (m_presence & (1u << 7)) != 0; }
+    // group EG_MathContent, repeated
     XMLPtrArray<EG_MathContent> GetEG_MathContent() const;
     void SetEG_MathContent(XMLPtrArray<EG_MathContent> value);
     bool CheckEG_MathContent() const { return (m_presence & (1u << 8)) != 0; }
@@ -10995,9 +12286,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // group EG_BlockLevelElts, repeated
     XMLPtrArray<EG_BlockLevelElts> GetEG_BlockLevelElts() const;
     void SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value);
     bool CheckEG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
+    // "sectPr": child element
     CT_SectPr* GetSectPr() const { return m_SectPr; }
     void SetSectPr(CT_SectPr* value) { m_SectPr = value; m_presence |= (1u << 1); }
     bool CheckSectPr() const { return (m_presence & (1u << 1)) != 0; }
@@ -11019,6 +12312,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder, repeated
     XMLPtrArray<CT_ShapeDefaultsData__> GetData__() const;
     void SetData__(XMLPtrArray<CT_ShapeDefaultsData__> value);
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -11059,6 +12353,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "comment": child element, repeated
     XMLPtrArray<CT_Comment> GetComment() const;
     void SetComment(XMLPtrArray<CT_Comment> value);
     bool CheckComment() const { return (m_presence & (1u << 0)) != 0; }
@@ -11079,6 +12374,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "footnote": child element, repeated
     XMLPtrArray<CT_FtnEdn> GetFootnote() const;
     void SetFootnote(XMLPtrArray<CT_FtnEdn> value);
     bool CheckFootnote() const { return (m_presence & (1u << 0)) != 0; }
@@ -11099,6 +12395,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "endnote": child element, repeated
     XMLPtrArray<CT_FtnEdn> GetEndnote() const;
     void SetEndnote(XMLPtrArray<CT_FtnEdn> value);
     bool CheckEndnote() const { return (m_presence & (1u << 0)) != 0; }
@@ -11119,12 +12416,15 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "namespaceuri": attribute, wxString
     wxString GetNamespaceuri() const;
     void SetNamespaceuri(wxString value);
     bool CheckNamespaceuri() const { return (m_presence & (1u << 0)) != 0; }
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
+    // "url": attribute, wxString
     wxString GetUrl() const;
     void SetUrl(wxString value);
     bool CheckUrl() const { return (m_presence & (1u << 2)) != 0; }
@@ -11147,6 +12447,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -11167,6 +12468,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_DocPartBehaviorsData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DocPartBehaviorsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -11192,6 +12494,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "behavior": child element, repeated
     XMLPtrArray<CT_DocPartBehavior> GetBehavior() const;
     void SetBehavior(XMLPtrArray<CT_DocPartBehavior> value);
     bool CheckBehavior() const { return (m_presence & (1u << 0)) != 0; }
@@ -11212,6 +12515,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -11232,9 +12536,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_DocPartTypesData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DocPartTypesData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
+    // "all": attribute, wxAny
     wxAny GetAll() const;
     void SetAll(wxAny value);
     bool CheckAll() const { return (m_presence & (1u << 1)) != 0; }
@@ -11261,6 +12567,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "type": child element, repeated
     XMLPtrArray<CT_DocPartType> GetType() const;
     void SetType(XMLPtrArray<CT_DocPartType> value);
     bool CheckType() const { return (m_presence & (1u << 0)) != 0; }
@@ -11281,6 +12588,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
@@ -11301,9 +12609,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": child element
     CT_String* GetName() const { return m_Name; }
     void SetName(CT_String* value) { m_Name = value; m_presence |= (1u << 0); }
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "gallery": child element
     CT_DocPartGallery* GetGallery() const { return m_Gallery; }
     void SetGallery(CT_DocPartGallery* value) { m_Gallery = value; m_presence |= (1u << 1); }
     bool CheckGallery() const { return (m_presence & (1u << 1)) != 0; }
@@ -11325,9 +12635,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "val": attribute, wxString
     wxString GetVal() const;
     void SetVal(wxString value);
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
+    // "decorated": attribute, wxAny
     wxAny GetDecorated() const;
     void SetDecorated(wxAny value);
     bool CheckDecorated() const { return (m_presence & (1u << 1)) != 0; }
@@ -11349,24 +12661,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": child element
     CT_DocPartName* GetName() const { return m_Name; }
     void SetName(CT_DocPartName* value) { m_Name = value; m_presence |= (1u << 0); }
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "style": child element
     CT_String* GetStyle() const { return m_Style; }
     void SetStyle(CT_String* value) { m_Style = value; m_presence |= (1u << 1); }
     bool CheckStyle() const { return (m_presence & (1u << 1)) != 0; }
+    // "category": child element
     CT_DocPartCategory* GetCategory() const { return m_Category; }
     void SetCategory(CT_DocPartCategory* value) { m_Category = value; m_presence |= (1u << 2); }
     bool CheckCategory() const { return (m_presence & (1u << 2)) != 0; }
+    // "types": child element
     CT_DocPartTypes* GetTypes() const { return m_Types; }
     void SetTypes(CT_DocPartTypes* value) { m_Types = value; m_presence |= (1u << 3); }
     bool CheckTypes() const { return (m_presence & (1u << 3)) != 0; }
+    // "behaviors": child element
     CT_DocPartBehaviors* GetBehaviors() const { return m_Behaviors; }
     void SetBehaviors(CT_DocPartBehaviors* value) { m_Behaviors = value; m_presence |= (1u << 4); }
     bool CheckBehaviors() const { return (m_presence & (1u << 4)) != 0; }
+    // "description": child element
     CT_String* GetDescription() const { return m_Description; }
     void SetDescription(CT_String* value) { m_Description = value; m_presence |= (1u << 5); }
     bool CheckDescription() const { return (m_presence & (1u << 5)) != 0; }
+    // "guid": child element
     CT_Guid* GetGuid() const { return m_Guid; }
     void SetGuid(CT_Guid* value) { m_Guid = value; m_presence |= (1u << 6); }
     bool CheckGuid() const { return (m_presence & (1u << 6)) != 0; }
@@ -11393,9 +12712,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docPartPr": child element
     CT_DocPartPr* GetDocPartPr() const { return m_DocPartPr; }
     void SetDocPartPr(CT_DocPartPr* value) { m_DocPartPr = value; m_presence |= (1u << 0); }
     bool CheckDocPartPr() const { return (m_presence & (1u << 0)) != 0; }
+    // "docPartBody": child element
     CT_Body* GetDocPartBody() const { return m_DocPartBody; }
     void SetDocPartBody(CT_Body* value) { m_DocPartBody = value; m_presence |= (1u << 1); }
     bool CheckDocPartBody() const { return (m_presence & (1u << 1)) != 0; }
@@ -11417,6 +12738,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // choice holder
     CT_DocPartsData__* GetData__() const { return m_Data__; }
     void SetData__(CT_DocPartsData__* value) { m_Data__ = value; m_presence |= (1u << 0); }
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
@@ -11442,6 +12764,7 @@ public:
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
 
+    // "docPart": child element, repeated
     XMLPtrArray<CT_DocPart> GetDocPart() const;
     void SetDocPart(XMLPtrArray<CT_DocPart> value);
     bool CheckDocPart() const { return (m_presence & (1u << 0)) != 0; }
@@ -11462,24 +12785,31 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "pos": attribute, wxString
     wxString GetPos() const;
     void SetPos(wxString value);
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
+    // "chapNum": attribute, wxAny
     wxAny GetChapNum() const;
     void SetChapNum(wxAny value);
     bool CheckChapNum() const { return (m_presence & (1u << 2)) != 0; }
+    // "heading": attribute, int
     int GetHeading() const { return m_Heading; }
     void SetHeading(int value) { m_Heading = value; m_presence |= (1u << 3); }
     bool CheckHeading() const { return (m_presence & (1u << 3)) != 0; }
+    // "noLabel": attribute, wxAny
     wxAny GetNoLabel() const;
     void SetNoLabel(wxAny value);
     bool CheckNoLabel() const { return (m_presence & (1u << 4)) != 0; }
+    // "numFmt": attribute, wxString
     wxString GetNumFmt() const;
     void SetNumFmt(wxString value);
     bool CheckNumFmt() const { return (m_presence & (1u << 5)) != 0; }
+    // "sep": attribute, wxString
     wxString GetSep() const;
     void SetSep(wxString value);
     bool CheckSep() const { return (m_presence & (1u << 6)) != 0; }
@@ -11506,9 +12836,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "name": attribute, wxString
     wxString GetName() const;
     void SetName(wxString value);
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
+    // "caption": attribute, wxString
     wxString GetCaption() const;
     void SetCaption(wxString value);
     bool CheckCaption() const { return (m_presence & (1u << 1)) != 0; }
@@ -11530,6 +12862,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "autoCaption": child element, repeated
     XMLPtrArray<CT_AutoCaption> GetAutoCaption() const;
     void SetAutoCaption(XMLPtrArray<CT_AutoCaption> value);
     bool CheckAutoCaption() const { return (m_presence & (1u << 0)) != 0; }
@@ -11550,9 +12883,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "caption": child element, repeated
     XMLPtrArray<CT_Caption> GetCaption() const;
     void SetCaption(XMLPtrArray<CT_Caption> value);
     bool CheckCaption() const { return (m_presence & (1u << 0)) != 0; }
+    // "autoCaptions": child element
     CT_AutoCaptions* GetAutoCaptions() const { return m_AutoCaptions; }
     void SetAutoCaptions(CT_AutoCaptions* value) { m_AutoCaptions = value; m_presence |= (1u << 1); }
     bool CheckAutoCaptions() const { return (m_presence & (1u << 1)) != 0; }
@@ -11574,6 +12909,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "background": child element
     CT_Background* GetBackground() const { return m_Background; }
     void SetBackground(CT_Background* value) { m_Background = value; m_presence |= (1u << 0); }
     bool CheckBackground() const { return (m_presence & (1u << 0)) != 0; }
@@ -11594,9 +12930,11 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "body": child element
     CT_Body* GetBody() const { return m_Body; }
     void SetBody(CT_Body* value) { m_Body = value; m_presence |= (1u << 0); }
     bool CheckBody() const { return (m_presence & (1u << 0)) != 0; }
+    // "conformance": attribute, wxString
     wxString GetConformance() const;
     void SetConformance(wxString value);
     bool CheckConformance() const { return (m_presence & (1u << 1)) != 0; }
@@ -11618,6 +12956,7 @@ public:
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
+    // "docParts": child element
     CT_DocParts* GetDocParts() const { return m_DocParts; }
     void SetDocParts(CT_DocParts* value) { m_DocParts = value; m_presence |= (1u << 0); }
     bool CheckDocParts() const { return (m_presence & (1u << 0)) != 0; }
