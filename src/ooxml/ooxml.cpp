@@ -197,10 +197,20 @@ bool ParseLong32(const wxString& text, long* value)
     return true;
 }
 
+// strtoul and strtoull negate a number after a minus sign instead of refusing
+// it ("-1" gives the largest value): an unsigned type takes no sign but "-0".
+bool NegativeUnsigned(const wxString& text, unsigned long long parsed)
+{
+    std::wstring_view rest = View(text);
+    while (!rest.empty() && std::iswspace(rest.front()))
+        rest.remove_prefix(1);
+    return parsed != 0 && !rest.empty() && rest.front() == L'-';
+}
+
 bool ParseULong32(const wxString& text, unsigned long* value)
 {
     unsigned long parsed;
-    if (!text.ToULong(&parsed, 10) || parsed > std::numeric_limits<std::uint32_t>::max())
+    if (!text.ToULong(&parsed, 10) || NegativeUnsigned(text, parsed) || parsed > std::numeric_limits<std::uint32_t>::max())
         return false;
     *value = parsed;
     return true;
@@ -291,7 +301,7 @@ bool ParseInt64(long long* dest, const wxString& text)
 bool ParseUInt64(unsigned long long* dest, const wxString& text)
 {
     wxULongLong_t value;
-    if (!text.ToULongLong(&value, 10))
+    if (!text.ToULongLong(&value, 10) || NegativeUnsigned(text, value))
         return false;
     *dest = value;
     return true;

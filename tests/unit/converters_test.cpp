@@ -1,4 +1,4 @@
-// Part 1.2: the value converters, accepted, rejected and truncated texts.
+// The value converters: accepted, rejected and truncated texts.
 #include <limits>
 
 #include "test_support.h"
@@ -7,209 +7,83 @@
 
 namespace
 {
-
-// Converts `text`; on failure checks that the destination kept `sentinel`.
+// Each accepted text converts to its value; each rejected one fails and
+// leaves the destination as it was.
 template <class T>
-bool Converts(bool (*parse)(T*, const wxString&), const wxString& text, T* out, T sentinel)
+void Check(bool (*parse)(T*, const wxString&), T sentinel, std::initializer_list<std::pair<const char*, T>> accepted,
+           std::initializer_list<const char*> rejected)
 {
-    T value = sentinel;
-    const bool ok = parse(&value, text);
-    if (!ok)
+    for (const auto& row : accepted)
     {
-        EXPECT_EQ(value, sentinel) << "destination written on failure of \"" << text.utf8_str() << "\"";
+        T value = sentinel;
+        EXPECT_TRUE(parse(&value, row.first)) << '"' << row.first << '"';
+        EXPECT_EQ(value, row.second) << '"' << row.first << '"';
     }
-    *out = value;
-    return ok;
+    for (const char* text : rejected)
+    {
+        T value = sentinel;
+        EXPECT_FALSE(parse(&value, text)) << '"' << text << '"';
+        EXPECT_EQ(value, sentinel) << "written on failure of \"" << text << '"';
+    }
 }
-
 } // namespace
 
-TEST(Converters, Int8TruncatesToLowEightBits)
+TEST(Converters, IntegersBase10WholeTextLowBitsAndLimits)
 {
-    char v;
-    ASSERT_TRUE(Converts(ParseInt8, "300", &v, char(9)));
-    EXPECT_EQ(v, 44);
-    ASSERT_TRUE(Converts(ParseInt8, "-129", &v, char(9)));
-    EXPECT_EQ(v, 127);
-    ASSERT_TRUE(Converts(ParseInt8, "-5", &v, char(9)));
-    EXPECT_EQ(v, -5);
-    EXPECT_FALSE(Converts(ParseInt8, "2147483648", &v, char(9))); // outside the 32-bit long
-    EXPECT_FALSE(Converts(ParseInt8, "x", &v, char(9)));
+    typedef std::numeric_limits<long long> LL;
+    // 8 and 16 bits: a 32-bit value, its low bits kept without a range check.
+    Check<char>(ParseInt8, 9, {{"300", 44}, {"-129", 127}, {"-5", -5}, {"255", -1}}, {"2147483648", "x", ""});
+    Check<unsigned char>(ParseUInt8, 9, {{"255", 255}, {"256", 0}, {"4294967295", 255}}, {"4294967296", "-1"});
+    Check<short>(ParseInt16, 9, {{"70000", 4464}, {"-32769", 32767}}, {"2147483648", "-2147483649"});
+    Check<unsigned short>(ParseUInt16, 9, {{"65536", 0}, {"65535", 65535}}, {"4294967296"});
+    Check<int>(ParseInt32, 9, {{"2147483647", 2147483647}, {"-2147483648", std::numeric_limits<int>::min()},
+                               {" +12", 12}, {"010", 10}},
+               {"2147483648", "-2147483649", "0x10", "12 ", "", "1.5", "1e3"});
+    // strtoul wraps a negative number around instead of refusing it.
+    Check<unsigned int>(ParseUInt32, 9, {{"4294967295", 4294967295u}, {"0", 0}, {"-0", 0}},
+                        {"4294967296", "-1", "-18446744073709551615", "x"});
+    Check<long long>(ParseInt64, 9, {{"9223372036854775807", LL::max()}, {"-9223372036854775808", LL::min()}},
+                     {"9223372036854775808", "0x1", "", "1 "});
+    Check<unsigned long long>(ParseUInt64, 9, {{"18446744073709551615", ~0ull}},
+                              {"18446744073709551616", "-1", " -2", "x"});
 }
 
-TEST(Converters, UInt8TruncatesToLowEightBits)
+TEST(Converters, FloatsBase10InAnyLocaleWithoutHexadecimal)
 {
-    unsigned char v;
-    ASSERT_TRUE(Converts(ParseUInt8, "255", &v, (unsigned char)9));
-    EXPECT_EQ(v, 255);
-    ASSERT_TRUE(Converts(ParseUInt8, "256", &v, (unsigned char)9));
-    EXPECT_EQ(v, 0);
-    EXPECT_FALSE(Converts(ParseUInt8, "4294967296", &v, (unsigned char)9));
-    EXPECT_FALSE(Converts(ParseUInt8, "-1", &v, (unsigned char)9));
-}
-
-TEST(Converters, Int16AndUInt16TruncateToLowSixteenBits)
-{
-    short s;
-    ASSERT_TRUE(Converts(ParseInt16, "70000", &s, short(9)));
-    EXPECT_EQ(s, 4464);
-    ASSERT_TRUE(Converts(ParseInt16, "-32769", &s, short(9)));
-    EXPECT_EQ(s, 32767);
-    unsigned short u;
-    ASSERT_TRUE(Converts(ParseUInt16, "65536", &u, (unsigned short)9));
-    EXPECT_EQ(u, 0);
-    ASSERT_TRUE(Converts(ParseUInt16, "65535", &u, (unsigned short)9));
-    EXPECT_EQ(u, 65535);
-}
-
-TEST(Converters, Int32AcceptsExactlyTheSigned32BitRange)
-{
-    int v;
-    ASSERT_TRUE(Converts(ParseInt32, "2147483647", &v, 9));
-    EXPECT_EQ(v, 2147483647);
-    ASSERT_TRUE(Converts(ParseInt32, "-2147483648", &v, 9));
-    EXPECT_EQ(v, std::numeric_limits<int>::min());
-    EXPECT_FALSE(Converts(ParseInt32, "2147483648", &v, 9));
-    EXPECT_FALSE(Converts(ParseInt32, "-2147483649", &v, 9));
-}
-
-TEST(Converters, UInt32RejectsValuesBeyond32Bits)
-{
-    unsigned int v;
-    ASSERT_TRUE(Converts(ParseUInt32, "4294967295", &v, 9u));
-    EXPECT_EQ(v, 4294967295u);
-    EXPECT_FALSE(Converts(ParseUInt32, "4294967296", &v, 9u));
-    EXPECT_FALSE(Converts(ParseUInt32, "-1", &v, 9u));
-}
-
-TEST(Converters, Int64AndUInt64UseThe64BitRange)
-{
-    long long s;
-    ASSERT_TRUE(Converts(ParseInt64, "9223372036854775807", &s, 9ll));
-    EXPECT_EQ(s, std::numeric_limits<long long>::max());
-    EXPECT_FALSE(Converts(ParseInt64, "9223372036854775808", &s, 9ll));
-    unsigned long long u;
-    ASSERT_TRUE(Converts(ParseUInt64, "18446744073709551615", &u, 9ull));
-    EXPECT_EQ(u, std::numeric_limits<unsigned long long>::max());
-    EXPECT_FALSE(Converts(ParseUInt64, "18446744073709551616", &u, 9ull));
-}
-
-TEST(Converters, IntegersAreBase10WholeTextWithLeadingSpaceAndSign)
-{
-    int v;
-    ASSERT_TRUE(Converts(ParseInt32, " +12", &v, 9));
-    EXPECT_EQ(v, 12);
-    ASSERT_TRUE(Converts(ParseInt32, "010", &v, 9)); // not octal
-    EXPECT_EQ(v, 10);
-    EXPECT_FALSE(Converts(ParseInt32, "0x10", &v, 9)); // not hexadecimal
-    EXPECT_FALSE(Converts(ParseInt32, "12 ", &v, 9)); // trailing characters
-    EXPECT_FALSE(Converts(ParseInt32, "", &v, 9));
-    EXPECT_FALSE(Converts(ParseInt32, "1.5", &v, 9));
-}
-
-TEST(Converters, DoubleUsesTheDecimalPointWhateverTheLocale)
-{
-    double v;
-    ASSERT_TRUE(Converts(ParseDouble, "1.5", &v, 9.0));
-    EXPECT_EQ(v, 1.5);
-    ASSERT_TRUE(Converts(ParseDouble, "1e3", &v, 9.0));
-    EXPECT_EQ(v, 1000.0);
-    ASSERT_TRUE(Converts(ParseDouble, " -2.25", &v, 9.0));
-    EXPECT_EQ(v, -2.25);
-    EXPECT_FALSE(Converts(ParseDouble, "1,5", &v, 9.0));
-    EXPECT_FALSE(Converts(ParseDouble, "0x1p3", &v, 9.0)); // base 10 only
-    EXPECT_FALSE(Converts(ParseDouble, "2.5 ", &v, 9.0));
-    EXPECT_FALSE(Converts(ParseDouble, "", &v, 9.0));
-    EXPECT_FALSE(Converts(ParseDouble, "1e400", &v, 9.0)); // out of range
-}
-
-TEST(Converters, FloatRoundsTheDouble)
-{
-    float v;
-    ASSERT_TRUE(Converts(ParseFloat, "0.1", &v, 9.0f));
-    EXPECT_EQ(v, 0.1f);
-    EXPECT_FALSE(Converts(ParseFloat, "abc", &v, 9.0f));
+    Check<double>(ParseDouble, 9, {{"1.5", 1.5}, {"1e3", 1000}, {" -2.25", -2.25}, {"-0", 0}, {"1E-3", 0.001}},
+                  {"1,5", "0x1p3", "-0X10", " 0x1", "2.5 ", "", "1e400", "abc"});
+    Check<float>(ParseFloat, 9, {{"0.1", 0.1f}, {"-3.5", -3.5f}}, {"abc", "0x1p3", ""});
 }
 
 TEST(Converters, BoolAcceptsExactlyFourTexts)
 {
-    bool v;
-    ASSERT_TRUE(Converts(ParseBool, "true", &v, false));
-    EXPECT_TRUE(v);
-    ASSERT_TRUE(Converts(ParseBool, "1", &v, false));
-    EXPECT_TRUE(v);
-    ASSERT_TRUE(Converts(ParseBool, "false", &v, true));
-    EXPECT_FALSE(v);
-    ASSERT_TRUE(Converts(ParseBool, "0", &v, true));
-    EXPECT_FALSE(v);
-    for (const char* text : {"TRUE", "True", "yes", " true", "true ", "", "on"})
-        EXPECT_FALSE(Converts(ParseBool, text, &v, true)) << text;
+    Check<bool>(ParseBool, true, {{"false", false}, {"0", false}}, {"TRUE", "True", "yes", " true", "true ", "", "2"});
+    Check<bool>(ParseBool, false, {{"true", true}, {"1", true}}, {"FALSE", "no", "off", " 0"});
 }
 
-TEST(Converters, StringNeverFails)
-{
-    wxString v = "old";
-    EXPECT_TRUE(ParseString(&v, ""));
-    EXPECT_EQ(v, "");
-    EXPECT_TRUE(ParseString(&v, "  any text "));
-    EXPECT_EQ(v, "  any text ");
-}
-
-TEST(Converters, VariantPrefersIntegerThenDoubleThenText)
-{
-    wxAny v;
-    EXPECT_TRUE(ParseVariant(&v, "12"));
-    EXPECT_TRUE(v.CheckType<long long>());
-    EXPECT_EQ(v.As<long long>(), 12);
-    EXPECT_TRUE(ParseVariant(&v, "12.5"));
-    EXPECT_TRUE(v.CheckType<double>());
-    EXPECT_EQ(v.As<double>(), 12.5);
-    EXPECT_TRUE(ParseVariant(&v, "1e3"));
-    EXPECT_TRUE(v.CheckType<double>());
-    EXPECT_TRUE(ParseVariant(&v, "auto"));
-    EXPECT_TRUE(v.CheckType<wxString>());
-    EXPECT_EQ(v.As<wxString>(), "auto");
-    EXPECT_TRUE(ParseVariant(&v, "150%"));
-    EXPECT_EQ(v.As<wxString>(), "150%");
-}
-
-TEST(Converters, VariantOfEmptyTextIsEmptyString)
+TEST(Converters, VariantIsInteger64ThenBase10DoubleThenText)
 {
     wxAny v = 5;
-    EXPECT_TRUE(ParseVariant(&v, ""));
-    ASSERT_TRUE(v.CheckType<wxString>());
-    EXPECT_EQ(v.As<wxString>(), "");
+    EXPECT_TRUE(ParseVariant(&v, "12") && v.CheckType<long long>() && v.As<long long>() == 12);
+    for (const char* number : {"12.5", "1e3", "9223372036854775808"})
+        EXPECT_TRUE(ParseVariant(&v, number) && v.CheckType<double>()) << number;
+    EXPECT_EQ(v.As<double>(), 9223372036854775808.0);
+    for (const char* text : {"auto", "150%", "0x1p3", "", " 1 "})
+    {
+        EXPECT_TRUE(ParseVariant(&v, text));
+        ASSERT_TRUE(v.CheckType<wxString>()) << text;
+        EXPECT_EQ(v.As<wxString>(), text);
+    }
 }
 
-TEST(Converters, ListOfEmptyTextAppendsNothing)
-{
-    std::vector<int> items;
-    EXPECT_TRUE(ParseList(&items, "", ParseInt32));
-    EXPECT_TRUE(items.empty());
-}
-
-TEST(Converters, ListAppendsThenFailsOnEmptyLastPiece)
-{
-    std::vector<int> items;
-    EXPECT_FALSE(ParseList(&items, "1 ", ParseInt32));
-    EXPECT_EQ(items, std::vector<int>({1}));
-}
-
-TEST(Converters, ListSplitsAtSingleSpacesAndAppends)
+TEST(Converters, ListsSplitAtSingleSpacesAndAppend)
 {
     std::vector<int> items{7};
-    EXPECT_TRUE(ParseList(&items, "1 2 -1", ParseInt32));
-    EXPECT_EQ(items, std::vector<int>({7, 1, 2, -1}));
-    std::vector<int> doubled;
-    EXPECT_FALSE(ParseList(&doubled, "1  2", ParseInt32)); // the empty piece fails
-    EXPECT_EQ(doubled, std::vector<int>({1}));
-}
-
-TEST(Converters, ListEscapedSpaceStaysInItsPiece)
-{
-    std::vector<wxString> items;
-    EXPECT_TRUE(ParseList(&items, "a\\ b c", ParseString));
-    ASSERT_EQ(items.size(), 2u);
-    EXPECT_EQ(items[0], "a b");
-    EXPECT_EQ(items[1], "c");
+    EXPECT_TRUE(ParseList(&items, "", ParseInt32) && ParseList(&items, "1 2 -1", ParseInt32));
+    EXPECT_EQ(items, std::vector<int>({7, 1, 2, -1})); // empty text: nothing
+    std::vector<int> failed;
+    EXPECT_FALSE(ParseList(&failed, "1  2", ParseInt32) || ParseList(&failed, "3 ", ParseInt32)); // an empty piece
+    EXPECT_EQ(failed, std::vector<int>({1, 3})); // fails; what came before it stays
+    std::vector<wxString> texts;
+    EXPECT_TRUE(ParseList(&texts, "a\\ b c", ParseString) && texts == std::vector<wxString>({"a b", "c"})); // escaped
 }
