@@ -1,25 +1,20 @@
-// Part 1.1: XMLNSContext, its consequence table, edge cases and logging.
+// XMLNSContext: how a qualified name as written maps to the form a schema's
+// classes compare against, scopes, the default namespace, and what is logged.
 #include "test_support.h"
 
 #include "ooxml/namespaces.h"
 
 using ooxml_test::LogCapture;
-using ooxml_test::ParseXml;
+typedef std::vector<std::pair<const char*, const char*>> Attributes;
 
 namespace
 {
-
 const char* const kChart = "http://schemas.openxmlformats.org/drawingml/2006/chart";
-const char* const kRelationships = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-const char* const kSpreadsheet = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+const char* const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+const char* const kSml = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+const XMLNSMap& kChartMap = schemas_openxmlformats_org_drawingml_x2006_chart::NamespaceMap; // chart "", rel "r" ...
 
-// The chart schema's map: own URI -> "", relationships -> "r", ...
-const XMLNSMap& ChartMap()
-{
-    return schemas_openxmlformats_org_drawingml_x2006_chart::NamespaceMap;
-}
-
-wxXmlNode* Element(const wxString& name, std::initializer_list<std::pair<const char*, const char*>> attributes)
+wxXmlNode* Element(const char* name, const Attributes& attributes)
 {
     wxXmlNode* node = new wxXmlNode(wxXML_ELEMENT_NODE, name);
     for (const auto& attribute : attributes)
@@ -28,235 +23,101 @@ wxXmlNode* Element(const wxString& name, std::initializer_list<std::pair<const c
 }
 
 // A document whose root carries the given declarations.
-std::unique_ptr<wxXmlDocument> DocumentWith(std::initializer_list<std::pair<const char*, const char*>> declarations)
+std::unique_ptr<wxXmlDocument> DocumentWith(const Attributes& declarations)
 {
     std::unique_ptr<wxXmlDocument> document(new wxXmlDocument);
     document->SetRoot(Element("root", declarations));
     return document;
 }
-
 } // namespace
 
-// -- The consequence table ----------------------------------------------------------------
-
-TEST(NamespaceContext, OwnPrefixBoundInnermostGivesBareLocalName)
+TEST(NamespaceContext, MapsNamesAndLogsUnknownNamespaces)
 {
-    auto document = DocumentWith({{"xmlns:c", "urn:other"}});
-    XMLNSContext context(document.get());
-    std::unique_ptr<wxXmlNode> inner(Element("inner", {{"xmlns:c", kChart}}));
-    context.PushStack(inner.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("c:barChart", ChartMap()), "barChart");
-    EXPECT_TRUE(log.Records().empty());
+    struct Row
+    {
+        Attributes root, inner; // declarations of the root, and of a pushed element
+        const XMLNSMap* map;
+        const char* name;
+        wxString mapped;
+        const char* logged; // "" if nothing is logged
+    };
+    const XMLNSMap* dml = &schemas_openxmlformats_org_drawingml_x2006_main::NamespaceMap;
+    const XMLNSMap* dsp = &schemas_microsoft_com_office_drawing_x2008_diagram::NamespaceMap;
+    const XMLNSMap* core = &schemas_openxmlformats_org_package_x2006_metadata_core_properties::NamespaceMap;
+    const char* const dgm = "http://schemas.openxmlformats.org/drawingml/2006/diagram";
+    const Row rows[] = {
+        {{{"xmlns:c", "urn:other"}}, {{"xmlns:c", kChart}}, &kChartMap, "c:barChart", "barChart", ""}, // innermost wins
+        {{{"xmlns", kChart}}, {}, &kChartMap, "barChart", "barChart", ""},
+        {{}, {}, &kChartMap, "val", "val", ""},
+        {{{"xmlns", kSml}}, {}, &kChartMap, "val", wxString(kSml) + ":val", "Invalid name: val"}, // default applies
+        {{{"xmlns:r", kRel}}, {}, &kChartMap, "r:id", "r:id", ""},
+        {{{"xmlns:q", kRel}}, {}, &kChartMap, "q:id", "r:id", ""}, // the map's prefix, not the document's
+        {{{"xmlns:z", "urn:unknown"}}, {}, &kChartMap, "z:foo", "urn:unknown:foo", "Invalid name: z:foo"},
+        {{}, {}, &kChartMap, "x:foo", "x:foo", "Invalid name: x:foo"}, // unbound prefix stands for itself
+        {{{"xmlns", kSml}, {"xmlns:c", "urn:unknown"}}, {}, &kChartMap, "xmlns:c", "xmlns:c", ""},
+        {{{"xmlns", kSml}}, {}, &kChartMap, "xmlns", "xmlns", ""},
+        {{{"xmlns:a", kChart}}, {}, &kChartMap, "a:b:c", "b:c", ""}, // split at the first colon
+        {{{"xmlns", kRel}}, {}, &kChartMap, ":abc", "r:abc", ""},
+        {{}, {{"xmlns:p", kChart}, {"xmlns:p", kRel}}, &kChartMap, "p:x", "r:x", ""}, // same prefix twice: the later
+        {{{"xmlns:q", dgm}}, {}, dml, "q:relIds", "dgm:relIds", ""}, // one schema, a prefix per map
+        {{{"xmlns:q", dgm}}, {}, dsp, "q:relIds", "d:relIds", ""},
+        {{{"xmlns:dc", "http://purl.org/dc/elements/1.1/"}}, {}, core, "dc:title", "dc:title", ""},
+        {{{"xmlns:t", "http://purl.org/dc/terms/"}}, {}, core, "t:created", "http://purl.org/dc/terms/:created",
+         "Invalid name: t:created"},
+    };
+    for (const Row& row : rows)
+    {
+        auto document = DocumentWith(row.root);
+        XMLNSContext context(document.get());
+        std::unique_ptr<wxXmlNode> inner(Element("inner", row.inner));
+        context.PushStack(inner.get());
+        LogCapture log;
+        EXPECT_EQ(context.MapNameSpace(row.name, *row.map), row.mapped) << row.name;
+        EXPECT_EQ(log.records.size() + log.Count(row.logged), *row.logged ? 2u : 0u) << row.name;
+        for (const LogCapture::Record& record : log.records) // a message, naming the function and the source
+            EXPECT_TRUE(record.level == wxLOG_Message && record.function == "XMLNSContext::MapNameSpace" &&
+                        record.file.find("ooxml.cpp") != std::string::npos);
+        wxLog::SetLogLevel(wxLOG_Warning); // with messages off, nothing is logged
+        EXPECT_EQ(context.MapNameSpace(row.name, *row.map) + wxString::Format("%zu", log.records.size()),
+                  row.mapped + (*row.logged ? "1" : "0"));
+    }
 }
 
-TEST(NamespaceContext, DefaultNamespaceOfTheSchemaGivesBareLocalName)
+TEST(NamespaceContext, ScopesNestTheDefaultNamespaceIsNotRestoredCopiesAreIndependent)
 {
-    auto document = DocumentWith({{"xmlns", kChart}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("barChart", ChartMap()), "barChart");
-    EXPECT_TRUE(log.Records().empty());
-}
-
-TEST(NamespaceContext, UnprefixedNameWithoutDefaultNamespaceStaysAsIs)
-{
-    auto document = DocumentWith({});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("val", ChartMap()), "val");
-    EXPECT_TRUE(log.Records().empty());
-}
-
-TEST(NamespaceContext, UnprefixedNameUnderForeignDefaultNamespaceIsQualifiedAndLogged)
-{
-    auto document = DocumentWith({{"xmlns", kSpreadsheet}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("val", ChartMap()), wxString(kSpreadsheet) + ":val");
-    EXPECT_EQ(log.Count("Invalid name: val"), 1u);
-}
-
-TEST(NamespaceContext, KnownForeignNamespaceTakesTheMapsPrefix)
-{
-    auto document = DocumentWith({{"xmlns:r", kRelationships}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("r:id", ChartMap()), "r:id");
-    EXPECT_TRUE(log.Records().empty());
-}
-
-TEST(NamespaceContext, DocumentPrefixDoesNotMatter)
-{
-    auto document = DocumentWith({{"xmlns:q", kRelationships}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("q:id", ChartMap()), "r:id");
-    EXPECT_TRUE(log.Records().empty());
-}
-
-TEST(NamespaceContext, UnknownNamespaceIsQualifiedByItsUriAndLogged)
-{
-    auto document = DocumentWith({{"xmlns:z", "urn:unknown"}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("z:foo", ChartMap()), "urn:unknown:foo");
-    EXPECT_EQ(log.Count("Invalid name: z:foo"), 1u);
-}
-
-TEST(NamespaceContext, UnboundPrefixStandsForItselfAndIsLogged)
-{
-    auto document = DocumentWith({});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("x:foo", ChartMap()), "x:foo");
-    EXPECT_EQ(log.Count("Invalid name: x:foo"), 1u);
-}
-
-TEST(NamespaceContext, NamespaceDeclarationsPassThroughUntouched)
-{
-    auto document = DocumentWith({{"xmlns", kSpreadsheet}, {"xmlns:c", "urn:unknown"}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    EXPECT_EQ(context.MapNameSpace("xmlns:c", ChartMap()), "xmlns:c");
-    EXPECT_EQ(context.MapNameSpace("xmlns", ChartMap()), "xmlns");
-    EXPECT_TRUE(log.Records().empty());
-}
-
-// -- Edge cases ------------------------------------------------------------------------------
-
-TEST(NamespaceContext, NameWithTwoColonsSplitsAtTheFirst)
-{
-    auto document = DocumentWith({{"xmlns:a", kChart}});
-    XMLNSContext context(document.get());
-    EXPECT_EQ(context.MapNameSpace("a:b:c", ChartMap()), "b:c");
-}
-
-TEST(NamespaceContext, LeadingColonMeansNoPrefix)
-{
-    auto without = DocumentWith({});
-    XMLNSContext plain(without.get());
-    EXPECT_EQ(plain.MapNameSpace(":abc", ChartMap()), "abc");
-
-    auto document = DocumentWith({{"xmlns", kRelationships}});
-    XMLNSContext context(document.get());
-    EXPECT_EQ(context.MapNameSpace(":abc", ChartMap()), "r:abc");
-}
-
-TEST(NamespaceContext, InnerDefaultNamespaceIsNotRestoredByPop)
-{
-    std::unique_ptr<wxXmlDocument> document =
-        ParseXml(wxString("<root xmlns='") + kChart + "'><a><b xmlns='" + kRelationships + "'/></a><c/></root>");
+    std::unique_ptr<wxXmlDocument> document = ooxml_test::ParseXml(wxString("<root xmlns='") + kChart + "' xmlns:p='" +
+                                                                   kChart + "'><a xmlns:p='" + kRel + "'><b xmlns='" +
+                                                                   kRel + "'/></a><c/></root>");
     ASSERT_TRUE(document);
     XMLNSContext context(document.get());
+    auto map = [&context](const char* name) { return context.MapNameSpace(name, kChartMap); };
     wxXmlNode* a = document->GetRoot()->GetChildren();
-    wxXmlNode* b = a->GetChildren();
-    EXPECT_EQ(context.MapNameSpace("x", ChartMap()), "x");
+    EXPECT_EQ(map("x") + map("p:x"), "xx");
     context.PushStack(a);
-    context.PushStack(b);
-    EXPECT_EQ(context.MapNameSpace("x", ChartMap()), "r:x");
+    EXPECT_EQ(map("p:x"), "r:x"); // the inner prefix shadows the outer
+    context.PushStack(a->GetChildren());
+    EXPECT_EQ(map("x"), "r:x");
     context.PopStack();
     context.PopStack();
-    // The following sibling of the ancestor still sees the inner default.
+    EXPECT_EQ(map("p:x"), "x"); // ... until popped
     context.PushStack(a->GetNext());
-    EXPECT_EQ(context.MapNameSpace("c", ChartMap()), "r:c");
-    context.PopStack();
-}
-
-TEST(NamespaceContext, InnerPrefixShadowsOuterUntilPopped)
-{
-    auto document = DocumentWith({{"xmlns:p", kChart}});
-    XMLNSContext context(document.get());
-    std::unique_ptr<wxXmlNode> inner(Element("inner", {{"xmlns:p", kRelationships}}));
-    EXPECT_EQ(context.MapNameSpace("p:x", ChartMap()), "x");
-    context.PushStack(inner.get());
-    EXPECT_EQ(context.MapNameSpace("p:x", ChartMap()), "r:x");
-    context.PopStack();
-    EXPECT_EQ(context.MapNameSpace("p:x", ChartMap()), "x");
-}
-
-TEST(NamespaceContext, SamePrefixTwiceOnOneElementTakesTheLater)
-{
-    // No parser accepts a duplicate attribute, so the node is built directly.
-    auto document = DocumentWith({});
-    XMLNSContext context(document.get());
-    std::unique_ptr<wxXmlNode> node(Element("e", {{"xmlns:p", kChart}, {"xmlns:p", kRelationships}}));
-    context.PushStack(node.get());
-    EXPECT_EQ(context.MapNameSpace("p:x", ChartMap()), "r:x");
-    context.PopStack();
-}
-
-TEST(NamespaceContext, PushAndPopOfPlainNodeLeavesContextAsBefore)
-{
-    auto document = DocumentWith({{"xmlns", kRelationships}, {"xmlns:c", kChart}});
-    XMLNSContext context(document.get());
-    std::unique_ptr<wxXmlNode> plain(Element("plain", {}));
-    const wxString before1 = context.MapNameSpace("c:x", ChartMap());
-    const wxString before2 = context.MapNameSpace("y", ChartMap());
-    context.PushStack(plain.get());
+    EXPECT_EQ(map("c"), "r:c"); // a later sibling still sees the inner default
     context.PopStack();
     context.PushStack(nullptr); // a null node gets a scope too
     context.PopStack();
-    EXPECT_EQ(context.MapNameSpace("c:x", ChartMap()), before1);
-    EXPECT_EQ(context.MapNameSpace("y", ChartMap()), before2);
-    // The root's own scope is still there: popping it unbinds "c".
-    LogCapture quiet;
-    context.PopStack();
-    EXPECT_EQ(context.MapNameSpace("c:x", ChartMap()), "c:x");
-}
-
-TEST(NamespaceContext, CopyIsIndependentOfTheOriginal)
-{
-    auto document = DocumentWith({{"xmlns:p", kChart}});
-    XMLNSContext original(document.get());
-    XMLNSContext copy(original);
-    std::unique_ptr<wxXmlNode> inner(Element("inner", {{"xmlns:p", kRelationships}, {"xmlns", kRelationships}}));
+    EXPECT_EQ(map("p:x"), "x");
+    XMLNSContext copy(context);
+    std::unique_ptr<wxXmlNode> inner(Element("inner", {{"xmlns:p", kRel}, {"xmlns", kChart}, {"xmlns:q", kChart}}));
     copy.PushStack(inner.get());
-    EXPECT_EQ(copy.MapNameSpace("p:x", ChartMap()), "r:x");
-    EXPECT_EQ(copy.MapNameSpace("y", ChartMap()), "r:y");
-    EXPECT_EQ(original.MapNameSpace("p:x", ChartMap()), "x");
-    EXPECT_EQ(original.MapNameSpace("y", ChartMap()), "y");
-}
-
-TEST(NamespaceContext, AssignmentCopiesScopesAndDefaultNamespace)
-{
-    auto first = DocumentWith({{"xmlns:p", kChart}});
-    auto second = DocumentWith({{"xmlns:p", kRelationships}, {"xmlns", kRelationships}});
-    XMLNSContext target(first.get());
-    std::unique_ptr<wxXmlNode> extra(Element("extra", {{"xmlns:q", kChart}}));
-    target.PushStack(extra.get()); // a surplus scope, freed by the assignment
-    XMLNSContext source(second.get());
-    target = source;
-    EXPECT_EQ(target.MapNameSpace("p:x", ChartMap()), "r:x");
-    EXPECT_EQ(target.MapNameSpace("q:x", ChartMap()), "q:x");
-    EXPECT_EQ(target.MapNameSpace("y", ChartMap()), "r:y");
-    const XMLNSContext& self = target; // through a reference: compilers warn on a literal self-assignment
-    target = self;                     // self-assignment keeps everything
-    EXPECT_EQ(target.MapNameSpace("p:x", ChartMap()), "r:x");
-}
-
-// -- Logging ---------------------------------------------------------------------------------
-
-TEST(NamespaceContext, InvalidNameRecordNamesFunctionAndSourceUnitAtMessageLevel)
-{
-    auto document = DocumentWith({{"xmlns:z", "urn:unknown"}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    context.MapNameSpace("z:foo", ChartMap());
-    ASSERT_EQ(log.Records().size(), 1u);
-    const LogCapture::Record& record = log.Records()[0];
-    EXPECT_EQ(record.level, wxLOG_Message);
-    EXPECT_EQ(record.message, "Invalid name: z:foo");
-    EXPECT_EQ(record.function, "XMLNSContext::MapNameSpace");
-    EXPECT_NE(record.file.find("ooxml.cpp"), std::string::npos) << record.file;
-}
-
-TEST(NamespaceContext, NothingIsLoggedWhenMessageLevelIsDisabled)
-{
-    auto document = DocumentWith({{"xmlns:z", "urn:unknown"}});
-    XMLNSContext context(document.get());
-    LogCapture log;
-    wxLog::SetLogLevel(wxLOG_Warning);
-    EXPECT_EQ(context.MapNameSpace("z:foo", ChartMap()), "urn:unknown:foo");
-    EXPECT_TRUE(log.Records().empty());
+    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap) + copy.MapNameSpace("y", kChartMap), "r:xy");
+    EXPECT_EQ(map("p:x") + map("y"), "xr:y"); // the original is untouched
+    LogCapture quiet;
+    copy = context; // the surplus scope of "q" goes
+    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap) + copy.MapNameSpace("q:x", kChartMap) +
+                  copy.MapNameSpace("y", kChartMap), "xq:xr:y");
+    const XMLNSContext& self = copy;
+    copy = self;
+    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap), "x");
+    context.PopStack(); // the root's own scope: "p" is unbound now
+    EXPECT_EQ(map("p:x"), "p:x");
 }

@@ -34,7 +34,7 @@ struct OOXML_API PrepareStats
     std::size_t alternateContent = 0;    // mc:AlternateContent elements resolved
     std::size_t choices = 0;             // ... by an mc:Choice
     std::size_t fallbacks = 0;           // ... by the mc:Fallback
-    std::size_t recovered = 0;           // elements that came out of a Choice or Fallback
+    std::size_t recovered = 0;           // elements kept from a Choice, a Fallback or ProcessContent
     std::size_t ignoredElements = 0;     // elements of ignorable namespaces dropped
     std::size_t ignoredAttributes = 0;   // attributes of ignorable namespaces dropped
     std::size_t unwrapped = 0;           // ignorable elements whose content was kept (ProcessContent)
