@@ -8,7 +8,7 @@ from __future__ import annotations
 import math
 from typing import Dict, List
 
-from .cpp import BANNER, guard
+from .cpp import BANNER, guard, string_literal
 from .emit_cpp import CLASSES_PER_SOURCE
 from .model import Class, Member, Model, Schema
 
@@ -107,9 +107,16 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
             lines.append("")
         lines += ["} // namespace", ""]
         for cls in chunk:
+            if cls.content_types:
+                items = "".join(f"{string_literal(t)}, " for t in cls.content_types)
+                lines.append(f"const char* const kContentTypes_{cls.name}[] = {{{items}nullptr}};")
+        for cls in chunk:
             q = _qualified(cls)
+            types = f"kContentTypes_{cls.name}" if cls.content_types else "nullptr"
+            element = string_literal(cls.root_element) if cls.root_element else "nullptr"
             lines.append(f'const ClassInfo {_info(cls)} = {{"{cls.name}", "{schema.key}", '
-                         f'"{schema.cpp_namespace}", &Visit_{cls.name}, &Create<{q}>, &Destroy<{q}>, &Read<{q}>}};')
+                         f'"{schema.cpp_namespace}", &Visit_{cls.name}, &Create<{q}>, &Destroy<{q}>, &Read<{q}>, '
+                         f'&typeid({q}), "{schema.key}::{cls.name}", {string_literal(schema.uri)}, {element}, {types}}};')
         lines.append("")
         for cls in chunk:
             lines.append(f"Node NodeOf(const {_qualified(cls)}& object) {{ return Node{{&object, &{_info(cls)}}}; }}")

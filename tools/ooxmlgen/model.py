@@ -59,6 +59,10 @@ class Class:
     base: Optional["Class"] = None   # complexContent/simpleContent extension
     any_base: bool = False           # content is any simple value: derives from wxAny
     order: int = 0                   # position among the schema's classes
+    # A part's root: the content types whose parts it reads, and the root
+    # element (in the schema's namespace) that names it in a generic XML part.
+    content_types: List[str] = field(default_factory=list)
+    root_element: Optional[str] = None
 
     @property
     def is_group(self) -> bool:

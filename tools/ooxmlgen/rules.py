@@ -119,7 +119,24 @@ class Builder:
             self._number_classes(schema)
             self._collect_enumerations(schema)
             self._name_defaults(schema)
+        self._mark_roots()
         return Model(list(self.schemas.values()))
+
+    def _mark_roots(self) -> None:
+        """The classes that read a whole part: by content type, by root element."""
+        seen: Dict[str, str] = {}
+        for entry in self.binding.get("root", []):
+            key, _, name = entry["class"].partition(":")
+            schema = self.by_key.get(key)
+            cls = next((c for c in schema.classes if c.name == name), None) if schema else None
+            if cls is None:
+                raise BindingError(f"root: no class {entry['class']}")
+            for content_type in entry.get("content_types", []):
+                if content_type.lower() in seen:
+                    raise BindingError(f"root: {content_type} is {seen[content_type.lower()]} already")
+                seen[content_type.lower()] = entry["class"]
+                cls.content_types.append(content_type)
+            cls.root_element = entry.get("element")
 
     # -- schemas and maps -------------------------------------------------------------
     def _make_schemas(self) -> None:

@@ -37,7 +37,8 @@ void Visit_CT_CoreProperties(const void* object, Visitor& visitor)
 
 } // namespace
 
-const ClassInfo info::core_properties::CT_CoreProperties = {"CT_CoreProperties", "core_properties", "schemas_openxmlformats_org_package_x2006_metadata_core_properties", &Visit_CT_CoreProperties, &Create<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>, &Destroy<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>, &Read<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>};
+const char* const kContentTypes_CT_CoreProperties[] = {"application/vnd.openxmlformats-package.core-properties+xml", nullptr};
+const ClassInfo info::core_properties::CT_CoreProperties = {"CT_CoreProperties", "core_properties", "schemas_openxmlformats_org_package_x2006_metadata_core_properties", &Visit_CT_CoreProperties, &Create<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>, &Destroy<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>, &Read<::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties>, &typeid(::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties), "core_properties::CT_CoreProperties", "http://schemas.openxmlformats.org/package/2006/metadata/core-properties", nullptr, kContentTypes_CT_CoreProperties};
 
 Node NodeOf(const ::schemas_openxmlformats_org_package_x2006_metadata_core_properties::CT_CoreProperties& object) { return Node{&object, &info::core_properties::CT_CoreProperties}; }
 

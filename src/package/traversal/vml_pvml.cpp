@@ -28,8 +28,8 @@ void Visit_CT_Rel(const void* object, Visitor& visitor)
 
 } // namespace
 
-const ClassInfo info::vml_pvml::CT_Empty = {"CT_Empty", "vml_pvml", "urn_schemas_microsoft_com_office_powerpoint", &Visit_CT_Empty, &Create<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>, &Destroy<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>, &Read<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>};
-const ClassInfo info::vml_pvml::CT_Rel = {"CT_Rel", "vml_pvml", "urn_schemas_microsoft_com_office_powerpoint", &Visit_CT_Rel, &Create<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>, &Destroy<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>, &Read<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>};
+const ClassInfo info::vml_pvml::CT_Empty = {"CT_Empty", "vml_pvml", "urn_schemas_microsoft_com_office_powerpoint", &Visit_CT_Empty, &Create<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>, &Destroy<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>, &Read<::urn_schemas_microsoft_com_office_powerpoint::CT_Empty>, &typeid(::urn_schemas_microsoft_com_office_powerpoint::CT_Empty), "vml_pvml::CT_Empty", "urn:schemas-microsoft-com:office:powerpoint", nullptr, nullptr};
+const ClassInfo info::vml_pvml::CT_Rel = {"CT_Rel", "vml_pvml", "urn_schemas_microsoft_com_office_powerpoint", &Visit_CT_Rel, &Create<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>, &Destroy<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>, &Read<::urn_schemas_microsoft_com_office_powerpoint::CT_Rel>, &typeid(::urn_schemas_microsoft_com_office_powerpoint::CT_Rel), "vml_pvml::CT_Rel", "urn:schemas-microsoft-com:office:powerpoint", nullptr, nullptr};
 
 Node NodeOf(const ::urn_schemas_microsoft_com_office_powerpoint::CT_Empty& object) { return Node{&object, &info::vml_pvml::CT_Empty}; }
 Node NodeOf(const ::urn_schemas_microsoft_com_office_powerpoint::CT_Rel& object) { return Node{&object, &info::vml_pvml::CT_Rel}; }

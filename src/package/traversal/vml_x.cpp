@@ -95,8 +95,8 @@ void Visit_CT_ClientDataData__(const void* object, Visitor& visitor)
 
 } // namespace
 
-const ClassInfo info::vml_x::CT_ClientData = {"CT_ClientData", "vml_x", "urn_schemas_microsoft_com_office_excel", &Visit_CT_ClientData, &Create<::urn_schemas_microsoft_com_office_excel::CT_ClientData>, &Destroy<::urn_schemas_microsoft_com_office_excel::CT_ClientData>, &Read<::urn_schemas_microsoft_com_office_excel::CT_ClientData>};
-const ClassInfo info::vml_x::CT_ClientDataData__ = {"CT_ClientDataData__", "vml_x", "urn_schemas_microsoft_com_office_excel", &Visit_CT_ClientDataData__, &Create<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>, &Destroy<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>, &Read<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>};
+const ClassInfo info::vml_x::CT_ClientData = {"CT_ClientData", "vml_x", "urn_schemas_microsoft_com_office_excel", &Visit_CT_ClientData, &Create<::urn_schemas_microsoft_com_office_excel::CT_ClientData>, &Destroy<::urn_schemas_microsoft_com_office_excel::CT_ClientData>, &Read<::urn_schemas_microsoft_com_office_excel::CT_ClientData>, &typeid(::urn_schemas_microsoft_com_office_excel::CT_ClientData), "vml_x::CT_ClientData", "urn:schemas-microsoft-com:office:excel", nullptr, nullptr};
+const ClassInfo info::vml_x::CT_ClientDataData__ = {"CT_ClientDataData__", "vml_x", "urn_schemas_microsoft_com_office_excel", &Visit_CT_ClientDataData__, &Create<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>, &Destroy<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>, &Read<::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__>, &typeid(::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__), "vml_x::CT_ClientDataData__", "urn:schemas-microsoft-com:office:excel", nullptr, nullptr};
 
 Node NodeOf(const ::urn_schemas_microsoft_com_office_excel::CT_ClientData& object) { return Node{&object, &info::vml_x::CT_ClientData}; }
 Node NodeOf(const ::urn_schemas_microsoft_com_office_excel::CT_ClientDataData__& object) { return Node{&object, &info::vml_x::CT_ClientDataData__}; }

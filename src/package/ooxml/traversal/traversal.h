@@ -14,11 +14,13 @@
 // holds both).  Arrays are reported item by item with their index.
 //
 // AllClasses() lists every generated class with what it takes to create,
-// read, visit and destroy an object of it without knowing its type.
+// read, visit and destroy an object of it without knowing its type, and the
+// content types and root element of the parts that it reads.
 #ifndef OOXML_TRAVERSAL_TRAVERSAL_H
 #define OOXML_TRAVERSAL_TRAVERSAL_H
 
 #include <cstddef>
+#include <typeinfo>
 
 #include <wx/any.h>
 
@@ -43,6 +45,14 @@ struct ClassInfo
     void* (*create)();                   // new object, as its default constructor makes it
     void (*destroy)(void* object);       // deletes an object that create() made
     bool (*read)(void* object, wxXmlNode* node, XMLNSContext* context);  // its ReadXML
+    const std::type_info* type;          // typeid of the class
+    const char* fullName;                // "sml::CT_Worksheet"
+    const char* namespaceUri;            // the schema's namespace
+    // For the class that reads a whole part: the root element that names it in
+    // a part declared only as XML, and the content types of its parts
+    // (null-terminated); both null for the other classes.
+    const char* rootElement;
+    const char* const* contentTypes;
 };
 
 // Every generated class, schema by schema, each in declaration order.
