@@ -1,4 +1,1 @@
-"""Unit tests of the generator on the small fixture schemas of fixtures/.
-
-    python3 -m unittest discover -s tools/ooxmlgen/tests -t tools
-"""
+"""Unit tests of the generator on fixtures/: python3 -m unittest discover -s tools/ooxmlgen/tests -t tools"""

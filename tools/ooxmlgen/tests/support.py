@@ -1,48 +1,30 @@
-"""What the tests share: the fixture schemas and binding, and the model built
-from them (once; the tests only read it)."""
-
-from __future__ import annotations
+"""What the tests share: the fixtures and the model built from them (once; the tests only read it)."""
 
 import functools
 import os
-from typing import List, Tuple
 
 from ooxmlgen import rules
-from ooxmlgen.model import Class, Member, Model
 
 FIXTURES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fixtures")
 BINDING = os.path.join(FIXTURES, "binding.toml")
-TOOLS = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-
-
-def build() -> Model:
-    """A fresh model of the fixtures, for a test that changes it."""
-    return rules.build(FIXTURES, BINDING)
 
 
 @functools.lru_cache(maxsize=None)
-def model() -> Model:
-    return build()
+def model():
+    return rules.build(FIXTURES, BINDING)
 
 
-def find(name: str, key: str = "fx") -> Class:
-    for cls in model().by_key(key).classes:
-        if cls.name == name:
-            return cls
-    raise KeyError(f"{key}::{name}")
+def find(name, key="fx"):
+    return next(c for c in model().by_key(key).classes if c.name == name)
 
 
-def member(cls: Class, name: str) -> Member:
-    for m in cls.members:
-        if m.name == name:
-            return m
-    raise KeyError(f"{cls.name}.{name}")
+def member(path):
+    """"CT_Naming.Item" -> the class and its member."""
+    cls = find(path.split(".")[0])
+    return cls, next(m for m in cls.members if m.name == path.split(".")[1])
 
 
-def shape(cls: Class) -> List[Tuple]:
-    """(name, kind, XML name, repeated) of every member, in bit order."""
-    return [(m.name, m.kind.name, m.xml, m.repeated) for m in cls.members]
-
-
-def target(m: Member) -> str:
-    return f"{m.target.schema.key}::{m.target.name}"
+def shape(cls):
+    """Members in bit order: name/kind initials ("VE": value element), "*" if repeated, "=XML name"."""
+    return " ".join(f"{m.name}/{''.join(filter(str.isupper, m.kind.label))}{'*' * m.repeated}"
+                    + (f"={m.xml}" if m.xml else "") for m in cls.members)

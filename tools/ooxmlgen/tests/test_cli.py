@@ -1,79 +1,58 @@
-"""The command line: --dump-model, --check, and a missing schema folder."""
+"""The command line: --dump-model, --check, and its errors."""
 
 import json
 import os
+import pathlib
 import subprocess
 import sys
 import tempfile
 import unittest
 
-from . import support
+from ooxmlgen import generate
 
-FIXTURE_ARGS = ["--schemas", support.FIXTURES, "--binding", support.BINDING]
-
-
-def _run(*args):
-    return subprocess.run([sys.executable, os.path.join(support.TOOLS, "ooxmlgen"), *args],
-                          capture_output=True, text=True, check=False)
+from .support import BINDING, FIXTURES
 
 
-class DumpModel(unittest.TestCase):
-    def test_one_class(self):
-        result = _run(*FIXTURE_ARGS, "--dump-model", "--class", "CT_DimensionData__")
+def run(*args):
+    """The command line on the fixtures (a later --schemas wins)."""
+    return subprocess.run([sys.executable, os.path.dirname(os.path.abspath(generate.__file__)), "--schemas", FIXTURES,
+                           "--binding", BINDING, *args], capture_output=True, text=True, check=False)
+
+
+class CommandLine(unittest.TestCase):
+    def test_dump_model(self):
+        result = run("--dump-model", "--class", "CT_DimensionData__")
         self.assertEqual(result.returncode, 0, result.stderr)
-        schemas = json.loads(result.stdout)["schemas"]
-        self.assertEqual([s["key"] for s in schemas], ["fx"])
-        self.assertNotIn("names", schemas[0])
-        [cls] = schemas[0]["classes"]
-        self.assertEqual(cls["kind"], "holder")
-        self.assertEqual([(m["name"], m["kind"], m["bit"], m["repeated"], m["target"], m["branch_guard"])
-                          for m in cls["members"]],
-                         [("F", "value_element", 0, False, None, []),
-                          ("Lvl", "child", 1, True, "fx::CT_Empty", [0]),
-                          ("Lvl_1", "child", 2, True, "fx::CT_Empty", [])])
+        [schema] = json.loads(result.stdout)["schemas"]
+        [cls] = schema["classes"]
+        self.assertEqual((schema["key"], "names" in schema, cls["kind"]), ("fx", False, "holder"))
+        # Branch 1 is (f, lvl*), branch 2 lvl*: the first "lvl" takes a child only once "f" was read.
+        self.assertEqual([(m["name"], m["kind"], m["bit"], m["repeated"], m["target"], m["branch_guard"], m["storage"])
+                          for m in cls["members"]], [("F", "value_element", 0, False, None, [], "wxString"),
+                                              ("Lvl", "child", 1, True, "fx::CT_Empty", [0], "XMLPtrArray<CT_Empty>"),
+                                              ("Lvl_1", "child", 2, True, "fx::CT_Empty", [], "XMLPtrArray<CT_Empty>")])
         self.assertEqual(cls["members"][0]["value"], {"cpp": "wxString", "parse": "ParseString", "list": False})
-        self.assertEqual(cls["members"][1]["storage"], "XMLPtrArray<CT_Empty>")
+        schemas = json.loads(run("--dump-model").stdout)["schemas"]
+        classes = {c["name"]: c for c in schemas[0]["classes"]}
+        self.assertEqual(([s["key"] for s in schemas], schemas[0]["names"]["o_note"], classes["CT_Derived"]["base"],
+                          classes["CT_Values"]["members"][16]["default"]),   # bit 16: "d"
+                         (["fx", "fo", "fr"], "s_o_note_1", "fx::CT_Base", "NaN"))
+        result = run("--dump-model", "--class", "CT_Nothing")
+        self.assertEqual((result.returncode, result.stderr), (2, "ooxmlgen: no class named 'CT_Nothing'\n"))
 
-    def test_whole_model(self):
-        result = _run(*FIXTURE_ARGS, "--dump-model")
-        self.assertEqual(result.returncode, 0, result.stderr)
-        schemas = {s["key"]: s for s in json.loads(result.stdout)["schemas"]}
-        self.assertEqual(list(schemas), ["fx", "fo", "fr"])
-        self.assertEqual(schemas["fx"]["names"]["o_note"], "s_o_note_1")
-        derived = next(c for c in schemas["fx"]["classes"] if c["name"] == "CT_Derived")
-        self.assertEqual(derived["base"], "fx::CT_Base")
-        values = next(c for c in schemas["fx"]["classes"] if c["name"] == "CT_Values")
-        self.assertEqual(next(m for m in values["members"] if m["name"] == "D")["default"], "NaN")
-
-    def test_unknown_class(self):
-        result = _run(*FIXTURE_ARGS, "--dump-model", "--class", "CT_Nothing")
-        self.assertEqual(result.returncode, 2)
-        self.assertIn("no class named 'CT_Nothing'", result.stderr)
-
-
-class Check(unittest.TestCase):
-    def test_generate_then_check(self):
+    def test_check(self):
         with tempfile.TemporaryDirectory() as out:
-            self.assertEqual(_run(*FIXTURE_ARGS, "--out", out).returncode, 0)
-            self.assertTrue(os.path.exists(os.path.join(out, "src/ooxml/fixture/fx.h")))
-            result = _run(*FIXTURE_ARGS, "--out", out, "--check")
+            generate.write(generate.generate(FIXTURES, BINDING), out)
+            result = run("--out", out, "--check")
             self.assertEqual(result.returncode, 0, result.stderr)
-            # A changed file and a stale one (the banner, no longer generated) fail the check.
-            with open(os.path.join(out, "src/ooxml/fixture/fo.cpp"), "a", encoding="utf-8") as f:
-                f.write("// edited\n")
-            with open(os.path.join(out, "src/ooxml/fixture/old.h"), "w", encoding="utf-8") as f:
-                f.write("// Generated by tools/ooxmlgen from the XSDs\n")
-            result = _run(*FIXTURE_ARGS, "--out", out, "--check")
+            # A changed file, a missing one and a stale one (the banner, no longer generated) fail the check.
+            folder = pathlib.Path(out, "src/ooxml/fixture")
+            (folder / "fo.cpp").write_text((folder / "fo.cpp").read_text(encoding="utf-8") + "//\n", encoding="utf-8")
+            (folder / "fx.h").unlink()
+            (folder / "old.h").write_text("// Generated by tools/ooxmlgen from the XSDs\n", encoding="utf-8")
+            result = run("--out", out, "--check")
             self.assertEqual(result.returncode, 1)
-            self.assertIn("src/ooxml/fixture/fo.cpp: differs", result.stderr)
-            self.assertIn("src/ooxml/fixture/old.h: stale", result.stderr)
-
-    def test_missing_schema_folder_fails(self):
-        missing = os.path.join(support.FIXTURES, "no-such-folder")
-        result = _run("--schemas", missing, "--check")
-        self.assertEqual(result.returncode, 2)
-        self.assertIn(f"ooxmlgen: {missing}: no such schema folder", result.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()
+            for problem in ("fo.cpp: differs", "fx.h: missing", "old.h: stale"):
+                self.assertIn(f"src/ooxml/fixture/{problem}", result.stderr)
+        result = run("--schemas", os.path.join(FIXTURES, "none"), "--check")
+        self.assertEqual((result.returncode, result.stderr), (2, f"ooxmlgen: {FIXTURES}/none: no such schema folder\n"))
