@@ -1,32 +1,24 @@
-// Every generated class reads a sample element that gives each of its members
-// a value once; the generic traversal must then report each member that the
-// class reads as present with the converted value, and every other member
-// (inherited ones, names that an earlier member took) as absent.  The samples
-// and the expected reports are generated from the model
-// (tests/generated/class_samples.inc), so a broken reader, name mapping,
-// converter, presence bit or registry entry shows up as a differing report.
+// Every generated class reads a sample giving each member a value once; the traversal must then report each member
+// the class reads as present with the converted value, every other one (inherited, names an earlier member took) as
+// absent. A broken reader, name mapping, converter, presence bit or registry entry gives a differing report.
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
-
 #include <gtest/gtest.h>
 #include <wx/log.h>
 #include <wx/sstream.h>
 #include <wx/xml/xml.h>
-
 #include "ooxml/traversal/traversal.h"
 
 namespace
 {
-
 struct SchemaDeclarations
 {
     const char* schema;
     const char* xmlns;   // the schema's namespace map as declarations
 };
-
 struct ClassSample
 {
     const char* schema;
@@ -35,7 +27,6 @@ struct ClassSample
     const char* content;
     const char* expected;   // "Name+value" / "Name-" / "Name[i]+value", in visit order
 };
-
 #include "generated/class_samples.inc"
 
 // A value as the expected reports write it: a type letter and the value.
@@ -63,14 +54,11 @@ std::string Typed(const wxAny& value)
         return "s" + std::string(value.As<wxString>().utf8_str());
     return "?";
 }
-
-// Prints the members of one object (not of its children) as the expected
-// reports do.
+// Prints the members of one object (not of its children) as the expected reports do.
 class Report : public ooxml::traversal::Visitor
 {
 public:
     std::string text;
-
     void OnValue(const ooxml::traversal::Member& m, const wxAny& value) override
     {
         Add(m);
@@ -80,7 +68,6 @@ public:
     }
     void OnObject(const ooxml::traversal::Member& m, const ooxml::traversal::Node&) override { Add(m); }
     void OnAbsentObject(const ooxml::traversal::Member& m) override { Add(m); }
-
 private:
     void Add(const ooxml::traversal::Member& m)
     {
@@ -106,7 +93,6 @@ TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
     const ooxml::traversal::ClassList classes = ooxml::traversal::AllClasses();
     const std::size_t samples = sizeof(kClassSamples) / sizeof(kClassSamples[0]);
     ASSERT_EQ(classes.count, samples) << "the registry and the samples list different classes";
-
     wxLogNull quiet; // names of unbound prefixes are logged as invalid
     std::size_t failures = 0;
     for (std::size_t i = 0; i < samples && failures < 20; ++i)
@@ -116,7 +102,6 @@ TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
         SCOPED_TRACE(std::string(sample.schema) + "::" + sample.name);
         ASSERT_STREQ(info.name, sample.name);
         ASSERT_STREQ(info.schema, sample.schema);
-
         const char* xmlns = DeclarationsOf(sample.schema);
         ASSERT_NE(xmlns, nullptr);
         const wxString xml = wxString::Format("<sample %s %s>%s</sample>", xmlns, wxString::FromUTF8(sample.attributes),
@@ -124,13 +109,11 @@ TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
         wxStringInputStream input(xml);
         wxXmlDocument document;
         ASSERT_TRUE(document.Load(input)) << xml.utf8_str();
-
         XMLNSContext context(&document);
         std::unique_ptr<void, void (*)(void*)> object(info.create(), info.destroy);
         const bool read = info.read(object.get(), document.GetRoot(), &context);
         Report report;
         info.visit(object.get(), report);
-
         EXPECT_TRUE(read) << xml.utf8_str();
         EXPECT_EQ(report.text, sample.expected) << xml.utf8_str();
         if (!read || report.text != sample.expected)
@@ -138,5 +121,4 @@ TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
     }
     EXPECT_EQ(failures, 0u);
 }
-
 } // namespace

@@ -1,39 +1,44 @@
 // Non-template parts of the test helpers.
 #include "test_support.h"
-
+#include <cstring>
 #include <wx/sstream.h>
 
 namespace ooxml_test
 {
+// The usual prefixes and their URIs, relative ones under http://schemas.openxmlformats.org/.
+const char* const kPrefixes[][2] = {
+    {"x", "spreadsheetml/2006/main"}, {"r", "officeDocument/2006/relationships"}, {"c", "drawingml/2006/chart"},
+    {"w", "wordprocessingml/2006/main"}, {"m", "officeDocument/2006/math"}, {"a", "drawingml/2006/main"},
+    {"d", "drawingml/2006/diagram"}, {"p", "presentationml/2006/main"}, {"t", "package/2006/content-types"},
+    {"vt", "officeDocument/2006/docPropsVTypes"}, {"cp", "package/2006/metadata/core-properties"},
+    {"wp", "drawingml/2006/wordprocessingDrawing"}, {"pic", "drawingml/2006/picture"},
+    {"cu", "officeDocument/2006/custom-properties"}, {"dc", "http://purl.org/dc/elements/1.1/"},
+    {"dcterms", "http://purl.org/dc/terms/"}, {"v", "urn:schemas-microsoft-com:vml"},
+    {"o", "urn:schemas-microsoft-com:office:office"},
+    {"cx", "http://schemas.microsoft.com/office/drawing/2014/chartex"},
+    {"dsp", "http://schemas.microsoft.com/office/drawing/2008/diagram"},
+    {"a14", "http://schemas.microsoft.com/office/drawing/2010/main"},
+    {"c15", "http://schemas.microsoft.com/office/drawing/2012/chart"}};
 
-wxString Xmlns(const char* prefix, const char* namespaceUri)
+wxString Uri(const char* usualPrefix)
 {
-    return wxString::Format(" xmlns%s%s='%s'", *prefix ? ":" : "", prefix, namespaceUri);
+    for (const auto& prefix : kPrefixes)
+        if (std::strcmp(prefix[0], usualPrefix) == 0)
+            return wxString(std::strchr(prefix[1], ':') ? "" : "http://schemas.openxmlformats.org/") + prefix[1];
+    ADD_FAILURE() << "no usual prefix " << usualPrefix;
+    return "";
+}
+
+wxString Xmlns(const char* prefix, const char* usualPrefix)
+{
+    return " xmlns" + wxString(*prefix ? ":" : "") + prefix + "='" + Uri(usualPrefix) + "'";
 }
 
 wxString Ns(const wxString& element)
 {
-    static const char* const prefixes[][2] = {
-        {"x", uri::sml}, {"r", uri::rel}, {"c", uri::chart}, {"v", uri::vml}, {"o", uri::office},
-        {"w", "http://schemas.openxmlformats.org/wordprocessingml/2006/main"},
-        {"m", "http://schemas.openxmlformats.org/officeDocument/2006/math"},
-        {"a", "http://schemas.openxmlformats.org/drawingml/2006/main"},
-        {"cx", "http://schemas.microsoft.com/office/drawing/2014/chartex"},
-        {"d", "http://schemas.openxmlformats.org/drawingml/2006/diagram"},
-        {"p", "http://schemas.openxmlformats.org/presentationml/2006/main"},
-        {"vt", "http://schemas.openxmlformats.org/officeDocument/2006/docPropsVTypes"},
-        {"cp", "http://schemas.openxmlformats.org/package/2006/metadata/core-properties"},
-        {"dc", "http://purl.org/dc/elements/1.1/"}, {"dcterms", "http://purl.org/dc/terms/"},
-        {"wp", "http://schemas.openxmlformats.org/drawingml/2006/wordprocessingDrawing"},
-        {"pic", "http://schemas.openxmlformats.org/drawingml/2006/picture"},
-        {"dsp", "http://schemas.microsoft.com/office/drawing/2008/diagram"},
-        {"a14", "http://schemas.microsoft.com/office/drawing/2010/main"},
-        {"c15", "http://schemas.microsoft.com/office/drawing/2012/chart"},
-        {"t", "http://schemas.openxmlformats.org/package/2006/content-types"},
-        {"cu", "http://schemas.openxmlformats.org/officeDocument/2006/custom-properties"}};
     wxString declarations;
-    for (const auto& prefix : prefixes)
-        declarations += Xmlns(prefix[0], prefix[1]);
+    for (const auto& prefix : kPrefixes)
+        declarations += Xmlns(prefix[0], prefix[0]);
     const std::size_t end = element.find_first_of(" />");
     return element.Left(end) + declarations + element.Mid(end);
 }
@@ -48,13 +53,4 @@ std::unique_ptr<wxXmlDocument> ParseXml(const wxString& text)
     ADD_FAILURE() << "XML does not parse: " << text.utf8_str();
     return nullptr;
 }
-
-std::size_t LogCapture::Count(const wxString& message) const
-{
-    std::size_t n = 0;
-    for (const Record& r : records)
-        n += r.message == message;
-    return n;
-}
-
 } // namespace ooxml_test

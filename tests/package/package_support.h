@@ -1,29 +1,26 @@
-// Helpers of the package-layer tests: packages built in memory, XML in and out.
+// Helpers of the package-layer tests: packages built in memory, results as text, XML in and out.
 #ifndef OOXML_TESTS_PACKAGE_SUPPORT_H
 #define OOXML_TESTS_PACKAGE_SUPPORT_H
 
-#include <string>
-#include <vector>
 #include <gtest/gtest.h>
 #include <wx/mstream.h>
 #include <wx/sstream.h>
 #include <wx/xml/xml.h>
 #include <wx/zipstrm.h>
 
-#include "ooxml/opc/package.h"
+#include "ooxml/opc/parts.h" // and the package
 
 namespace package_test
 {
 namespace opc = ooxml::opc;
 typedef std::vector<std::pair<std::string, std::string>> Entries;
 const char* const kWorksheetType = "application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml";
-const char* const kOfficeDocument =
-    "http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument";
 const std::string kSml = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 const std::string kMcUri = "http://schemas.openxmlformats.org/markup-compatibility/2006";
 
 inline std::string Utf8(const wxString& text) { return std::string(text.utf8_str()); }
-
+// "ok", or the error as one line.
+inline std::string Result(bool ok, const opc::Error& error) { return ok ? "ok" : Utf8(error.ToString()); }
 // A ZIP archive (deflated) of the entries, in order.
 inline std::string Zip(const Entries& entries)
 {
@@ -38,7 +35,6 @@ inline std::string Zip(const Entries& entries)
     memory.CopyTo(&bytes[0], bytes.size());
     return bytes;
 }
-
 // A content types stream: Default "rels" and "xml", then (part name, type) overrides.
 inline std::string Types(const Entries& overrides = Entries())
 {
@@ -49,7 +45,6 @@ inline std::string Types(const Entries& overrides = Entries())
         text += "<Override PartName='" + o.first + "' ContentType='" + o.second + "'/>";
     return text + "</Types>";
 }
-
 // A relationships part of (id, type, target[, target mode]) rows.
 inline std::string Rels(const std::vector<std::vector<std::string>>& rows)
 {
@@ -59,7 +54,7 @@ inline std::string Rels(const std::vector<std::vector<std::string>>& rows)
                 (r.size() > 3 ? " TargetMode='" + r[3] + "'" : "") + "/>";
     return text + "</Relationships>";
 }
-
+// Opens the bytes, or a ZIP of the entries, as "test.docx".
 inline bool OpenBytes(opc::Package& package, const std::string& bytes, opc::Error* error)
 {
     return package.OpenMemory(bytes.data(), bytes.size(), "test.docx", error);
@@ -68,14 +63,12 @@ inline bool Open(opc::Package& package, const Entries& entries, opc::Error* erro
 {
     return OpenBytes(package, Zip(entries), error);
 }
-
+// XML text parsed; the document serialised again, without declaration and final newline.
 inline bool Parse(const std::string& text, wxXmlDocument* document)
 {
     wxStringInputStream input(wxString::FromUTF8(text.c_str()));
     return document->Load(input) && document->GetRoot();
 }
-
-// The document serialised again, without declaration and final newline.
 inline std::string Serialise(const wxXmlDocument& document)
 {
     wxStringOutputStream out;
@@ -84,7 +77,5 @@ inline std::string Serialise(const wxXmlDocument& document)
     const std::size_t begin = text.find('<', text.find("?>"));
     return text.substr(begin, text.find_last_not_of("\r\n") + 1 - begin);
 }
-
 } // namespace package_test
-
-#endif
+#endif // OOXML_TESTS_PACKAGE_SUPPORT_H

@@ -1,18 +1,14 @@
-// XMLNSContext: how a qualified name as written maps to the form a schema's
-// classes compare against, scopes, the default namespace, and what is logged.
+// XMLNSContext: qualified names as written mapped to what a schema's classes compare, scopes, logging.
 #include "test_support.h"
-
 #include "ooxml/namespaces.h"
 
-using ooxml_test::LogCapture;
-typedef std::vector<std::pair<const char*, const char*>> Attributes;
+using namespace ooxml_test;
+typedef std::vector<std::pair<wxString, wxString>> Attributes;
 
 namespace
 {
-const char* const kChart = "http://schemas.openxmlformats.org/drawingml/2006/chart";
-const char* const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-const char* const kSml = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 const XMLNSMap& kChartMap = schemas_openxmlformats_org_drawingml_x2006_chart::NamespaceMap; // chart "", rel "r" ...
+const wxString kChart = Uri("c"), kRel = Uri("r");
 
 wxXmlNode* Element(const char* name, const Attributes& attributes)
 {
@@ -21,17 +17,9 @@ wxXmlNode* Element(const char* name, const Attributes& attributes)
         node->AddAttribute(attribute.first, attribute.second);
     return node;
 }
-
-// A document whose root carries the given declarations.
-std::unique_ptr<wxXmlDocument> DocumentWith(const Attributes& declarations)
-{
-    std::unique_ptr<wxXmlDocument> document(new wxXmlDocument);
-    document->SetRoot(Element("root", declarations));
-    return document;
-}
 } // namespace
 
-TEST(NamespaceContext, MapsNamesAndLogsUnknownNamespaces)
+TEST(NamespaceContext, MapsNamesLogsUnknownNamespacesAndNestsScopes)
 {
     struct Row
     {
@@ -39,36 +27,36 @@ TEST(NamespaceContext, MapsNamesAndLogsUnknownNamespaces)
         const XMLNSMap* map;
         const char* name;
         wxString mapped;
-        const char* logged; // "" if nothing is logged
+        const char* logged; // "": nothing
     };
     const XMLNSMap* dml = &schemas_openxmlformats_org_drawingml_x2006_main::NamespaceMap;
     const XMLNSMap* dsp = &schemas_microsoft_com_office_drawing_x2008_diagram::NamespaceMap;
     const XMLNSMap* core = &schemas_openxmlformats_org_package_x2006_metadata_core_properties::NamespaceMap;
-    const char* const dgm = "http://schemas.openxmlformats.org/drawingml/2006/diagram";
+    const wxString sml = Uri("x"), dgm = Uri("d");
     const Row rows[] = {
         {{{"xmlns:c", "urn:other"}}, {{"xmlns:c", kChart}}, &kChartMap, "c:barChart", "barChart", ""}, // innermost wins
         {{{"xmlns", kChart}}, {}, &kChartMap, "barChart", "barChart", ""},
         {{}, {}, &kChartMap, "val", "val", ""},
-        {{{"xmlns", kSml}}, {}, &kChartMap, "val", wxString(kSml) + ":val", "Invalid name: val"}, // default applies
+        {{{"xmlns", sml}}, {}, &kChartMap, "val", sml + ":val", "Invalid name: val"}, // the default applies
         {{{"xmlns:r", kRel}}, {}, &kChartMap, "r:id", "r:id", ""},
         {{{"xmlns:q", kRel}}, {}, &kChartMap, "q:id", "r:id", ""}, // the map's prefix, not the document's
         {{{"xmlns:z", "urn:unknown"}}, {}, &kChartMap, "z:foo", "urn:unknown:foo", "Invalid name: z:foo"},
-        {{}, {}, &kChartMap, "x:foo", "x:foo", "Invalid name: x:foo"}, // unbound prefix stands for itself
-        {{{"xmlns", kSml}, {"xmlns:c", "urn:unknown"}}, {}, &kChartMap, "xmlns:c", "xmlns:c", ""},
-        {{{"xmlns", kSml}}, {}, &kChartMap, "xmlns", "xmlns", ""},
+        {{}, {}, &kChartMap, "x:foo", "x:foo", "Invalid name: x:foo"}, // an unbound prefix stands for itself
+        {{{"xmlns", sml}, {"xmlns:c", "urn:unknown"}}, {}, &kChartMap, "xmlns:c", "xmlns:c", ""},
+        {{{"xmlns", sml}}, {}, &kChartMap, "xmlns", "xmlns", ""},
         {{{"xmlns:a", kChart}}, {}, &kChartMap, "a:b:c", "b:c", ""}, // split at the first colon
         {{{"xmlns", kRel}}, {}, &kChartMap, ":abc", "r:abc", ""},
         {{}, {{"xmlns:p", kChart}, {"xmlns:p", kRel}}, &kChartMap, "p:x", "r:x", ""}, // same prefix twice: the later
         {{{"xmlns:q", dgm}}, {}, dml, "q:relIds", "dgm:relIds", ""}, // one schema, a prefix per map
         {{{"xmlns:q", dgm}}, {}, dsp, "q:relIds", "d:relIds", ""},
-        {{{"xmlns:dc", "http://purl.org/dc/elements/1.1/"}}, {}, core, "dc:title", "dc:title", ""},
-        {{{"xmlns:t", "http://purl.org/dc/terms/"}}, {}, core, "t:created", "http://purl.org/dc/terms/:created",
-         "Invalid name: t:created"},
+        {{{"xmlns:dc", Uri("dc")}}, {}, core, "dc:title", "dc:title", ""},
+        {{{"xmlns:t", Uri("dcterms")}}, {}, core, "t:created", Uri("dcterms") + ":created", "Invalid name: t:created"},
     };
     for (const Row& row : rows)
     {
-        auto document = DocumentWith(row.root);
-        XMLNSContext context(document.get());
+        wxXmlDocument document;
+        document.SetRoot(Element("root", row.root));
+        XMLNSContext context(&document);
         std::unique_ptr<wxXmlNode> inner(Element("inner", row.inner));
         context.PushStack(inner.get());
         LogCapture log;
@@ -81,43 +69,38 @@ TEST(NamespaceContext, MapsNamesAndLogsUnknownNamespaces)
         EXPECT_EQ(context.MapNameSpace(row.name, *row.map) + wxString::Format("%zu", log.records.size()),
                   row.mapped + (*row.logged ? "1" : "0"));
     }
-}
-
-TEST(NamespaceContext, ScopesNestTheDefaultNamespaceIsNotRestoredCopiesAreIndependent)
-{
-    std::unique_ptr<wxXmlDocument> document = ooxml_test::ParseXml(wxString("<root xmlns='") + kChart + "' xmlns:p='" +
-                                                                   kChart + "'><a xmlns:p='" + kRel + "'><b xmlns='" +
-                                                                   kRel + "'/></a><c/></root>");
+    // Scopes nest, the default namespace is not restored, copies are independent.
+    std::unique_ptr<wxXmlDocument> document = ParseXml("<root" + Xmlns("", "c") + Xmlns("p", "c") + "><a" +
+                                                       Xmlns("p", "r") + "><b" + Xmlns("", "r") + "/></a><c/></root>");
     ASSERT_TRUE(document);
     XMLNSContext context(document.get());
-    auto map = [&context](const char* name) { return context.MapNameSpace(name, kChartMap); };
+    auto map = [](const XMLNSContext& c, const char* name) { return c.MapNameSpace(name, kChartMap); };
     wxXmlNode* a = document->GetRoot()->GetChildren();
-    EXPECT_EQ(map("x") + map("p:x"), "xx");
+    EXPECT_EQ(map(context, "x") + map(context, "p:x"), "xx");
     context.PushStack(a);
-    EXPECT_EQ(map("p:x"), "r:x"); // the inner prefix shadows the outer
+    EXPECT_EQ(map(context, "p:x"), "r:x"); // the inner prefix shadows the outer
     context.PushStack(a->GetChildren());
-    EXPECT_EQ(map("x"), "r:x");
+    EXPECT_EQ(map(context, "x"), "r:x");
     context.PopStack();
     context.PopStack();
-    EXPECT_EQ(map("p:x"), "x"); // ... until popped
+    EXPECT_EQ(map(context, "p:x"), "x"); // ... until popped
     context.PushStack(a->GetNext());
-    EXPECT_EQ(map("c"), "r:c"); // a later sibling still sees the inner default
+    EXPECT_EQ(map(context, "c"), "r:c"); // a later sibling still sees the inner default
     context.PopStack();
     context.PushStack(nullptr); // a null node gets a scope too
     context.PopStack();
-    EXPECT_EQ(map("p:x"), "x");
+    EXPECT_EQ(map(context, "p:x"), "x");
     XMLNSContext copy(context);
     std::unique_ptr<wxXmlNode> inner(Element("inner", {{"xmlns:p", kRel}, {"xmlns", kChart}, {"xmlns:q", kChart}}));
     copy.PushStack(inner.get());
-    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap) + copy.MapNameSpace("y", kChartMap), "r:xy");
-    EXPECT_EQ(map("p:x") + map("y"), "xr:y"); // the original is untouched
+    EXPECT_EQ(map(copy, "p:x") + map(copy, "y"), "r:xy");
+    EXPECT_EQ(map(context, "p:x") + map(context, "y"), "xr:y"); // the original is untouched
     LogCapture quiet;
     copy = context; // the surplus scope of "q" goes
-    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap) + copy.MapNameSpace("q:x", kChartMap) +
-                  copy.MapNameSpace("y", kChartMap), "xq:xr:y");
+    EXPECT_EQ(map(copy, "p:x") + map(copy, "q:x") + map(copy, "y"), "xq:xr:y");
     const XMLNSContext& self = copy;
     copy = self;
-    EXPECT_EQ(copy.MapNameSpace("p:x", kChartMap), "x");
+    EXPECT_EQ(map(copy, "p:x"), "x");
     context.PopStack(); // the root's own scope: "p" is unbound now
-    EXPECT_EQ(map("p:x"), "p:x");
+    EXPECT_EQ(map(context, "p:x"), "p:x");
 }
