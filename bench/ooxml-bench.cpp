@@ -61,7 +61,7 @@ bool TimePart(const opc::Package& package, const wxString& name, int repeat, Sta
         opc::Error error;
         auto start = Clock::now();
         std::string bytes;
-        if (!package.ReadPart(name, &bytes, &error))
+        if (!package.ReadPartBytes(name, &bytes, &error))
         {
             std::fprintf(stderr, "ooxml-bench: %s\n", static_cast<const char*>(error.ToString().utf8_str()));
             return false;

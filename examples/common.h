@@ -57,7 +57,7 @@ T* ReadRoot(const ooxml::opc::Package& package, const wxString& part, ooxml::opc
             const wxString& program)
 {
     ooxml::opc::Error error;
-    if (!ooxml::opc::ReadPart(package, part, root, &error))
+    if (!ooxml::opc::ReadPartRoot(package, part, root, &error))
         Die(program, error.ToString());
     T* object = root->Get<T>();
     if (!object)

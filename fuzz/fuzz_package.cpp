@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!ooxml::opc::IsXmlPart(package, part))
             continue;
         ooxml::opc::PartRoot root;
-        ooxml::opc::ReadPart(package, part.name, &root, &error);
+        ooxml::opc::ReadPartRoot(package, part.name, &root, &error);
     }
     return 0;
 }

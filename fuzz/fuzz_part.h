@@ -24,7 +24,7 @@ inline void Initialise()
 }
 
 template <class Root>
-int ReadPart(const std::uint8_t* data, std::size_t size)
+int ReadInputAs(const std::uint8_t* data, std::size_t size)
 {
     Initialise();
     // Loaded as the package reader loads a part (nesting bounded before the
@@ -45,7 +45,7 @@ int ReadPart(const std::uint8_t* data, std::size_t size)
 #define OOXML_FUZZ_PART(RootClass)                                                     \
     extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) \
     {                                                                                  \
-        return ooxml_fuzz::ReadPart<RootClass>(data, size);                            \
+        return ooxml_fuzz::ReadInputAs<RootClass>(data, size);                            \
     }
 
 #endif

@@ -147,7 +147,7 @@ wxString ValueText(const wxAny& value, bool json)
 
 wxString ClassName(const traversal::Node& node)
 {
-    return wxString(node.info->schema) + "::" + node.info->name;
+    return wxString(node.info->fullName);
 }
 
 // Whether a value is printed: present, or asked for all, or the element's own
@@ -315,7 +315,7 @@ PartResult ReadOne(const opc::Package& package, const wxString& name, opc::PartR
     PartResult result;
     opc::Error error;
     const auto start = std::chrono::steady_clock::now();
-    result.loaded = opc::ReadPart(package, name, root, &error);
+    result.loaded = opc::ReadPartRoot(package, name, root, &error);
     result.milliseconds =
         std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     result.root = result.loaded ? root->GetClass() : opc::FindRootClass(package, name);
@@ -352,7 +352,7 @@ int Overview(const opc::Package& package)
         {
             opc::PartRoot root;
             const PartResult result = ReadOne(package, part.name, &root);
-            line << "\n      " << (result.root ? wxString(result.root->name) : wxString("no root class")) << ": "
+            line << "\n      " << (result.root ? wxString(result.root->fullName) : wxString("no root class")) << ": "
                  << Status(result);
             if (!result.readOk)
                 Fail(result.error.ToString());
@@ -398,7 +398,7 @@ int All(const opc::Package& package)
         opc::PartRoot root;
         const PartResult result = ReadOne(package, part.name, &root);
         Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, part.name,
-                              result.root ? result.root->name : "-", Status(result)));
+                              result.root ? result.root->fullName : "-", Status(result)));
         if (!result.readOk)
             Fail(result.error.ToString());
         allRead = allRead && result.readOk;

@@ -121,7 +121,7 @@ TEST(Corpus, EveryDocumentAndEveryXmlPart)
             const opc::RootClass* cls = opc::FindRootClass(package, part.name);
             opc::PartRoot partRoot;
             opc::PrepareStats stats;
-            if (!opc::ReadPart(package, part.name, &partRoot, &error, &stats))
+            if (!opc::ReadPartRoot(package, part.name, &partRoot, &error, &stats))
             {
                 ++notLoaded;
                 // The corpus's own manifest lists the parts that are not well-formed.
@@ -144,11 +144,11 @@ TEST(Corpus, EveryDocumentAndEveryXmlPart)
                 explain(kind, unknown ? type : subject, kind + " " + subject + " " + Utf8(error.message));
                 continue;
             }
-            ++perClass[partRoot.GetClass()->name];
+            ++perClass[partRoot.GetClass()->fullName];
             // A Strict document's main part, sheets, slides and body read into non-empty trees.
             static const std::set<std::string> kMain = {"sml::CT_Workbook", "sml::CT_Worksheet", "wml::CT_Document",
                                                         "pml::CT_Presentation", "pml::CT_Slide"};
-            if (package.IsStrict() && kMain.count(partRoot.GetClass()->name) && TreeSize(partRoot) == 0)
+            if (package.IsStrict() && kMain.count(partRoot.GetClass()->fullName) && TreeSize(partRoot) == 0)
                 unexplained += "  strict-empty " + subject + " read into an empty tree\n";
             partRoot.ReadOk() ? ++readTrue : ++readFalse;
             if (!partRoot.ReadOk())
@@ -164,7 +164,7 @@ TEST(Corpus, EveryDocumentAndEveryXmlPart)
                 continue;
             opc::PartRoot rawRoot;
             const std::size_t with = TreeSize(partRoot);
-            const std::size_t without = opc::ReadPart(raw, part.name, &rawRoot, &error) ? TreeSize(rawRoot) : 0;
+            const std::size_t without = opc::ReadPartRoot(raw, part.name, &rawRoot, &error) ? TreeSize(rawRoot) : 0;
             const bool alternate = stats.alternateContent > 0; // Choices and Fallbacks are counted among them
             alternateParts += alternate;
             changedByMce += alternate && with != without;

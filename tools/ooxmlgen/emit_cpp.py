@@ -286,10 +286,10 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
     for part in range(parts):
         chunk = classes[part * size:(part + 1) * size]
         suffix = f"_{part + 1}" if parts > 1 else ""
-        path = f"src/ooxml/{schema.family}/{schema.key}{suffix}.cpp"
+        path = f"generated/ooxml/{schema.family}/{schema.key}{suffix}.cpp"
         lines = [BANNER]
         lines += [f'#include "{h}"' for h in _source_includes(schema, chunk)]
-        lines += ['#include "ooxml/constants/' + schema.key + '.h"', '#include "ooxml/namespaces.h"',
+        lines += ['#include "ooxml/constants/' + schema.key + '_names.h"', '#include "ooxml/namespaces.h"',
                   '#include "ooxml/ooxml_read.h"', "", "#include <limits>", "", "using namespace ooxml_detail;", "",
                   f"namespace {schema.cpp_namespace}", "{", ""]
         for cls in chunk:
@@ -316,17 +316,17 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
 def emit_constants(schema: Schema) -> Dict[str, str]:
     """Name constants of one schema, internal to the library."""
     names = sorted(schema.names.items(), key=lambda kv: kv[1])
-    h_path = f"src/ooxml/constants/{schema.key}.h"
-    include_guard = guard(f"ooxml/constants/{schema.key}.h")
+    h_path = f"generated/ooxml/constants/{schema.key}_names.h"
+    include_guard = guard(f"ooxml/constants/{schema.key}_names.h")
     header = [BANNER, f"// Name and enumeration constants of {schema.uri}, in mapped form.",
               "// Internal to the library.", f"#ifndef {include_guard}", f"#define {include_guard}", "",
               "#include <wx/string.h>", "", f"namespace {schema.cpp_namespace}", "{", ""]
     header += [f"extern const wxString {ident};" for _, ident in names]
     header += ["", f"}} // namespace {schema.cpp_namespace}", "", f"#endif // {include_guard}"]
-    source = [BANNER, f'#include "ooxml/constants/{schema.key}.h"', "", f"namespace {schema.cpp_namespace}", "{", ""]
+    source = [BANNER, f'#include "ooxml/constants/{schema.key}_names.h"', "", f"namespace {schema.cpp_namespace}", "{", ""]
     source += [f"const wxString {ident} = wxString::FromUTF8({string_literal(text)});" for text, ident in names]
     source += ["", f"}} // namespace {schema.cpp_namespace}"]
-    return {h_path: "\n".join(header) + "\n", f"src/ooxml/constants/{schema.key}.cpp": "\n".join(source) + "\n"}
+    return {h_path: "\n".join(header) + "\n", f"generated/ooxml/constants/{schema.key}_names.cpp": "\n".join(source) + "\n"}
 
 
 def emit_namespaces(model: Model) -> Dict[str, str]:
@@ -357,8 +357,8 @@ def emit_namespaces(model: Model) -> Dict[str, str]:
         source.append(f"    {{{string_literal(schema.uri)}, {string_literal(schema.prefix or '')}, "
                       f"&{schema.cpp_namespace}::NamespaceMap, {'true' if schema.family else 'false'}}},")
     source += ["};", "", "const std::size_t OOXMLSchemaCount = sizeof(OOXMLSchemas) / sizeof(OOXMLSchemas[0]);"]
-    return {"src/ooxml/namespaces.h": "\n".join(header) + "\n",
-            "src/ooxml/namespaces.cpp": "\n".join(source) + "\n"}
+    return {"generated/ooxml/namespaces.h": "\n".join(header) + "\n",
+            "generated/ooxml/namespaces.cpp": "\n".join(source) + "\n"}
 
 
 def emit_aliases(model: Model) -> str:
@@ -393,10 +393,10 @@ def emit_source_list(paths: List[str], headers: List[str]) -> str:
 
 def emit_all(model: Model) -> Dict[str, str]:
     files: Dict[str, str] = {}
-    sources: List[str] = ["src/ooxml/namespaces.cpp"]
-    headers: List[str] = ["src/ooxml/namespaces.h", "src/ooxml/all.h", "src/ooxml/aliases.h"]
+    sources: List[str] = ["generated/ooxml/namespaces.cpp"]
+    headers: List[str] = ["generated/ooxml/namespaces.h", "generated/ooxml/all.h", "generated/ooxml/aliases.h"]
     for schema in model.class_schemas():
-        header_path = f"src/{schema.header}"
+        header_path = f"generated/{schema.header}"
         files[header_path] = emit_header(schema, model)
         headers.append(header_path)
         for path, text in emit_sources(schema).items():
@@ -408,7 +408,7 @@ def emit_all(model: Model) -> Dict[str, str]:
             if path.endswith(".cpp"):
                 sources.append(path)
     files.update(emit_namespaces(model))
-    files["src/ooxml/all.h"] = emit_umbrella(model)
-    files["src/ooxml/aliases.h"] = emit_aliases(model)
-    files["src/ooxml/generated.cmake"] = emit_source_list(sources, headers)
+    files["generated/ooxml/all.h"] = emit_umbrella(model)
+    files["generated/ooxml/aliases.h"] = emit_aliases(model)
+    files["generated/library.cmake"] = emit_source_list(sources, headers)
     return files

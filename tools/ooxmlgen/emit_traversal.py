@@ -1,4 +1,4 @@
-"""Prints the generic traversal (part of the package layer): for every class a
+"""Prints the generic traversal (library ooxml::traversal): for every class a
 ClassInfo (create, destroy, read, and a visit function that reports the
 members in declaration order, base-class members first), a NodeOf() overload
 that starts a walk, and the registry of every class (AllClasses)."""
@@ -22,7 +22,7 @@ def _qualified(cls: Class) -> str:
 
 
 def emit_header(schema: Schema) -> str:
-    path = f"ooxml/traversal/{schema.key}.h"
+    path = f"ooxml/traversal/{schema.key}_traversal.h"
     out = [BANNER, f"// Traversal of the classes of {schema.uri}: see ooxml/traversal/traversal.h.",
            f"#ifndef {guard(path)}", f"#define {guard(path)}", "", '#include "ooxml/traversal/traversal.h"', "",
            f"namespace {schema.cpp_namespace}", "{"]
@@ -36,7 +36,7 @@ def emit_header(schema: Schema) -> str:
 def emit_infos(model: Model) -> str:
     """Internal: the ClassInfo of every class, for the sources that reference
     other schemas' classes."""
-    out = [BANNER, "// The ClassInfo of every generated class.  Internal to the package library.",
+    out = [BANNER, "// The ClassInfo of every generated class.  Internal to the traversal library.",
            "#ifndef OOXML_TRAVERSAL_INFOS_H", "#define OOXML_TRAVERSAL_INFOS_H", "",
            '#include "ooxml/traversal/traversal.h"', "", "namespace ooxml", "{", "namespace traversal", "{",
            "namespace info", "{"]
@@ -49,7 +49,7 @@ def emit_infos(model: Model) -> str:
 
 
 def emit_registry(model: Model) -> str:
-    out = [BANNER, '#include "ooxml/traversal/traversal.h"', "", '#include "traversal/infos.h"', "",
+    out = [BANNER, '#include "ooxml/traversal/traversal.h"', "", '#include "infos.h"', "",
            "namespace ooxml", "{", "namespace traversal", "{", "", "namespace", "{", "",
            "const ClassInfo* const kClasses[] = {"]
     for schema in model.class_schemas():
@@ -98,9 +98,9 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
         for cls in chunk:
             if cls.base is not None:
                 headers.add(cls.base.schema.header)
-        lines = [BANNER, f'#include "ooxml/traversal/{schema.key}.h"', ""]
+        lines = [BANNER, f'#include "ooxml/traversal/{schema.key}_traversal.h"', ""]
         lines += [f'#include "{h}"' for h in sorted(headers)]
-        lines += ['#include "traversal/infos.h"', '#include "traversal/visit.h"', "",
+        lines += ['#include "infos.h"', '#include "visit.h"', "",
                   "namespace ooxml", "{", "namespace traversal", "{", "", "namespace", "{", ""]
         for cls in chunk:
             lines += _visit_function(cls)
@@ -121,7 +121,7 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
         for cls in chunk:
             lines.append(f"Node NodeOf(const {_qualified(cls)}& object) {{ return Node{{&object, &{_info(cls)}}}; }}")
         lines += ["", "} // namespace traversal", "} // namespace ooxml"]
-        out[f"src/package/traversal/{schema.key}{suffix}.cpp"] = "\n".join(lines) + "\n"
+        out[f"generated/traversal/{schema.key}_traversal{suffix}.cpp"] = "\n".join(lines) + "\n"
     return out
 
 
@@ -130,22 +130,23 @@ def emit_all(model: Model) -> Dict[str, str]:
     sources: List[str] = []
     headers: List[str] = []
     for schema in model.class_schemas():
-        header = f"src/package/ooxml/traversal/{schema.key}.h"
+        header = f"generated/traversal/ooxml/traversal/{schema.key}_traversal.h"
         files[header] = emit_header(schema)
         headers.append(header)
         for path, text in emit_sources(schema).items():
             files[path] = text
             sources.append(path)
-    umbrella = [BANNER, "// The traversal of every schema.", "#ifndef OOXML_TRAVERSAL_ALL_H", "#define OOXML_TRAVERSAL_ALL_H", "",
+    umbrella = [BANNER, "// The traversal of every schema.", "#ifndef OOXML_TRAVERSAL_SCHEMAS_H",
+                "#define OOXML_TRAVERSAL_SCHEMAS_H", "",
                 '#include "ooxml/traversal/traversal.h"']
-    umbrella += [f'#include "ooxml/traversal/{s.key}.h"' for s in model.class_schemas()]
-    umbrella += ["", "#endif // OOXML_TRAVERSAL_ALL_H"]
-    files["src/package/ooxml/traversal/all.h"] = "\n".join(umbrella) + "\n"
-    headers.append("src/package/ooxml/traversal/all.h")
-    files["src/package/traversal/infos.h"] = emit_infos(model)
-    files["src/package/traversal/registry.cpp"] = emit_registry(model)
-    sources.append("src/package/traversal/registry.cpp")
-    files["src/package/traversal/generated.cmake"] = (
+    umbrella += [f'#include "ooxml/traversal/{s.key}_traversal.h"' for s in model.class_schemas()]
+    umbrella += ["", "#endif // OOXML_TRAVERSAL_SCHEMAS_H"]
+    files["generated/traversal/ooxml/traversal/schemas.h"] = "\n".join(umbrella) + "\n"
+    headers.append("generated/traversal/ooxml/traversal/schemas.h")
+    files["generated/traversal/infos.h"] = emit_infos(model)
+    files["generated/traversal/registry.cpp"] = emit_registry(model)
+    sources.append("generated/traversal/registry.cpp")
+    files["generated/traversal.cmake"] = (
         "# Generated by tools/ooxmlgen. Do not edit.\nset(OOXML_TRAVERSAL_SOURCES\n"
         + "".join(f"    {p}\n" for p in sorted(sources)) + ")\nset(OOXML_TRAVERSAL_HEADERS\n"
         + "".join(f"    {h}\n" for h in sorted(headers)) + ")\n")

@@ -85,7 +85,7 @@ class Class:
 class Schema:
     key: str                         # short name of files: "sml", "dml"
     uri: str
-    family: Optional[str]            # folder under src/ooxml/, None without classes
+    family: Optional[str]            # folder under generated/ooxml/, None without classes
     prefix: Optional[str]            # prefix under which other maps know it
     cpp_namespace: str               # C++ namespace derived from the URI
     map: Dict[str, str]              # namespace map: URI -> prefix (own URI -> "")

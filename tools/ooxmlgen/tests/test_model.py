@@ -89,7 +89,7 @@ class Model(unittest.TestCase):
         # taken gets "_1" (enumeration "o_note" after "o:note", defaults "r_id" and "light:grey" last).
         fresh = build_with()
         before = {s.key: dict(s.names) for s in fresh.schemas}
-        constants = emit_cpp.emit_all(fresh)["src/ooxml/constants/fx.h"]
+        constants = emit_cpp.emit_all(fresh)["generated/ooxml/constants/fx_names.h"]
         self.assertEqual({s.key: s.names for s in fresh.schemas}, before)          # the emitters create none
         schema = fresh.by_key("fx")
         expected = {"r:id": "s_r_id", "zoomScale": "s_zoomScale", "a-b": "s_a_x2D_b", "o:note": "s_o_note",

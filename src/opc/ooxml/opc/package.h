@@ -1,0 +1,189 @@
+// ooxml::opc: opening Office Open XML packages (the optional layer on top
+// of the library, which reads only already parsed parts).
+//
+//   ooxml::opc::Package package;
+//   ooxml::opc::Error error;
+//   if (!package.Open("report.xlsx", &error))
+//       return Fail(error.ToString());            // "report.xlsx: not a ZIP archive"
+//   for (const ooxml::opc::Part& part : package.GetParts())
+//       ... part.name ("/xl/workbook.xml"), part.contentType ...
+//
+// Every failure is an Error value naming the package and the part; hostile
+// input is bounded by Limits (sizes, nesting depth, number of parts).
+//
+// Part names are accepted as the package writes them ("/word/document.xml")
+// and as a ZIP listing shows them ("word/document.xml"), in any case; every
+// function taking a part name goes through NormalPartName.
+#ifndef OOXML_OPC_PACKAGE_H
+#define OOXML_OPC_PACKAGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "ooxml/ooxml.h"
+
+class wxXmlDocument;
+
+namespace ooxml
+{
+namespace opc
+{
+
+// Bounds on what a package may make us read or hold.  The defaults suit real
+// documents (the largest parts of real workbooks are some hundreds of MB
+// uncompressed) and stop decompression bombs and runaway nesting.
+struct Limits
+{
+    std::uint64_t maxPartSize = 512ull << 20;     // uncompressed bytes of one part
+    std::uint64_t maxPackageSize = 2048ull << 20; // uncompressed bytes of all parts read
+    std::size_t maxParts = 65536;                 // entries of the ZIP directory
+    std::size_t maxDepth = 256;                   // XML element nesting, checked before parsing
+};
+
+// What went wrong, and where.
+struct OOXML_API Error
+{
+    wxString package;   // the file
+    wxString part;      // the part name ("/xl/workbook.xml"); empty for the whole package, and
+                        // for a part the package does not have (the message names it)
+    wxString message;   // what is wrong ("no part named /x/y.xml", ...)
+
+    // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line).
+    wxString ToString() const;
+};
+
+// One part of the package, in the order of the ZIP directory.
+struct Part
+{
+    wxString name;          // part name: "/" and the ZIP item name ("/xl/workbook.xml")
+    wxString contentType;   // by Override, else by Default extension; empty if neither
+    std::uint64_t size;     // uncompressed size as the directory states it
+    std::uint64_t compressedSize;
+    wxString problem;       // why the part cannot be read (two ZIP entries of its name), if so
+};
+
+// Options of reading parts (ReadPartRoot in ooxml/opc/parts.h) and relationships.
+struct ReadOptions
+{
+    // Markup compatibility processing (mc:AlternateContent, mc:Ignorable ...)
+    // before ReadXML.
+    bool markupCompatibility = true;
+    // ISO Strict namespaces and relationship types read as their
+    // transitional equivalents.
+    bool strict = true;
+};
+
+// One relationship of a source part (or of the package).
+struct Relationship
+{
+    wxString id;
+    wxString type;
+    wxString target;        // as written
+    wxString targetMode;    // as written ("External", "Internal" or empty)
+    wxString resolved;      // the target part name, or the target itself when external
+    bool external;
+};
+
+class OOXML_API Package
+{
+public:
+    explicit Package(const Limits& limits = Limits(), const ReadOptions& options = ReadOptions());
+    ~Package();
+    Package(const Package&) = delete;
+    Package& operator=(const Package&) = delete;
+
+    // Reads the ZIP directory and the content types part.  False (with
+    // `error` filled) if the file is missing, is not a ZIP archive, has too
+    // many entries, two parts of one name, or no readable [Content_Types].xml.
+    bool Open(const wxString& path, Error* error);
+
+    // The same for a package held in memory; `name` stands for the file in
+    // messages.  The bytes are copied.
+    bool OpenMemory(const void* data, std::size_t size, const wxString& name, Error* error);
+
+    const wxString& GetPath() const;
+    const Limits& GetLimits() const;
+    const ReadOptions& GetOptions() const;
+    const std::vector<Part>& GetParts() const;
+
+    // Whether the package is an ISO Strict one (its own relationship types
+    // are those of http://purl.oclc.org/ooxml/).
+    bool IsStrict() const;
+
+    // The part of that name (compared case-insensitively, as OPC says), or null.
+    const Part* FindPart(const wxString& name) const;
+
+    // A part name as the package spells it: "/" in front of a ZIP item name
+    // ("word/document.xml" -> "/word/document.xml"), backslashes made "/";
+    // "" is "/", the package itself.  Case is kept (names compare without it).
+    static wxString NormalPartName(const wxString& name);
+
+    // The content type of a part name: its Override, else the Default of its
+    // extension (case-insensitive), else empty.
+    wxString GetContentType(const wxString& partName) const;
+
+    // The relationships of `source` ("/" or "" for the package itself), read
+    // from its relationships part with the library's CT_Relationships.  A
+    // source without a relationships part has none (true, empty).  Strict
+    // relationship types read as transitional ones unless the options say not.
+    bool GetRelationships(const wxString& source, std::vector<Relationship>* relationships,
+                          Error* error) const;
+
+    // The uncompressed bytes of a part, within the limits.  A part the
+    // package does not have fails with "no part named /x/y.xml".
+    bool ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const;
+
+    // Parses a part into `document`: within the limits, nesting depth checked
+    // before wxWidgets builds the tree, parse errors reported, not logged.
+    bool LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const;
+
+    // The part that `source` points to by its first internal relationship of
+    // `type`, given whole or by its last segment ("officeDocument",
+    // "sharedStrings"), resolved ("/xl/workbook.xml"); empty if it has none.
+    // False only if the relationships do not read.
+    bool FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const;
+
+    // The same by relationship id ("rId3"), external targets included.
+    bool FindRelatedPartById(const wxString& source, const wxString& id, wxString* part, Error* error) const;
+
+    // "/xl/workbook.xml" -> "/xl/_rels/workbook.xml.rels"; the package's own
+    // relationships are "/_rels/.rels".
+    static wxString RelationshipsPartName(const wxString& source);
+
+    // A relative target resolved against its source part's folder
+    // ("/xl/workbook.xml", "worksheets/sheet1.xml" -> "/xl/worksheets/sheet1.xml");
+    // "." and ".." segments removed; an absolute target ("/a/b") kept.
+    static wxString ResolveTarget(const wxString& source, const wxString& target);
+
+    // Whether a part name is a relationships part ("/_rels/.rels", "/x/_rels/y.rels").
+    static bool IsRelationshipsPart(const wxString& partName);
+
+private:
+    // After the bytes are there: directory, content types, Strict or not.
+    bool Load(Error* error);
+    bool ReadRelationships(const wxString& source, bool transitional, std::vector<Relationship>* relationships,
+                           Error* error) const;
+
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+// Parses the bytes of one XML part as Package::LoadXml does: an empty part and
+// nesting deeper than `maxDepth` are refused before wxWidgets builds a tree;
+// a parse error is returned in `problem`, not logged.
+OOXML_API bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document,
+                        wxString* problem);
+
+// The deepest element nesting of XML text, found without building a tree;
+// stops counting at `limit + 1`.
+OOXML_API std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t limit);
+
+} // namespace opc
+} // namespace ooxml
+
+#endif // OOXML_OPC_PACKAGE_H

@@ -1,0 +1,111 @@
+// Reading a package part into the class of its root element (found by the
+// part's content type, or by the root element for parts declared as plain
+// XML), without a common base class of the generated classes.
+//
+//   ooxml::opc::PartRoot root;
+//   ooxml::opc::Error error;
+//   if (!ooxml::opc::ReadPartRoot(package, "/xl/worksheets/sheet1.xml", &root, &error))
+//       return Fail(error.ToString());           // not loaded: size, depth, XML, no root class
+//   if (!root.ReadOk())
+//       ...                                      // ReadXML returned false: the tree is partial
+//   if (auto* sheet = root.Get<ooxml::sml::CT_Worksheet>())   // typed access
+//       ...
+//   ooxml::traversal::Visit(root.GetNode(), visitor);        // or untyped traversal
+//
+// The PartRoot owns the root object (and through it the whole tree).  Get<T>()
+// returns it when T is its class and null otherwise; GetClass() names it.
+#ifndef OOXML_OPC_PARTS_H
+#define OOXML_OPC_PARTS_H
+
+#include <memory>
+#include <typeinfo>
+
+#include <wx/string.h>
+
+#include "ooxml/opc/markup.h"
+#include "ooxml/opc/package.h"
+#include "ooxml/traversal/traversal.h"
+
+class wxXmlNode;
+
+namespace ooxml
+{
+namespace opc
+{
+
+// The classes that read whole parts are entries of the class registry
+// (traversal::AllClasses()): `fullName` ("sml::CT_Worksheet"), `type`,
+// `create`, `read`, `destroy`, and the content types and root element of their parts.
+using RootClass = traversal::ClassInfo;
+
+// The root class for parts of a content type (the XML parts of ECMA-376 and
+// the Microsoft extensions: workbook, worksheet, document, slide, theme,
+// chart ...), or null.  Case and parameters (";charset=...") do not matter.
+OOXML_API const RootClass* FindRootClassByContentType(const wxString& contentType);
+
+// The root class for a root element, by its namespace URI and local name: for
+// parts whose content type says only "XML" (custom XML items such as a
+// bibliography), or null.
+OOXML_API const RootClass* FindRootClassByElement(const wxString& namespaceUri, const wxString& localName);
+
+// The root class of a part of `package`: by content type, by its name for the
+// content types part, else null.  Does not read the part.  The part name may
+// be written either way ("/xl/workbook.xml" or "xl/workbook.xml").
+OOXML_API const RootClass* FindRootClass(const Package& package, const wxString& partName);
+
+// Whether a part holds XML that ReadPartRoot would read: the content types part,
+// relationships, a content type ending in "xml" (and VML drawings), or one
+// with a root class.  Images, binaries and the like are not.
+OOXML_API bool IsXmlPart(const Package& package, const Part& part);
+
+// A part read into its root class.  Movable, not copyable.
+class OOXML_API PartRoot
+{
+public:
+    PartRoot();
+    PartRoot(PartRoot&& other) noexcept;
+    PartRoot& operator=(PartRoot&& other) noexcept;
+    ~PartRoot();
+    PartRoot(const PartRoot&) = delete;
+    PartRoot& operator=(const PartRoot&) = delete;
+
+    bool IsEmpty() const { return m_object == nullptr; }
+    const RootClass* GetClass() const { return m_class; }
+    bool ReadOk() const { return m_readOk; }           // what ReadXML returned
+    traversal::Node GetNode() const;
+
+    // The root object if it is a T, else null.  Ownership stays here.
+    template <class T>
+    T* Get() const
+    {
+        return m_object && *m_class->type == typeid(T) ? static_cast<T*>(m_object) : nullptr;
+    }
+
+    // Gives up the root object (the caller deletes it as its class).
+    void* Release();
+
+private:
+    friend OOXML_API bool ReadPartXml(const RootClass&, wxXmlDocument&, PartRoot*);
+    const RootClass* m_class;
+    void* m_object;
+    bool m_readOk;
+};
+
+// Loads a part (within the package's limits) and reads it into its root
+// class.  False with `error` if the package has no such part ("no part named
+// /x/y.xml"), or it cannot be loaded, is not XML, or has no root class; true
+// otherwise, with ReadXML's own result in root->ReadOk().  The part name may
+// be written either way ("/xl/workbook.xml" or "xl/workbook.xml"); messages
+// use the package's own spelling.
+// The preprocessing follows the package's ReadOptions; `stats`, if given,
+// receives what it did.
+OOXML_API bool ReadPartRoot(const Package& package, const wxString& partName, PartRoot* root, Error* error,
+                        PrepareStats* stats = nullptr);
+
+// Reads an already loaded document's root element into a new object of `cls`.
+OOXML_API bool ReadPartXml(const RootClass& cls, wxXmlDocument& document, PartRoot* root);
+
+} // namespace opc
+} // namespace ooxml
+
+#endif // OOXML_OPC_PARTS_H

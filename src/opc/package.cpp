@@ -1,0 +1,508 @@
+// Opening packages: ZIP directory, content types, relationships, bounded reads.
+#include "ooxml/opc/package.h"
+
+#include <algorithm>
+#include <map>
+
+#include <wx/filename.h>
+#include <wx/log.h>
+#include <wx/mstream.h>
+#include <wx/wfstream.h>
+#include <wx/xml/xml.h>
+#include <wx/zipstrm.h>
+
+#include "ooxml/aliases.h"
+#include "ooxml/opc/markup.h"
+#include "ooxml/package/content_types.h"
+#include "ooxml/package/relationships.h"
+
+namespace ooxml
+{
+namespace opc
+{
+
+wxString Error::ToString() const
+{
+    wxString text = package.empty() ? wxString("ooxml") : package;
+    if (!part.empty())
+        text << ": " << part;
+    text << ": " << message;
+    return text;
+}
+
+namespace
+{
+
+// Part names compare case-insensitively (OPC, ASCII only).
+wxString Key(const wxString& name)
+{
+    return name.Lower();
+}
+
+wxString ExtensionOf(const wxString& partName)
+{
+    const wxString last = partName.AfterLast('/');
+    return last.Find('.') == wxNOT_FOUND ? wxString() : last.AfterLast('.');
+}
+
+// Collects the error messages wxWidgets logs while it lives (a parse error
+// becomes part of our Error instead of a log record).
+class ErrorCollector : public wxLog
+{
+public:
+    ErrorCollector() : m_previous(wxLog::SetActiveTarget(this)) {}
+    ~ErrorCollector() override { wxLog::SetActiveTarget(m_previous); }
+    wxString Text() const { return m_text; }
+
+protected:
+    void DoLogRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo&) override
+    {
+        if (level <= wxLOG_Warning && m_text.empty())
+            m_text = message;
+    }
+
+private:
+    wxLog* m_previous;
+    wxString m_text;
+};
+
+Error MakeError(const wxString& package, const wxString& part, const wxString& message)
+{
+    Error error;
+    error.package = package;
+    error.part = part;
+    error.message = message;
+    return error;
+}
+
+wxString Bytes(std::uint64_t n)
+{
+    return wxString::Format("%llu bytes", static_cast<unsigned long long>(n));
+}
+
+} // namespace
+
+struct Package::Impl
+{
+    Impl(const Limits& limits, const ReadOptions& options) : limits(limits), options(options), bytesRead(0) {}
+
+    Limits limits;
+    ReadOptions options;
+    bool strict = false;
+    wxString path;          // the file, or the name given to a package in memory
+    std::string memory;     // the package's bytes when it was opened from memory
+    bool inMemory = false;
+    std::vector<Part> parts;
+    std::vector<std::unique_ptr<wxZipEntry>> entries; // parallel to parts
+    std::map<wxString, std::size_t> index;            // Key(name) -> position
+    std::map<wxString, wxString> overrides;           // Key(part name) -> type
+    std::map<wxString, wxString> defaults;            // Key(extension) -> type
+    mutable std::uint64_t bytesRead;
+
+    bool Fail(Error* error, const wxString& part, const wxString& message) const
+    {
+        if (error)
+            *error = MakeError(path, part, message);
+        return false;
+    }
+
+    // A fresh stream over the whole package (the file, or the bytes).
+    std::unique_ptr<wxInputStream> OpenStream() const;
+    bool ReadDirectory(Error* error);
+    bool ReadContentTypes(Package& package, Error* error);
+};
+
+Package::Package(const Limits& limits, const ReadOptions& options) : m_impl(new Impl(limits, options)) {}
+
+Package::~Package() = default;
+
+const wxString& Package::GetPath() const { return m_impl->path; }
+const Limits& Package::GetLimits() const { return m_impl->limits; }
+const ReadOptions& Package::GetOptions() const { return m_impl->options; }
+bool Package::IsStrict() const { return m_impl->strict; }
+const std::vector<Part>& Package::GetParts() const { return m_impl->parts; }
+
+bool Package::Open(const wxString& path, Error* error)
+{
+    m_impl.reset(new Impl(m_impl->limits, m_impl->options));
+    m_impl->path = path;
+    if (!wxFileName::FileExists(path))
+        return m_impl->Fail(error, "", wxFileName::DirExists(path) ? "is a folder, not a file" : "no such file");
+    return Load(error);
+}
+
+bool Package::OpenMemory(const void* data, std::size_t size, const wxString& name, Error* error)
+{
+    m_impl.reset(new Impl(m_impl->limits, m_impl->options));
+    m_impl->path = name;
+    m_impl->memory.assign(static_cast<const char*>(data), size);
+    m_impl->inMemory = true;
+    return Load(error);
+}
+
+bool Package::Load(Error* error)
+{
+    if (!m_impl->ReadDirectory(error) || !m_impl->ReadContentTypes(*this, error))
+        return false;
+    // The package's own relationships tell whether it is Strict: its main
+    // part is reached through a Strict relationship type.  Read as written;
+    // a package whose relationships do not read is reported when they are read.
+    std::vector<Relationship> relationships;
+    Error ignored;
+    ReadRelationships("/", false, &relationships, &ignored);
+    for (const Relationship& r : relationships)
+        if (r.type.StartsWith("http://purl.oclc.org/ooxml/"))
+            m_impl->strict = true;
+    return true;
+}
+
+std::unique_ptr<wxInputStream> Package::Impl::OpenStream() const
+{
+    if (inMemory)
+        return std::unique_ptr<wxInputStream>(new wxMemoryInputStream(memory.data(), memory.size()));
+    std::unique_ptr<wxInputStream> file(new wxFFileInputStream(path));
+    if (!file->IsOk())
+        return nullptr;
+    return file;
+}
+
+bool Package::Impl::ReadDirectory(Error* error)
+{
+    wxLogNull quiet; // wxWidgets logs ZIP trouble itself; we report it
+    std::unique_ptr<wxInputStream> stream = OpenStream();
+    if (!stream)
+        return Fail(error, "", "cannot be opened");
+    char magic[4] = {0, 0, 0, 0};
+    stream->Read(magic, sizeof magic);
+    if (stream->LastRead() != sizeof magic || magic[0] != 'P' || magic[1] != 'K')
+        return Fail(error, "", "not a ZIP archive");
+    stream->SeekI(0);
+    wxZipInputStream zip(*stream);
+    for (;;)
+    {
+        std::unique_ptr<wxZipEntry> entry(zip.GetNextEntry());
+        if (!entry)
+            break;
+        if (entries.size() >= limits.maxParts)
+            return Fail(error, "", wxString::Format("more than %zu ZIP entries", limits.maxParts));
+        if (entry->IsDir())
+            continue;
+        const wxString name = NormalPartName(entry->GetInternalName());
+        const wxString key = Key(name);
+        if (index.count(key))
+        {
+            // Part names are unique in a package (OPC, compared without case):
+            // neither entry can be trusted, the part is not read.
+            parts[index[key]].problem = "two ZIP entries of this part name";
+            continue;
+        }
+        index[key] = parts.size();
+        parts.push_back(Part{name, wxString(), static_cast<std::uint64_t>(std::max<wxFileOffset>(entry->GetSize(), 0)),
+                             static_cast<std::uint64_t>(std::max<wxFileOffset>(entry->GetCompressedSize(), 0)),
+                             wxString()});
+        entries.push_back(std::move(entry));
+    }
+    if (zip.GetLastError() == wxSTREAM_READ_ERROR || parts.empty())
+        return Fail(error, "", parts.empty() ? "not a ZIP archive, or an empty one" : "broken ZIP directory");
+    return true;
+}
+
+bool Package::Impl::ReadContentTypes(Package& package, Error* error)
+{
+    const wxString name = "/[Content_Types].xml";
+    const Part* part = package.FindPart(name);
+    if (!part)
+        return Fail(error, "", "no [Content_Types].xml part: not an Office Open XML package");
+    wxXmlDocument document;
+    if (!package.LoadXml(part->name, &document, error))
+        return false;
+    XMLNSContext context(&document);
+    content_types::CT_Types types;
+    if (!types.ReadXML(document.GetRoot(), &context))
+        return Fail(error, part->name, "content types do not read");
+    for (content_types::CT_TypesData__* entry : types.GetData__())
+    {
+        if (entry->GetDefault())
+            defaults[Key(entry->GetDefault()->GetExtension())] = entry->GetDefault()->GetContentType();
+        if (entry->GetOverride())
+        {
+            overrides[Key(NormalPartName(entry->GetOverride()->GetPartName()))] =
+                entry->GetOverride()->GetContentType();
+        }
+    }
+    for (Part& p : parts)
+        p.contentType = package.GetContentType(p.name);
+    return true;
+}
+
+wxString Package::NormalPartName(const wxString& name)
+{
+    wxString normal = name;
+    normal.Replace("\\", "/");
+    return normal.StartsWith("/") ? normal : "/" + normal;
+}
+
+const Part* Package::FindPart(const wxString& name) const
+{
+    const auto found = m_impl->index.find(Key(NormalPartName(name)));
+    return found == m_impl->index.end() ? nullptr : &m_impl->parts[found->second];
+}
+
+wxString Package::GetContentType(const wxString& partName) const
+{
+    const auto byOverride = m_impl->overrides.find(Key(NormalPartName(partName)));
+    if (byOverride != m_impl->overrides.end())
+        return byOverride->second;
+    const auto byDefault = m_impl->defaults.find(Key(ExtensionOf(partName)));
+    return byDefault == m_impl->defaults.end() ? wxString() : byDefault->second;
+}
+
+bool Package::ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const
+{
+    const Part* part = FindPart(partName);
+    if (!part)
+        return m_impl->Fail(error, "", "no part named " + NormalPartName(partName));
+    if (!part->problem.empty())
+        return m_impl->Fail(error, part->name, part->problem);
+    const Limits& limits = m_impl->limits;
+    if (part->size > limits.maxPartSize)
+        return m_impl->Fail(error, part->name, "larger than the limit of " + Bytes(limits.maxPartSize));
+    const wxZipEntry& entry = *m_impl->entries[part - m_impl->parts.data()];
+
+    wxLogNull quiet;
+    std::unique_ptr<wxInputStream> stream = m_impl->OpenStream();
+    if (!stream)
+        return m_impl->Fail(error, part->name, "the package cannot be opened again");
+    wxZipInputStream zip(*stream);
+    std::unique_ptr<wxZipEntry> copy(entry.Clone());
+    if (!zip.OpenEntry(*copy))
+        return m_impl->Fail(error, part->name, "broken ZIP entry");
+    bytes->clear();
+    char buffer[65536];
+    for (;;)
+    {
+        zip.Read(buffer, sizeof buffer);
+        const std::size_t n = zip.LastRead();
+        if (n == 0)
+            break;
+        // The directory may understate the size: count what really comes out.
+        if (bytes->size() + n > limits.maxPartSize)
+            return m_impl->Fail(error, part->name, "larger than the limit of " + Bytes(limits.maxPartSize));
+        m_impl->bytesRead += n;
+        if (m_impl->bytesRead > limits.maxPackageSize)
+            return m_impl->Fail(error, part->name,
+                                "the package's parts exceed the limit of " + Bytes(limits.maxPackageSize));
+        bytes->append(buffer, n);
+    }
+    if (zip.GetLastError() != wxSTREAM_EOF && zip.GetLastError() != wxSTREAM_NO_ERROR)
+        return m_impl->Fail(error, part->name, "broken ZIP entry (bad compressed data or CRC)");
+    return true;
+}
+
+bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document, wxString* problem)
+{
+    if (size == 0)
+    {
+        *problem = "empty part, not XML";
+        return false;
+    }
+    if (XmlNestingDepth(bytes, size, maxDepth) > maxDepth)
+    {
+        *problem = wxString::Format("XML nested deeper than %zu elements", maxDepth);
+        return false;
+    }
+    wxMemoryInputStream input(bytes, size);
+    ErrorCollector collector;
+    if (!document->Load(input) || !document->IsOk() || !document->GetRoot())
+    {
+        const wxString why = collector.Text();
+        *problem = why.empty() ? wxString("XML does not parse") : "XML does not parse: " + why;
+        return false;
+    }
+    return true;
+}
+
+bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const
+{
+    std::string bytes;
+    if (!ReadPartBytes(partName, &bytes, error))
+        return false;
+    wxString problem;
+    if (!ParseXml(bytes.data(), bytes.size(), m_impl->limits.maxDepth, document, &problem))
+        return m_impl->Fail(error, FindPart(partName)->name, problem);
+    return true;
+}
+
+bool Package::FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const
+{
+    part->clear();
+    std::vector<Relationship> relationships;
+    if (!GetRelationships(source, &relationships, error))
+        return false;
+    for (const Relationship& r : relationships)
+        if (!r.external && (r.type == type || r.type.EndsWith("/" + type)))
+        {
+            *part = r.resolved;
+            break;
+        }
+    return true;
+}
+
+bool Package::FindRelatedPartById(const wxString& source, const wxString& id, wxString* part, Error* error) const
+{
+    part->clear();
+    std::vector<Relationship> relationships;
+    if (!GetRelationships(source, &relationships, error))
+        return false;
+    for (const Relationship& r : relationships)
+        if (r.id == id)
+        {
+            *part = r.resolved;
+            break;
+        }
+    return true;
+}
+
+bool Package::GetRelationships(const wxString& source, std::vector<Relationship>* relationships, Error* error) const
+{
+    return ReadRelationships(source, m_impl->options.strict, relationships, error);
+}
+
+bool Package::ReadRelationships(const wxString& source, bool transitional, std::vector<Relationship>* relationships,
+                                Error* error) const
+{
+    relationships->clear();
+    const wxString relsName = RelationshipsPartName(source);
+    if (!FindPart(relsName))
+        return true;
+    wxXmlDocument document;
+    if (!LoadXml(relsName, &document, error))
+        return false;
+    XMLNSContext context(&document);
+    ooxml::relationships::CT_Relationships rels;
+    if (!rels.ReadXML(document.GetRoot(), &context))
+        return m_impl->Fail(error, FindPart(relsName)->name, "relationships do not read");
+    // Targets resolve against the part's name as the package spells it,
+    // however the caller spelled the source.
+    const Part* sourcePart = FindPart(source);
+    const wxString base = sourcePart ? sourcePart->name : NormalPartName(source);
+    for (ooxml::relationships::CT_Relationship* item : rels.GetRelationship())
+    {
+        Relationship r;
+        r.id = item->GetId();
+        r.type = transitional ? TransitionalUri(item->GetType()) : item->GetType();
+        r.target = item->GetTarget();
+        r.targetMode = item->GetTargetMode();
+        r.external = r.targetMode.CmpNoCase("External") == 0;
+        r.resolved = r.external ? r.target : ResolveTarget(base, r.target);
+        relationships->push_back(r);
+    }
+    return true;
+}
+
+wxString Package::RelationshipsPartName(const wxString& source)
+{
+    const wxString name = NormalPartName(source);
+    if (name == "/")
+        return "/_rels/.rels";
+    return name.BeforeLast('/') + "/_rels/" + name.AfterLast('/') + ".rels";
+}
+
+bool Package::IsRelationshipsPart(const wxString& partName)
+{
+    const wxString key = Key(NormalPartName(partName));
+    return key.EndsWith(".rels") && key.BeforeLast('/').AfterLast('/') == "_rels";
+}
+
+wxString Package::ResolveTarget(const wxString& source, const wxString& target)
+{
+    wxString path = target;
+    path.Replace("\\", "/");
+    path = path.BeforeFirst('#');
+    if (!path.StartsWith("/"))
+    {
+        const wxString folder = source.BeforeLast('/');
+        path = folder + "/" + path;
+    }
+    std::vector<wxString> segments;
+    for (const wxString& segment : wxSplit(path, '/', '\0'))
+    {
+        if (segment.empty() || segment == ".")
+            continue;
+        if (segment == "..")
+        {
+            if (!segments.empty())
+                segments.pop_back();
+            continue;
+        }
+        segments.push_back(segment);
+    }
+    wxString result;
+    for (const wxString& segment : segments)
+        result << "/" << segment;
+    return result.empty() ? wxString("/") : result;
+}
+
+std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t limit)
+{
+    std::size_t depth = 0, deepest = 0;
+    const char* p = text;
+    const char* end = text + length;
+    auto skipTo = [&](const char* marker) {
+        const std::size_t n = std::char_traits<char>::length(marker);
+        const char* found = std::search(p, end, marker, marker + n);
+        p = found == end ? end : found + n;
+    };
+    while (p < end)
+    {
+        p = std::find(p, end, '<');
+        if (p == end)
+            break;
+        ++p;
+        if (p < end && *p == '?')
+            skipTo("?>");
+        else if (end - p >= 3 && p[0] == '!' && p[1] == '-' && p[2] == '-')
+            skipTo("-->");
+        else if (end - p >= 8 && std::equal(p, p + 8, "![CDATA["))
+            skipTo("]]>");
+        else if (p < end && *p == '!')
+            skipTo(">");
+        else if (p < end && *p == '/')
+        {
+            if (depth > 0)
+                --depth;
+            skipTo(">");
+        }
+        else
+        {
+            // A start tag: find its end outside quoted attribute values.
+            char quote = 0;
+            char last = 0;
+            while (p < end && (quote || *p != '>'))
+            {
+                if (quote)
+                {
+                    if (*p == quote)
+                        quote = 0;
+                }
+                else if (*p == '"' || *p == '\'')
+                    quote = *p;
+                last = *p;
+                ++p;
+            }
+            if (p < end)
+                ++p;
+            // An empty element ("<b/>") is as deep as any other; it only
+            // leaves nothing open.
+            deepest = std::max(deepest, depth + 1);
+            if (last != '/')
+                ++depth;
+            if (deepest > limit)
+                return deepest;
+        }
+    }
+    return deepest;
+}
+
+} // namespace opc
+} // namespace ooxml

@@ -1,0 +1,119 @@
+// The package reader: ZIP faults, limits, content types, relationships. (No such file, a file that is no ZIP archive,
+// no content types or content types that do not parse: see the ooxml-dump tests.)
+#include <cstdint>
+#include <wx/filename.h>
+
+#include "package_support.h"
+
+using namespace package_test;
+
+namespace
+{
+// Overwrites a 32-bit field of one entry in its local header (at `local`) and its central directory record.
+void PatchEntry(std::string& zip, const std::string& name, std::size_t local, std::size_t central, std::uint32_t value)
+{
+    const std::size_t at[2] = {zip.find(name) - 30, zip.rfind(name) - 46};
+    ASSERT_EQ(zip.substr(at[0], 4) + zip.substr(at[1], 4), std::string("PK\3\4PK\1\2"));
+    for (int i = 0; i < 4; ++i)
+        zip[at[0] + local + i] = zip[at[1] + central + i] = char((value >> (8 * i)) & 0xFF);
+}
+} // namespace
+
+TEST(Package, BrokenFilesAndEntriesLimitsPartsContentTypesRelationshipsAndStrictTypes)
+{
+    opc::Package package;
+    opc::Error e;
+    std::string bytes;
+    wxXmlDocument document;
+    auto readPart = [&](const opc::Package& p, const char* name) {
+        return Result(p.ReadPartBytes(name, &bytes, &e), e);
+    };
+    auto loadXml = [&](const opc::Package& p, const char* name) { return Result(p.LoadXml(name, &document, &e), e); };
+    EXPECT_TRUE(!package.Open(wxFileName::GetTempDir(), &e) && e.message == "is a folder, not a file");
+    EXPECT_EQ(Result(package.OpenMemory("hello", 5, "x.docx", &e), e), "x.docx: not a ZIP archive");
+    const std::string filler = "<a>" + std::string(500, 'x') + "</a>";
+    std::string zip = Zip({{"[Content_Types].xml", Types()}, {"crc.xml", filler}, {"data.xml", filler},
+                           {"a/b.xml", "<one/>"}, {"A/B.xml", "<two/>"}, {"bad.xml", "<a><b></a>"}, {"empty.xml", ""}});
+    EXPECT_TRUE(!package.OpenMemory(zip.data(), 12, "cut.docx", &e) && e.package == "cut.docx"); // a signature only
+    PatchEntry(zip, "crc.xml", 14, 16, 0x12345678);
+    const std::size_t header = zip.find("data.xml") - 30; // the deflated data follows the name and the extra field
+    const std::size_t data = header + 38 + (unsigned char)zip[header + 28] + 256 * (unsigned char)zip[header + 29];
+    zip[data + 2] ^= 0x5A;
+    zip[data + 3] ^= 0x5A;
+    ASSERT_TRUE(OpenBytes(package, zip, &e)) << Result(false, e);
+    EXPECT_EQ(readPart(package, "/crc.xml"), "test.docx: /crc.xml: broken ZIP entry (bad compressed data or CRC)");
+    EXPECT_EQ(readPart(package, "/data.xml").rfind("test.docx: /data.xml: broken ZIP", 0), 0u);
+    EXPECT_EQ(readPart(package, "/A/B.xml"), "test.docx: /a/b.xml: two ZIP entries of this part name"); // no case
+    EXPECT_EQ(loadXml(package, "/empty.xml"), "test.docx: /empty.xml: empty part, not XML");
+    EXPECT_EQ(loadXml(package, "/bad.xml").rfind("test.docx: /bad.xml: XML does not parse", 0), 0u);
+
+    // Limits of a part, of the package, of its entries and of the nesting.
+    const std::string big = "<a>" + std::string(2000, 'x') + "</a>", part = "<a>" + std::string(300, 'x') + "</a>";
+    zip = Zip({{"[Content_Types].xml", Types()}, {"big.xml", big}, {"liar.xml", big}, {"small.xml", "<a/>"},
+               {"ok.xml", "<a><b><c/></b></a>"}, {"deep.xml", "<a><b><c><d/></c></b></a>"}});
+    PatchEntry(zip, "liar.xml", 22, 24, 10); // the directory claims 10 bytes; they are counted while inflating
+    opc::Package limited(opc::Limits{1000, 2048ull << 20, 65536, 3}); // parts of 1000 bytes, depth 3
+    ASSERT_TRUE(OpenBytes(limited, zip, &e)) << Result(false, e);
+    EXPECT_EQ(limited.FindPart("/liar.xml")->size, 10u);
+    for (const char* name : {"/big.xml", "/liar.xml"})
+        EXPECT_EQ(readPart(limited, name), "test.docx: " + std::string(name) + ": larger than the limit of 1000 bytes");
+    EXPECT_EQ(readPart(limited, "/small.xml") + " " + loadXml(limited, "/ok.xml"), "ok ok");
+    EXPECT_EQ(loadXml(limited, "/deep.xml"), "test.docx: /deep.xml: XML nested deeper than 3 elements");
+    opc::Package total(opc::Limits{512ull << 20, 800}); // the content types stream (238 bytes) counts too
+    ASSERT_TRUE(Open(total, {{"[Content_Types].xml", Types()}, {"a.xml", part}, {"b.xml", part}}, &e));
+    EXPECT_EQ(readPart(total, "/a.xml"), "ok");
+    EXPECT_EQ(readPart(total, "/b.xml"), "test.docx: /b.xml: the package's parts exceed the limit of 800 bytes");
+    opc::Package few(opc::Limits{512ull << 20, 2048ull << 20, 2});
+    EXPECT_EQ(Result(Open(few, {{"[Content_Types].xml", Types()}, {"a.xml", "<a/>"}, {"b.xml", "<b/>"}}, &e), e),
+              "test.docx: more than 2 ZIP entries");
+    // The depth is counted on the bytes, before parsing: elements only, and no further than the limit.
+    const std::string text = "<?xml version='1.0'?><!-- <x><y> --><a><![CDATA[<q><r>]]><b x='>'/><c><d>t</d></c></a>";
+    std::string nested;
+    while (nested.size() < 3000)
+        nested += "<e>";
+    EXPECT_EQ(opc::XmlNestingDepth(text.data(), text.size(), 100), 3u);
+    EXPECT_EQ(opc::XmlNestingDepth("<a>", 3, 10) + opc::XmlNestingDepth(nested.data(), nested.size(), 256), 258u);
+
+    // Parts in directory order, content types, relationships.
+    ASSERT_TRUE(Open(package, {{"[Content_Types].xml", Types({{"/XL/Worksheets/Sheet1.xml", kWorksheetType}})},
+                               {"xl/worksheets/sheet1.xml", "<worksheet/>"}, {"xl/other.XML", "<x/>"},
+                               {"media/image.png", "PNG"}}, &e)) << Result(false, e);
+    const std::vector<opc::Part>& parts = package.GetParts();
+    ASSERT_TRUE(parts.size() == 4 && !package.IsStrict());
+    EXPECT_EQ(Utf8(parts[1].name) + " " + std::to_string(parts[1].size), "/xl/worksheets/sheet1.xml 12");
+    // The Override wins over the Default "xml"; a Default by extension, without case; none.
+    EXPECT_EQ(Utf8(parts[1].contentType + " " + parts[2].contentType + " " + parts[3].contentType),
+              std::string(kWorksheetType) + " application/xml ");
+    const char* const targets[][3] = {
+        {"/xl/workbook.xml", "worksheets/sheet1.xml", "/xl/worksheets/sheet1.xml"},
+        {"/xl/workbook.xml", "/xl/styles.xml", "/xl/styles.xml"}, {"/", "word/document.xml", "/word/document.xml"},
+        {"/a/b.xml", "./c/../d.xml", "/a/d.xml"}, {"/a/b.xml", "../../../x.xml", "/x.xml"},
+        {"/a/b.xml", "c.xml#f", "/a/c.xml"}};
+    for (const auto& row : targets)
+        EXPECT_EQ(Utf8(opc::Package::ResolveTarget(row[0], row[1])), row[2]) << row[0] << " + " << row[1];
+    for (const auto& name : {std::make_pair("/_rels/.rels", true), std::make_pair("/x/_RELS/a.rels", true),
+                             std::make_pair("/xl/workbook.xml", false), std::make_pair("/x/a_rels/b.rels", false)})
+        EXPECT_EQ(opc::Package::IsRelationshipsPart(name.first), name.second) << name.first;
+
+    // Strict relationship types read as transitional ones (unless switched off); the package is Strict.
+    const std::string strict = "http://purl.oclc.org/ooxml/officeDocument/relationships/officeDocument";
+    const Entries entries = {
+        {"[Content_Types].xml", Types()}, {"_rels/.rels", Rels({{"rId1", strict, "word/document.xml"}})},
+        {"word/document.xml", "<w:document/>"}, {"x/_rels/bad.xml.rels", "not xml"},
+        {"word/_rels/document.xml.rels", Rels({{"rId1", "http://x/styles", "styles.xml"},
+                                               {"rId2", "http://x/link", "https://e.org/a", "External"},
+                                               {"rId3", "http://x/image", "../media/i.png", "Internal"}})}};
+    opc::Package asWritten(opc::Limits(), opc::ReadOptions{true, false});
+    std::vector<opc::Relationship> rels;
+    ASSERT_TRUE(Open(asWritten, entries, &e) && asWritten.GetRelationships("/", &rels, &e));
+    EXPECT_TRUE(asWritten.IsStrict() && Utf8(rels[0].type) == strict);
+    ASSERT_TRUE(Open(package, entries, &e) && package.GetRelationships("/", &rels, &e) && rels.size() == 1);
+    EXPECT_TRUE(package.IsStrict() && rels[0].resolved == "/word/document.xml");
+    EXPECT_EQ(Utf8(rels[0].type), "http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument");
+    ASSERT_TRUE(package.GetRelationships("/word/document.xml", &rels, &e) && rels.size() == 3);
+    EXPECT_TRUE(!rels[0].external && rels[1].external && !rels[2].external && rels[0].resolved == "/word/styles.xml");
+    EXPECT_EQ(Utf8(rels[1].resolved + " " + rels[2].resolved + " " + rels[2].targetMode), // external: as written
+              "https://e.org/a /media/i.png Internal");
+    EXPECT_TRUE(package.GetRelationships("/word/styles.xml", &rels, &e) && rels.empty()); // no relationships part
+    EXPECT_TRUE(!package.GetRelationships("/x/bad.xml", &rels, &e) && e.part == "/x/_rels/bad.xml.rels");
+}
