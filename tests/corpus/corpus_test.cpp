@@ -1,4 +1,4 @@
-// Every XML part of every document of ../shared/corpus, read through the package layer (under the sanitizers too):
+// Every XML part of every document of ../shared/corpus, read through ooxml::opc (under the sanitizers too):
 // no crash, no leak, every part that does not read or has no root class explained in allowlist.tsv; and a summary.
 #include <algorithm>
 #include <chrono>
