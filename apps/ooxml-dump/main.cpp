@@ -6,7 +6,11 @@
 //
 // Without FILE it dumps the sample document built into the program.  Exit
 // status 0 only if every part it was asked to read was read (loaded, and
-// ReadXML returned true); 1 otherwise; 2 for a usage error.
+// ReadXML returned true); 1 otherwise; 2 for a usage error.  The overview and
+// --all list XML parts that have no root class (an SVG image, a custom XML item
+// of an unknown root element) as skipped: they do not change the status.
+// Names from the package (part names, content types, relationships) and the
+// messages naming them are printed with control characters as \xNN (Safe).
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -62,6 +66,23 @@ struct Options
     opc::ReadOptions read;
 };
 
+// A name from the package, or a message naming one, with its control characters
+// (C0, DEL, C1) as \xNN: a hostile ZIP name cannot move the cursor, ring the bell
+// or forge a line.
+wxString Safe(const wxString& text)
+{
+    wxString safe;
+    for (wxUniChar c : text)
+    {
+        const auto value = c.GetValue();
+        if (value < 0x20 || (value >= 0x7F && value < 0xA0))
+            safe += wxString::Format("\\x%02X", static_cast<unsigned>(value));
+        else
+            safe += c;
+    }
+    return safe;
+}
+
 void Out(const wxString& text)
 {
     std::fputs(text.utf8_str(), stdout);
@@ -76,7 +97,7 @@ void Line(const wxString& text)
 int Fail(const wxString& message)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(message.utf8_str()));
+    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(Safe(message).utf8_str()));
     return 1;
 }
 
@@ -93,7 +114,7 @@ public:
     void Step(std::size_t done, const wxString& part)
     {
         if (m_shown)
-            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done, m_total, static_cast<const char*>(part.utf8_str()));
+            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done, m_total, static_cast<const char*>(Safe(part).utf8_str()));
     }
 
 private:
@@ -124,7 +145,7 @@ wxString ValueText(const wxAny& value, bool json)
     wxString text;
     value.GetAs(&text);
     if (!json)
-        return "\"" + text + "\"";
+        return "\"" + Safe(text) + "\"";
     wxString escaped = "\"";
     for (wxUniChar c : text)
     {
@@ -136,7 +157,7 @@ wxString ValueText(const wxAny& value, bool json)
         case '\r': escaped += "\\r"; break;
         case '\t': escaped += "\\t"; break;
         default:
-            if (c.GetValue() < 0x20)
+            if (c.GetValue() < 0x20 || c.GetValue() == 0x7F)
                 escaped += wxString::Format("\\u%04x", static_cast<unsigned>(c.GetValue()));
             else
                 escaped += c;
@@ -305,6 +326,7 @@ struct PartResult
     const opc::RootClass* root = nullptr;
     bool loaded = false;
     bool readOk = false;
+    wxString noClass;       // for a part not ours to read: "content type ..." or "root element ..."
     wxString problem;       // what went wrong, for the part's line
     opc::Error error;       // the same naming package and part, for stderr
     double milliseconds = 0;
@@ -324,17 +346,29 @@ PartResult ReadOne(const opc::Package& package, const wxString& name, opc::PartR
         error = opc::Error{package.GetPath(), package.FindPart(name)->name, "ReadXML returned false"};
     result.problem = error.message;
     result.error = error;
+    // No root class: by its content type (ReadPartRoot does not load such a part), or
+    // for plain XML ("application/xml") by the root element, which only reading tells.
+    const opc::Part* part = result.root ? nullptr : package.FindPart(name);
+    const wxString type = part ? package.GetContentType(part->name) : wxString();
+    const wxString noElementClass = "no root class for root element ";
+    if (part && !type.empty() && !type.EndsWith("/xml"))
+        result.noClass = "content type " + type;
+    else if (part && !result.loaded && error.message.StartsWith(noElementClass))
+        result.noClass = "root element " + error.message.Mid(noElementClass.size());
     return result;
 }
 
 wxString Status(const PartResult& result)
 {
-    return result.readOk ? wxString("read") : "FAILED: " + result.problem;
+    if (result.readOk)
+        return "read";
+    return result.noClass.empty() ? "FAILED: " + Safe(result.problem)
+                                  : "skipped (no class for " + Safe(result.noClass) + ")";
 }
 
 int Overview(const opc::Package& package)
 {
-    Line(package.GetPath() + (package.IsStrict() ? "  (ISO Strict, read as transitional)" : ""));
+    Line(Safe(package.GetPath()) + (package.IsStrict() ? "  (ISO Strict, read as transitional)" : ""));
     Line("");
     Line(wxString::Format("Parts (%zu):", package.GetParts().size()));
     bool allRead = true;
@@ -347,16 +381,21 @@ int Overview(const opc::Package& package)
         const wxString type = part.name.CmpNoCase("/[Content_Types].xml") == 0 ? wxString("(content types stream)")
                               : part.contentType.empty()                        ? wxString("(no content type)")
                                                                                 : part.contentType;
-        wxString line = wxString::Format("  %-40s %s", part.name, type);
+        wxString line = wxString::Format("  %-40s %s", Safe(part.name), Safe(type));
         if (opc::IsXmlPart(package, part))
         {
             opc::PartRoot root;
             const PartResult result = ReadOne(package, part.name, &root);
-            line << "\n      " << (result.root ? wxString(result.root->fullName) : wxString("no root class")) << ": "
-                 << Status(result);
-            if (!result.readOk)
+            if (result.noClass.empty())
+                line << "\n      " << (result.root ? wxString(result.root->fullName) : wxString("no root class"))
+                     << ": " << Status(result);
+            else
+                line << "\n      " << Status(result);
+            if (!result.readOk && result.noClass.empty())
+            {
                 Fail(result.error.ToString());
-            allRead = allRead && result.readOk;
+                allRead = false;
+            }
         }
         Line(line);
     }
@@ -372,13 +411,13 @@ int Overview(const opc::Package& package)
         opc::Error error;
         if (!package.GetRelationships(source, &relationships, &error))
         {
-            Line("  " + source + ": FAILED: " + error.message); // on stderr already, as its part
+            Line("  " + Safe(source) + ": FAILED: " + Safe(error.message)); // on stderr already, as its part
             allRead = false;
             continue;
         }
         for (const opc::Relationship& r : relationships)
-            Line(wxString::Format("  %-28s %-8s %s -> %s", source, r.id, r.type.AfterLast('/'),
-                                  r.external ? r.target + "  [External]" : r.resolved));
+            Line(wxString::Format("  %-28s %-8s %s -> %s", Safe(source), Safe(r.id), Safe(r.type.AfterLast('/')),
+                                  r.external ? Safe(r.target) + "  [External]" : Safe(r.resolved)));
     }
     return allRead ? 0 : 1;
 }
@@ -386,7 +425,7 @@ int Overview(const opc::Package& package)
 int All(const opc::Package& package)
 {
     bool allRead = true;
-    std::size_t count = 0;
+    std::size_t count = 0, skipped = 0;
     double total = 0;
     Progress progress(package.GetParts().size());
     std::size_t done = 0;
@@ -397,15 +436,21 @@ int All(const opc::Package& package)
             continue;
         opc::PartRoot root;
         const PartResult result = ReadOne(package, part.name, &root);
-        Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, part.name,
+        Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, Safe(part.name),
                               result.root ? result.root->fullName : "-", Status(result)));
+        total += result.milliseconds;
+        if (!result.noClass.empty())
+        {
+            ++skipped;
+            continue;
+        }
         if (!result.readOk)
             Fail(result.error.ToString());
         allRead = allRead && result.readOk;
-        total += result.milliseconds;
         ++count;
     }
-    Line(wxString::Format("%9.2f ms  %zu XML parts", total, count));
+    Line(wxString::Format("%9.2f ms  %zu XML parts", total, count) +
+         (skipped ? wxString::Format(", %zu skipped (no class)", skipped) : wxString()));
     return allRead ? 0 : 1;
 }
 

@@ -185,3 +185,46 @@ TEST(Dump, MarkupCompatibilityStrictUsageErrorsBrokenPackagesAndLimits)
                     std::count(run.err.begin(), run.err.end(), '\n') == 1) << c.first << ": " << run.err;
     }
 }
+
+// XML parts with no root class (an SVG image, a custom XML item of an unknown root element) are listed as skipped and
+// leave the status 0; a part with a class that does not read still fails. Names from the package are printed with
+// their control characters escaped: no raw ESC, BEL or CR, and no forged line, on stdout or stderr.
+TEST(Dump, PartsWithoutAClassAreSkippedAndControlCharactersOfNamesAreEscaped)
+{
+    const std::string wml = "<w:document xmlns:w='http://schemas.openxmlformats.org/wordprocessingml/2006/main'>";
+    Entries entries = Document("http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument",
+                               wml + "<w:body/></w:document>");
+    entries[0].second.insert(entries[0].second.find("<Override"), "<Default Extension='svg' ContentType="
+                             "'image/svg+xml'/><Default Extension='xml' ContentType='application/xml'/>");
+    entries.push_back({"word/media/image1.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>"});
+    entries.push_back({"customXml/item1.xml", "<r:data xmlns:r='urn:example:data'/>"});
+    const std::string svg = "skipped (no class for content type image/svg+xml)";
+    const std::string item = "skipped (no class for root element data of urn:example:data)";
+    TempFile skipping(entries);
+    entries[2].second = wml + "<w:body>"; // has a class, does not parse
+    TempFile broken(entries);
+    for (const char* mode : {"", "--all"})
+    {
+        Result good = Dump(*mode ? Arguments{mode, skipping.path} : Arguments{skipping.path});
+        EXPECT_TRUE(good.status == 0 && good.err.empty() && Has(good.out, svg) && Has(good.out, item)) << good.out;
+        Result bad = Dump(*mode ? Arguments{mode, broken.path} : Arguments{broken.path});
+        EXPECT_TRUE(bad.status == 1 && Has(bad.out, svg) && Has(bad.out, item)) << bad.out;
+        EXPECT_EQ(bad.err.rfind("ooxml-dump: " + broken.path + ": /word/document.xml: XML does not parse", 0), 0u)
+            << bad.err;
+        EXPECT_EQ(std::count(bad.err.begin(), bad.err.end(), '\n'), 1) << bad.err;
+    }
+    EXPECT_TRUE(Has(Dump({"--all", skipping.path}).out, " ms  3 XML parts, 2 skipped (no class)\n"));
+    EXPECT_EQ(Dump({skipping.path, "customXml/item1.xml"}).status, 1); // asked for: fails as before
+    // A relationships part (it has a class) whose name hides an escape sequence, a bell and a forged line.
+    TempFile hostile(Entries{entries[0], entries[1], {"x\x1b[2J\x07\r\nforged.rels", "not xml"}});
+    Result run = Dump({hostile.path}), all = Dump({"--all", hostile.path});
+    const std::string escaped = "/x\\x1B[2J\\x07\\x0D\\x0Aforged.rels";
+    for (const Result& r : {run, all})
+    {
+        EXPECT_TRUE(r.status == 1 && Has(r.out, escaped) && Has(r.err, escaped + ": XML does not parse")) << r.out;
+        for (const std::string& text : {r.out, r.err})
+            EXPECT_TRUE(std::none_of(text.begin(), text.end(), [](char c) { return (c >= 0 && c < 0x20 && c != '\n')
+                                                                                  || c == 0x7F; }) &&
+                        !Has(text, "\nforged")) << text;
+    }
+}
