@@ -27,7 +27,18 @@ wxString Error::ToString() const
     if (!part.empty())
         text << ": " << part;
     text << ": " << message;
-    return text;
+    // Names come from the package: control characters (C0, DEL, C1) print as
+    // text, never reach a terminal, and the line stays one line.
+    wxString escaped;
+    for (const wxUniChar c : text)
+    {
+        const wxUint32 v = c.GetValue();
+        if (v < 0x20 || (v >= 0x7F && v <= 0x9F))
+            escaped << wxString::Format("\\x%02X", static_cast<unsigned>(v));
+        else
+            escaped << c;
+    }
+    return escaped;
 }
 
 namespace
@@ -178,16 +189,32 @@ bool Package::Impl::ReadDirectory(Error* error)
         return Fail(error, "", "not a ZIP archive");
     stream->SeekI(0);
     wxZipInputStream zip(*stream);
+    // Where each directory record's bytes lie: its local header (at least 30
+    // bytes and the name) and the compressed data.
+    struct Span
+    {
+        wxFileOffset begin, end;
+        wxString name;
+    };
+    std::vector<Span> spans;
     for (;;)
     {
         std::unique_ptr<wxZipEntry> entry(zip.GetNextEntry());
         if (!entry)
             break;
-        if (entries.size() >= limits.maxParts)
+        // Every record counts, directories and duplicates too.
+        if (spans.size() >= limits.maxParts)
             return Fail(error, "", wxString::Format("more than %zu ZIP entries", limits.maxParts));
+        const wxString name = NormalPartName(entry->GetInternalName());
+        const wxFileOffset begin = entry->GetOffset();
+        spans.push_back(Span{begin,
+                             begin + 30 + static_cast<wxFileOffset>(entry->GetInternalName().length()) +
+                                 std::max<wxFileOffset>(entry->GetCompressedSize(), 0),
+                             name});
+        if (entry->GetFlags() & 1)
+            return Fail(error, name, "encrypted ZIP entry, not supported");
         if (entry->IsDir())
             continue;
-        const wxString name = NormalPartName(entry->GetInternalName());
         const wxString key = Key(name);
         if (index.count(key))
         {
@@ -204,6 +231,17 @@ bool Package::Impl::ReadDirectory(Error* error)
     }
     if (zip.GetLastError() == wxSTREAM_READ_ERROR || parts.empty())
         return Fail(error, "", parts.empty() ? "not a ZIP archive, or an empty one" : "broken ZIP directory");
+    // Records that share bytes (one local header aliased, or data running into
+    // another entry) are a forged directory: sorted by offset, n log n.
+    std::stable_sort(spans.begin(), spans.end(), [](const Span& a, const Span& b) { return a.begin < b.begin; });
+    std::size_t farthest = 0; // the span reaching furthest so far
+    for (std::size_t i = 1; i < spans.size(); ++i)
+    {
+        if (spans[i].begin < spans[farthest].end)
+            return Fail(error, "", "ZIP entries overlap: " + spans[farthest].name + " and " + spans[i].name);
+        if (spans[i].end > spans[farthest].end)
+            farthest = i;
+    }
     return true;
 }
 
@@ -273,6 +311,20 @@ bool Package::ReadPartBytes(const wxString& partName, std::string* bytes, Error*
     std::unique_ptr<wxInputStream> stream = m_impl->OpenStream();
     if (!stream)
         return m_impl->Fail(error, part->name, "the package cannot be opened again");
+    // The local header must name the entry the directory names (decoded as
+    // wxWidgets decodes names: UTF-8 by flag bit 11, else the local encoding).
+    unsigned char local[30] = {0};
+    if (stream->SeekI(entry.GetOffset()) != wxInvalidOffset && stream->Read(local, sizeof local).LastRead() == 30 &&
+        std::equal(local, local + 4, "PK\3\4"))
+    {
+        std::string raw(local[26] | local[27] << 8, '\0');
+        raw.resize(stream->Read(&raw[0], raw.size()).LastRead());
+        const wxString name = NormalPartName(wxZipEntry::GetInternalName(
+            local[7] & 8 ? wxString::FromUTF8(raw.data(), raw.size()) : wxString(raw.data(), wxConvLocal, raw.size()),
+            wxPATH_UNIX));
+        if (name != NormalPartName(entry.GetInternalName()))
+            return m_impl->Fail(error, part->name, "ZIP local header names another entry (" + name + ")");
+    } // else no local header: wxWidgets reports the broken entry
     wxZipInputStream zip(*stream);
     std::unique_ptr<wxZipEntry> copy(entry.Clone());
     if (!zip.OpenEntry(*copy))

@@ -35,6 +35,27 @@ inline std::string Zip(const Entries& entries)
     memory.CopyTo(&bytes[0], bytes.size());
     return bytes;
 }
+// Writes `value` little-endian into `width` bytes at `at`.
+inline void Poke(std::string& bytes, std::size_t at, std::uint32_t value, int width = 4)
+{
+    for (int i = 0; i < width; ++i)
+        bytes[at + i] = char((value >> (8 * i)) & 0xFF);
+}
+// The central directory record of `name` repeated `copies` more times; the end record counts them.
+inline std::string RepeatRecord(std::string zip, const std::string& name, std::size_t copies)
+{
+    const std::size_t at = zip.rfind(name) - 46, end = zip.rfind("PK\5\6");
+    auto word = [&](std::size_t i) { return std::size_t((unsigned char)zip[i] | (unsigned char)zip[i + 1] << 8); };
+    const std::size_t length = 46 + word(at + 28) + word(at + 30) + word(at + 32);
+    std::string records;
+    for (std::size_t i = 0; i < copies; ++i)
+        records += zip.substr(at, length);
+    zip.insert(end, records);
+    for (int field : {8, 10})
+        Poke(zip, end + records.size() + field, word(end + records.size() + field) + copies, 2);
+    Poke(zip, end + records.size() + 12, std::uint32_t(zip.rfind("PK\5\6") - zip.find("PK\1\2")));
+    return zip;
+}
 // A content types stream: Default "rels" and "xml", then (part name, type) overrides.
 inline std::string Types(const Entries& overrides = Entries())
 {

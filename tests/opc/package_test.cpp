@@ -9,13 +9,15 @@ using namespace package_test;
 
 namespace
 {
-// Overwrites a 32-bit field of one entry in its local header (at `local`) and its central directory record.
-void PatchEntry(std::string& zip, const std::string& name, std::size_t local, std::size_t central, std::uint32_t value)
+// Overwrites a field of one entry in its local header (at `local`, unless npos) and its central directory record.
+void PatchEntry(std::string& zip, const std::string& name, std::size_t local, std::size_t central, std::uint32_t value,
+                int width = 4)
 {
     const std::size_t at[2] = {zip.find(name) - 30, zip.rfind(name) - 46};
     ASSERT_EQ(zip.substr(at[0], 4) + zip.substr(at[1], 4), std::string("PK\3\4PK\1\2"));
-    for (int i = 0; i < 4; ++i)
-        zip[at[0] + local + i] = zip[at[1] + central + i] = char((value >> (8 * i)) & 0xFF);
+    if (local != std::string::npos)
+        Poke(zip, at[0] + local, value, width);
+    Poke(zip, at[1] + central, value, width);
 }
 } // namespace
 
@@ -116,4 +118,39 @@ TEST(Package, BrokenFilesAndEntriesLimitsPartsContentTypesRelationshipsAndStrict
               "https://e.org/a /media/i.png Internal");
     EXPECT_TRUE(package.GetRelationships("/word/styles.xml", &rels, &e) && rels.empty()); // no relationships part
     EXPECT_TRUE(!package.GetRelationships("/x/bad.xml", &rels, &e) && e.part == "/x/_rels/bad.xml.rels");
+}
+
+TEST(Package, ForgedZipDirectoriesFailAndNamesPrintAsText)
+{
+    opc::Package package;
+    opc::Error e;
+    std::string bytes;
+    const std::string filler = "<a>" + std::string(500, 'x') + "</a>";
+    const std::string zip = Zip({{"[Content_Types].xml", Types()}, {"one.xml", filler}, {"two.xml", filler}});
+    const std::size_t one = zip.find("one.xml") - 30, two = zip.find("two.xml") - 30, npos = std::string::npos;
+    // Central records: aliased or overlapping local headers and data, encryption, local names that differ.
+    std::string aliased = zip, overlapping = zip, encrypted = zip, renamed = zip;
+    PatchEntry(aliased, "two.xml", npos, 42, std::uint32_t(one));
+    PatchEntry(overlapping, "two.xml", npos, 42, std::uint32_t(two - 1)); // the last byte of one.xml's data
+    PatchEntry(encrypted, "two.xml", 6, 8, 1, 2);
+    renamed[two + 30] = 'X';
+    const std::pair<std::string, std::string> faults[] = {
+        {aliased, "test.docx: ZIP entries overlap: /one.xml and /two.xml"},
+        {overlapping, "test.docx: ZIP entries overlap: /one.xml and /two.xml"},
+        {RepeatRecord(zip, "one.xml", 60000), "test.docx: ZIP entries overlap: /one.xml and /one.xml"},
+        {encrypted, "test.docx: /two.xml: encrypted ZIP entry, not supported"}};
+    for (const auto& fault : faults)
+        EXPECT_EQ(Result(OpenBytes(package, fault.first, &e), e), fault.second);
+    ASSERT_TRUE(OpenBytes(package, renamed, &e)) << Result(false, e);
+    EXPECT_EQ(Result(package.ReadPartBytes("/one.xml", &bytes, &e), e), "ok");
+    EXPECT_EQ(Result(package.ReadPartBytes("/two.xml", &bytes, &e), e),
+              "test.docx: /two.xml: ZIP local header names another entry (/Xwo.xml)");
+    // The entry limit counts directory records, duplicates included.
+    opc::Package four(opc::Limits{512ull << 20, 2048ull << 20, 4}); // 3 part names
+    EXPECT_EQ(Result(OpenBytes(four, RepeatRecord(zip, "one.xml", 1), &e), e),
+              "test.docx: ZIP entries overlap: /one.xml and /one.xml"); // 4 records: within the limit
+    EXPECT_EQ(Result(OpenBytes(four, RepeatRecord(zip, "one.xml", 2), &e), e), "test.docx: more than 4 ZIP entries");
+    // Control characters of names print as text, on one line.
+    e = opc::Error{"a\x1B[2J.docx", "/x\ay.xml", "no part named /\r\n\x7F.xml"};
+    EXPECT_EQ(Utf8(e.ToString()), "a\\x1B[2J.docx: /x\\x07y.xml: no part named /\\x0D\\x0A\\x7F.xml");
 }

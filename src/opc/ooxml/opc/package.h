@@ -41,7 +41,7 @@ struct Limits
 {
     std::uint64_t maxPartSize = 512ull << 20;     // uncompressed bytes of one part
     std::uint64_t maxPackageSize = 2048ull << 20; // uncompressed bytes of all parts read
-    std::size_t maxParts = 65536;                 // entries of the ZIP directory
+    std::size_t maxParts = 65536;                 // records of the ZIP directory (folders, duplicates too)
     std::size_t maxDepth = 256;                   // XML element nesting, checked before parsing
 };
 
@@ -53,7 +53,8 @@ struct OOXML_API Error
                         // for a part the package does not have (the message names it)
     wxString message;   // what is wrong ("no part named /x/y.xml", ...)
 
-    // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line).
+    // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line: control
+    // characters, of ZIP names say, are written as text, "\x1B").
     wxString ToString() const;
 };
 
@@ -99,7 +100,8 @@ public:
 
     // Reads the ZIP directory and the content types part.  False (with
     // `error` filled) if the file is missing, is not a ZIP archive, has too
-    // many entries, two parts of one name, or no readable [Content_Types].xml.
+    // many entries, entries whose bytes overlap, an encrypted entry, or no
+    // readable [Content_Types].xml.  (Two parts of one name fail when read.)
     bool Open(const wxString& path, Error* error);
 
     // The same for a package held in memory; `name` stands for the file in
@@ -135,7 +137,8 @@ public:
                           Error* error) const;
 
     // The uncompressed bytes of a part, within the limits.  A part the
-    // package does not have fails with "no part named /x/y.xml".
+    // package does not have fails with "no part named /x/y.xml"; a part whose
+    // local ZIP header names another entry than the directory fails as well.
     bool ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const;
 
     // Parses a part into `document`: within the limits, nesting depth checked
