@@ -10,7 +10,7 @@
 // --all list XML parts that have no root class (an SVG image, a custom XML item
 // of an unknown root element) as skipped: they do not change the status.
 // Names from the package (part names, content types, relationships) and the
-// messages naming them are printed with control characters as \xNN (Safe).
+// messages naming them are printed with control characters as \xNN (opc::Printable).
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -31,6 +31,7 @@
 
 namespace opc = ooxml::opc;
 namespace traversal = ooxml::traversal;
+using opc::Printable;
 
 namespace
 {
@@ -66,23 +67,6 @@ struct Options
     opc::ReadOptions read;
 };
 
-// A name from the package, or a message naming one, with its control characters
-// (C0, DEL, C1) as \xNN: a hostile ZIP name cannot move the cursor, ring the bell
-// or forge a line.
-wxString Safe(const wxString& text)
-{
-    wxString safe;
-    for (wxUniChar c : text)
-    {
-        const auto value = c.GetValue();
-        if (value < 0x20 || (value >= 0x7F && value < 0xA0))
-            safe += wxString::Format("\\x%02X", static_cast<unsigned>(value));
-        else
-            safe += c;
-    }
-    return safe;
-}
-
 void Out(const wxString& text)
 {
     std::fputs(text.utf8_str(), stdout);
@@ -97,7 +81,7 @@ void Line(const wxString& text)
 int Fail(const wxString& message)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(Safe(message).utf8_str()));
+    std::fprintf(stderr, "ooxml-dump: %s\n", static_cast<const char*>(Printable(message).utf8_str()));
     return 1;
 }
 
@@ -114,7 +98,8 @@ public:
     void Step(std::size_t done, const wxString& part)
     {
         if (m_shown)
-            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done, m_total, static_cast<const char*>(Safe(part).utf8_str()));
+            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done, m_total,
+                         static_cast<const char*>(Printable(part).utf8_str()));
     }
 
 private:
@@ -145,7 +130,7 @@ wxString ValueText(const wxAny& value, bool json)
     wxString text;
     value.GetAs(&text);
     if (!json)
-        return "\"" + Safe(text) + "\"";
+        return "\"" + Printable(text) + "\"";
     wxString escaped = "\"";
     for (wxUniChar c : text)
     {
@@ -346,15 +331,10 @@ PartResult ReadOne(const opc::Package& package, const wxString& name, opc::PartR
         error = opc::Error{package.GetPath(), package.FindPart(name)->name, "ReadXML returned false"};
     result.problem = error.message;
     result.error = error;
-    // No root class: by its content type (ReadPartRoot does not load such a part), or
-    // for plain XML ("application/xml") by the root element, which only reading tells.
-    const opc::Part* part = result.root ? nullptr : package.FindPart(name);
-    const wxString type = part ? package.GetContentType(part->name) : wxString();
-    const wxString noElementClass = "no root class for root element ";
-    if (part && !type.empty() && !type.EndsWith("/xml"))
-        result.noClass = "content type " + type;
-    else if (part && !result.loaded && error.message.StartsWith(noElementClass))
-        result.noClass = "root element " + error.message.Mid(noElementClass.size());
+    // No root class (by content type, or for plain XML by the root element):
+    // "no root class for content type ..." -> "content type ...".
+    if (!result.loaded && error.noRootClass)
+        error.message.StartsWith("no root class for ", &result.noClass);
     return result;
 }
 
@@ -362,13 +342,13 @@ wxString Status(const PartResult& result)
 {
     if (result.readOk)
         return "read";
-    return result.noClass.empty() ? "FAILED: " + Safe(result.problem)
-                                  : "skipped (no class for " + Safe(result.noClass) + ")";
+    return result.noClass.empty() ? "FAILED: " + Printable(result.problem)
+                                  : "skipped (no class for " + Printable(result.noClass) + ")";
 }
 
 int Overview(const opc::Package& package)
 {
-    Line(Safe(package.GetPath()) + (package.IsStrict() ? "  (ISO Strict, read as transitional)" : ""));
+    Line(Printable(package.GetPath()) + (package.IsStrict() ? "  (ISO Strict, read as transitional)" : ""));
     Line("");
     Line(wxString::Format("Parts (%zu):", package.GetParts().size()));
     bool allRead = true;
@@ -381,7 +361,7 @@ int Overview(const opc::Package& package)
         const wxString type = part.name.CmpNoCase("/[Content_Types].xml") == 0 ? wxString("(content types stream)")
                               : part.contentType.empty()                        ? wxString("(no content type)")
                                                                                 : part.contentType;
-        wxString line = wxString::Format("  %-40s %s", Safe(part.name), Safe(type));
+        wxString line = wxString::Format("  %-40s %s", Printable(part.name), Printable(type));
         if (opc::IsXmlPart(package, part))
         {
             opc::PartRoot root;
@@ -411,13 +391,14 @@ int Overview(const opc::Package& package)
         opc::Error error;
         if (!package.GetRelationships(source, &relationships, &error))
         {
-            Line("  " + Safe(source) + ": FAILED: " + Safe(error.message)); // on stderr already, as its part
+            Line("  " + Printable(source) + ": FAILED: " + Printable(error.message)); // on stderr already, as its part
             allRead = false;
             continue;
         }
         for (const opc::Relationship& r : relationships)
-            Line(wxString::Format("  %-28s %-8s %s -> %s", Safe(source), Safe(r.id), Safe(r.type.AfterLast('/')),
-                                  r.external ? Safe(r.target) + "  [External]" : Safe(r.resolved)));
+            Line(wxString::Format("  %-28s %-8s %s -> %s", Printable(source), Printable(r.id),
+                                  Printable(r.type.AfterLast('/')),
+                                  r.external ? Printable(r.target) + "  [External]" : Printable(r.resolved)));
     }
     return allRead ? 0 : 1;
 }
@@ -436,7 +417,7 @@ int All(const opc::Package& package)
             continue;
         opc::PartRoot root;
         const PartResult result = ReadOne(package, part.name, &root);
-        Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, Safe(part.name),
+        Line(wxString::Format("%9.2f ms  %-40s %-36s %s", result.milliseconds, Printable(part.name),
                               result.root ? result.root->fullName : "-", Status(result)));
         total += result.milliseconds;
         if (!result.noClass.empty())

@@ -27,18 +27,22 @@ wxString Error::ToString() const
     if (!part.empty())
         text << ": " << part;
     text << ": " << message;
-    // Names come from the package: control characters (C0, DEL, C1) print as
-    // text, never reach a terminal, and the line stays one line.
-    wxString escaped;
+    // Names come from the package: they must not reach a terminal as controls.
+    return Printable(text);
+}
+
+wxString Printable(const wxString& text)
+{
+    wxString printable;
     for (const wxUniChar c : text)
     {
         const wxUint32 v = c.GetValue();
         if (v < 0x20 || (v >= 0x7F && v <= 0x9F))
-            escaped << wxString::Format("\\x%02X", static_cast<unsigned>(v));
+            printable << wxString::Format("\\x%02X", static_cast<unsigned>(v));
         else
-            escaped << c;
+            printable << c;
     }
-    return escaped;
+    return printable;
 }
 
 namespace
@@ -385,34 +389,29 @@ bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* 
     return true;
 }
 
-bool Package::FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const
+template <class Match>
+bool Package::FindRelated(const wxString& source, Match match, wxString* part, Error* error) const
 {
     part->clear();
     std::vector<Relationship> relationships;
     if (!GetRelationships(source, &relationships, error))
         return false;
-    for (const Relationship& r : relationships)
-        if (!r.external && (r.type == type || r.type.EndsWith("/" + type)))
-        {
-            *part = r.resolved;
-            break;
-        }
+    const auto found = std::find_if(relationships.begin(), relationships.end(), match);
+    if (found != relationships.end())
+        *part = found->resolved;
     return true;
+}
+
+bool Package::FindRelatedPart(const wxString& source, const wxString& type, wxString* part, Error* error) const
+{
+    return FindRelated(
+        source, [&](const Relationship& r) { return !r.external && (r.type == type || r.type.EndsWith("/" + type)); },
+        part, error);
 }
 
 bool Package::FindRelatedPartById(const wxString& source, const wxString& id, wxString* part, Error* error) const
 {
-    part->clear();
-    std::vector<Relationship> relationships;
-    if (!GetRelationships(source, &relationships, error))
-        return false;
-    for (const Relationship& r : relationships)
-        if (r.id == id)
-        {
-            *part = r.resolved;
-            break;
-        }
-    return true;
+    return FindRelated(source, [&](const Relationship& r) { return r.id == id; }, part, error);
 }
 
 bool Package::GetRelationships(const wxString& source, std::vector<Relationship>* relationships, Error* error) const

@@ -160,8 +160,9 @@ bool ReadPartRoot(const Package& package, const wxString& name, PartRoot* root, 
     const bool genericXml = contentType.EndsWith("/xml") || contentType.empty();
     if (!cls && !genericXml)
     {
-        *error = Error{package.GetPath(), partName, contentType.empty() ? wxString("no content type")
-                                                                        : "no root class for content type " + contentType};
+        *error = contentType.empty() ? Error{package.GetPath(), partName, "no content type"}
+                                     : Error{package.GetPath(), partName, "no root class for content type " + contentType,
+                                             true};
         return false;
     }
     wxXmlDocument document;
@@ -179,7 +180,8 @@ bool ReadPartRoot(const Package& package, const wxString& name, PartRoot* root, 
         {
             *error = Error{package.GetPath(), partName,
                            "no root class for root element " + local + " of " +
-                               (written.empty() ? wxString("(no namespace)") : written)};
+                               (written.empty() ? wxString("(no namespace)") : written),
+                           true};
             return false;
         }
     }

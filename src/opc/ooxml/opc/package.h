@@ -52,6 +52,7 @@ struct OOXML_API Error
     wxString part;      // the part name ("/xl/workbook.xml"); empty for the whole package, and
                         // for a part the package does not have (the message names it)
     wxString message;   // what is wrong ("no part named /x/y.xml", ...)
+    bool noRootClass = false;  // the part is XML that no class reads (an SVG image, an unknown custom XML item)
 
     // "report.xlsx: /xl/workbook.xml: XML does not parse: ..." (one line: control
     // characters, of ZIP names say, are written as text, "\x1B").
@@ -171,10 +172,17 @@ private:
     bool Load(Error* error);
     bool ReadRelationships(const wxString& source, bool transitional, std::vector<Relationship>* relationships,
                            Error* error) const;
+    // The resolved target of the first relationship of `source` that `match` accepts.
+    template <class Match>
+    bool FindRelated(const wxString& source, Match match, wxString* part, Error* error) const;
 
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };
+
+// `text` with control characters (C0, DEL, C1: ESC, BEL, CR, LF ...) written
+// as "\x1B", so that names taken from a package print as text on one line.
+OOXML_API wxString Printable(const wxString& text);
 
 // Parses the bytes of one XML part as Package::LoadXml does: an empty part and
 // nesting deeper than `maxDepth` are refused before wxWidgets builds a tree;

@@ -93,7 +93,8 @@ private:
 
 // Loads a part (within the package's limits) and reads it into its root
 // class.  False with `error` if the package has no such part ("no part named
-// /x/y.xml"), or it cannot be loaded, is not XML, or has no root class; true
+// /x/y.xml"), or it cannot be loaded, is not XML, or has no root class (then
+// with error->noRootClass: a part that is not ours to read, not a broken one); true
 // otherwise, with ReadXML's own result in root->ReadOk().  The part name may
 // be written either way ("/xl/workbook.xml" or "xl/workbook.xml"); messages
 // use the package's own spelling.
