@@ -177,7 +177,7 @@ def _takes(cls: Class, names: _Names, side: str, seen: Optional[Set[int]] = None
 
 
 class _Sample:
-    def __init__(self, model: Model, cls: Class):
+    def __init__(self, cls: Class):
         self.cls = cls
         self.names = _Names(cls.schema)
         self.k = 0
@@ -193,12 +193,13 @@ class _Sample:
 
     def build(self) -> None:
         cls = self.cls
-        self._attributes()
+        self.attributes = [f"{name}='{text}'" for name, text in self._side(ATTRIBUTES)]
         for text in cls.members_from(CONTENT):
             lexical, reported = self.next_sample(text.value)
             self.text = lexical
             self.present[cls.members.index(text)] = [reported]   # read, though its bit stays clear
-        self._elements()
+        self.elements = [f"<{name}/>" if text is None else f"<{name}>{text}</{name}>"
+                         for name, text in self._side(CHILDREN)]
 
     def _leaf_name(self, m: Member, owner: Class, side: str) -> Tuple[Optional[Member], Tuple[str, str]]:
         """The member that gives the sample a name for `m`, and that name, resolved."""
@@ -222,54 +223,33 @@ class _Sample:
                     return i
         return None
 
-    def _attributes(self) -> None:
+    def _side(self, side: str) -> List[Tuple[str, Optional[str]]]:
+        """The names the sample writes on one side (kinds.ATTRIBUTES or
+        kinds.CHILDREN), each with its text (None for an element without
+        any), noting in `present` what the member that takes each reports."""
         cls = self.cls
-        candidates = [i for i, m in enumerate(cls.members) if m.kind.source == ATTRIBUTES]
-        # The base class's attributes too: a derived class must leave them unread.
-        inherited = [(m, base) for base in _bases(cls) for m in _leaves(base, ATTRIBUTES)]
+        candidates = [i for i, m in enumerate(cls.members) if m.kind.source == side]
+        # The base class's names too: a derived class must leave them unread.
+        inherited = [(m, base) for base in _bases(cls) for m in _leaves(base, side)]
         written: Set[Tuple[str, str]] = set()
+        out: List[Tuple[str, Optional[str]]] = []
         for m, declaring in [(cls.members[i], cls) for i in candidates] + inherited:
-            leaf, name = self._leaf_name(m, declaring, ATTRIBUTES)
+            leaf, name = self._leaf_name(m, declaring, side)
             if leaf is None or name in written:
                 continue
             written.add(name)
-            owner = self._acceptor(name, candidates, ATTRIBUTES)
-            if owner is None and declaring is not cls:
-                lexical, _ = _sample(leaf.value, 0)
-            else:
-                value = leaf.value
-                if value.is_list:
-                    first = self.next_sample(value)
-                    second = self.next_sample(value)
-                    lexical, reported = f"{first[0]} {second[0]}", [first[1], second[1]]
-                else:
-                    lexical, reported = self.next_sample(value)
-                    reported = [reported]
-                if owner is not None:
-                    self.present[owner] = reported if cls.members[owner].value is not None else [""]
-            self.attributes.append(f"{self.names.write(name)}='{lexical}'")
-
-    def _elements(self) -> None:
-        cls = self.cls
-        candidates = [i for i, m in enumerate(cls.members) if m.kind.source == CHILDREN]
-        inherited = [(m, base) for base in _bases(cls) for m in _leaves(base, CHILDREN)]
-        written: Set[Tuple[str, str]] = set()
-        for m, declaring in [(cls.members[i], cls) for i in candidates] + inherited:
-            leaf, name = self._leaf_name(m, declaring, CHILDREN)
-            if leaf is None or name in written:
-                continue
-            written.add(name)
-            owner = self._acceptor(name, candidates, CHILDREN)
-            reported = [""]
-            tag = self.names.write(name)
-            if leaf.value is not None:
-                lexical, rep = self.next_sample(leaf.value) if owner is not None else _sample(leaf.value, 0)
-                self.elements.append(f"<{tag}>{lexical}</{tag}>")
-                reported = [rep]
-            else:
-                self.elements.append(f"<{tag}/>")
+            owner = self._acceptor(name, candidates, side)
+            lexical, reported = None, [""]
+            if leaf.value is not None and owner is None:
+                lexical = _sample(leaf.value, 0)[0]   # read by nobody: any valid value
+            elif leaf.value is not None:
+                count = 2 if leaf.value.is_list else 1
+                samples = [self.next_sample(leaf.value) for _ in range(count)]
+                lexical, reported = " ".join(t for t, _ in samples), [r for _, r in samples]
             if owner is not None:
                 self.present[owner] = reported if cls.members[owner].value is not None else [""]
+            out.append((self.names.write(name), lexical))
+        return out
 
     def expected(self) -> str:
         tokens = []
@@ -318,7 +298,7 @@ def emit_samples(model: Model) -> str:
     lines += ["};", "", "const ClassSample kClassSamples[] = {"]
     for schema in model.class_schemas():
         for cls in schema.classes:
-            sample = _Sample(model, cls)
+            sample = _Sample(cls)
             sample.build()
             attributes = [f"xmlns:{p}='{u}'" for u, p in sample.names.extra.items()] + sample.attributes
             content = sample.text + "".join(sample.elements)
