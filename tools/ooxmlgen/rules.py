@@ -233,11 +233,9 @@ class Builder:
             else:
                 x.complex_types[dev["type"]].particle = particle
         elif op == "element_type":
-            ct = x.complex_types[dev["type"]]
-            for elem in self._walk_elements(ct.particle):
-                if elem.name == dev["element"]:
-                    elem.type = self._qname(key, dev["value_type"])
-                    elem.simple_type = None
+            for elem in self._elements_named(x, dev, [dev["element"]]):
+                elem.type = self._qname(key, dev["value_type"])
+                elem.simple_type = None
         elif op == "attribute_type":
             # On a complex type ("type") or an attribute group ("group"); an
             # attribute declared by reference is named by its qualified name.
@@ -257,14 +255,8 @@ class Builder:
                 raise BindingError(f"attribute_type: {changed} of {sorted(wanted)} found in "
                                    f"{dev.get('group') or dev.get('type')}")
         elif op == "single_elements":
-            ct = x.complex_types[dev["type"]]
-            found = 0
-            for elem in self._walk_elements(ct.particle):
-                if elem.name in dev["elements"]:
-                    elem.max = 1
-                    found += 1
-            if found != len(dev["elements"]):
-                raise BindingError(f"single_elements: {found} of {dev['elements']} found in {dev['type']}")
+            for elem in self._elements_named(x, dev, dev["elements"]):
+                elem.max = 1
         elif op == "element_name":
             self.replaced_names[(x.target_ns, dev["type"], dev["element"])] = dev["xml_name"]
         elif op == "insert_elements":
@@ -291,12 +283,22 @@ class Builder:
         elif op == "drop_attributes":
             ct = x.complex_types[dev["type"]]
             drop = {self._qname(key, name) for name in dev["attributes"]}
-            ct.attributes = [a for a in ct.attributes
-                             if not (isinstance(a, xsd.Attribute) and a.ref in drop)]
+            kept = [a for a in ct.attributes if not (isinstance(a, xsd.Attribute) and a.ref in drop)]
+            if len(ct.attributes) - len(kept) != len(drop):
+                raise BindingError(f"drop_attributes: not every one of {dev['attributes']} is in {dev['type']}")
+            ct.attributes = kept
         elif op == "trailing_elements":
             self.trailing[(x.target_ns, dev["type"])] = self._element_decls(key, dev["elements"])
         else:
             raise BindingError(f"unknown deviation op {op!r}")
+
+    def _elements_named(self, x: xsd.Schema, dev: dict, names: List[str]) -> List[xsd.Element]:
+        """The local elements of `dev`'s type that bear `names`; each name must be there."""
+        found = [e for e in self._walk_elements(x.complex_types[dev["type"]].particle) if e.name in names]
+        missing = sorted(set(names) - {e.name for e in found})
+        if missing:
+            raise BindingError(f"{dev['op']}: no element {', '.join(missing)} in {dev['type']}")
+        return found
 
     def _walk_elements(self, particle):
         if isinstance(particle, xsd.Element):
