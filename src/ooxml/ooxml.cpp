@@ -197,13 +197,20 @@ bool ParseLong32(const wxString& text, long* value)
     return true;
 }
 
-// strtoul and strtoull negate a number after a minus sign instead of refusing
-// it ("-1" gives the largest value): an unsigned type takes no sign but "-0".
-bool NegativeUnsigned(const wxString& text, unsigned long long parsed)
+// The text after its leading white space, which strtol and friends skip.
+std::wstring_view AfterSpaces(const wxString& text)
 {
     std::wstring_view rest = View(text);
     while (!rest.empty() && std::iswspace(rest.front()))
         rest.remove_prefix(1);
+    return rest;
+}
+
+// strtoul and strtoull negate a number after a minus sign instead of refusing
+// it ("-1" gives the largest value): an unsigned type takes no sign but "-0".
+bool NegativeUnsigned(const wxString& text, unsigned long long parsed)
+{
+    const std::wstring_view rest = AfterSpaces(text);
     return parsed != 0 && !rest.empty() && rest.front() == L'-';
 }
 
@@ -219,9 +226,7 @@ bool ParseULong32(const wxString& text, unsigned long* value)
 // ToCDouble also reads C99 hexadecimal floats; XML Schema numbers are base 10 only.
 bool ParseCDouble(const wxString& text, double* value)
 {
-    std::wstring_view rest = View(text);
-    while (!rest.empty() && std::iswspace(rest.front()))
-        rest.remove_prefix(1);
+    std::wstring_view rest = AfterSpaces(text);
     if (!rest.empty() && (rest.front() == L'+' || rest.front() == L'-'))
         rest.remove_prefix(1);
     if (rest.size() >= 2 && rest[0] == L'0' && (rest[1] == L'x' || rest[1] == L'X'))
