@@ -65,6 +65,25 @@ T* ReadRoot(const ooxml::opc::Package& package, const wxString& part, ooxml::opc
     return object;
 }
 
+// Streams the elements at `path` of a part, each read into a T and handed to
+// `each`; dies with a message if the part cannot be read.
+template <class T, class Each>
+void Stream(const ooxml::opc::Package& package, const wxString& part, const std::vector<wxString>& path,
+            const wxString& program, Each each)
+{
+    ooxml::opc::Error error;
+    ooxml::opc::PartRoot rest;
+    const bool read = ooxml::opc::StreamPart<T>(
+        package, part, path,
+        [&](T& object, bool) {
+            each(object);
+            return true;
+        },
+        &rest, &error);
+    if (!read)
+        Die(program, error.ToString());
+}
+
 // Opens the package named on the command line.
 inline void Open(ooxml::opc::Package& package, const char* path, const wxString& program)
 {

@@ -2,6 +2,7 @@
 // shared strings.
 //
 //   xlsx2csv FILE [SHEET]      SHEET: a sheet name or its 1-based position (default 1)
+#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -92,55 +93,61 @@ int main(int argc, char** argv)
     if (!sheet)
         example::Die(program, package.GetPath() + ": no sheet " + wanted);
 
+    // The shared strings and the rows are streamed: one item or row is in
+    // memory at a time, so the program's memory does not grow with the sheet.
     std::vector<wxString> strings;
     const wxString sharedStrings = example::Target(package, workbookPart, "sharedStrings", program);
-    ooxml::opc::PartRoot sstRoot;
     if (!sharedStrings.empty())
-        for (const sml::CT_Rst* item : example::ReadRoot<sml::CT_Sst>(package, sharedStrings, &sstRoot, program)->GetSi())
-            strings.push_back(Text(item));
+        example::Stream<sml::CT_Rst>(package, sharedStrings, {"sst", "si"}, program, [&](const sml::CT_Rst& item) {
+            strings.push_back(Text(&item));
+        });
 
     const wxString sheetPart = example::TargetById(package, workbookPart, sheet->GetR_id(), program);
-    ooxml::opc::PartRoot sheetRoot;
-    sml::CT_Worksheet* worksheet = example::ReadRoot<sml::CT_Worksheet>(package, sheetPart, &sheetRoot, program);
-    if (!worksheet->GetSheetData())
-        return 0;
-
-    // Rows in order; cells placed by their column, gaps left empty.
-    std::map<unsigned, std::map<int, wxString>> grid;
-    int width = 0;
-    unsigned nextRow = 1;
-    for (const sml::CT_Row* row : worksheet->GetSheetData()->GetRow())
-    {
-        const unsigned r = row->CheckR() ? row->GetR() : nextRow;
-        nextRow = r + 1;
-        int nextColumn = 0;
-        for (const sml::CT_Cell* cell : row->GetC())
-        {
-            const int c = cell->CheckR() ? Column(cell->GetR()) : nextColumn;
-            nextColumn = c + 1;
-            if (c >= 0)
+    // Each row's number and its cells' columns (0-based), gaps and missing
+    // references filled in from the previous ones.
+    auto eachRow = [&](auto onRow) {
+        unsigned nextRow = 1;
+        example::Stream<sml::CT_Row>(package, sheetPart, {"worksheet", "sheetData", "row"}, program,
+                                     [&](const sml::CT_Row& row) {
+            const unsigned r = row.CheckR() ? row.GetR() : nextRow;
+            nextRow = r + 1;
+            std::map<int, const sml::CT_Cell*> cells;
+            int nextColumn = 0;
+            for (const sml::CT_Cell* cell : row.GetC())
             {
-                grid[r][c] = CellValue(cell, strings);
-                width = std::max(width, c + 1);
+                const int c = cell->CheckR() ? Column(cell->GetR()) : nextColumn;
+                nextColumn = c + 1;
+                if (c >= 0)
+                    cells[c] = cell;
             }
-        }
-    }
+            onRow(r, cells);
+        });
+    };
+
+    // A first pass finds the width, a second prints every row at that width
+    // (rows are written in ascending order, as spreadsheet programs write them).
+    int width = 0;
+    eachRow([&](unsigned, const std::map<int, const sml::CT_Cell*>& cells) {
+        if (!cells.empty())
+            width = std::max(width, cells.rbegin()->first + 1);
+    });
     unsigned previous = 0;
-    for (const auto& row : grid)
-    {
-        for (; previous + 1 < row.first; ++previous)
+    eachRow([&](unsigned r, const std::map<int, const sml::CT_Cell*>& cells) {
+        if (cells.empty())
+            return;
+        for (; previous + 1 < r; ++previous)
             example::Print(wxString(',', width > 0 ? width - 1 : 0) + "\n");
-        previous = row.first;
+        previous = r;
         wxString line;
         for (int c = 0; c < width; ++c)
         {
             if (c)
                 line += ",";
-            const auto value = row.second.find(c);
-            if (value != row.second.end())
-                line += Csv(value->second);
+            const auto cell = cells.find(c);
+            if (cell != cells.end())
+                line += Csv(CellValue(cell->second, strings));
         }
         example::Print(line + "\n");
-    }
+    });
     return 0;
 }

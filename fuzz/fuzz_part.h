@@ -12,7 +12,7 @@
 
 #include "ooxml/aliases.h"
 #include "ooxml/ooxml.h"
-#include "ooxml/opc/package.h"
+#include "ooxml/opc/xml.h"
 
 namespace ooxml_fuzz
 {
@@ -27,12 +27,11 @@ template <class Root>
 int ReadInputAs(const std::uint8_t* data, std::size_t size)
 {
     Initialise();
-    // Loaded as the package reader loads a part (nesting bounded before the
+    // Loaded as the package reader loads a part (the limits checked before the
     // tree is built), so that the target exercises the readers, not the stack.
     wxXmlDocument document;
     wxString problem;
-    if (!ooxml::opc::ParseXml(reinterpret_cast<const char*>(data), size, ooxml::opc::Limits().maxDepth, &document,
-                              &problem))
+    if (!ooxml::opc::ParseXml(reinterpret_cast<const char*>(data), size, ooxml::opc::Limits(), &document, &problem))
         return 0;
     XMLNSContext context(&document);
     Root root;

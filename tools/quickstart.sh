@@ -21,7 +21,7 @@ step() {
     echo "quickstart: -- $name took $((SECONDS - start)) s"
 }
 
-PACKAGES="cmake g++ make python3 pkg-config ccache libwxgtk3.2-dev libgtest-dev"
+PACKAGES="cmake g++ make python3 pkg-config ccache libwxgtk3.2-dev libexpat1-dev libgtest-dev"
 FUZZ_PACKAGES="clang-14 libfuzzer-14-dev libclang-rt-14-dev"
 
 install_missing() {

@@ -51,8 +51,12 @@ const char* const kUsage =
     "  --all-members   print every member of the tree, present or not\n"
     "  --no-mce        do not process markup compatibility (mc:AlternateContent ...)\n"
     "  --no-strict     do not read ISO Strict namespaces as transitional ones\n"
-    "  --max-part-size BYTES, --max-package-size BYTES, --max-depth ELEMENTS\n"
-    "                  limits against hostile input (defaults 512 MiB, 2 GiB, 256)\n"
+    "  --wx            parse parts with wxXmlDocument instead of the fast parser (same\n"
+    "                  result, several times slower: for comparison)\n"
+    "  --max-part-size BYTES, --max-package-size BYTES, --max-depth ELEMENTS,\n"
+    "  --max-elements N (per part), --max-attributes N (per part)\n"
+    "                  limits against hostile input (defaults 512 MiB, 2 GiB, 256,\n"
+    "                  8388608, 16777216)\n"
     "  -h, --help      this text\n";
 
 struct Options
@@ -489,6 +493,8 @@ int ParseArguments(int argc, char** argv, Options* options)
             options->read.markupCompatibility = false;
         else if (arg == "--no-strict")
             options->read.strict = false;
+        else if (arg == "--wx")
+            options->read.wxWidgetsParser = true;
         else if (arg == "--max-part-size")
         {
             if (!needsValue("--max-part-size"))
@@ -506,6 +512,18 @@ int ParseArguments(int argc, char** argv, Options* options)
             if (!needsValue("--max-depth"))
                 return 2;
             options->limits.maxDepth = number;
+        }
+        else if (arg == "--max-elements")
+        {
+            if (!needsValue("--max-elements"))
+                return 2;
+            options->limits.maxElements = number;
+        }
+        else if (arg == "--max-attributes")
+        {
+            if (!needsValue("--max-attributes"))
+                return 2;
+            options->limits.maxAttributes = number;
         }
         else if (arg.size() > 1 && arg[0] == '-')
         {

@@ -1,13 +1,20 @@
 // The XML frame: XMLNSContext and the value converters.
 #include "ooxml/ooxml.h"
 
+#include <cctype>
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <cwctype>
 #include <limits>
+
+#include <locale.h>
+#include <stdlib.h>
 
 #include <wx/log.h>
 #include <wx/xml/xml.h>
 
+#include "ooxml/dom.h"
 #include "ooxml/ooxml_read.h"
 
 namespace
@@ -56,7 +63,28 @@ XMLNSContext& XMLNSContext::operator=(const XMLNSContext& other)
 
 XMLNSContext::~XMLNSContext() = default;
 
+XMLNSContext::XMLNSContext(ooxml::dom::Document* document)
+    : m_depth(0)
+{
+    PushStack(document->GetRoot());
+}
+
 void XMLNSContext::PushStack(wxXmlNode* node)
+{
+    Push(node);
+}
+
+void XMLNSContext::PushStack(ooxml::dom::Node* node)
+{
+    // Most elements declare nothing: the compact tree knows it without a look
+    // at their attributes.
+    if (node && !node->DeclaresNamespaces())
+        node = nullptr;
+    Push(node);
+}
+
+template <class Node>
+void XMLNSContext::Push(Node* node)
 {
     if (m_depth == m_scopes.size())
         m_scopes.emplace_back();
@@ -64,7 +92,7 @@ void XMLNSContext::PushStack(wxXmlNode* node)
     if (!node)
         return;
     static const std::wstring_view xmlnsColon = L"xmlns:";
-    for (const wxXmlAttribute* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
+    for (const auto* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
     {
         const wxString& name = attribute->GetName();
         if (StartsWith(name, xmlnsColon))
@@ -354,5 +382,221 @@ bool ParseVariant(wxAny* dest, const wxString& text)
         *dest = number;
     else
         *dest = text;
+    return true;
+}
+
+// -- Converters of UTF-8 text (the compact tree) ---------------------------------------
+// The C library's narrow functions on ASCII text give what wxString's wide ones
+// give on the same text; other text goes through wxString, so the results of
+// the two reading paths are the same by construction.
+
+namespace
+{
+
+bool IsAscii(const ooxml::dom::Text& text)
+{
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (static_cast<unsigned char>(text.data()[i]) >= 0x80)
+            return false;
+    return true;
+}
+
+// As wxString's ToLong and friends: something must be read, in range, and
+// nothing may follow.  The text ends with a NUL (dom::Text guarantees it).
+template <class T, class Parse>
+bool ParseWhole(const ooxml::dom::Text& text, T* value, Parse parse)
+{
+    const char* start = text.data();
+    char* end = nullptr;
+    errno = 0;
+    const T parsed = parse(start, &end);
+    if (end == start || errno == ERANGE || *end != '\0')
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool NegativeUnsigned(const ooxml::dom::Text& text, unsigned long long parsed)
+{
+    const char* p = text.data();
+    while (std::isspace(static_cast<unsigned char>(*p)))
+        ++p;
+    return parsed != 0 && *p == '-';
+}
+
+bool ParseLong32(const ooxml::dom::Text& text, long* value)
+{
+    long parsed;
+    if (!ParseWhole(text, &parsed, [](const char* s, char** end) { return std::strtol(s, end, 10); }) ||
+        parsed < std::numeric_limits<std::int32_t>::min() || parsed > std::numeric_limits<std::int32_t>::max())
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool ParseULong32(const ooxml::dom::Text& text, unsigned long* value)
+{
+    unsigned long parsed;
+    if (!ParseWhole(text, &parsed, [](const char* s, char** end) { return std::strtoul(s, end, 10); }) ||
+        NegativeUnsigned(text, parsed) || parsed > std::numeric_limits<std::uint32_t>::max())
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool ParseCDouble(const ooxml::dom::Text& text, double* value)
+{
+    static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
+    const char* p = text.data();
+    while (std::isspace(static_cast<unsigned char>(*p)))
+        ++p;
+    if (*p == '+' || *p == '-')
+        ++p;
+    if (p[0] == '0' && (p[1] == 'x' || p[1] == 'X'))
+        return false;
+    return ParseWhole(text, value, [](const char* s, char** end) { return strtod_l(s, end, c); });
+}
+
+// Converts `text` with the narrow parser if it is ASCII, else as wxString.
+template <class T, class Narrow, class Wide>
+bool Convert(T* dest, const ooxml::dom::Text& text, Narrow narrow, Wide wide)
+{
+    return IsAscii(text) ? narrow(dest, text) : wide(dest, text.ToString());
+}
+
+} // namespace
+
+bool ParseInt8(char* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](char* d, const ooxml::dom::Text& t) {
+        long value;
+        if (!ParseLong32(t, &value))
+            return false;
+        *d = static_cast<char>(static_cast<unsigned char>(value & 0xFF));
+        return true;
+    }, [](char* d, const wxString& t) { return ParseInt8(d, t); });
+}
+
+bool ParseUInt8(unsigned char* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](unsigned char* d, const ooxml::dom::Text& t) {
+        unsigned long value;
+        if (!ParseULong32(t, &value))
+            return false;
+        *d = static_cast<unsigned char>(value & 0xFF);
+        return true;
+    }, [](unsigned char* d, const wxString& t) { return ParseUInt8(d, t); });
+}
+
+bool ParseInt16(short* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](short* d, const ooxml::dom::Text& t) {
+        long value;
+        if (!ParseLong32(t, &value))
+            return false;
+        *d = static_cast<short>(static_cast<unsigned short>(value & 0xFFFF));
+        return true;
+    }, [](short* d, const wxString& t) { return ParseInt16(d, t); });
+}
+
+bool ParseUInt16(unsigned short* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](unsigned short* d, const ooxml::dom::Text& t) {
+        unsigned long value;
+        if (!ParseULong32(t, &value))
+            return false;
+        *d = static_cast<unsigned short>(value & 0xFFFF);
+        return true;
+    }, [](unsigned short* d, const wxString& t) { return ParseUInt16(d, t); });
+}
+
+bool ParseInt32(int* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](int* d, const ooxml::dom::Text& t) {
+        long value;
+        if (!ParseLong32(t, &value))
+            return false;
+        *d = static_cast<int>(value);
+        return true;
+    }, [](int* d, const wxString& t) { return ParseInt32(d, t); });
+}
+
+bool ParseUInt32(unsigned int* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](unsigned int* d, const ooxml::dom::Text& t) {
+        unsigned long value;
+        if (!ParseULong32(t, &value))
+            return false;
+        *d = static_cast<unsigned int>(value);
+        return true;
+    }, [](unsigned int* d, const wxString& t) { return ParseUInt32(d, t); });
+}
+
+bool ParseInt64(long long* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](long long* d, const ooxml::dom::Text& t) {
+        return ParseWhole(t, d, [](const char* s, char** end) { return std::strtoll(s, end, 10); });
+    }, [](long long* d, const wxString& t) { return ParseInt64(d, t); });
+}
+
+bool ParseUInt64(unsigned long long* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](unsigned long long* d, const ooxml::dom::Text& t) {
+        unsigned long long value;
+        if (!ParseWhole(t, &value, [](const char* s, char** end) { return std::strtoull(s, end, 10); }) ||
+            NegativeUnsigned(t, value))
+            return false;
+        *d = value;
+        return true;
+    }, [](unsigned long long* d, const wxString& t) { return ParseUInt64(d, t); });
+}
+
+bool ParseFloat(float* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](float* d, const ooxml::dom::Text& t) {
+        double value;
+        if (!ParseCDouble(t, &value))
+            return false;
+        *d = static_cast<float>(value);
+        return true;
+    }, [](float* d, const wxString& t) { return ParseFloat(d, t); });
+}
+
+bool ParseDouble(double* dest, const ooxml::dom::Text& text)
+{
+    return Convert(dest, text, [](double* d, const ooxml::dom::Text& t) { return ParseCDouble(t, d); },
+                   [](double* d, const wxString& t) { return ParseDouble(d, t); });
+}
+
+bool ParseBool(bool* dest, const ooxml::dom::Text& text)
+{
+    const std::string_view value = text.view();
+    if (value == "true" || value == "1")
+        *dest = true;
+    else if (value == "false" || value == "0")
+        *dest = false;
+    else
+        return false;
+    return true;
+}
+
+bool ParseString(wxString* dest, const ooxml::dom::Text& text)
+{
+    *dest = text.ToString();
+    return true;
+}
+
+bool ParseVariant(wxAny* dest, const ooxml::dom::Text& text)
+{
+    if (!IsAscii(text))
+        return ParseVariant(dest, text.ToString());
+    long long integer;
+    double number;
+    if (ParseWhole(text, &integer, [](const char* s, char** end) { return std::strtoll(s, end, 10); }))
+        *dest = static_cast<wxLongLong_t>(integer);
+    else if (ParseCDouble(text, &number))
+        *dest = number;
+    else
+        *dest = text.ToString();
     return true;
 }

@@ -18,6 +18,16 @@
 class wxXmlDocument;
 class wxXmlNode;
 
+namespace ooxml
+{
+namespace dom
+{
+class Document;
+class Node;
+class Text;
+} // namespace dom
+} // namespace ooxml
+
 #if defined(__GNUC__) || defined(__clang__)
 #define OOXML_API __attribute__((visibility("default")))
 #else
@@ -109,6 +119,8 @@ class OOXML_API XMLNSContext
 public:
     // Pushes the scope of the document's root node.  `document` must not be null.
     explicit XMLNSContext(wxXmlDocument* document);
+    // The same for the compact tree of the fast reading path (ooxml/dom.h).
+    explicit XMLNSContext(ooxml::dom::Document* document);
     XMLNSContext(const XMLNSContext& other);
     XMLNSContext& operator=(const XMLNSContext& other);
     ~XMLNSContext();
@@ -118,6 +130,8 @@ public:
     // the default namespace.  A null node or one without attributes still
     // opens an (empty) scope, so every push is matched by one pop.
     void PushStack(wxXmlNode* node);
+    void PushStack(ooxml::dom::Node* node);
+    void PushStack(std::nullptr_t) { PushStack(static_cast<wxXmlNode*>(nullptr)); }
 
     // Closes the innermost scope.  The default namespace is not touched.
     void PopStack();
@@ -136,6 +150,10 @@ public:
     void CheckName(const wxString& name, const XMLNSMap& map) const;
 
 private:
+    // Opens a scope holding the declarations of `node` (either tree).
+    template <class Node>
+    void Push(Node* node);
+
     // The URI that `name`'s prefix is bound to (an unbound prefix stands for
     // itself, in `unbound`), or null for a namespace declaration.
     const wxString* Resolve(std::wstring_view name, wxString* unbound) const;

@@ -10,6 +10,7 @@
 #include <wx/string.h>
 #include <wx/xml/xml.h>
 
+#include "ooxml/dom.h"
 #include "ooxml/ooxml.h"
 
 // -- Value converters -----------------------------------------------------------
@@ -31,6 +32,23 @@ bool ParseString(wxString* dest, const wxString& text);
 // A 64-bit integer if the whole text is one, else a double, else the text.
 bool ParseVariant(wxAny* dest, const wxString& text);
 
+// The same conversions of UTF-8 text from the compact tree, with the same
+// results: ASCII text is converted in place (no wide string is made for a
+// number), other text through its wxString.
+bool ParseInt8(char* dest, const ooxml::dom::Text& text);
+bool ParseUInt8(unsigned char* dest, const ooxml::dom::Text& text);
+bool ParseInt16(short* dest, const ooxml::dom::Text& text);
+bool ParseUInt16(unsigned short* dest, const ooxml::dom::Text& text);
+bool ParseInt32(int* dest, const ooxml::dom::Text& text);
+bool ParseUInt32(unsigned int* dest, const ooxml::dom::Text& text);
+bool ParseInt64(long long* dest, const ooxml::dom::Text& text);
+bool ParseUInt64(unsigned long long* dest, const ooxml::dom::Text& text);
+bool ParseFloat(float* dest, const ooxml::dom::Text& text);
+bool ParseDouble(double* dest, const ooxml::dom::Text& text);
+bool ParseBool(bool* dest, const ooxml::dom::Text& text);
+bool ParseString(wxString* dest, const ooxml::dom::Text& text);
+bool ParseVariant(wxAny* dest, const ooxml::dom::Text& text);
+
 // Splits at single spaces (backslash escapes a space) and converts each piece,
 // appending to `dest`; stops at the first piece that fails, keeping the items
 // appended before it.
@@ -48,14 +66,51 @@ bool ParseList(std::vector<T>* dest, const wxString& text, bool (*parseItem)(T*,
     return true;
 }
 
+template <class T>
+bool ParseList(std::vector<T>* dest, const ooxml::dom::Text& text, bool (*parseItem)(T*, const wxString&))
+{
+    return ParseList(dest, text.ToString(), parseItem);
+}
+
 namespace ooxml_detail
 {
 
-// The content of the node's first child if that is a text node, else null.
-inline const wxString* FirstText(const wxXmlNode* node)
+// What the readers need of the two trees they read: a wxWidgets tree
+// (wxXmlNode) and the compact tree of the fast path (ooxml::dom::Node).  Each
+// reader body is written once over `Node` and compiled for both.
+template <class Node>
+struct NodeTraits;
+
+template <>
+struct NodeTraits<wxXmlNode>
 {
-    const wxXmlNode* first = node->GetChildren();
-    return first && first->GetType() == wxXML_TEXT_NODE ? &first->GetContent() : nullptr;
+    typedef wxXmlAttribute Attribute;
+    typedef wxString Text;
+    static const wxString& Value(const wxXmlAttribute* attribute) { return attribute->GetValue(); }
+    static const wxString& Content(const wxXmlNode* node) { return node->GetContent(); }
+};
+
+template <>
+struct NodeTraits<ooxml::dom::Node>
+{
+    typedef ooxml::dom::Attribute Attribute;
+    typedef ooxml::dom::Text Text;
+    static ooxml::dom::Text Value(const ooxml::dom::Attribute* attribute) { return attribute->GetText(); }
+    static ooxml::dom::Text Content(const ooxml::dom::Node* node) { return node->GetText(); }
+};
+
+template <class Node>
+using TextOf = typename NodeTraits<Node>::Text;
+
+// Whether the node's first child is a text node; if so its content goes to `text`.
+template <class Node>
+bool FirstText(const Node* node, TextOf<Node>* text)
+{
+    const Node* first = node->GetChildren();
+    if (!first || first->GetType() != wxXML_TEXT_NODE)
+        return false;
+    *text = NodeTraits<Node>::Content(first);
+    return true;
 }
 
 // A qualified name, mapped with one schema's map the first time it is compared.
@@ -88,10 +143,11 @@ private:
 };
 
 // Walks an element's attributes in document order, before any child is read.
+template <class Node>
 class AttributeReader : public NameMatcher
 {
 public:
-    AttributeReader(wxXmlNode* node, XMLNSContext* context, const XMLNSMap& map)
+    AttributeReader(Node* node, XMLNSContext* context, const XMLNSMap& map)
         : NameMatcher(context, map), m_attribute(node->GetAttributes())
     {
         if (m_attribute)
@@ -108,19 +164,20 @@ public:
     }
 
     const wxString& Name() const { return m_attribute->GetName(); }
-    const wxString& Value() const { return m_attribute->GetValue(); }
+    decltype(auto) Value() const { return NodeTraits<Node>::Value(m_attribute); }
 
 private:
-    wxXmlAttribute* m_attribute;
+    typename NodeTraits<Node>::Attribute* m_attribute;
 };
 
 // Walks an element's child nodes in document order, after its attributes: each
 // child is pushed on the context before it is looked at and popped after,
 // on every path out, early returns included.
+template <class XmlNode>
 class ChildReader : public NameMatcher
 {
 public:
-    ChildReader(wxXmlNode* node, XMLNSContext* context, const XMLNSMap& map)
+    ChildReader(XmlNode* node, XMLNSContext* context, const XMLNSMap& map)
         : NameMatcher(context, map), m_child(node->GetChildren()), m_context(context)
     {
         Enter();
@@ -142,7 +199,7 @@ public:
         Enter();
     }
 
-    wxXmlNode* Node() const { return m_child; }
+    XmlNode* Node() const { return m_child; }
     const wxString& Name() const { return m_child->GetName(); }
 
 private:
@@ -154,22 +211,23 @@ private:
             Reset(m_child->GetName());
         }
     }
-    wxXmlNode* m_child;
+    XmlNode* m_child;
     XMLNSContext* m_context;
 };
 
 // Logs the attribute names of a namespace that the map does not know, for a
 // reader that has no attribute to compare them with.
-inline void CheckAttributeNames(const wxXmlNode* node, XMLNSContext* context, const XMLNSMap& map)
+template <class Node>
+void CheckAttributeNames(const Node* node, XMLNSContext* context, const XMLNSMap& map)
 {
-    for (const wxXmlAttribute* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
+    for (auto* attribute = node->GetAttributes(); attribute; attribute = attribute->GetNext())
         context->CheckName(attribute->GetName(), map);
 }
 
 // Create-or-reuse a single child, then read it: a repeated element fills the
 // same object again.
-template <class T>
-bool ReadSingle(T*& member, wxXmlNode* node, XMLNSContext* context)
+template <class T, class Node>
+bool ReadSingle(T*& member, Node* node, XMLNSContext* context)
 {
     if (!member)
         member = new T;
@@ -178,8 +236,8 @@ bool ReadSingle(T*& member, wxXmlNode* node, XMLNSContext* context)
 
 // Append a new child first, then read it: a failed child stays last, so the
 // caller sees how far the read got.
-template <class T>
-bool ReadAppend(XMLPtrArray<T>& member, wxXmlNode* node, XMLNSContext* context)
+template <class T, class Node>
+bool ReadAppend(XMLPtrArray<T>& member, Node* node, XMLNSContext* context)
 {
     T* child = new T;
     member.push_back(child);
@@ -187,16 +245,16 @@ bool ReadAppend(XMLPtrArray<T>& member, wxXmlNode* node, XMLNSContext* context)
 }
 
 // Groups and holders take the child through their SetProperty.
-template <class T>
-bool SetSingle(T*& member, const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class T, class Node>
+bool SetSingle(T*& member, const wxString& name, Node* node, XMLNSContext* context)
 {
     if (!member)
         member = new T;
     return member->SetProperty(name, node, context);
 }
 
-template <class T>
-bool SetAppend(XMLPtrArray<T>& member, const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class T, class Node>
+bool SetAppend(XMLPtrArray<T>& member, const wxString& name, Node* node, XMLNSContext* context)
 {
     T* holder = new T;
     member.push_back(holder);
@@ -204,8 +262,8 @@ bool SetAppend(XMLPtrArray<T>& member, const wxString& name, wxXmlNode* node, XM
 }
 
 // An attribute group takes the attribute through its SetProperty.
-template <class T>
-bool SetAttribute(T*& member, const wxString& name, const wxString& value, XMLNSContext* context)
+template <class T, class Text>
+bool SetAttribute(T*& member, const wxString& name, const Text& value, XMLNSContext* context)
 {
     if (!member)
         member = new T;
@@ -214,20 +272,21 @@ bool SetAttribute(T*& member, const wxString& name, const wxString& value, XMLNS
 
 // The text of the node's first child, if it is a text node, converted into a
 // single value; an element without such text leaves the value as it was.
-template <class T>
-bool ReadValue(T& member, const wxXmlNode* node, bool (*parse)(T*, const wxString&))
+template <class T, class Node>
+bool ReadValue(T& member, const Node* node, bool (*parse)(T*, const TextOf<Node>&))
 {
-    const wxString* text = FirstText(node);
-    return text ? parse(&member, *text) : true;
+    TextOf<Node> text;
+    return FirstText(node, &text) ? parse(&member, text) : true;
 }
 
 // One entry per element, converted from its text (empty text if it has none).
-template <class T>
-bool AppendValue(std::vector<T>& member, const wxXmlNode* node, bool (*parse)(T*, const wxString&))
+template <class T, class Node>
+bool AppendValue(std::vector<T>& member, const Node* node, bool (*parse)(T*, const TextOf<Node>&))
 {
-    const wxString* text = FirstText(node);
+    TextOf<Node> text;
+    FirstText(node, &text);
     T item{};
-    if (!parse(&item, text ? *text : wxString()))
+    if (!parse(&item, text))
         return false;
     member.push_back(item);
     return true;

@@ -1,11 +1,15 @@
 // Markup compatibility (ECMA-376 Part 3) and Strict namespaces.
 #include "ooxml/opc/markup.h"
 
+#include <memory>
 #include <set>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include <wx/hashmap.h>
 #include <wx/xml/xml.h>
 
 #include "ooxml/namespaces.h"
@@ -50,32 +54,96 @@ bool IsNamespaceDeclaration(const wxString& name)
     return view.substr(0, kXmlns.size()) == kXmlns && (view.size() == kXmlns.size() || view[kXmlns.size()] == L':');
 }
 
-// The in-scope namespace declarations while the tree is walked.
+// The two trees the processing edits: wxWidgets' and the compact one of the
+// fast path.  Both are edited in constant time per change (attributes are
+// appended after a known last one and unlinked after a known previous one).
+struct WxTree
+{
+    typedef wxXmlNode Node;
+    typedef wxXmlAttribute Attribute;
+
+    void SetValue(Attribute* attribute, const wxString& value) { attribute->SetValue(value); }
+    Attribute* Append(Node*, Attribute* last, const wxString& name, const wxString& value)
+    {
+        Attribute* attribute = new wxXmlAttribute(name, value);
+        last->SetNext(attribute);
+        return attribute;
+    }
+    void AppendFirst(Node* element, const wxString& name, const wxString& value) { element->AddAttribute(name, value); }
+    void Unlink(Node* element, Attribute* previous, Attribute* attribute)
+    {
+        if (previous)
+            previous->SetNext(attribute->GetNext());
+        else
+            element->SetAttributes(attribute->GetNext());
+        delete attribute;
+    }
+    void Insert(Node* parent, Node* child, Node* before) { parent->InsertChild(child, before); }
+    void Remove(Node* parent, Node* child) { parent->RemoveChild(child); }
+    void Delete(Node* parent, Node* child)
+    {
+        parent->RemoveChild(child);
+        delete child;
+    }
+};
+
+struct DomTree
+{
+    typedef dom::Node Node;
+    typedef dom::Attribute Attribute;
+
+    void SetValue(Attribute* attribute, const wxString& value) { document.SetAttributeValue(attribute, value); }
+    Attribute* Append(Node* element, Attribute* last, const wxString& name, const wxString& value)
+    {
+        const wxScopedCharBuffer utf8 = value.utf8_str();
+        return document.AppendAttribute(element, last, document.Intern(name),
+                                        document.NewText(std::string_view(utf8.data(), utf8.length())));
+    }
+    void AppendFirst(Node* element, const wxString& name, const wxString& value) { Append(element, nullptr, name, value); }
+    void Unlink(Node* element, Attribute* previous, Attribute* attribute)
+    {
+        document.UnlinkAttribute(element, previous, attribute);
+    }
+    void Insert(Node* parent, Node* child, Node* before) { document.InsertChild(parent, child, before); }
+    void Remove(Node* parent, Node* child) { document.RemoveChild(parent, child); }
+    void Delete(Node* parent, Node* child) { document.RemoveChild(parent, child); }
+
+    dom::Document& document;
+};
+
+// The in-scope namespace declarations while the tree is walked: per prefix a
+// stack of URIs, so that a lookup costs the same at any depth.
 class Scopes
 {
 public:
-    void Push(const wxXmlNode* element)
+    template <class Node>
+    void Push(const Node* element)
     {
-        m_marks.push_back(m_bindings.size());
-        for (const wxXmlAttribute* a = element->GetAttributes(); a; a = a->GetNext())
+        m_marks.push_back(m_declared.size());
+        for (const auto* a = element->GetAttributes(); a; a = a->GetNext())
         {
             const wxString& name = a->GetName();
             if (IsNamespaceDeclaration(name))
-                m_bindings.emplace_back(name.length() > kXmlns.size() ? name.Mid(kXmlns.size() + 1) : wxString(),
-                                        a->GetValue());
+            {
+                const wxString prefix = name.length() > kXmlns.size() ? name.Mid(kXmlns.size() + 1) : wxString();
+                m_bindings[prefix].push_back(a->GetValue());
+                m_declared.push_back(prefix);
+            }
         }
     }
     void Pop()
     {
-        m_bindings.resize(m_marks.back());
+        for (std::size_t i = m_marks.back(); i < m_declared.size(); ++i)
+            m_bindings[m_declared[i]].pop_back();
+        m_declared.resize(m_marks.back());
         m_marks.pop_back();
     }
     // The URI bound to a prefix ("" for the default namespace); empty if none.
     wxString Resolve(const wxString& prefix) const
     {
-        for (auto i = m_bindings.rbegin(); i != m_bindings.rend(); ++i)
-            if (i->first == prefix)
-                return i->second;
+        const auto found = m_bindings.find(prefix);
+        if (found != m_bindings.end() && !found->second.empty())
+            return found->second.back();
         if (View(prefix) == L"xml")
             return wxS("http://www.w3.org/XML/1998/namespace");
         return wxString();
@@ -93,13 +161,24 @@ public:
     }
 
 private:
-    std::vector<std::pair<wxString, wxString>> m_bindings;
+    std::unordered_map<wxString, std::vector<wxString>, wxStringHash, wxStringEqual> m_bindings;
+    std::vector<wxString> m_declared;   // the prefixes pushed, in order
     std::vector<std::size_t> m_marks;
 };
 
 wxString LocalName(const wxString& qualifiedName)
 {
     return qualifiedName.AfterLast(':');
+}
+
+// The items of a space-separated attribute value, empty ones skipped.
+wxArrayString Items(const wxString& value)
+{
+    wxArrayString items;
+    for (const wxString& item : wxSplit(wxString(value).Strip(wxString::both), ' ', '\0'))
+        if (!item.empty())
+            items.push_back(item);
+    return items;
 }
 
 // Namespaces declared ignorable and element names whose content is kept,
@@ -110,12 +189,19 @@ struct Compatibility
     std::set<std::pair<wxString, wxString>> processContent; // (URI, local name or "*")
 };
 
+template <class Tree>
 class MarkupProcessor
 {
 public:
-    MarkupProcessor(PrepareStats& stats, wxString* problem) : m_stats(stats), m_problem(problem) {}
+    typedef typename Tree::Node Node;
+    typedef typename Tree::Attribute Attribute;
 
-    bool Process(wxXmlNode* element, Compatibility compatibility)
+    MarkupProcessor(Tree tree, PrepareStats& stats, wxString* problem, std::uint64_t attributeBudget)
+        : m_tree(tree), m_stats(stats), m_problem(problem), m_budget(attributeBudget)
+    {
+    }
+
+    bool Process(Node* element, const Compatibility& compatibility)
     {
         m_scopes.Push(element);
         const bool ok = ProcessInScope(element, compatibility);
@@ -123,11 +209,38 @@ public:
         return ok;
     }
 
-private:
-    // Process() for an element whose declarations are already in scope.
-    bool ProcessInScope(wxXmlNode* element, Compatibility compatibility)
+    // For an element handed out while the part is still being parsed: its
+    // ancestors' declarations and mc attributes are taken into account (and
+    // left in place, for the processing of the whole part later), then the
+    // content of `holder`, a stand-in for the element's parent, is processed.
+    bool ProcessDetached(const std::vector<Node*>& ancestors, Node* holder)
     {
-        return ReadCompatibilityAttributes(element, compatibility) && ProcessChildren(element, compatibility);
+        Compatibility inherited;
+        bool ok = true;
+        for (const Node* ancestor : ancestors)
+        {
+            m_scopes.Push(ancestor);
+            std::unique_ptr<Compatibility> own;
+            ok = ok && ReadCompatibility(ancestor, inherited, own);
+            if (own)
+                inherited = *own;
+        }
+        ok = ok && ProcessChildren(holder, inherited);
+        for (std::size_t i = 0; i < ancestors.size(); ++i)
+            m_scopes.Pop();
+        return ok;
+    }
+
+private:
+    // Process() for an element whose declarations are already in scope.  The
+    // element's own mc attributes extend what it inherits; the copy is made
+    // only when they do, so that a long list of ignorable namespaces is not
+    // copied for every element.
+    bool ProcessInScope(Node* element, const Compatibility& inherited)
+    {
+        std::unique_ptr<Compatibility> own;
+        return ReadCompatibilityAttributes(element, inherited, own) &&
+               ProcessChildren(element, own ? *own : inherited);
     }
 
     bool IsMarkupCompatibility(const wxString& qualifiedName, bool attribute) const
@@ -137,38 +250,55 @@ private:
         return View(uri) == kMarkupCompatibility;
     }
 
-    bool Ignored(const wxString& uri, const Compatibility& compatibility) const
+    static bool Ignored(const wxString& uri, const Compatibility& compatibility)
     {
         return !uri.empty() && compatibility.ignorable.count(uri) && !IsUnderstoodNamespace(uri);
     }
 
+    // Whether an attribute is a candidate for the mc and ignorable checks: a
+    // prefixed name that is not a namespace declaration.
+    static bool Prefixed(const wxString& name) { return name.Find(':') != wxNOT_FOUND && !IsNamespaceDeclaration(name); }
+
     // Reads mc:Ignorable, mc:ProcessContent and mc:MustUnderstand of the
     // element, drops every mc attribute and the attributes of ignored namespaces.
-    bool ReadCompatibilityAttributes(wxXmlNode* element, Compatibility& compatibility)
+    bool ReadCompatibilityAttributes(Node* element, const Compatibility& inherited,
+                                     std::unique_ptr<Compatibility>& own)
     {
-        std::vector<wxString> drop;
-        for (const wxXmlAttribute* a = element->GetAttributes(); a; a = a->GetNext())
+        if (!ReadCompatibility(element, inherited, own))
+            return false;
+        DropAttributes(element, own ? *own : inherited);
+        return true;
+    }
+
+    // Extends what `inherited` says by the element's mc attributes (into
+    // `own`, made when needed); false for a must-understand namespace that
+    // is not understood.
+    bool ReadCompatibility(const Node* element, const Compatibility& inherited, std::unique_ptr<Compatibility>& own)
+    {
+        auto extend = [&]() -> Compatibility& {
+            if (!own)
+                own.reset(new Compatibility(inherited));
+            return *own;
+        };
+        for (const Attribute* a = element->GetAttributes(); a; a = a->GetNext())
         {
             const wxString& name = a->GetName();
-            if (name.Find(':') == wxNOT_FOUND || IsNamespaceDeclaration(name) || !IsMarkupCompatibility(name, true))
+            if (!Prefixed(name) || !IsMarkupCompatibility(name, true))
                 continue;
             const std::wstring_view local = View(name).substr(View(name).find(L':') + 1);
-            const wxArrayString items = wxSplit(a->GetValue().Strip(wxString::both), ' ', '\0');
-            for (const wxString& item : items)
+            for (const wxString& item : Items(a->GetValue()))
             {
-                if (item.empty())
-                    continue;
                 if (local == L"Ignorable")
                 {
                     const wxString uri = m_scopes.Resolve(item);
                     if (!uri.empty())
-                        compatibility.ignorable.insert(uri);
+                        extend().ignorable.insert(uri);
                 }
                 else if (local == L"ProcessContent")
                 {
                     const int colon = item.Find(':');
                     if (colon != wxNOT_FOUND)
-                        compatibility.processContent.insert({m_scopes.Resolve(item.Left(colon)), item.Mid(colon + 1)});
+                        extend().processContent.insert({m_scopes.Resolve(item.Left(colon)), item.Mid(colon + 1)});
                 }
                 else if (local == L"MustUnderstand")
                 {
@@ -181,68 +311,115 @@ private:
                     }
                 }
             }
-            drop.push_back(name);
         }
-        for (const wxXmlAttribute* a = element->GetAttributes(); a && !compatibility.ignorable.empty(); a = a->GetNext())
-        {
-            const wxString& name = a->GetName();
-            if (name.Find(':') != wxNOT_FOUND && !IsNamespaceDeclaration(name) &&
-                Ignored(m_scopes.AttributeNamespace(name), compatibility))
-            {
-                drop.push_back(name);
-                ++m_stats.ignoredAttributes;
-            }
-        }
-        for (const wxString& name : drop)
-            element->DeleteAttribute(name);
         return true;
+    }
+
+    // Drops the mc attributes and those of ignored namespaces.
+    void DropAttributes(Node* element, const Compatibility& compatibility)
+    {
+        Attribute* previous = nullptr;
+        for (Attribute* a = element->GetAttributes(); a;)
+        {
+            Attribute* next = a->GetNext();
+            const wxString& name = a->GetName();
+            bool drop = false;
+            if (Prefixed(name))
+            {
+                drop = IsMarkupCompatibility(name, true);
+                if (!compatibility.ignorable.empty() && Ignored(m_scopes.AttributeNamespace(name), compatibility))
+                {
+                    drop = true;
+                    ++m_stats.ignoredAttributes;
+                }
+            }
+            if (drop)
+                m_tree.Unlink(element, previous, a);
+            else
+                previous = a;
+            a = next;
+        }
     }
 
     // Whether every prefix of a Choice's Requires names an understood
     // namespace (the Choice's own declarations in scope).
-    bool Satisfied(const wxXmlNode* choice) const
+    bool Satisfied(const Node* choice) const
     {
-        for (const wxString& prefix : wxSplit(choice->GetAttribute(wxS("Requires")).Strip(wxString::both), ' ', '\0'))
-            if (!prefix.empty() && !IsUnderstoodNamespace(m_scopes.Resolve(prefix)))
+        for (const wxString& prefix : Items(choice->GetAttribute(wxS("Requires"))))
+            if (!IsUnderstoodNamespace(m_scopes.Resolve(prefix)))
                 return false;
         return true;
     }
 
+    // Adds the declarations an element does not make itself, after its last
+    // attribute.  Every one added counts against the part's attribute limit:
+    // nested wrappers with many declarations would otherwise multiply them.
+    bool AddDeclarations(Node* element, const std::vector<std::pair<wxString, wxString>>& declarations)
+    {
+        std::unordered_set<wxString, wxStringHash, wxStringEqual> present;
+        Attribute* last = nullptr;
+        for (Attribute* a = element->GetAttributes(); a; a = a->GetNext())
+        {
+            present.insert(a->GetName());
+            last = a;
+        }
+        for (const auto& declaration : declarations)
+        {
+            if (!present.insert(declaration.first).second)
+                continue;
+            if (m_budget == 0)
+            {
+                *m_problem = "markup compatibility would copy more namespace declarations than the part may have "
+                             "attributes (limit maxAttributes)";
+                return false;
+            }
+            --m_budget;
+            if (last)
+                last = m_tree.Append(element, last, declaration.first, declaration.second);
+            else
+            {
+                m_tree.AppendFirst(element, declaration.first, declaration.second);
+                last = element->GetAttributes();
+            }
+        }
+        return true;
+    }
+
     // Moves the children of `from` into `parent` in place of `at` (before it),
-    // carrying the namespace declarations of `from` and of `outer` (if any)
-    // onto the elements; returns the first moved node, or the node after `at`.
-    wxXmlNode* Unwrap(wxXmlNode* parent, wxXmlNode* at, wxXmlNode* from, const wxXmlNode* outer)
+    // carrying the namespace declarations of `outer` (if any) and of `from`
+    // onto the elements; `next` is the first moved node, or the node after `at`.
+    bool Unwrap(Node* parent, Node* at, Node* from, const Node* outer, Node** next)
     {
         std::vector<std::pair<wxString, wxString>> declarations;
-        for (const wxXmlNode* holder : {outer, static_cast<const wxXmlNode*>(from)})
+        for (const Node* holder : {outer, static_cast<const Node*>(from)})
             if (holder)
-                for (const wxXmlAttribute* a = holder->GetAttributes(); a; a = a->GetNext())
+                for (const Attribute* a = holder->GetAttributes(); a; a = a->GetNext())
                     if (IsNamespaceDeclaration(a->GetName()))
                         declarations.emplace_back(a->GetName(), a->GetValue());
-        wxXmlNode* first = nullptr;
-        while (wxXmlNode* child = from->GetChildren())
+        Node* first = nullptr;
+        while (Node* child = from->GetChildren())
         {
-            from->RemoveChild(child);
+            m_tree.Remove(from, child);
             if (child->GetType() == wxXML_ELEMENT_NODE)
             {
-                for (const auto& declaration : declarations)
+                if (!AddDeclarations(child, declarations))
                 {
-                    wxString existing;
-                    if (!child->GetAttribute(declaration.first, &existing))
-                        child->AddAttribute(declaration.first, declaration.second);
+                    m_tree.Insert(from, child, from->GetChildren());
+                    return false;
                 }
                 ++m_stats.recovered;
             }
-            parent->InsertChild(child, at);
+            m_tree.Insert(parent, child, at);
             if (!first)
                 first = child;
         }
-        return first ? first : at->GetNext();
+        *next = first ? first : at->GetNext();
+        return true;
     }
 
-    bool ProcessChildren(wxXmlNode* element, const Compatibility& compatibility)
+    bool ProcessChildren(Node* element, const Compatibility& compatibility)
     {
-        wxXmlNode* child = element->GetChildren();
+        Node* child = element->GetChildren();
         while (child)
         {
             if (child->GetType() != wxXML_ELEMENT_NODE)
@@ -258,25 +435,26 @@ private:
             if (View(uri) == kMarkupCompatibility && View(local) == L"AlternateContent")
             {
                 m_scopes.Pop();
-                child = ResolveAlternateContent(element, child);
+                if (!ResolveAlternateContent(element, child, &child))
+                    return false;
                 continue;
             }
             if (!compatibility.ignorable.empty() && Ignored(uri, compatibility))
             {
                 m_scopes.Pop();
-                wxXmlNode* next;
+                Node* next;
                 if (compatibility.processContent.count({uri, local}) || compatibility.processContent.count({uri, "*"}))
                 {
                     ++m_stats.unwrapped;
-                    next = Unwrap(element, child, child, nullptr);
+                    if (!Unwrap(element, child, child, nullptr, &next))
+                        return false;
                 }
                 else
                 {
                     ++m_stats.ignoredElements;
                     next = child->GetNext();
                 }
-                element->RemoveChild(child);
-                delete child;
+                m_tree.Delete(element, child);
                 child = next;
                 continue;
             }
@@ -290,13 +468,13 @@ private:
     }
 
     // Replaces an mc:AlternateContent by the content of its selected branch;
-    // returns the node to go on with (the first node taken out, or the next).
-    wxXmlNode* ResolveAlternateContent(wxXmlNode* parent, wxXmlNode* alternate)
+    // `next` is the node to go on with (the first node taken out, or the next).
+    bool ResolveAlternateContent(Node* parent, Node* alternate, Node** next)
     {
         ++m_stats.alternateContent;
         m_scopes.Push(alternate);
-        wxXmlNode* selected = nullptr;
-        for (wxXmlNode* branch = alternate->GetChildren(); branch && !selected; branch = branch->GetNext())
+        Node* selected = nullptr;
+        for (Node* branch = alternate->GetChildren(); branch && !selected; branch = branch->GetNext())
         {
             if (branch->GetType() != wxXML_ELEMENT_NODE)
                 continue;
@@ -316,45 +494,83 @@ private:
             m_scopes.Pop();
         }
         m_scopes.Pop();
-        wxXmlNode* next = selected ? Unwrap(parent, alternate, selected, alternate) : alternate->GetNext();
-        parent->RemoveChild(alternate);
-        delete alternate;
-        return next;
+        if (selected)
+        {
+            if (!Unwrap(parent, alternate, selected, alternate, next))
+                return false;
+        }
+        else
+            *next = alternate->GetNext();
+        m_tree.Delete(parent, alternate);
+        return true;
     }
 
+    Tree m_tree;
     Scopes m_scopes;
     PrepareStats& m_stats;
     wxString* m_problem;
+    std::uint64_t m_budget;
 };
 
 // Rewrites the Strict namespace URIs of every declaration to transitional ones
 // (when asked) and tells whether any declaration names the markup compatibility
 // namespace. Without one nothing in the part is markup compatibility, and the
 // processing that tracks every element's namespace scope can be skipped: on a
-// large plain part it costs about as much as ReadXML itself.
-bool ScanDeclarations(wxXmlNode* element, bool rewriteStrict, PrepareStats& stats)
+// large plain part it costs about as much as ReadXML itself.  A walk with its
+// own stack: no recursion, whatever the nesting.
+template <class Tree>
+bool ScanDeclarations(Tree& tree, typename Tree::Node* root, bool rewriteStrict, PrepareStats& stats,
+                      bool descend = true)
 {
     bool markupCompatibility = false;
-    for (wxXmlAttribute* a = element->GetAttributes(); a; a = a->GetNext())
+    std::vector<typename Tree::Node*> pending{root};
+    while (!pending.empty())
     {
-        if (!IsNamespaceDeclaration(a->GetName()))
-            continue;
-        if (rewriteStrict)
+        typename Tree::Node* element = pending.back();
+        pending.pop_back();
+        for (auto* a = element->GetAttributes(); a; a = a->GetNext())
         {
-            const wxString transitional = TransitionalUri(a->GetValue());
-            if (transitional != a->GetValue())
+            if (!IsNamespaceDeclaration(a->GetName()))
+                continue;
+            wxString value = a->GetValue();
+            if (rewriteStrict)
             {
-                a->SetValue(transitional);
-                stats.strict = true;
+                const wxString transitional = TransitionalUri(value);
+                if (transitional != value)
+                {
+                    tree.SetValue(a, transitional);
+                    value = transitional;
+                    stats.strict = true;
+                }
             }
+            if (View(value) == kMarkupCompatibility)
+                markupCompatibility = true;
         }
-        if (View(a->GetValue()) == kMarkupCompatibility)
-            markupCompatibility = true;
+        for (auto* child = descend ? element->GetChildren() : nullptr; child; child = child->GetNext())
+            if (child->GetType() == wxXML_ELEMENT_NODE)
+                pending.push_back(child);
     }
-    for (wxXmlNode* child = element->GetChildren(); child; child = child->GetNext())
-        if (child->GetType() == wxXML_ELEMENT_NODE && ScanDeclarations(child, rewriteStrict, stats))
-            markupCompatibility = true;
     return markupCompatibility;
+}
+
+template <class Tree>
+bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, std::uint64_t attributeBudget,
+             wxString* problem, PrepareStats* stats)
+{
+    PrepareStats local;
+    PrepareStats& s = stats ? *stats : local;
+    if (!root)
+        return true;
+    if (!options.strict && !options.markupCompatibility)
+        return true;
+    const bool declaresMarkupCompatibility = ScanDeclarations(tree, root, options.strict, s);
+    if (options.markupCompatibility && declaresMarkupCompatibility)
+    {
+        MarkupProcessor<Tree> processor(tree, s, problem, attributeBudget);
+        if (!processor.Process(root, Compatibility()))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -385,22 +601,46 @@ bool IsUnderstoodNamespace(const wxString& uri)
     return understood.count(uri) != 0;
 }
 
-bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxString* problem, PrepareStats* stats)
+bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxString* problem, PrepareStats* stats,
+                     std::uint64_t attributeBudget)
+{
+    return Prepare(WxTree(), document.GetRoot(), options, attributeBudget, problem, stats);
+}
+
+bool PrepareDocument(dom::Document& document, const ReadOptions& options, wxString* problem, PrepareStats* stats,
+                     std::uint64_t attributeBudget)
+{
+    return Prepare(DomTree{document}, document.GetRoot(), options, attributeBudget, problem, stats);
+}
+
+bool PrepareElement(dom::Document& document, const std::vector<dom::Node*>& ancestors, dom::Node* element,
+                    const ReadOptions& options, wxString* problem, PrepareStats* stats, std::uint64_t attributeBudget,
+                    std::vector<dom::Node*>* elements)
 {
     PrepareStats local;
     PrepareStats& s = stats ? *stats : local;
-    wxXmlNode* root = document.GetRoot();
-    if (!root)
-        return true;
-    if (!options.strict && !options.markupCompatibility)
-        return true;
-    const bool declaresMarkupCompatibility = ScanDeclarations(root, options.strict, s);
-    if (options.markupCompatibility && declaresMarkupCompatibility)
+    elements->clear();
+    DomTree tree{document};
+    bool markupCompatibility = false;
+    if (options.strict || options.markupCompatibility)
     {
-        MarkupProcessor processor(s, problem);
-        if (!processor.Process(root, Compatibility()))
-            return false;
+        for (dom::Node* ancestor : ancestors)
+            markupCompatibility |= ScanDeclarations(tree, ancestor, options.strict, s, false);
+        markupCompatibility |= ScanDeclarations(tree, element, options.strict, s);
     }
+    if (!options.markupCompatibility || !markupCompatibility)
+    {
+        elements->push_back(element);
+        return true;
+    }
+    dom::Node* holder = document.NewElement(document.Intern(wxS("holder")));
+    document.AppendChild(holder, element);
+    MarkupProcessor<DomTree> processor(tree, s, problem, attributeBudget);
+    if (!processor.ProcessDetached(ancestors, holder))
+        return false;
+    for (dom::Node* child = holder->GetChildren(); child; child = child->GetNext())
+        if (child->GetType() == wxXML_ELEMENT_NODE)
+            elements->push_back(child);
     return true;
 }
 

@@ -13,6 +13,7 @@
 
 #include "ooxml/aliases.h"
 #include "ooxml/opc/markup.h"
+#include "ooxml/opc/xml.h"
 #include "ooxml/package/content_types.h"
 #include "ooxml/package/relationships.h"
 
@@ -60,27 +61,6 @@ wxString ExtensionOf(const wxString& partName)
     return last.Find('.') == wxNOT_FOUND ? wxString() : last.AfterLast('.');
 }
 
-// Collects the error messages wxWidgets logs while it lives (a parse error
-// becomes part of our Error instead of a log record).
-class ErrorCollector : public wxLog
-{
-public:
-    ErrorCollector() : m_previous(wxLog::SetActiveTarget(this)) {}
-    ~ErrorCollector() override { wxLog::SetActiveTarget(m_previous); }
-    wxString Text() const { return m_text; }
-
-protected:
-    void DoLogRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo&) override
-    {
-        if (level <= wxLOG_Warning && m_text.empty())
-            m_text = message;
-    }
-
-private:
-    wxLog* m_previous;
-    wxString m_text;
-};
-
 Error MakeError(const wxString& package, const wxString& part, const wxString& message)
 {
     Error error;
@@ -99,7 +79,10 @@ wxString Bytes(std::uint64_t n)
 
 struct Package::Impl
 {
-    Impl(const Limits& limits, const ReadOptions& options) : limits(limits), options(options), bytesRead(0) {}
+    Impl(const Limits& limits, const ReadOptions& options)
+        : limits(limits), options(options), bytesRead(0), elementsRead(0)
+    {
+    }
 
     Limits limits;
     ReadOptions options;
@@ -113,6 +96,7 @@ struct Package::Impl
     std::map<wxString, wxString> overrides;           // Key(part name) -> type
     std::map<wxString, wxString> defaults;            // Key(extension) -> type
     mutable std::uint64_t bytesRead;
+    mutable std::uint64_t elementsRead; // elements of the parts parsed, kept in trees
 
     bool Fail(Error* error, const wxString& part, const wxString& message) const
     {
@@ -355,27 +339,17 @@ bool Package::ReadPartBytes(const wxString& partName, std::string* bytes, Error*
     return true;
 }
 
-bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document, wxString* problem)
+// A parse's elements count towards the package's total (the streamed ones
+// excepted: they are freed as they end).
+bool Package::Account(const wxString& partName, const XmlCounts& counts, Error* error) const
 {
-    if (size == 0)
-    {
-        *problem = "empty part, not XML";
-        return false;
-    }
-    if (XmlNestingDepth(bytes, size, maxDepth) > maxDepth)
-    {
-        *problem = wxString::Format("XML nested deeper than %zu elements", maxDepth);
-        return false;
-    }
-    wxMemoryInputStream input(bytes, size);
-    ErrorCollector collector;
-    if (!document->Load(input) || !document->IsOk() || !document->GetRoot())
-    {
-        const wxString why = collector.Text();
-        *problem = why.empty() ? wxString("XML does not parse") : "XML does not parse: " + why;
-        return false;
-    }
-    return true;
+    m_impl->elementsRead += counts.elements - counts.streamedElements;
+    const std::uint64_t limit = m_impl->limits.maxPackageElements;
+    if (m_impl->elementsRead <= limit)
+        return true;
+    return m_impl->Fail(error, FindPart(partName)->name,
+                        wxString::Format("the package's parts have more than %llu elements (limit maxPackageElements)",
+                                         static_cast<unsigned long long>(limit)));
 }
 
 bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const
@@ -384,9 +358,27 @@ bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* 
     if (!ReadPartBytes(partName, &bytes, error))
         return false;
     wxString problem;
-    if (!ParseXml(bytes.data(), bytes.size(), m_impl->limits.maxDepth, document, &problem))
+    XmlCounts counts;
+    const bool parsed = ParseXml(bytes.data(), bytes.size(), m_impl->limits, document, &problem, &counts);
+    std::string().swap(bytes);
+    if (!parsed)
         return m_impl->Fail(error, FindPart(partName)->name, problem);
-    return true;
+    return Account(partName, counts, error);
+}
+
+bool Package::ParsePart(const wxString& partName, dom::Document* document, Error* error,
+                        const XmlStream* stream) const
+{
+    std::string bytes;
+    if (!ReadPartBytes(partName, &bytes, error))
+        return false;
+    wxString problem;
+    XmlCounts counts;
+    const bool parsed = ParseXmlFast(bytes.data(), bytes.size(), m_impl->limits, document, &problem, &counts, stream);
+    std::string().swap(bytes);
+    if (!parsed)
+        return m_impl->Fail(error, FindPart(partName)->name, problem);
+    return Account(partName, counts, error);
 }
 
 template <class Match>
@@ -492,67 +484,6 @@ wxString Package::ResolveTarget(const wxString& source, const wxString& target)
     for (const wxString& segment : segments)
         result << "/" << segment;
     return result.empty() ? wxString("/") : result;
-}
-
-std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t limit)
-{
-    std::size_t depth = 0, deepest = 0;
-    const char* p = text;
-    const char* end = text + length;
-    auto skipTo = [&](const char* marker) {
-        const std::size_t n = std::char_traits<char>::length(marker);
-        const char* found = std::search(p, end, marker, marker + n);
-        p = found == end ? end : found + n;
-    };
-    while (p < end)
-    {
-        p = std::find(p, end, '<');
-        if (p == end)
-            break;
-        ++p;
-        if (p < end && *p == '?')
-            skipTo("?>");
-        else if (end - p >= 3 && p[0] == '!' && p[1] == '-' && p[2] == '-')
-            skipTo("-->");
-        else if (end - p >= 8 && std::equal(p, p + 8, "![CDATA["))
-            skipTo("]]>");
-        else if (p < end && *p == '!')
-            skipTo(">");
-        else if (p < end && *p == '/')
-        {
-            if (depth > 0)
-                --depth;
-            skipTo(">");
-        }
-        else
-        {
-            // A start tag: find its end outside quoted attribute values.
-            char quote = 0;
-            char last = 0;
-            while (p < end && (quote || *p != '>'))
-            {
-                if (quote)
-                {
-                    if (*p == quote)
-                        quote = 0;
-                }
-                else if (*p == '"' || *p == '\'')
-                    quote = *p;
-                last = *p;
-                ++p;
-            }
-            if (p < end)
-                ++p;
-            // An empty element ("<b/>") is as deep as any other; it only
-            // leaves nothing open.
-            deepest = std::max(deepest, depth + 1);
-            if (last != '/')
-                ++depth;
-            if (deepest > limit)
-                return deepest;
-        }
-    }
-    return deepest;
 }
 
 } // namespace opc

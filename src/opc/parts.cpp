@@ -8,6 +8,7 @@
 #include <wx/xml/xml.h>
 
 #include "ooxml/opc/markup.h"
+#include "ooxml/opc/xml.h"
 
 namespace ooxml
 {
@@ -16,6 +17,17 @@ namespace opc
 
 namespace
 {
+
+// A registry entry's ReadXML for either tree.
+bool ReadWith(const RootClass& cls, void* object, wxXmlNode* node, XMLNSContext* context)
+{
+    return cls.read(object, node, context);
+}
+
+bool ReadWith(const RootClass& cls, void* object, dom::Node* node, XMLNSContext* context)
+{
+    return cls.readDom(object, node, context);
+}
 
 // The registry's roots, indexed once: content types lower-cased (they compare
 // without case), root elements by namespace and local name.
@@ -116,65 +128,54 @@ void* PartRoot::Release()
     return object;
 }
 
+template <class Document>
+bool PartRoot::Read(const RootClass& cls, Document& document)
+{
+    *this = PartRoot();
+    m_class = &cls;
+    m_object = cls.create();
+    XMLNSContext context(&document);
+    m_readOk = ReadWith(cls, m_object, document.GetRoot(), &context);
+    return m_readOk;
+}
+
 bool ReadPartXml(const RootClass& cls, wxXmlDocument& document, PartRoot* root)
 {
-    *root = PartRoot();
-    root->m_class = &cls;
-    root->m_object = cls.create();
-    XMLNSContext context(&document);
-    root->m_readOk = cls.read(root->m_object, document.GetRoot(), &context);
-    return root->m_readOk;
+    return root->Read(cls, document);
 }
 
-// The namespace URI of an element, from the declarations on it and its ancestors.
-static wxString NamespaceOf(const wxXmlNode* element)
+bool ReadPartXml(const RootClass& cls, dom::Document& document, PartRoot* root)
+{
+    return root->Read(cls, document);
+}
+
+namespace
+{
+
+// The namespace URI of a root element, from its own declarations.
+template <class Node>
+wxString RootNamespace(const Node* element)
 {
     const wxString prefix = element->GetName().Find(':') == wxNOT_FOUND ? wxString() : element->GetName().BeforeFirst(':');
-    const wxString attribute = prefix.empty() ? wxString("xmlns") : "xmlns:" + prefix;
-    for (const wxXmlNode* node = element; node; node = node->GetParent())
-    {
-        wxString uri;
-        if (node->GetAttribute(attribute, &uri))
-            return uri;
-    }
-    return wxString();
+    wxString uri;
+    element->GetAttribute(prefix.empty() ? wxString("xmlns") : "xmlns:" + prefix, &uri);
+    return uri;
 }
 
-bool ReadPartRoot(const Package& package, const wxString& name, PartRoot* root, Error* error, PrepareStats* stats)
+// What ReadPartRoot does once the part is parsed, on either tree: the class
+// by the root element if the content type did not say, the preprocessing,
+// the read.
+template <class Document>
+bool ReadParsed(const Package& package, const wxString& partName, const RootClass* cls, Document& document,
+                PartRoot* root, Error* error, PrepareStats* stats)
 {
-    Error ignored;
-    if (!error)
-        error = &ignored;
-    // Checked first: a name that is not there would otherwise be judged by the
-    // Default content type of its extension, and fail as a class problem.
-    const Part* part = package.FindPart(name);
-    if (!part)
-    {
-        *error = Error{package.GetPath(), wxString(), "no part named " + Package::NormalPartName(name)};
-        return false;
-    }
-    // From here on the part's name as the package spells it, in messages too.
-    const wxString& partName = part->name;
-    const RootClass* cls = FindRootClass(package, partName);
-    const wxString contentType = package.GetContentType(partName);
-    const bool genericXml = contentType.EndsWith("/xml") || contentType.empty();
-    if (!cls && !genericXml)
-    {
-        *error = contentType.empty() ? Error{package.GetPath(), partName, "no content type"}
-                                     : Error{package.GetPath(), partName, "no root class for content type " + contentType,
-                                             true};
-        return false;
-    }
-    wxXmlDocument document;
-    if (!package.LoadXml(partName, &document, error))
-        return false;
     if (!cls)
     {
         // Generic XML: the root element decides (a Strict bibliography
         // names its transitional class too, unless Strict reading is off).
-        wxXmlNode* element = document.GetRoot();
+        const auto* element = document.GetRoot();
         const wxString local = element->GetName().AfterLast(':');
-        const wxString written = NamespaceOf(element);
+        const wxString written = RootNamespace(element);
         cls = FindRootClassByElement(package.GetOptions().strict ? TransitionalUri(written) : written, local);
         if (!cls)
         {
@@ -186,13 +187,117 @@ bool ReadPartRoot(const Package& package, const wxString& name, PartRoot* root, 
         }
     }
     wxString problem;
-    if (!PrepareDocument(document, package.GetOptions(), &problem, stats))
+    if (!PrepareDocument(document, package.GetOptions(), &problem, stats, package.GetLimits().maxAttributes))
     {
         *error = Error{package.GetPath(), partName, problem};
         return false;
     }
     ReadPartXml(*cls, document, root);
     return true;
+}
+
+} // namespace
+
+namespace
+{
+
+// The part of that name and the class that reads it (null for generic XML,
+// which its root element decides); false with `error` if there is no such
+// part or no class can read it.
+bool FindPartClass(const Package& package, const wxString& name, const Part** part, const RootClass** cls,
+                   Error* error)
+{
+    // Checked first: a name that is not there would otherwise be judged by the
+    // Default content type of its extension, and fail as a class problem.
+    *part = package.FindPart(name);
+    if (!*part)
+    {
+        *error = Error{package.GetPath(), wxString(), "no part named " + Package::NormalPartName(name)};
+        return false;
+    }
+    // From here on the part's name as the package spells it, in messages too.
+    const wxString& partName = (*part)->name;
+    *cls = FindRootClass(package, partName);
+    const wxString contentType = package.GetContentType(partName);
+    const bool genericXml = contentType.EndsWith("/xml") || contentType.empty();
+    if (!*cls && !genericXml)
+    {
+        *error = contentType.empty() ? Error{package.GetPath(), partName, "no content type"}
+                                     : Error{package.GetPath(), partName, "no root class for content type " + contentType,
+                                             true};
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool ReadPartRoot(const Package& package, const wxString& name, PartRoot* root, Error* error, PrepareStats* stats)
+{
+    Error ignored;
+    if (!error)
+        error = &ignored;
+    const Part* part;
+    const RootClass* cls;
+    if (!FindPartClass(package, name, &part, &cls, error))
+        return false;
+    if (package.GetOptions().wxWidgetsParser)
+    {
+        wxXmlDocument document;
+        return package.LoadXml(part->name, &document, error) &&
+               ReadParsed(package, part->name, cls, document, root, error, stats);
+    }
+    dom::Document document;
+    return package.ParsePart(part->name, &document, error) &&
+           ReadParsed(package, part->name, cls, document, root, error, stats);
+}
+
+bool StreamPartRoot(const Package& package, const wxString& name, const std::vector<wxString>& path,
+                    const std::function<bool(dom::Node* element, XMLNSContext* context)>& element, PartRoot* root,
+                    Error* error, PrepareStats* stats)
+{
+    Error ignored;
+    if (!error)
+        error = &ignored;
+    const Part* part;
+    const RootClass* cls;
+    if (!FindPartClass(package, name, &part, &cls, error))
+        return false;
+    PrepareStats local;
+    PrepareStats& counted = stats ? *stats : local;
+    dom::Document document;
+    wxString problem;
+    std::vector<dom::Node*> elements;
+    const wxString wanted = path.empty() ? wxString() : path.back();
+    XmlStream stream{path, [&](const std::vector<dom::Node*>& ancestors, dom::Node* node) {
+        if (!PrepareElement(document, ancestors, node, package.GetOptions(), &problem, &counted,
+                            package.GetLimits().maxAttributes, &elements))
+            return false;
+        // The context the element would have in a whole read: the ancestors'
+        // scopes open, then its own.
+        XMLNSContext context(&document);
+        for (std::size_t i = 1; i < ancestors.size(); ++i)
+            context.PushStack(ancestors[i]);
+        for (dom::Node* taken : elements)
+        {
+            if (taken->GetName().AfterLast(':') != wanted)
+                continue;
+            context.PushStack(taken);
+            const bool more = element(taken, &context);
+            context.PopStack();
+            if (!more)
+                return false;
+        }
+        return true;
+    }};
+    if (!package.ParsePart(part->name, &document, error, &stream))
+        return false;
+    if (!problem.empty())
+    {
+        *error = Error{package.GetPath(), part->name, problem};
+        return false;
+    }
+    return ReadParsed(package, part->name, cls, document, root, error, &counted);
 }
 
 } // namespace opc

@@ -30,8 +30,8 @@ void Destroy(void* object)
     delete static_cast<T*>(object);
 }
 
-template <class T>
-bool Read(void* object, wxXmlNode* node, XMLNSContext* context)
+template <class T, class XmlNode>
+bool Read(void* object, XmlNode* node, XMLNSContext* context)
 {
     return static_cast<T*>(object)->ReadXML(node, context);
 }

@@ -61,10 +61,13 @@ def _class_declaration(cls: Class) -> List[str]:
     lines.append(f"    ~{cls.name}() override;" if cls.base is not None else f"    virtual ~{cls.name}();")
     lines.append("")
     lines.append("    bool ReadXML(wxXmlNode* node, XMLNSContext* context);")
+    lines.append("    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);")
     lines.append("    bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }")
     if cls.is_group:
         lines.append("    bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);")
+        lines.append("    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);")
         lines.append("    bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);")
+        lines.append("    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);")
         lines.append("    static bool HasProperty(const wxString& name, XMLNSContext* context);")
         lines.append("    bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }")
         lines.append("    bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }")
@@ -74,6 +77,11 @@ def _class_declaration(cls: Class) -> List[str]:
         lines += _accessor_declarations(cls, m)
     lines.append("")
     lines.append("private:")
+    # One body per reader, compiled for both trees (see ReadXML in the source).
+    lines.append("    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);")
+    if cls.is_group:
+        lines.append("    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);")
+        lines.append("    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);")
     for m in cls.members:
         lines.append(f"    {m.kind.storage(cls, m)} m_{m.name};")
     lines.append(f"    {mask_declaration(cls)}")
@@ -169,7 +177,7 @@ def _condition(cls: Class, m: Member, matcher: str, unmapped: str) -> str:
 
 
 def _read_xml(cls: Class) -> List[str]:
-    lines = [f"bool {cls.name}::ReadXML(wxXmlNode* node, XMLNSContext* context)", "{"]
+    lines = ["template <class Node>", f"bool {cls.name}::ReadNode(Node* node, XMLNSContext* context)", "{"]
     attributes = cls.members_from(ATTRIBUTES)
     if attributes:
         lines.append("    for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())")
@@ -200,7 +208,18 @@ def _read_xml(cls: Class) -> List[str]:
         lines.append("        context->CheckName(child.Name(), NamespaceMap);")
     lines.append("    return true;")
     lines.append("}")
+    lines.append("")
+    lines += _overloads(cls.name, "bool", "ReadXML", "ReadNode", "", ["wxXmlNode* node", "ooxml::dom::Node* node"], "node")
     return lines
+
+
+def _overloads(class_name: str, result: str, public: str, private: str, leading: str, params: List[str],
+               argument: str) -> List[str]:
+    """The public overloads, one per tree, that call the member template."""
+    forward = f"{leading}{argument}, context" if leading else f"{argument}, context"
+    head = "const wxString& name, " if leading else ""
+    return [f"{result} {class_name}::{public}({head}{p}, XMLNSContext* context) {{ return {private}({forward}); }}"
+            for p in params]
 
 
 def _needs_matcher(members: List[Member]) -> bool:
@@ -213,7 +232,8 @@ def _group_operations(cls: Class) -> List[str]:
     attributes = cls.members_from(ATTRIBUTES)
 
     # SetProperty for an element: the first member that takes the name reads it.
-    lines.append(f"bool {cls.name}::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)")
+    lines.append("template <class Node>")
+    lines.append(f"bool {cls.name}::TakeElement(const wxString& name, Node* node, XMLNSContext* context)")
     lines.append("{")
     if elements:
         if _needs_matcher(elements):
@@ -233,9 +253,13 @@ def _group_operations(cls: Class) -> List[str]:
         lines += ["    (void)name;", "    (void)node;", "    (void)context;", "    return false;"]
     lines.append("}")
     lines.append("")
+    lines += _overloads(cls.name, "bool", "SetProperty", "TakeElement", "name, ",
+                        ["wxXmlNode* node", "ooxml::dom::Node* node"], "node")
+    lines.append("")
 
     # SetProperty for an attribute.
-    lines.append(f"bool {cls.name}::SetProperty(const wxString& name, wxString value, XMLNSContext* context)")
+    lines.append("template <class Text>")
+    lines.append(f"bool {cls.name}::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)")
     lines.append("{")
     if attributes:
         if _needs_matcher(attributes):
@@ -251,6 +275,9 @@ def _group_operations(cls: Class) -> List[str]:
     else:
         lines += ["    (void)name;", "    (void)value;", "    (void)context;", "    return false;"]
     lines.append("}")
+    lines.append("")
+    lines += _overloads(cls.name, "bool", "SetProperty", "TakeAttribute", "name, ",
+                        ["wxString value", "const ooxml::dom::Text& value"], "value")
     lines.append("")
 
     # HasProperty: would this group take that name?

@@ -115,7 +115,7 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
             types = f"kContentTypes_{cls.name}" if cls.content_types else "nullptr"
             element = string_literal(cls.root_element) if cls.root_element else "nullptr"
             lines.append(f'const ClassInfo {_info(cls)} = {{"{cls.name}", "{schema.key}", '
-                         f'"{schema.cpp_namespace}", &Visit_{cls.name}, &Create<{q}>, &Destroy<{q}>, &Read<{q}>, '
+                         f'"{schema.cpp_namespace}", &Visit_{cls.name}, &Create<{q}>, &Destroy<{q}>, &Read<{q}>, &Read<{q}>, '
                          f'&typeid({q}), "{schema.key}::{cls.name}", {string_literal(schema.uri)}, {element}, {types}}};')
         lines.append("")
         for cls in chunk:

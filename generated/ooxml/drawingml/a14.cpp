@@ -22,13 +22,17 @@ CT_TextMath::~CT_TextMath()
 {
 }
 
-bool CT_TextMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextMath::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextMath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextMath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ContentPartLocking::CT_ContentPartLocking()
     : m_ExtLst(nullptr),
@@ -43,7 +47,8 @@ CT_ContentPartLocking::~CT_ContentPartLocking()
     delete m_A_AG_Locking;
 }
 
-bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ContentPartLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -57,6 +62,9 @@ bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ContentPartLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NonVisualInkContentPartProperties::CT_NonVisualInkContentPartProperties()
     : m_CpLocks(nullptr),
@@ -72,7 +80,8 @@ CT_NonVisualInkContentPartProperties::~CT_NonVisualInkContentPartProperties()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualInkContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualInkContentPartProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -89,6 +98,9 @@ bool CT_NonVisualInkContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext
     return true;
 }
 
+bool CT_NonVisualInkContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualInkContentPartProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_CameraTool::CT_CameraTool()
     : m_Spid(s_0),
       m_presence(0)
@@ -99,7 +111,8 @@ CT_CameraTool::~CT_CameraTool()
 {
 }
 
-bool CT_CameraTool::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CameraTool::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -112,6 +125,9 @@ bool CT_CameraTool::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CameraTool::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CameraTool::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CameraTool::GetCellRange() const { return m_CellRange; }
 void CT_CameraTool::SetCellRange(wxString value) { m_CellRange = std::move(value); m_presence |= (1u << 0); }
@@ -127,7 +143,8 @@ CT_CompatExt::~CT_CompatExt()
 {
 }
 
-bool CT_CompatExt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CompatExt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -138,6 +155,9 @@ bool CT_CompatExt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CompatExt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CompatExt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CompatExt::GetSpid() const { return m_Spid; }
 void CT_CompatExt::SetSpid(wxString value) { m_Spid = std::move(value); m_presence |= (1u << 0); }
@@ -152,7 +172,8 @@ CT_IsGvmlCanvas::~CT_IsGvmlCanvas()
 {
 }
 
-bool CT_IsGvmlCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IsGvmlCanvas::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -163,6 +184,9 @@ bool CT_IsGvmlCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_IsGvmlCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IsGvmlCanvas::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlContentPartNonVisual::CT_GvmlContentPartNonVisual()
     : m_CNvPr(nullptr),
@@ -177,7 +201,8 @@ CT_GvmlContentPartNonVisual::~CT_GvmlContentPartNonVisual()
     delete m_CNvContentPartPr;
 }
 
-bool CT_GvmlContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlContentPartNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -189,6 +214,9 @@ bool CT_GvmlContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_GvmlContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlContentPartNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlContentPart::CT_GvmlContentPart()
     : m_NvContentPartPr(nullptr),
@@ -205,7 +233,8 @@ CT_GvmlContentPart::~CT_GvmlContentPart()
     delete m_ExtLst;
 }
 
-bool CT_GvmlContentPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlContentPart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -226,6 +255,9 @@ bool CT_GvmlContentPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GvmlContentPart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlContentPart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GvmlContentPart::GetBwMode() const { return m_BwMode; }
 void CT_GvmlContentPart::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 3); }
 wxString CT_GvmlContentPart::GetR_id() const { return m_R_id; }
@@ -241,7 +273,8 @@ CT_ShadowObscured::~CT_ShadowObscured()
 {
 }
 
-bool CT_ShadowObscured::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShadowObscured::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -253,6 +286,9 @@ bool CT_ShadowObscured::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShadowObscured::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShadowObscured::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PictureEffectBlur::CT_PictureEffectBlur()
     : m_Radius(10),
       m_presence(0)
@@ -263,7 +299,8 @@ CT_PictureEffectBlur::~CT_PictureEffectBlur()
 {
 }
 
-bool CT_PictureEffectBlur::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectBlur::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -274,6 +311,9 @@ bool CT_PictureEffectBlur::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectBlur::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectBlur::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PictureEffectCement::CT_PictureEffectCement()
     : m_Trans(wxAny(static_cast<wxLongLong_t>(0ll))),
@@ -286,7 +326,8 @@ CT_PictureEffectCement::~CT_PictureEffectCement()
 {
 }
 
-bool CT_PictureEffectCement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectCement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -299,6 +340,9 @@ bool CT_PictureEffectCement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectCement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectCement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectCement::GetTrans() const { return m_Trans; }
 void CT_PictureEffectCement::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -314,7 +358,8 @@ CT_PictureEffectChalkSketch::~CT_PictureEffectChalkSketch()
 {
 }
 
-bool CT_PictureEffectChalkSketch::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectChalkSketch::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -327,6 +372,9 @@ bool CT_PictureEffectChalkSketch::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectChalkSketch::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectChalkSketch::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectChalkSketch::GetTrans() const { return m_Trans; }
 void CT_PictureEffectChalkSketch::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -342,7 +390,8 @@ CT_PictureEffectCrisscrossEtching::~CT_PictureEffectCrisscrossEtching()
 {
 }
 
-bool CT_PictureEffectCrisscrossEtching::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectCrisscrossEtching::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -355,6 +404,9 @@ bool CT_PictureEffectCrisscrossEtching::ReadXML(wxXmlNode* node, XMLNSContext* c
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectCrisscrossEtching::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectCrisscrossEtching::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectCrisscrossEtching::GetTrans() const { return m_Trans; }
 void CT_PictureEffectCrisscrossEtching::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -370,7 +422,8 @@ CT_PictureEffectCutout::~CT_PictureEffectCutout()
 {
 }
 
-bool CT_PictureEffectCutout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectCutout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -383,6 +436,9 @@ bool CT_PictureEffectCutout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectCutout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectCutout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectCutout::GetTrans() const { return m_Trans; }
 void CT_PictureEffectCutout::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -398,7 +454,8 @@ CT_PictureEffectFilmGrain::~CT_PictureEffectFilmGrain()
 {
 }
 
-bool CT_PictureEffectFilmGrain::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectFilmGrain::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -411,6 +468,9 @@ bool CT_PictureEffectFilmGrain::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectFilmGrain::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectFilmGrain::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectFilmGrain::GetTrans() const { return m_Trans; }
 void CT_PictureEffectFilmGrain::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -426,7 +486,8 @@ CT_PictureEffectGlass::~CT_PictureEffectGlass()
 {
 }
 
-bool CT_PictureEffectGlass::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectGlass::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -439,6 +500,9 @@ bool CT_PictureEffectGlass::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectGlass::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectGlass::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectGlass::GetTrans() const { return m_Trans; }
 void CT_PictureEffectGlass::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -454,7 +518,8 @@ CT_PictureEffectGlowDiffused::~CT_PictureEffectGlowDiffused()
 {
 }
 
-bool CT_PictureEffectGlowDiffused::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectGlowDiffused::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -467,6 +532,9 @@ bool CT_PictureEffectGlowDiffused::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectGlowDiffused::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectGlowDiffused::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectGlowDiffused::GetTrans() const { return m_Trans; }
 void CT_PictureEffectGlowDiffused::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -482,7 +550,8 @@ CT_PictureEffectGlowEdges::~CT_PictureEffectGlowEdges()
 {
 }
 
-bool CT_PictureEffectGlowEdges::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectGlowEdges::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -495,6 +564,9 @@ bool CT_PictureEffectGlowEdges::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectGlowEdges::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectGlowEdges::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectGlowEdges::GetTrans() const { return m_Trans; }
 void CT_PictureEffectGlowEdges::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -510,7 +582,8 @@ CT_PictureEffectLightScreen::~CT_PictureEffectLightScreen()
 {
 }
 
-bool CT_PictureEffectLightScreen::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectLightScreen::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -523,6 +596,9 @@ bool CT_PictureEffectLightScreen::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectLightScreen::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectLightScreen::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectLightScreen::GetTrans() const { return m_Trans; }
 void CT_PictureEffectLightScreen::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -538,7 +614,8 @@ CT_PictureEffectLineDrawing::~CT_PictureEffectLineDrawing()
 {
 }
 
-bool CT_PictureEffectLineDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectLineDrawing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -551,6 +628,9 @@ bool CT_PictureEffectLineDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectLineDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectLineDrawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectLineDrawing::GetTrans() const { return m_Trans; }
 void CT_PictureEffectLineDrawing::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -566,7 +646,8 @@ CT_PictureEffectMarker::~CT_PictureEffectMarker()
 {
 }
 
-bool CT_PictureEffectMarker::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectMarker::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -579,6 +660,9 @@ bool CT_PictureEffectMarker::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectMarker::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectMarker::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectMarker::GetTrans() const { return m_Trans; }
 void CT_PictureEffectMarker::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -594,7 +678,8 @@ CT_PictureEffectMosiaicBubbles::~CT_PictureEffectMosiaicBubbles()
 {
 }
 
-bool CT_PictureEffectMosiaicBubbles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectMosiaicBubbles::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -607,6 +692,9 @@ bool CT_PictureEffectMosiaicBubbles::ReadXML(wxXmlNode* node, XMLNSContext* cont
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectMosiaicBubbles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectMosiaicBubbles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectMosiaicBubbles::GetTrans() const { return m_Trans; }
 void CT_PictureEffectMosiaicBubbles::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -622,7 +710,8 @@ CT_PictureEffectPaintBrush::~CT_PictureEffectPaintBrush()
 {
 }
 
-bool CT_PictureEffectPaintBrush::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPaintBrush::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -635,6 +724,9 @@ bool CT_PictureEffectPaintBrush::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPaintBrush::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPaintBrush::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPaintBrush::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPaintBrush::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -650,7 +742,8 @@ CT_PictureEffectPaintStrokes::~CT_PictureEffectPaintStrokes()
 {
 }
 
-bool CT_PictureEffectPaintStrokes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPaintStrokes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -663,6 +756,9 @@ bool CT_PictureEffectPaintStrokes::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPaintStrokes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPaintStrokes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPaintStrokes::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPaintStrokes::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -678,7 +774,8 @@ CT_PictureEffectPastelsSmooth::~CT_PictureEffectPastelsSmooth()
 {
 }
 
-bool CT_PictureEffectPastelsSmooth::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPastelsSmooth::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -691,6 +788,9 @@ bool CT_PictureEffectPastelsSmooth::ReadXML(wxXmlNode* node, XMLNSContext* conte
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPastelsSmooth::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPastelsSmooth::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPastelsSmooth::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPastelsSmooth::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -706,7 +806,8 @@ CT_PictureEffectPencilGrayscale::~CT_PictureEffectPencilGrayscale()
 {
 }
 
-bool CT_PictureEffectPencilGrayscale::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPencilGrayscale::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -719,6 +820,9 @@ bool CT_PictureEffectPencilGrayscale::ReadXML(wxXmlNode* node, XMLNSContext* con
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPencilGrayscale::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPencilGrayscale::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPencilGrayscale::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPencilGrayscale::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -734,7 +838,8 @@ CT_PictureEffectPencilSketch::~CT_PictureEffectPencilSketch()
 {
 }
 
-bool CT_PictureEffectPencilSketch::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPencilSketch::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -747,6 +852,9 @@ bool CT_PictureEffectPencilSketch::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPencilSketch::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPencilSketch::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPencilSketch::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPencilSketch::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -762,7 +870,8 @@ CT_PictureEffectPhotocopy::~CT_PictureEffectPhotocopy()
 {
 }
 
-bool CT_PictureEffectPhotocopy::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPhotocopy::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -775,6 +884,9 @@ bool CT_PictureEffectPhotocopy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPhotocopy::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPhotocopy::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPhotocopy::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPhotocopy::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -790,7 +902,8 @@ CT_PictureEffectPlasticWrap::~CT_PictureEffectPlasticWrap()
 {
 }
 
-bool CT_PictureEffectPlasticWrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectPlasticWrap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -803,6 +916,9 @@ bool CT_PictureEffectPlasticWrap::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectPlasticWrap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectPlasticWrap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectPlasticWrap::GetTrans() const { return m_Trans; }
 void CT_PictureEffectPlasticWrap::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -818,7 +934,8 @@ CT_PictureEffectTexturizer::~CT_PictureEffectTexturizer()
 {
 }
 
-bool CT_PictureEffectTexturizer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectTexturizer::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -831,6 +948,9 @@ bool CT_PictureEffectTexturizer::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectTexturizer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectTexturizer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectTexturizer::GetTrans() const { return m_Trans; }
 void CT_PictureEffectTexturizer::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
@@ -846,7 +966,8 @@ CT_PictureEffectWatercolorSponge::~CT_PictureEffectWatercolorSponge()
 {
 }
 
-bool CT_PictureEffectWatercolorSponge::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectWatercolorSponge::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -860,6 +981,9 @@ bool CT_PictureEffectWatercolorSponge::ReadXML(wxXmlNode* node, XMLNSContext* co
     return true;
 }
 
+bool CT_PictureEffectWatercolorSponge::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectWatercolorSponge::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_PictureEffectWatercolorSponge::GetTrans() const { return m_Trans; }
 void CT_PictureEffectWatercolorSponge::SetTrans(wxAny value) { m_Trans = std::move(value); m_presence |= (1u << 0); }
 
@@ -872,7 +996,8 @@ CT_PictureEffectBackgroundRemovalForegroundMark::~CT_PictureEffectBackgroundRemo
 {
 }
 
-bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -889,6 +1014,9 @@ bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadXML(wxXmlNode* node, X
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectBackgroundRemovalForegroundMark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectBackgroundRemovalForegroundMark::GetX1() const { return m_X1; }
 void CT_PictureEffectBackgroundRemovalForegroundMark::SetX1(wxAny value) { m_X1 = std::move(value); m_presence |= (1u << 0); }
@@ -908,7 +1036,8 @@ CT_PictureEffectBackgroundRemovalBackgroundMark::~CT_PictureEffectBackgroundRemo
 {
 }
 
-bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -925,6 +1054,9 @@ bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadXML(wxXmlNode* node, X
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectBackgroundRemovalBackgroundMark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectBackgroundRemovalBackgroundMark::GetX1() const { return m_X1; }
 void CT_PictureEffectBackgroundRemovalBackgroundMark::SetX1(wxAny value) { m_X1 = std::move(value); m_presence |= (1u << 0); }
@@ -946,7 +1078,8 @@ CT_PictureEffectBackgroundRemoval::~CT_PictureEffectBackgroundRemoval()
     DeleteAll(m_BackgroundMark);
 }
 
-bool CT_PictureEffectBackgroundRemoval::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectBackgroundRemoval::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -968,6 +1101,9 @@ bool CT_PictureEffectBackgroundRemoval::ReadXML(wxXmlNode* node, XMLNSContext* c
     }
     return true;
 }
+
+bool CT_PictureEffectBackgroundRemoval::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectBackgroundRemoval::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PictureEffectBackgroundRemovalForegroundMark> CT_PictureEffectBackgroundRemoval::GetForegroundMark() const { return m_ForegroundMark; }
 void CT_PictureEffectBackgroundRemoval::SetForegroundMark(XMLPtrArray<CT_PictureEffectBackgroundRemovalForegroundMark> value) { m_ForegroundMark = std::move(value); m_presence |= (1u << 0); }
@@ -993,7 +1129,8 @@ CT_PictureEffectBrightnessContrast::~CT_PictureEffectBrightnessContrast()
 {
 }
 
-bool CT_PictureEffectBrightnessContrast::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectBrightnessContrast::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1006,6 +1143,9 @@ bool CT_PictureEffectBrightnessContrast::ReadXML(wxXmlNode* node, XMLNSContext* 
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectBrightnessContrast::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectBrightnessContrast::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectBrightnessContrast::GetBright() const { return m_Bright; }
 void CT_PictureEffectBrightnessContrast::SetBright(wxAny value) { m_Bright = std::move(value); m_presence |= (1u << 0); }
@@ -1022,7 +1162,8 @@ CT_PictureEffectColorTemperature::~CT_PictureEffectColorTemperature()
 {
 }
 
-bool CT_PictureEffectColorTemperature::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectColorTemperature::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1034,6 +1175,9 @@ bool CT_PictureEffectColorTemperature::ReadXML(wxXmlNode* node, XMLNSContext* co
     return true;
 }
 
+bool CT_PictureEffectColorTemperature::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectColorTemperature::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PictureEffectSaturation::CT_PictureEffectSaturation()
     : m_Sat(wxAny(static_cast<wxLongLong_t>(100ll))),
       m_presence(0)
@@ -1044,7 +1188,8 @@ CT_PictureEffectSaturation::~CT_PictureEffectSaturation()
 {
 }
 
-bool CT_PictureEffectSaturation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectSaturation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1055,6 +1200,9 @@ bool CT_PictureEffectSaturation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectSaturation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectSaturation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectSaturation::GetSat() const { return m_Sat; }
 void CT_PictureEffectSaturation::SetSat(wxAny value) { m_Sat = std::move(value); m_presence |= (1u << 0); }
@@ -1069,7 +1217,8 @@ CT_PictureEffectSharpenSoften::~CT_PictureEffectSharpenSoften()
 {
 }
 
-bool CT_PictureEffectSharpenSoften::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectSharpenSoften::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1080,6 +1229,9 @@ bool CT_PictureEffectSharpenSoften::ReadXML(wxXmlNode* node, XMLNSContext* conte
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureEffectSharpenSoften::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectSharpenSoften::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PictureEffectSharpenSoften::GetAmount() const { return m_Amount; }
 void CT_PictureEffectSharpenSoften::SetAmount(wxAny value) { m_Amount = std::move(value); m_presence |= (1u << 0); }
@@ -1096,7 +1248,8 @@ CT_PictureEffect::~CT_PictureEffect()
     delete m_Data__;
 }
 
-bool CT_PictureEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1110,6 +1263,9 @@ bool CT_PictureEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PictureEffectData__::CT_PictureEffectData__()
     : m_ArtisticBlur(nullptr),
@@ -1174,7 +1330,8 @@ CT_PictureEffectData__::~CT_PictureEffectData__()
     delete m_SharpenSoften;
 }
 
-bool CT_PictureEffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureEffectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1237,7 +1394,11 @@ bool CT_PictureEffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_PictureEffectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_PictureEffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureEffectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_PictureEffectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_artisticBlur))
@@ -1405,13 +1566,20 @@ bool CT_PictureEffectData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_PictureEffectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PictureEffectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PictureEffectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PictureEffectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PictureEffectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PictureEffectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PictureEffectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1456,7 +1624,8 @@ CT_PictureLayer::~CT_PictureLayer()
     DeleteAll(m_ImgEffect);
 }
 
-bool CT_PictureLayer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureLayer::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1470,6 +1639,9 @@ bool CT_PictureLayer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureLayer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureLayer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PictureEffect> CT_PictureLayer::GetImgEffect() const { return m_ImgEffect; }
 void CT_PictureLayer::SetImgEffect(XMLPtrArray<CT_PictureEffect> value) { m_ImgEffect = std::move(value); m_presence |= (1u << 0); }
@@ -1487,7 +1659,8 @@ CT_Photo::~CT_Photo()
     delete m_ImgLayer;
 }
 
-bool CT_Photo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Photo::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1497,6 +1670,9 @@ bool CT_Photo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Photo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Photo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_UseLocalDpi::CT_UseLocalDpi()
     : m_Val(true),
@@ -1508,7 +1684,8 @@ CT_UseLocalDpi::~CT_UseLocalDpi()
 {
 }
 
-bool CT_UseLocalDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UseLocalDpi::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1519,5 +1696,8 @@ bool CT_UseLocalDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_UseLocalDpi::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UseLocalDpi::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_microsoft_com_office_drawing_x2010_main

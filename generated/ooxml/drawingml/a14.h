@@ -70,9 +70,11 @@ public:
     virtual ~CT_TextMath();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -85,6 +87,7 @@ public:
     virtual ~CT_ContentPartLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -97,6 +100,7 @@ public:
     bool CheckA_AG_Locking() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     schemas_openxmlformats_org_drawingml_x2006_main::AG_Locking* m_A_AG_Locking;
     std::uint32_t m_presence;
@@ -111,6 +115,7 @@ public:
     virtual ~CT_NonVisualInkContentPartProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cpLocks": child element
@@ -127,6 +132,7 @@ public:
     bool CheckIsComment() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ContentPartLocking* m_CpLocks;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     bool m_IsComment;
@@ -142,6 +148,7 @@ public:
     virtual ~CT_CameraTool();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellRange": attribute, wxString
@@ -154,6 +161,7 @@ public:
     bool CheckSpid() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_CellRange;
     wxString m_Spid;
     std::uint32_t m_presence;
@@ -168,6 +176,7 @@ public:
     virtual ~CT_CompatExt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spid": attribute, wxString
@@ -176,6 +185,7 @@ public:
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Spid;
     std::uint32_t m_presence;
 };
@@ -189,6 +199,7 @@ public:
     virtual ~CT_IsGvmlCanvas();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool
@@ -197,6 +208,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -210,6 +222,7 @@ public:
     virtual ~CT_GvmlContentPartNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -222,6 +235,7 @@ public:
     bool CheckCNvContentPartPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualInkContentPartProperties* m_CNvContentPartPr;
     std::uint32_t m_presence;
@@ -236,6 +250,7 @@ public:
     virtual ~CT_GvmlContentPart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvContentPartPr": child element
@@ -260,6 +275,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlContentPartNonVisual* m_NvContentPartPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
@@ -277,6 +293,7 @@ public:
     virtual ~CT_ShadowObscured();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "false"
@@ -285,6 +302,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -298,6 +316,7 @@ public:
     virtual ~CT_PictureEffectBlur();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "radius": attribute, int, default "10"
@@ -306,6 +325,7 @@ public:
     bool CheckRadius() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Radius;
     std::uint32_t m_presence;
 };
@@ -319,6 +339,7 @@ public:
     virtual ~CT_PictureEffectCement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -331,6 +352,7 @@ public:
     bool CheckCrackSpacing() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_CrackSpacing;
     std::uint32_t m_presence;
@@ -345,6 +367,7 @@ public:
     virtual ~CT_PictureEffectChalkSketch();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -357,6 +380,7 @@ public:
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Pressure;
     std::uint32_t m_presence;
@@ -371,6 +395,7 @@ public:
     virtual ~CT_PictureEffectCrisscrossEtching();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "75"
@@ -383,6 +408,7 @@ public:
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Pressure;
     std::uint32_t m_presence;
@@ -397,6 +423,7 @@ public:
     virtual ~CT_PictureEffectCutout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -409,6 +436,7 @@ public:
     bool CheckNumberOfShades() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_NumberOfShades;
     std::uint32_t m_presence;
@@ -423,6 +451,7 @@ public:
     virtual ~CT_PictureEffectFilmGrain();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -435,6 +464,7 @@ public:
     bool CheckGrainSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_GrainSize;
     std::uint32_t m_presence;
@@ -449,6 +479,7 @@ public:
     virtual ~CT_PictureEffectGlass();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -461,6 +492,7 @@ public:
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Scaling;
     std::uint32_t m_presence;
@@ -475,6 +507,7 @@ public:
     virtual ~CT_PictureEffectGlowDiffused();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -487,6 +520,7 @@ public:
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Intensity;
     std::uint32_t m_presence;
@@ -501,6 +535,7 @@ public:
     virtual ~CT_PictureEffectGlowEdges();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "15"
@@ -513,6 +548,7 @@ public:
     bool CheckSmoothness() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Smoothness;
     std::uint32_t m_presence;
@@ -527,6 +563,7 @@ public:
     virtual ~CT_PictureEffectLightScreen();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -539,6 +576,7 @@ public:
     bool CheckGridSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_GridSize;
     std::uint32_t m_presence;
@@ -553,6 +591,7 @@ public:
     virtual ~CT_PictureEffectLineDrawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "25"
@@ -565,6 +604,7 @@ public:
     bool CheckPencilSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_PencilSize;
     std::uint32_t m_presence;
@@ -579,6 +619,7 @@ public:
     virtual ~CT_PictureEffectMarker();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -591,6 +632,7 @@ public:
     bool CheckSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Size;
     std::uint32_t m_presence;
@@ -605,6 +647,7 @@ public:
     virtual ~CT_PictureEffectMosiaicBubbles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -617,6 +660,7 @@ public:
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Pressure;
     std::uint32_t m_presence;
@@ -631,6 +675,7 @@ public:
     virtual ~CT_PictureEffectPaintBrush();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -643,6 +688,7 @@ public:
     bool CheckBrushSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_BrushSize;
     std::uint32_t m_presence;
@@ -657,6 +703,7 @@ public:
     virtual ~CT_PictureEffectPaintStrokes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -669,6 +716,7 @@ public:
     bool CheckIntensity() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Intensity;
     std::uint32_t m_presence;
@@ -683,6 +731,7 @@ public:
     virtual ~CT_PictureEffectPastelsSmooth();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -695,6 +744,7 @@ public:
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Scaling;
     std::uint32_t m_presence;
@@ -709,6 +759,7 @@ public:
     virtual ~CT_PictureEffectPencilGrayscale();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -721,6 +772,7 @@ public:
     bool CheckPencilSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_PencilSize;
     std::uint32_t m_presence;
@@ -735,6 +787,7 @@ public:
     virtual ~CT_PictureEffectPencilSketch();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -747,6 +800,7 @@ public:
     bool CheckPressure() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Pressure;
     std::uint32_t m_presence;
@@ -761,6 +815,7 @@ public:
     virtual ~CT_PictureEffectPhotocopy();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "30"
@@ -773,6 +828,7 @@ public:
     bool CheckDetail() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Detail;
     std::uint32_t m_presence;
@@ -787,6 +843,7 @@ public:
     virtual ~CT_PictureEffectPlasticWrap();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -799,6 +856,7 @@ public:
     bool CheckSmoothness() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Smoothness;
     std::uint32_t m_presence;
@@ -813,6 +871,7 @@ public:
     virtual ~CT_PictureEffectTexturizer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -825,6 +884,7 @@ public:
     bool CheckScaling() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_Scaling;
     std::uint32_t m_presence;
@@ -839,6 +899,7 @@ public:
     virtual ~CT_PictureEffectWatercolorSponge();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trans": attribute, wxAny, default "0"
@@ -851,6 +912,7 @@ public:
     bool CheckBrushSize() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Trans;
     int m_BrushSize;
     std::uint32_t m_presence;
@@ -865,6 +927,7 @@ public:
     virtual ~CT_PictureEffectBackgroundRemovalForegroundMark();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x1": attribute, wxAny
@@ -885,6 +948,7 @@ public:
     bool CheckY2() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X1;
     wxAny m_Y1;
     wxAny m_X2;
@@ -901,6 +965,7 @@ public:
     virtual ~CT_PictureEffectBackgroundRemovalBackgroundMark();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x1": attribute, wxAny
@@ -921,6 +986,7 @@ public:
     bool CheckY2() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X1;
     wxAny m_Y1;
     wxAny m_X2;
@@ -937,6 +1003,7 @@ public:
     virtual ~CT_PictureEffectBackgroundRemoval();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "foregroundMark": child element, repeated
@@ -965,6 +1032,7 @@ public:
     bool CheckR() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PictureEffectBackgroundRemovalForegroundMark> m_ForegroundMark;
     XMLPtrArray<CT_PictureEffectBackgroundRemovalBackgroundMark> m_BackgroundMark;
     wxAny m_T;
@@ -983,6 +1051,7 @@ public:
     virtual ~CT_PictureEffectBrightnessContrast();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bright": attribute, wxAny, default "0"
@@ -995,6 +1064,7 @@ public:
     bool CheckContrast() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Bright;
     wxAny m_Contrast;
     std::uint32_t m_presence;
@@ -1009,6 +1079,7 @@ public:
     virtual ~CT_PictureEffectColorTemperature();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "colorTemp": attribute, int, default "6500"
@@ -1017,6 +1088,7 @@ public:
     bool CheckColorTemp() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_ColorTemp;
     std::uint32_t m_presence;
 };
@@ -1030,6 +1102,7 @@ public:
     virtual ~CT_PictureEffectSaturation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sat": attribute, wxAny, default "100"
@@ -1038,6 +1111,7 @@ public:
     bool CheckSat() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Sat;
     std::uint32_t m_presence;
 };
@@ -1051,6 +1125,7 @@ public:
     virtual ~CT_PictureEffectSharpenSoften();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "amount": attribute, wxAny, default "0"
@@ -1059,6 +1134,7 @@ public:
     bool CheckAmount() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Amount;
     std::uint32_t m_presence;
 };
@@ -1072,6 +1148,7 @@ public:
     virtual ~CT_PictureEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1084,6 +1161,7 @@ public:
     bool CheckVisible() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureEffectData__* m_Data__;
     bool m_Visible;
     std::uint32_t m_presence;
@@ -1098,9 +1176,12 @@ public:
     virtual ~CT_PictureEffectData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1215,6 +1296,9 @@ public:
     bool CheckSharpenSoften() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_PictureEffectBlur* m_ArtisticBlur;
     CT_PictureEffectCement* m_ArtisticCement;
     CT_PictureEffectChalkSketch* m_ArtisticChalkSketch;
@@ -1254,6 +1338,7 @@ public:
     virtual ~CT_PictureLayer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "imgEffect": child element, repeated
@@ -1266,6 +1351,7 @@ public:
     bool CheckR_embed() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PictureEffect> m_ImgEffect;
     wxString m_R_embed;
     std::uint32_t m_presence;
@@ -1280,6 +1366,7 @@ public:
     virtual ~CT_Photo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "imgLayer": child element
@@ -1288,6 +1375,7 @@ public:
     bool CheckImgLayer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureLayer* m_ImgLayer;
     std::uint32_t m_presence;
 };
@@ -1301,6 +1389,7 @@ public:
     virtual ~CT_UseLocalDpi();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "true"
@@ -1309,6 +1398,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };

@@ -28,7 +28,8 @@ CT_EmbeddedAnimation::~CT_EmbeddedAnimation()
     delete m_ExtLst;
 }
 
-bool CT_EmbeddedAnimation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmbeddedAnimation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -45,6 +46,9 @@ bool CT_EmbeddedAnimation::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EmbeddedAnimation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmbeddedAnimation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PosterFrame::CT_PosterFrame()
     : m_AnimId(0),
       m_Frame(wxAny(static_cast<wxLongLong_t>(0ll))),
@@ -56,7 +60,8 @@ CT_PosterFrame::~CT_PosterFrame()
 {
 }
 
-bool CT_PosterFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosterFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -69,6 +74,9 @@ bool CT_PosterFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PosterFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PosterFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PosterFrame::GetFrame() const { return m_Frame; }
 void CT_PosterFrame::SetFrame(wxAny value) { m_Frame = std::move(value); m_presence |= (1u << 1); }

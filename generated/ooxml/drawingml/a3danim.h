@@ -30,6 +30,7 @@ public:
     virtual ~CT_EmbeddedAnimation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "animPr": child element
@@ -46,6 +47,7 @@ public:
     bool CheckAnimId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties* m_AnimPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     unsigned int m_AnimId;
@@ -61,6 +63,7 @@ public:
     virtual ~CT_PosterFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "animId": attribute, unsigned int
@@ -73,6 +76,7 @@ public:
     bool CheckFrame() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_AnimId;
     wxAny m_Frame;
     std::uint32_t m_presence;

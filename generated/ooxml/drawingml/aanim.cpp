@@ -30,7 +30,8 @@ CT_AnimationProperties::~CT_AnimationProperties()
     delete m_ExtLst;
 }
 
-bool CT_AnimationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -56,6 +57,9 @@ bool CT_AnimationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AnimationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AnimationProperties::GetName() const { return m_Name; }
 void CT_AnimationProperties::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }

@@ -28,6 +28,7 @@ public:
     virtual ~CT_AnimationProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -64,6 +65,7 @@ public:
     bool CheckEnd() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_Name;
     wxString m_Length;

@@ -24,7 +24,8 @@ CT_PositiveRatio::~CT_PositiveRatio()
 {
 }
 
-bool CT_PositiveRatio::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PositiveRatio::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -38,6 +39,9 @@ bool CT_PositiveRatio::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PositiveRatio::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PositiveRatio::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Rotate3D::CT_Rotate3D()
     : m_Ax(0),
       m_Ay(0),
@@ -50,7 +54,8 @@ CT_Rotate3D::~CT_Rotate3D()
 {
 }
 
-bool CT_Rotate3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rotate3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -65,6 +70,9 @@ bool CT_Rotate3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Rotate3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rotate3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Scale3D::CT_Scale3D()
     : m_Sx(nullptr),
@@ -81,7 +89,8 @@ CT_Scale3D::~CT_Scale3D()
     delete m_Sz;
 }
 
-bool CT_Scale3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scale3D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -95,6 +104,9 @@ bool CT_Scale3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Scale3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scale3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Model3DTransform::CT_Model3DTransform()
     : m_MeterPerModelUnit(nullptr),
@@ -117,7 +129,8 @@ CT_Model3DTransform::~CT_Model3DTransform()
     delete m_ExtLst;
 }
 
-bool CT_Model3DTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -138,6 +151,9 @@ bool CT_Model3DTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Model3DTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_OrthographicProjection::CT_OrthographicProjection()
     : m_Sz(nullptr),
       m_ExtLst(nullptr),
@@ -151,7 +167,8 @@ CT_OrthographicProjection::~CT_OrthographicProjection()
     delete m_ExtLst;
 }
 
-bool CT_OrthographicProjection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OrthographicProjection::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -163,6 +180,9 @@ bool CT_OrthographicProjection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OrthographicProjection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OrthographicProjection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PerspectiveProjection::CT_PerspectiveProjection()
     : m_ExtLst(nullptr),
@@ -176,7 +196,8 @@ CT_PerspectiveProjection::~CT_PerspectiveProjection()
     delete m_ExtLst;
 }
 
-bool CT_PerspectiveProjection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PerspectiveProjection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -190,6 +211,9 @@ bool CT_PerspectiveProjection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PerspectiveProjection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PerspectiveProjection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Model3DCamera::CT_Model3DCamera()
     : m_Pos(nullptr),
@@ -210,7 +234,8 @@ CT_Model3DCamera::~CT_Model3DCamera()
     delete m_ExtLst;
 }
 
-bool CT_Model3DCamera::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DCamera::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -229,6 +254,9 @@ bool CT_Model3DCamera::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Model3DCamera::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DCamera::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Model3DCameraData__::CT_Model3DCameraData__()
     : m_Orthographic(nullptr),
       m_Perspective(nullptr),
@@ -242,7 +270,8 @@ CT_Model3DCameraData__::~CT_Model3DCameraData__()
     delete m_Perspective;
 }
 
-bool CT_Model3DCameraData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DCameraData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -255,7 +284,11 @@ bool CT_Model3DCameraData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_Model3DCameraData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_Model3DCameraData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DCameraData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_Model3DCameraData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_orthographic))
@@ -273,13 +306,20 @@ bool CT_Model3DCameraData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_Model3DCameraData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_Model3DCameraData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_Model3DCameraData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_Model3DCameraData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_Model3DCameraData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_Model3DCameraData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_Model3DCameraData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -299,7 +339,8 @@ CT_Model3DRaster::~CT_Model3DRaster()
     delete m_Blip;
 }
 
-bool CT_Model3DRaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DRaster::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -315,6 +356,9 @@ bool CT_Model3DRaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Model3DRaster::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DRaster::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Model3DRaster::GetRName() const { return m_RName; }
 void CT_Model3DRaster::SetRName(wxString value) { m_RName = std::move(value); m_presence |= (1u << 1); }
@@ -333,7 +377,8 @@ CT_ObjectViewport::~CT_ObjectViewport()
     delete m_ExtLst;
 }
 
-bool CT_ObjectViewport::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectViewport::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -348,6 +393,9 @@ bool CT_ObjectViewport::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ObjectViewport::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectViewport::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_WindowViewport::CT_WindowViewport()
     : m_ExtLst(nullptr),
       m_presence(0)
@@ -359,7 +407,8 @@ CT_WindowViewport::~CT_WindowViewport()
     delete m_ExtLst;
 }
 
-bool CT_WindowViewport::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WindowViewport::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -369,6 +418,9 @@ bool CT_WindowViewport::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WindowViewport::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WindowViewport::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AmbientLight::CT_AmbientLight()
     : m_Clr(nullptr),
@@ -386,7 +438,8 @@ CT_AmbientLight::~CT_AmbientLight()
     delete m_ExtLst;
 }
 
-bool CT_AmbientLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AmbientLight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -404,6 +457,9 @@ bool CT_AmbientLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AmbientLight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AmbientLight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PointLight::CT_PointLight()
     : m_Clr(nullptr),
@@ -424,7 +480,8 @@ CT_PointLight::~CT_PointLight()
     delete m_ExtLst;
 }
 
-bool CT_PointLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PointLight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -446,6 +503,9 @@ bool CT_PointLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PointLight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PointLight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SpotLight::CT_SpotLight()
     : m_Clr(nullptr),
@@ -469,7 +529,8 @@ CT_SpotLight::~CT_SpotLight()
     delete m_ExtLst;
 }
 
-bool CT_SpotLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SpotLight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -496,6 +557,9 @@ bool CT_SpotLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SpotLight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SpotLight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DirectionalLight::CT_DirectionalLight()
     : m_Clr(nullptr),
       m_Illuminance(nullptr),
@@ -517,7 +581,8 @@ CT_DirectionalLight::~CT_DirectionalLight()
     delete m_ExtLst;
 }
 
-bool CT_DirectionalLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DirectionalLight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -542,6 +607,9 @@ bool CT_DirectionalLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DirectionalLight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DirectionalLight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_UnknownLight::CT_UnknownLight()
     : m_presence(0)
 {
@@ -551,13 +619,17 @@ CT_UnknownLight::~CT_UnknownLight()
 {
 }
 
-bool CT_UnknownLight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UnknownLight::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_UnknownLight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UnknownLight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Model3D::CT_Model3D()
     : m_SpPr(nullptr),
@@ -587,7 +659,8 @@ CT_Model3D::~CT_Model3D()
     delete m_A_AG_Blob;
 }
 
-bool CT_Model3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -618,6 +691,9 @@ bool CT_Model3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Model3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Model3DData__1> CT_Model3D::GetData__1() const { return m_Data__1; }
 void CT_Model3D::SetData__1(XMLPtrArray<CT_Model3DData__1> value) { m_Data__1 = std::move(value); m_presence |= (1u << 7); }
 
@@ -634,7 +710,8 @@ CT_Model3DData__::~CT_Model3DData__()
     delete m_WinViewport;
 }
 
-bool CT_Model3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -647,7 +724,11 @@ bool CT_Model3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_Model3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_Model3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_Model3DData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_objViewport))
@@ -665,13 +746,20 @@ bool CT_Model3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_Model3DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_Model3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_Model3DData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_Model3DData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_Model3DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_Model3DData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_Model3DData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -697,7 +785,8 @@ CT_Model3DData__1::~CT_Model3DData__1()
     delete m_UnkLight;
 }
 
-bool CT_Model3DData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Model3DData__1::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -714,7 +803,11 @@ bool CT_Model3DData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_Model3DData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_Model3DData__1::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Model3DData__1::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_Model3DData__1::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ptLight))
@@ -744,13 +837,20 @@ bool CT_Model3DData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_Model3DData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_Model3DData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_Model3DData__1::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_Model3DData__1::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_Model3DData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_Model3DData__1::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_Model3DData__1::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -770,7 +870,8 @@ CT_PictureAttributionSourceURL::~CT_PictureAttributionSourceURL()
 {
 }
 
-bool CT_PictureAttributionSourceURL::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureAttributionSourceURL::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -781,6 +882,9 @@ bool CT_PictureAttributionSourceURL::ReadXML(wxXmlNode* node, XMLNSContext* cont
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureAttributionSourceURL::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureAttributionSourceURL::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PictureAttributionSourceURL::GetR_id() const { return m_R_id; }
 void CT_PictureAttributionSourceURL::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }

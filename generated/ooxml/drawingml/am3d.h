@@ -47,6 +47,7 @@ public:
     virtual ~CT_PositiveRatio();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": attribute, unsigned long long
@@ -59,6 +60,7 @@ public:
     bool CheckD() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned long long m_N;
     unsigned long long m_D;
     std::uint32_t m_presence;
@@ -73,6 +75,7 @@ public:
     virtual ~CT_Rotate3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ax": attribute, int, default "0"
@@ -89,6 +92,7 @@ public:
     bool CheckAz() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Ax;
     int m_Ay;
     int m_Az;
@@ -104,6 +108,7 @@ public:
     virtual ~CT_Scale3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sx": child element
@@ -120,6 +125,7 @@ public:
     bool CheckSz() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* m_Sx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* m_Sy;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Ratio* m_Sz;
@@ -135,6 +141,7 @@ public:
     virtual ~CT_Model3DTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "meterPerModelUnit": child element
@@ -163,6 +170,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PositiveRatio* m_MeterPerModelUnit;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* m_PreTrans;
     CT_Scale3D* m_Scale;
@@ -181,6 +189,7 @@ public:
     virtual ~CT_OrthographicProjection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sz": child element
@@ -193,6 +202,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PositiveRatio* m_Sz;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -207,6 +217,7 @@ public:
     virtual ~CT_PerspectiveProjection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -219,6 +230,7 @@ public:
     bool CheckFov() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     int m_Fov;
     std::uint32_t m_presence;
@@ -233,6 +245,7 @@ public:
     virtual ~CT_Model3DCamera();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -257,6 +270,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* m_Pos;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Vector3D* m_Up;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* m_LookAt;
@@ -274,9 +288,12 @@ public:
     virtual ~CT_Model3DCameraData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -291,6 +308,9 @@ public:
     bool CheckPerspective() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_OrthographicProjection* m_Orthographic;
     CT_PerspectiveProjection* m_Perspective;
     std::uint32_t m_presence;
@@ -305,6 +325,7 @@ public:
     virtual ~CT_Model3DRaster();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "blip": child element
@@ -321,6 +342,7 @@ public:
     bool CheckRVer() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Blip* m_Blip;
     wxString m_RName;
     wxString m_RVer;
@@ -336,6 +358,7 @@ public:
     virtual ~CT_ObjectViewport();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -348,6 +371,7 @@ public:
     bool CheckViewportSz() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     long long m_ViewportSz;
     std::uint32_t m_presence;
@@ -362,6 +386,7 @@ public:
     virtual ~CT_WindowViewport();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -370,6 +395,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     std::uint32_t m_presence;
 };
@@ -383,6 +409,7 @@ public:
     virtual ~CT_AmbientLight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clr": child element
@@ -403,6 +430,7 @@ public:
     bool CheckEnabled() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_Clr;
     CT_PositiveRatio* m_Illuminance;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
@@ -419,6 +447,7 @@ public:
     virtual ~CT_PointLight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clr": child element
@@ -447,6 +476,7 @@ public:
     bool CheckRad() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_Clr;
     CT_PositiveRatio* m_Intensity;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* m_Pos;
@@ -465,6 +495,7 @@ public:
     virtual ~CT_SpotLight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clr": child element
@@ -501,6 +532,7 @@ public:
     bool CheckSpotAng() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_Clr;
     CT_PositiveRatio* m_Intensity;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* m_Pos;
@@ -521,6 +553,7 @@ public:
     virtual ~CT_DirectionalLight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clr": child element
@@ -553,6 +586,7 @@ public:
     bool CheckAngularRad() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_Clr;
     CT_PositiveRatio* m_Illuminance;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point3D* m_Pos;
@@ -572,9 +606,11 @@ public:
     virtual ~CT_UnknownLight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -587,6 +623,7 @@ public:
     virtual ~CT_Model3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -631,6 +668,7 @@ public:
     bool CheckA_AG_Blob() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_Model3DCamera* m_Camera;
     CT_Model3DTransform* m_Trans;
@@ -653,9 +691,12 @@ public:
     virtual ~CT_Model3DData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -670,6 +711,9 @@ public:
     bool CheckWinViewport() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_ObjectViewport* m_ObjViewport;
     CT_WindowViewport* m_WinViewport;
     std::uint32_t m_presence;
@@ -684,9 +728,12 @@ public:
     virtual ~CT_Model3DData__1();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -709,6 +756,9 @@ public:
     bool CheckUnkLight() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_PointLight* m_PtLight;
     CT_SpotLight* m_SpotLight;
     CT_DirectionalLight* m_DirLight;
@@ -725,6 +775,7 @@ public:
     virtual ~CT_PictureAttributionSourceURL();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -733,6 +784,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };

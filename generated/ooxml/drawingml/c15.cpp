@@ -23,7 +23,8 @@ CT_FullRef::~CT_FullRef()
 {
 }
 
-bool CT_FullRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FullRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -33,6 +34,9 @@ bool CT_FullRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FullRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FullRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FullRef::GetSqref() const { return m_Sqref; }
 void CT_FullRef::SetSqref(wxString value) { m_Sqref = std::move(value); m_presence |= (1u << 0); }
@@ -46,7 +50,8 @@ CT_LevelRef::~CT_LevelRef()
 {
 }
 
-bool CT_LevelRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LevelRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -56,6 +61,9 @@ bool CT_LevelRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LevelRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LevelRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LevelRef::GetSqref() const { return m_Sqref; }
 void CT_LevelRef::SetSqref(wxString value) { m_Sqref = std::move(value); m_presence |= (1u << 0); }
@@ -69,7 +77,8 @@ CT_FormulaRef::~CT_FormulaRef()
 {
 }
 
-bool CT_FormulaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FormulaRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -79,6 +88,9 @@ bool CT_FormulaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FormulaRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FormulaRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FormulaRef::GetSqref() const { return m_Sqref; }
 void CT_FormulaRef::SetSqref(wxString value) { m_Sqref = std::move(value); m_presence |= (1u << 0); }
@@ -94,7 +106,8 @@ CT_FilteredSeriesTitle::~CT_FilteredSeriesTitle()
     delete m_Tx;
 }
 
-bool CT_FilteredSeriesTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredSeriesTitle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -104,6 +117,9 @@ bool CT_FilteredSeriesTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredSeriesTitle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredSeriesTitle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredCategoryTitle::CT_FilteredCategoryTitle()
     : m_Cat(nullptr),
@@ -116,7 +132,8 @@ CT_FilteredCategoryTitle::~CT_FilteredCategoryTitle()
     delete m_Cat;
 }
 
-bool CT_FilteredCategoryTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredCategoryTitle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -126,6 +143,9 @@ bool CT_FilteredCategoryTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredCategoryTitle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredCategoryTitle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredBarSer::CT_FilteredBarSer()
     : m_Ser(nullptr),
@@ -138,7 +158,8 @@ CT_FilteredBarSer::~CT_FilteredBarSer()
     delete m_Ser;
 }
 
-bool CT_FilteredBarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredBarSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -148,6 +169,9 @@ bool CT_FilteredBarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredBarSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredBarSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredLineSer::CT_FilteredLineSer()
     : m_Ser(nullptr),
@@ -160,7 +184,8 @@ CT_FilteredLineSer::~CT_FilteredLineSer()
     delete m_Ser;
 }
 
-bool CT_FilteredLineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredLineSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -170,6 +195,9 @@ bool CT_FilteredLineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredLineSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredLineSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredScatterSer::CT_FilteredScatterSer()
     : m_Ser(nullptr),
@@ -182,7 +210,8 @@ CT_FilteredScatterSer::~CT_FilteredScatterSer()
     delete m_Ser;
 }
 
-bool CT_FilteredScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredScatterSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -192,6 +221,9 @@ bool CT_FilteredScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredScatterSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredAreaSer::CT_FilteredAreaSer()
     : m_Ser(nullptr),
@@ -204,7 +236,8 @@ CT_FilteredAreaSer::~CT_FilteredAreaSer()
     delete m_Ser;
 }
 
-bool CT_FilteredAreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredAreaSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -214,6 +247,9 @@ bool CT_FilteredAreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredAreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredAreaSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredPieSer::CT_FilteredPieSer()
     : m_Ser(nullptr),
@@ -226,7 +262,8 @@ CT_FilteredPieSer::~CT_FilteredPieSer()
     delete m_Ser;
 }
 
-bool CT_FilteredPieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredPieSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -236,6 +273,9 @@ bool CT_FilteredPieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredPieSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredPieSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredBubbleSer::CT_FilteredBubbleSer()
     : m_Ser(nullptr),
@@ -248,7 +288,8 @@ CT_FilteredBubbleSer::~CT_FilteredBubbleSer()
     delete m_Ser;
 }
 
-bool CT_FilteredBubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredBubbleSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -258,6 +299,9 @@ bool CT_FilteredBubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredBubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredBubbleSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredRadarSer::CT_FilteredRadarSer()
     : m_Ser(nullptr),
@@ -270,7 +314,8 @@ CT_FilteredRadarSer::~CT_FilteredRadarSer()
     delete m_Ser;
 }
 
-bool CT_FilteredRadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredRadarSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -280,6 +325,9 @@ bool CT_FilteredRadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredRadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredRadarSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilteredSurfaceSer::CT_FilteredSurfaceSer()
     : m_Ser(nullptr),
@@ -292,7 +340,8 @@ CT_FilteredSurfaceSer::~CT_FilteredSurfaceSer()
     delete m_Ser;
 }
 
-bool CT_FilteredSurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilteredSurfaceSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -302,6 +351,9 @@ bool CT_FilteredSurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilteredSurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilteredSurfaceSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SeriesDataLabelsRange::CT_SeriesDataLabelsRange()
     : m_DlblRangeCache(nullptr),
@@ -314,7 +366,8 @@ CT_SeriesDataLabelsRange::~CT_SeriesDataLabelsRange()
     delete m_DlblRangeCache;
 }
 
-bool CT_SeriesDataLabelsRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SeriesDataLabelsRange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -326,6 +379,9 @@ bool CT_SeriesDataLabelsRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SeriesDataLabelsRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SeriesDataLabelsRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SeriesDataLabelsRange::GetF() const { return m_F; }
 void CT_SeriesDataLabelsRange::SetF(wxString value) { m_F = std::move(value); m_presence |= (1u << 0); }
@@ -351,7 +407,8 @@ CT_CategoryFilterException::~CT_CategoryFilterException()
     delete m_DLbl;
 }
 
-bool CT_CategoryFilterException::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CategoryFilterException::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -374,6 +431,9 @@ bool CT_CategoryFilterException::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CategoryFilterException::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CategoryFilterException::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CategoryFilterException::GetSqref() const { return m_Sqref; }
 void CT_CategoryFilterException::SetSqref(wxString value) { m_Sqref = std::move(value); m_presence |= (1u << 0); }
 
@@ -387,7 +447,8 @@ CT_CategoryFilterExceptions::~CT_CategoryFilterExceptions()
     DeleteAll(m_CategoryFilterException);
 }
 
-bool CT_CategoryFilterExceptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CategoryFilterExceptions::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -397,6 +458,9 @@ bool CT_CategoryFilterExceptions::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_CategoryFilterExceptions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CategoryFilterExceptions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CategoryFilterException> CT_CategoryFilterExceptions::GetCategoryFilterException() const { return m_CategoryFilterException; }
 void CT_CategoryFilterExceptions::SetCategoryFilterException(XMLPtrArray<CT_CategoryFilterException> value) { m_CategoryFilterException = std::move(value); m_presence |= (1u << 0); }
@@ -412,7 +476,8 @@ CT_DataLabelFieldTableEntry::~CT_DataLabelFieldTableEntry()
     delete m_DlblFieldTableCache;
 }
 
-bool CT_DataLabelFieldTableEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabelFieldTableEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -426,6 +491,9 @@ bool CT_DataLabelFieldTableEntry::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_DataLabelFieldTableEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabelFieldTableEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DataLabelFieldTableEntry::GetTxfldGUID() const { return m_TxfldGUID; }
 void CT_DataLabelFieldTableEntry::SetTxfldGUID(wxString value) { m_TxfldGUID = std::move(value); m_presence |= (1u << 0); }
@@ -442,7 +510,8 @@ CT_DataLabelFieldTable::~CT_DataLabelFieldTable()
     DeleteAll(m_DlblFTEntry);
 }
 
-bool CT_DataLabelFieldTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabelFieldTable::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -452,6 +521,9 @@ bool CT_DataLabelFieldTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DataLabelFieldTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabelFieldTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DataLabelFieldTableEntry> CT_DataLabelFieldTable::GetDlblFTEntry() const { return m_DlblFTEntry; }
 void CT_DataLabelFieldTable::SetDlblFTEntry(XMLPtrArray<CT_DataLabelFieldTableEntry> value) { m_DlblFTEntry = std::move(value); m_presence |= (1u << 0); }

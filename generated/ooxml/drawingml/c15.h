@@ -46,6 +46,7 @@ public:
     virtual ~CT_FullRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sqref": value element, wxString
@@ -54,6 +55,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Sqref;
     std::uint32_t m_presence;
 };
@@ -67,6 +69,7 @@ public:
     virtual ~CT_LevelRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sqref": value element, wxString
@@ -75,6 +78,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Sqref;
     std::uint32_t m_presence;
 };
@@ -88,6 +92,7 @@ public:
     virtual ~CT_FormulaRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sqref": value element, wxString
@@ -96,6 +101,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Sqref;
     std::uint32_t m_presence;
 };
@@ -109,6 +115,7 @@ public:
     virtual ~CT_FilteredSeriesTitle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -117,6 +124,7 @@ public:
     bool CheckTx() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_SerTx* m_Tx;
     std::uint32_t m_presence;
 };
@@ -130,6 +138,7 @@ public:
     virtual ~CT_FilteredCategoryTitle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cat": child element
@@ -138,6 +147,7 @@ public:
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_AxDataSource* m_Cat;
     std::uint32_t m_presence;
 };
@@ -151,6 +161,7 @@ public:
     virtual ~CT_FilteredBarSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -159,6 +170,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_BarSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -172,6 +184,7 @@ public:
     virtual ~CT_FilteredLineSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -180,6 +193,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_LineSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -193,6 +207,7 @@ public:
     virtual ~CT_FilteredScatterSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -201,6 +216,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_ScatterSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -214,6 +230,7 @@ public:
     virtual ~CT_FilteredAreaSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -222,6 +239,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_AreaSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -235,6 +253,7 @@ public:
     virtual ~CT_FilteredPieSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -243,6 +262,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_PieSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -256,6 +276,7 @@ public:
     virtual ~CT_FilteredBubbleSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -264,6 +285,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_BubbleSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -277,6 +299,7 @@ public:
     virtual ~CT_FilteredRadarSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -285,6 +308,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_RadarSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -298,6 +322,7 @@ public:
     virtual ~CT_FilteredSurfaceSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element
@@ -306,6 +331,7 @@ public:
     bool CheckSer() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_SurfaceSer* m_Ser;
     std::uint32_t m_presence;
 };
@@ -319,6 +345,7 @@ public:
     virtual ~CT_SeriesDataLabelsRange();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "f": value element, wxString
@@ -331,6 +358,7 @@ public:
     bool CheckDlblRangeCache() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_F;
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* m_DlblRangeCache;
     std::uint32_t m_presence;
@@ -345,6 +373,7 @@ public:
     virtual ~CT_CategoryFilterException();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sqref": value element, wxString
@@ -377,6 +406,7 @@ public:
     bool CheckDLbl() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Sqref;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_UnsignedInt* m_Explosion;
@@ -396,6 +426,7 @@ public:
     virtual ~CT_CategoryFilterExceptions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "categoryFilterException": child element, repeated
@@ -404,6 +435,7 @@ public:
     bool CheckCategoryFilterException() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CategoryFilterException> m_CategoryFilterException;
     std::uint32_t m_presence;
 };
@@ -417,6 +449,7 @@ public:
     virtual ~CT_DataLabelFieldTableEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "txfldGUID": value element, wxString
@@ -433,6 +466,7 @@ public:
     bool CheckDlblFieldTableCache() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_TxfldGUID;
     wxString m_F;
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_StrData* m_DlblFieldTableCache;
@@ -448,6 +482,7 @@ public:
     virtual ~CT_DataLabelFieldTable();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dlblFTEntry": child element, repeated
@@ -456,6 +491,7 @@ public:
     bool CheckDlblFTEntry() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DataLabelFieldTableEntry> m_DlblFTEntry;
     std::uint32_t m_presence;
 };

@@ -26,7 +26,8 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
     delete m_CNvSpPr;
 }
 
-bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -38,6 +39,9 @@ bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Shape::CT_Shape()
     : m_NvSpPr(nullptr),
@@ -58,7 +62,8 @@ CT_Shape::~CT_Shape()
     delete m_TxBody;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -85,6 +90,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Shape::GetMacro() const { return m_Macro; }
 void CT_Shape::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 4); }
 wxString CT_Shape::GetTextlink() const { return m_Textlink; }
@@ -103,7 +111,8 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
     delete m_CNvCxnSpPr;
 }
 
-bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectorNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -115,6 +124,9 @@ bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectorNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Connector::CT_Connector()
     : m_NvCxnSpPr(nullptr),
@@ -132,7 +144,8 @@ CT_Connector::~CT_Connector()
     delete m_Style;
 }
 
-bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connector::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -153,6 +166,9 @@ bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connector::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Connector::GetMacro() const { return m_Macro; }
 void CT_Connector::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 3); }
 
@@ -169,7 +185,8 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
     delete m_CNvPicPr;
 }
 
-bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -181,6 +198,9 @@ bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Picture::CT_Picture()
     : m_NvPicPr(nullptr),
@@ -201,7 +221,8 @@ CT_Picture::~CT_Picture()
     delete m_Style;
 }
 
-bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Picture::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -224,6 +245,9 @@ bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Picture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Picture::GetMacro() const { return m_Macro; }
 void CT_Picture::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 4); }
 
@@ -240,7 +264,8 @@ CT_GraphicFrameNonVisual::~CT_GraphicFrameNonVisual()
     delete m_CNvGraphicFramePr;
 }
 
-bool CT_GraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicFrameNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -252,6 +277,9 @@ bool CT_GraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicFrameNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GraphicFrame::CT_GraphicFrame()
     : m_NvGraphicFramePr(nullptr),
@@ -269,7 +297,8 @@ CT_GraphicFrame::~CT_GraphicFrame()
     delete m_A_graphic;
 }
 
-bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -290,6 +319,9 @@ bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GraphicFrame::GetMacro() const { return m_Macro; }
 void CT_GraphicFrame::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 3); }
 
@@ -306,7 +338,8 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
     delete m_CNvGrpSpPr;
 }
 
-bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -318,6 +351,9 @@ bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupShape::CT_GroupShape()
     : m_NvGrpSpPr(nullptr),
@@ -333,7 +369,8 @@ CT_GroupShape::~CT_GroupShape()
     DeleteAll(m_Data__);
 }
 
-bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -347,6 +384,9 @@ bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupShapeData__> CT_GroupShape::GetData__() const { return m_Data__; }
 void CT_GroupShape::SetData__(XMLPtrArray<CT_GroupShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -370,7 +410,8 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
     delete m_Pic;
 }
 
-bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -389,7 +430,11 @@ bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -425,13 +470,20 @@ bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -454,7 +506,8 @@ EG_ObjectChoices::~EG_ObjectChoices()
     delete m_Data__;
 }
 
-bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ObjectChoices::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -465,7 +518,11 @@ bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ObjectChoices::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ObjectChoices::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ObjectChoicesData__::HasProperty(name, context))
     {
@@ -476,13 +533,20 @@ bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_ObjectChoices::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ObjectChoices::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ObjectChoices::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ObjectChoices::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ObjectChoices::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ObjectChoices::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -508,7 +572,8 @@ EG_ObjectChoicesData__::~EG_ObjectChoicesData__()
     delete m_Pic;
 }
 
-bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ObjectChoicesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -527,7 +592,11 @@ bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ObjectChoicesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ObjectChoicesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -563,13 +632,20 @@ bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ObjectChoicesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ObjectChoicesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -592,7 +668,8 @@ CT_Marker::~CT_Marker()
 {
 }
 
-bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Marker::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -604,6 +681,9 @@ bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Marker::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_RelSizeAnchor::CT_RelSizeAnchor()
     : m_From(nullptr),
@@ -620,7 +700,8 @@ CT_RelSizeAnchor::~CT_RelSizeAnchor()
     delete m_EG_ObjectChoices;
 }
 
-bool CT_RelSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelSizeAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -634,6 +715,9 @@ bool CT_RelSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RelSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelSizeAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AbsSizeAnchor::CT_AbsSizeAnchor()
     : m_From(nullptr),
@@ -650,7 +734,8 @@ CT_AbsSizeAnchor::~CT_AbsSizeAnchor()
     delete m_EG_ObjectChoices;
 }
 
-bool CT_AbsSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AbsSizeAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -665,6 +750,9 @@ bool CT_AbsSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AbsSizeAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AbsSizeAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_Anchor::EG_Anchor()
     : m_Data__(nullptr),
       m_presence(0)
@@ -676,7 +764,8 @@ EG_Anchor::~EG_Anchor()
     delete m_Data__;
 }
 
-bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Anchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -687,7 +776,11 @@ bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Anchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Anchor::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_AnchorData__::HasProperty(name, context))
     {
@@ -698,13 +791,20 @@ bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext*
     return false;
 }
 
-bool EG_Anchor::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Anchor::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Anchor::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Anchor::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Anchor::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Anchor::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -724,7 +824,8 @@ EG_AnchorData__::~EG_AnchorData__()
     delete m_AbsSizeAnchor;
 }
 
-bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AnchorData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -737,7 +838,11 @@ bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_AnchorData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_AnchorData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_relSizeAnchor))
@@ -755,13 +860,20 @@ bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_AnchorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_AnchorData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_AnchorData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_AnchorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_AnchorData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_AnchorData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -780,7 +892,8 @@ CT_Drawing::~CT_Drawing()
     DeleteAll(m_EG_Anchor);
 }
 
-bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Drawing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -790,6 +903,9 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Drawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_Anchor> CT_Drawing::GetEG_Anchor() const { return m_EG_Anchor; }
 void CT_Drawing::SetEG_Anchor(XMLPtrArray<EG_Anchor> value) { m_EG_Anchor = std::move(value); m_presence |= (1u << 0); }

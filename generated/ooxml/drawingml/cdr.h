@@ -46,6 +46,7 @@ public:
     virtual ~CT_ShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -58,6 +59,7 @@ public:
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     std::uint32_t m_presence;
@@ -72,6 +74,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvSpPr": child element
@@ -108,6 +111,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeNonVisual* m_NvSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -128,6 +132,7 @@ public:
     virtual ~CT_ConnectorNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -140,6 +145,7 @@ public:
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* m_CNvCxnSpPr;
     std::uint32_t m_presence;
@@ -154,6 +160,7 @@ public:
     virtual ~CT_Connector();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvCxnSpPr": child element
@@ -178,6 +185,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ConnectorNonVisual* m_NvCxnSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -195,6 +203,7 @@ public:
     virtual ~CT_PictureNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -207,6 +216,7 @@ public:
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* m_CNvPicPr;
     std::uint32_t m_presence;
@@ -221,6 +231,7 @@ public:
     virtual ~CT_Picture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvPicPr": child element
@@ -249,6 +260,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureNonVisual* m_NvPicPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* m_BlipFill;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -267,6 +279,7 @@ public:
     virtual ~CT_GraphicFrameNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -279,6 +292,7 @@ public:
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* m_CNvGraphicFramePr;
     std::uint32_t m_presence;
@@ -293,6 +307,7 @@ public:
     virtual ~CT_GraphicFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGraphicFramePr": child element
@@ -317,6 +332,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GraphicFrameNonVisual* m_NvGraphicFramePr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* m_A_graphic;
@@ -334,6 +350,7 @@ public:
     virtual ~CT_GroupShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -346,6 +363,7 @@ public:
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     std::uint32_t m_presence;
@@ -360,6 +378,7 @@ public:
     virtual ~CT_GroupShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGrpSpPr": child element
@@ -376,6 +395,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupShapeNonVisual* m_NvGrpSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* m_GrpSpPr;
     XMLPtrArray<CT_GroupShapeData__> m_Data__;
@@ -391,9 +411,12 @@ public:
     virtual ~CT_GroupShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -420,6 +443,9 @@ public:
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     CT_GraphicFrame* m_GraphicFrame;
@@ -437,9 +463,12 @@ public:
     virtual ~EG_ObjectChoices();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -450,6 +479,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ObjectChoicesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -463,9 +495,12 @@ public:
     virtual ~EG_ObjectChoicesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -492,6 +527,9 @@ public:
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     CT_GraphicFrame* m_GraphicFrame;
@@ -509,6 +547,7 @@ public:
     virtual ~CT_Marker();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": value element, double
@@ -521,6 +560,7 @@ public:
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_X;
     double m_Y;
     std::uint32_t m_presence;
@@ -535,6 +575,7 @@ public:
     virtual ~CT_RelSizeAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "from": child element
@@ -551,6 +592,7 @@ public:
     bool CheckEG_ObjectChoices() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Marker* m_From;
     CT_Marker* m_To;
     EG_ObjectChoices* m_EG_ObjectChoices;
@@ -566,6 +608,7 @@ public:
     virtual ~CT_AbsSizeAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "from": child element
@@ -582,6 +625,7 @@ public:
     bool CheckEG_ObjectChoices() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Marker* m_From;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* m_Ext;
     EG_ObjectChoices* m_EG_ObjectChoices;
@@ -597,9 +641,12 @@ public:
     virtual ~EG_Anchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -610,6 +657,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_AnchorData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -623,9 +673,12 @@ public:
     virtual ~EG_AnchorData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -640,6 +693,9 @@ public:
     bool CheckAbsSizeAnchor() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_RelSizeAnchor* m_RelSizeAnchor;
     CT_AbsSizeAnchor* m_AbsSizeAnchor;
     std::uint32_t m_presence;
@@ -654,6 +710,7 @@ public:
     virtual ~CT_Drawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_Anchor, repeated
@@ -662,6 +719,7 @@ public:
     bool CheckEG_Anchor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_Anchor> m_EG_Anchor;
     std::uint32_t m_presence;
 };

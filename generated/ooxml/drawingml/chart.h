@@ -186,6 +186,7 @@ public:
     virtual ~CT_Boolean();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "true"
@@ -194,6 +195,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -207,6 +209,7 @@ public:
     virtual ~CT_Double();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -215,6 +218,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -228,6 +232,7 @@ public:
     virtual ~CT_UnsignedInt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -236,6 +241,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -249,6 +255,7 @@ public:
     virtual ~CT_RelId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -257,6 +264,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -270,6 +278,7 @@ public:
     virtual ~CT_Extension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "c15:filteredSeriesTitle": child element
@@ -286,6 +295,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredSeriesTitle* m_C15_filteredSeriesTitle;
     schemas_microsoft_com_office_drawing_x2012_chart::CT_FilteredCategoryTitle* m_C15_filteredCategoryTitle;
     wxString m_Uri;
@@ -301,6 +311,7 @@ public:
     virtual ~CT_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ext": child element, repeated
@@ -309,6 +320,7 @@ public:
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Extension> m_Ext;
     std::uint32_t m_presence;
 };
@@ -322,6 +334,7 @@ public:
     virtual ~CT_NumVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": value element, wxString
@@ -338,6 +351,7 @@ public:
     bool CheckFormatCode() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     unsigned int m_Idx;
     wxString m_FormatCode;
@@ -353,6 +367,7 @@ public:
     virtual ~CT_NumData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formatCode": value element, wxString
@@ -373,6 +388,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_FormatCode;
     CT_UnsignedInt* m_PtCount;
     XMLPtrArray<CT_NumVal> m_Pt;
@@ -389,6 +405,7 @@ public:
     virtual ~CT_NumRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "f": value element, wxString
@@ -405,6 +422,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_F;
     CT_NumData* m_NumCache;
     CT_ExtensionList* m_ExtLst;
@@ -420,6 +438,7 @@ public:
     virtual ~CT_NumDataSource();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -428,6 +447,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NumDataSourceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -441,9 +461,12 @@ public:
     virtual ~CT_NumDataSourceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -458,6 +481,9 @@ public:
     bool CheckNumLit() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NumRef* m_NumRef;
     CT_NumData* m_NumLit;
     std::uint32_t m_presence;
@@ -472,6 +498,7 @@ public:
     virtual ~CT_StrVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": value element, wxString
@@ -484,6 +511,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -498,6 +526,7 @@ public:
     virtual ~CT_StrData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ptCount": child element
@@ -514,6 +543,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_PtCount;
     XMLPtrArray<CT_StrVal> m_Pt;
     CT_ExtensionList* m_ExtLst;
@@ -529,6 +559,7 @@ public:
     virtual ~CT_StrRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "f": value element, wxString
@@ -545,6 +576,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_F;
     CT_StrData* m_StrCache;
     CT_ExtensionList* m_ExtLst;
@@ -560,6 +592,7 @@ public:
     virtual ~CT_Tx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -568,6 +601,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TxData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -581,9 +615,12 @@ public:
     virtual ~CT_TxData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -598,6 +635,9 @@ public:
     bool CheckRich() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_StrRef* m_StrRef;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_Rich;
     std::uint32_t m_presence;
@@ -612,6 +652,7 @@ public:
     virtual ~CT_TextLanguageID();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -620,6 +661,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -633,6 +675,7 @@ public:
     virtual ~CT_Lvl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -641,6 +684,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_StrVal> m_Pt;
     std::uint32_t m_presence;
 };
@@ -654,6 +698,7 @@ public:
     virtual ~CT_MultiLvlStrData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ptCount": child element
@@ -670,6 +715,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_PtCount;
     XMLPtrArray<CT_Lvl> m_Lvl;
     CT_ExtensionList* m_ExtLst;
@@ -685,6 +731,7 @@ public:
     virtual ~CT_MultiLvlStrRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "f": value element, wxString
@@ -701,6 +748,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_F;
     CT_MultiLvlStrData* m_MultiLvlStrCache;
     CT_ExtensionList* m_ExtLst;
@@ -716,6 +764,7 @@ public:
     virtual ~CT_AxDataSource();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -724,6 +773,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AxDataSourceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -737,9 +787,12 @@ public:
     virtual ~CT_AxDataSourceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -766,6 +819,9 @@ public:
     bool CheckStrLit() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_MultiLvlStrRef* m_MultiLvlStrRef;
     CT_NumRef* m_NumRef;
     CT_NumData* m_NumLit;
@@ -783,6 +839,7 @@ public:
     virtual ~CT_SerTx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -791,6 +848,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SerTxData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -804,9 +862,12 @@ public:
     virtual ~CT_SerTxData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -821,6 +882,9 @@ public:
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_StrRef* m_StrRef;
     wxString m_V;
     std::uint32_t m_presence;
@@ -835,6 +899,7 @@ public:
     virtual ~CT_LayoutTarget();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "outer"
@@ -843,6 +908,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -856,6 +922,7 @@ public:
     virtual ~CT_LayoutMode();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "factor"
@@ -864,6 +931,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -877,6 +945,7 @@ public:
     virtual ~CT_ManualLayout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "layoutTarget": child element
@@ -921,6 +990,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LayoutTarget* m_LayoutTarget;
     CT_LayoutMode* m_XMode;
     CT_LayoutMode* m_YMode;
@@ -943,6 +1013,7 @@ public:
     virtual ~CT_Layout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "manualLayout": child element
@@ -955,6 +1026,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ManualLayout* m_ManualLayout;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -969,6 +1041,7 @@ public:
     virtual ~CT_Title();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -997,6 +1070,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Tx* m_Tx;
     CT_Layout* m_Layout;
     CT_Boolean* m_Overlay;
@@ -1015,6 +1089,7 @@ public:
     virtual ~CT_RotX();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, char, default "0"
@@ -1023,6 +1098,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     char m_Val;
     std::uint32_t m_presence;
 };
@@ -1036,6 +1112,7 @@ public:
     virtual ~CT_HPercent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "100%"
@@ -1044,6 +1121,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1057,6 +1135,7 @@ public:
     virtual ~CT_RotY();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned short, default "0"
@@ -1065,6 +1144,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned short m_Val;
     std::uint32_t m_presence;
 };
@@ -1078,6 +1158,7 @@ public:
     virtual ~CT_DepthPercent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "100%"
@@ -1086,6 +1167,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1099,6 +1181,7 @@ public:
     virtual ~CT_Perspective();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned char, default "30"
@@ -1107,6 +1190,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned char m_Val;
     std::uint32_t m_presence;
 };
@@ -1120,6 +1204,7 @@ public:
     virtual ~CT_View3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rotX": child element
@@ -1152,6 +1237,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RotX* m_RotX;
     CT_HPercent* m_HPercent;
     CT_RotY* m_RotY;
@@ -1171,6 +1257,7 @@ public:
     virtual ~CT_Surface();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "thickness": child element
@@ -1191,6 +1278,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Thickness* m_Thickness;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_PictureOptions* m_PictureOptions;
@@ -1207,6 +1295,7 @@ public:
     virtual ~CT_Thickness();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -1215,6 +1304,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1228,6 +1318,7 @@ public:
     virtual ~CT_DTable();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "showHorzBorder": child element
@@ -1260,6 +1351,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_ShowHorzBorder;
     CT_Boolean* m_ShowVertBorder;
     CT_Boolean* m_ShowOutline;
@@ -1279,6 +1371,7 @@ public:
     virtual ~CT_GapAmount();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "150%"
@@ -1287,6 +1380,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1300,6 +1394,7 @@ public:
     virtual ~CT_Overlap();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "0%"
@@ -1308,6 +1403,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1321,6 +1417,7 @@ public:
     virtual ~CT_BubbleScale();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "100%"
@@ -1329,6 +1426,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1342,6 +1440,7 @@ public:
     virtual ~CT_SizeRepresents();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "area"
@@ -1350,6 +1449,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1363,6 +1463,7 @@ public:
     virtual ~CT_FirstSliceAng();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned short, default "0"
@@ -1371,6 +1472,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned short m_Val;
     std::uint32_t m_presence;
 };
@@ -1384,6 +1486,7 @@ public:
     virtual ~CT_HoleSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "10%"
@@ -1392,6 +1495,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1405,6 +1509,7 @@ public:
     virtual ~CT_SplitType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "auto"
@@ -1413,6 +1518,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1426,6 +1532,7 @@ public:
     virtual ~CT_CustSplit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "secondPiePt": child element, repeated
@@ -1434,6 +1541,7 @@ public:
     bool CheckSecondPiePt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_UnsignedInt> m_SecondPiePt;
     std::uint32_t m_presence;
 };
@@ -1447,6 +1555,7 @@ public:
     virtual ~CT_SecondPieSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "75%"
@@ -1455,6 +1564,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1468,6 +1578,7 @@ public:
     virtual ~CT_NumFmt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formatCode": attribute, wxString
@@ -1480,6 +1591,7 @@ public:
     bool CheckSourceLinked() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_FormatCode;
     bool m_SourceLinked;
     std::uint32_t m_presence;
@@ -1494,6 +1606,7 @@ public:
     virtual ~CT_LblAlgn();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1502,6 +1615,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1515,6 +1629,7 @@ public:
     virtual ~CT_DLblPos();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1523,6 +1638,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1536,9 +1652,12 @@ public:
     virtual ~EG_DLblShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1589,6 +1708,9 @@ public:
     bool CheckSeparator() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NumFmt* m_NumFmt;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -1612,9 +1734,12 @@ public:
     virtual ~Group_DLbl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1633,6 +1758,9 @@ public:
     bool CheckEG_DLblShared() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Layout* m_Layout;
     CT_Tx* m_Tx;
     EG_DLblShared* m_EG_DLblShared;
@@ -1648,6 +1776,7 @@ public:
     virtual ~CT_DLbl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": child element
@@ -1664,6 +1793,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     CT_DLblData__* m_Data__;
     CT_ExtensionList* m_ExtLst;
@@ -1679,9 +1809,12 @@ public:
     virtual ~CT_DLblData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1696,6 +1829,9 @@ public:
     bool CheckGroup_DLbl() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Boolean* m_Delete;
     Group_DLbl* m_Group_DLbl;
     std::uint32_t m_presence;
@@ -1710,9 +1846,12 @@ public:
     virtual ~Group_DLbls();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1731,6 +1870,9 @@ public:
     bool CheckLeaderLines() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_DLblShared* m_EG_DLblShared;
     CT_Boolean* m_ShowLeaderLines;
     CT_ChartLines* m_LeaderLines;
@@ -1746,6 +1888,7 @@ public:
     virtual ~CT_DLbls();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dLbl": child element, repeated
@@ -1762,6 +1905,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DLbl> m_DLbl;
     CT_DLblsData__* m_Data__;
     CT_ExtensionList* m_ExtLst;
@@ -1777,9 +1921,12 @@ public:
     virtual ~CT_DLblsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1794,6 +1941,9 @@ public:
     bool CheckGroup_DLbls() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Boolean* m_Delete;
     Group_DLbls* m_Group_DLbls;
     std::uint32_t m_presence;
@@ -1808,6 +1958,7 @@ public:
     virtual ~CT_MarkerStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1816,6 +1967,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1829,6 +1981,7 @@ public:
     virtual ~CT_MarkerSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned char, default "5"
@@ -1837,6 +1990,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned char m_Val;
     std::uint32_t m_presence;
 };
@@ -1850,6 +2004,7 @@ public:
     virtual ~CT_Marker();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "symbol": child element
@@ -1870,6 +2025,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MarkerStyle* m_Symbol;
     CT_MarkerSize* m_Size;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -1886,6 +2042,7 @@ public:
     virtual ~CT_DPt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": child element
@@ -1922,6 +2079,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     CT_Boolean* m_InvertIfNegative;
     CT_Marker* m_Marker;
@@ -1942,6 +2100,7 @@ public:
     virtual ~CT_TrendlineType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "linear"
@@ -1950,6 +2109,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1963,6 +2123,7 @@ public:
     virtual ~CT_Order();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned char, default "2"
@@ -1971,6 +2132,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned char m_Val;
     std::uint32_t m_presence;
 };
@@ -1984,6 +2146,7 @@ public:
     virtual ~CT_Period();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int, default "2"
@@ -1992,6 +2155,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -2005,6 +2169,7 @@ public:
     virtual ~CT_TrendlineLbl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "layout": child element
@@ -2033,6 +2198,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Layout* m_Layout;
     CT_Tx* m_Tx;
     CT_NumFmt* m_NumFmt;
@@ -2051,6 +2217,7 @@ public:
     virtual ~CT_Trendline();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": value element, wxString
@@ -2103,6 +2270,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 11)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_TrendlineType* m_TrendlineType;
@@ -2127,6 +2295,7 @@ public:
     virtual ~CT_ErrDir();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -2135,6 +2304,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2148,6 +2318,7 @@ public:
     virtual ~CT_ErrBarType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "both"
@@ -2156,6 +2327,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2169,6 +2341,7 @@ public:
     virtual ~CT_ErrValType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "fixedVal"
@@ -2177,6 +2350,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2190,6 +2364,7 @@ public:
     virtual ~CT_ErrBars();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "errDir": child element
@@ -2230,6 +2405,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ErrDir* m_ErrDir;
     CT_ErrBarType* m_ErrBarType;
     CT_ErrValType* m_ErrValType;
@@ -2251,6 +2427,7 @@ public:
     virtual ~CT_UpDownBar();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -2259,6 +2436,7 @@ public:
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     std::uint32_t m_presence;
 };
@@ -2272,6 +2450,7 @@ public:
     virtual ~CT_UpDownBars();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gapWidth": child element
@@ -2292,6 +2471,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GapAmount* m_GapWidth;
     CT_UpDownBar* m_UpBars;
     CT_UpDownBar* m_DownBars;
@@ -2308,9 +2488,12 @@ public:
     virtual ~EG_SerShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2333,6 +2516,9 @@ public:
     bool CheckSpPr() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     CT_UnsignedInt* m_Order;
     CT_SerTx* m_Tx;
@@ -2349,6 +2535,7 @@ public:
     virtual ~CT_LineSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2393,6 +2580,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_Marker* m_Marker;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2415,6 +2603,7 @@ public:
     virtual ~CT_ScatterSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2459,6 +2648,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_Marker* m_Marker;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2481,6 +2671,7 @@ public:
     virtual ~CT_RadarSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2513,6 +2704,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_Marker* m_Marker;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2532,6 +2724,7 @@ public:
     virtual ~CT_BarSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2580,6 +2773,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_Boolean* m_InvertIfNegative;
     CT_PictureOptions* m_PictureOptions;
@@ -2603,6 +2797,7 @@ public:
     virtual ~CT_AreaSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2643,6 +2838,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_PictureOptions* m_PictureOptions;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2664,6 +2860,7 @@ public:
     virtual ~CT_PieSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2696,6 +2893,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_UnsignedInt* m_Explosion;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2715,6 +2913,7 @@ public:
     virtual ~CT_BubbleSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2763,6 +2962,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_Boolean* m_InvertIfNegative;
     XMLPtrArray<CT_DPt> m_DPt;
@@ -2786,6 +2986,7 @@ public:
     virtual ~CT_SurfaceSer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SerShared
@@ -2806,6 +3007,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SerShared* m_EG_SerShared;
     CT_AxDataSource* m_Cat;
     CT_NumDataSource* m_Val;
@@ -2822,6 +3024,7 @@ public:
     virtual ~CT_Grouping();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "standard"
@@ -2830,6 +3033,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2843,6 +3047,7 @@ public:
     virtual ~CT_ChartLines();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -2851,6 +3056,7 @@ public:
     bool CheckSpPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     std::uint32_t m_presence;
 };
@@ -2864,9 +3070,12 @@ public:
     virtual ~EG_LineChartShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2893,6 +3102,9 @@ public:
     bool CheckDropLines() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Grouping* m_Grouping;
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_LineSer> m_Ser;
@@ -2910,6 +3122,7 @@ public:
     virtual ~CT_LineChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_LineChartShared
@@ -2942,6 +3155,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_LineChartShared* m_EG_LineChartShared;
     CT_ChartLines* m_HiLowLines;
     CT_UpDownBars* m_UpDownBars;
@@ -2961,6 +3175,7 @@ public:
     virtual ~CT_Line3DChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_LineChartShared
@@ -2981,6 +3196,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_LineChartShared* m_EG_LineChartShared;
     CT_GapAmount* m_GapDepth;
     XMLPtrArray<CT_UnsignedInt> m_AxId;
@@ -2997,6 +3213,7 @@ public:
     virtual ~CT_StockChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ser": child element, repeated
@@ -3029,6 +3246,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LineSer> m_Ser;
     CT_DLbls* m_DLbls;
     CT_ChartLines* m_DropLines;
@@ -3048,6 +3266,7 @@ public:
     virtual ~CT_ScatterStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "marker"
@@ -3056,6 +3275,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3069,6 +3289,7 @@ public:
     virtual ~CT_ScatterChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "scatterStyle": child element
@@ -3097,6 +3318,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ScatterStyle* m_ScatterStyle;
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_ScatterSer> m_Ser;
@@ -3115,6 +3337,7 @@ public:
     virtual ~CT_RadarStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "standard"
@@ -3123,6 +3346,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3136,6 +3360,7 @@ public:
     virtual ~CT_RadarChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "radarStyle": child element
@@ -3164,6 +3389,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RadarStyle* m_RadarStyle;
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_RadarSer> m_Ser;
@@ -3182,6 +3408,7 @@ public:
     virtual ~CT_BarGrouping();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "clustered"
@@ -3190,6 +3417,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3203,6 +3431,7 @@ public:
     virtual ~CT_BarDir();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "col"
@@ -3211,6 +3440,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3224,6 +3454,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "box"
@@ -3232,6 +3463,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3245,9 +3477,12 @@ public:
     virtual ~EG_BarChartShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3274,6 +3509,9 @@ public:
     bool CheckDLbls() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_BarDir* m_BarDir;
     CT_BarGrouping* m_Grouping;
     CT_Boolean* m_VaryColors;
@@ -3291,6 +3529,7 @@ public:
     virtual ~CT_BarChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_BarChartShared
@@ -3319,6 +3558,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_BarChartShared* m_EG_BarChartShared;
     CT_GapAmount* m_GapWidth;
     CT_Overlap* m_Overlap;
@@ -3337,6 +3577,7 @@ public:
     virtual ~CT_Bar3DChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_BarChartShared
@@ -3365,6 +3606,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_BarChartShared* m_EG_BarChartShared;
     CT_GapAmount* m_GapWidth;
     CT_GapAmount* m_GapDepth;
@@ -3383,9 +3625,12 @@ public:
     virtual ~EG_AreaChartShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3412,6 +3657,9 @@ public:
     bool CheckDropLines() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Grouping* m_Grouping;
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_AreaSer> m_Ser;
@@ -3429,6 +3677,7 @@ public:
     virtual ~CT_AreaChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AreaChartShared
@@ -3445,6 +3694,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AreaChartShared* m_EG_AreaChartShared;
     XMLPtrArray<CT_UnsignedInt> m_AxId;
     CT_ExtensionList* m_ExtLst;
@@ -3460,6 +3710,7 @@ public:
     virtual ~CT_Area3DChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AreaChartShared
@@ -3480,6 +3731,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AreaChartShared* m_EG_AreaChartShared;
     CT_GapAmount* m_GapDepth;
     XMLPtrArray<CT_UnsignedInt> m_AxId;
@@ -3496,9 +3748,12 @@ public:
     virtual ~EG_PieChartShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3517,6 +3772,9 @@ public:
     bool CheckDLbls() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_PieSer> m_Ser;
     CT_DLbls* m_DLbls;
@@ -3532,6 +3790,7 @@ public:
     virtual ~CT_PieChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_PieChartShared
@@ -3548,6 +3807,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_PieChartShared* m_EG_PieChartShared;
     CT_FirstSliceAng* m_FirstSliceAng;
     CT_ExtensionList* m_ExtLst;
@@ -3563,6 +3823,7 @@ public:
     virtual ~CT_Pie3DChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_PieChartShared
@@ -3575,6 +3836,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_PieChartShared* m_EG_PieChartShared;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -3589,6 +3851,7 @@ public:
     virtual ~CT_DoughnutChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_PieChartShared
@@ -3609,6 +3872,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_PieChartShared* m_EG_PieChartShared;
     CT_FirstSliceAng* m_FirstSliceAng;
     CT_HoleSize* m_HoleSize;
@@ -3625,6 +3889,7 @@ public:
     virtual ~CT_OfPieType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "pie"
@@ -3633,6 +3898,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3646,6 +3912,7 @@ public:
     virtual ~CT_OfPieChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ofPieType": child element
@@ -3686,6 +3953,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfPieType* m_OfPieType;
     EG_PieChartShared* m_EG_PieChartShared;
     CT_GapAmount* m_GapWidth;
@@ -3707,6 +3975,7 @@ public:
     virtual ~CT_BubbleChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "varyColors": child element
@@ -3747,6 +4016,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_VaryColors;
     XMLPtrArray<CT_BubbleSer> m_Ser;
     CT_DLbls* m_DLbls;
@@ -3768,6 +4038,7 @@ public:
     virtual ~CT_BandFmt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": child element
@@ -3780,6 +4051,7 @@ public:
     bool CheckSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     std::uint32_t m_presence;
@@ -3794,6 +4066,7 @@ public:
     virtual ~CT_BandFmts();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bandFmt": child element, repeated
@@ -3802,6 +4075,7 @@ public:
     bool CheckBandFmt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_BandFmt> m_BandFmt;
     std::uint32_t m_presence;
 };
@@ -3815,9 +4089,12 @@ public:
     virtual ~EG_SurfaceChartShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3836,6 +4113,9 @@ public:
     bool CheckBandFmts() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Boolean* m_Wireframe;
     XMLPtrArray<CT_SurfaceSer> m_Ser;
     CT_BandFmts* m_BandFmts;
@@ -3851,6 +4131,7 @@ public:
     virtual ~CT_SurfaceChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SurfaceChartShared
@@ -3867,6 +4148,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SurfaceChartShared* m_EG_SurfaceChartShared;
     XMLPtrArray<CT_UnsignedInt> m_AxId;
     CT_ExtensionList* m_ExtLst;
@@ -3882,6 +4164,7 @@ public:
     virtual ~CT_Surface3DChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SurfaceChartShared
@@ -3898,6 +4181,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SurfaceChartShared* m_EG_SurfaceChartShared;
     XMLPtrArray<CT_UnsignedInt> m_AxId;
     CT_ExtensionList* m_ExtLst;
@@ -3913,6 +4197,7 @@ public:
     virtual ~CT_AxPos();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -3921,6 +4206,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3934,6 +4220,7 @@ public:
     virtual ~CT_Crosses();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -3942,6 +4229,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3955,6 +4243,7 @@ public:
     virtual ~CT_CrossBetween();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -3963,6 +4252,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3976,6 +4266,7 @@ public:
     virtual ~CT_TickMark();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "cross"
@@ -3984,6 +4275,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -3997,6 +4289,7 @@ public:
     virtual ~CT_TickLblPos();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "nextTo"
@@ -4005,6 +4298,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4018,6 +4312,7 @@ public:
     virtual ~CT_Skip();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -4026,6 +4321,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -4039,6 +4335,7 @@ public:
     virtual ~CT_TimeUnit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "days"
@@ -4047,6 +4344,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4060,6 +4358,7 @@ public:
     virtual ~CT_AxisUnit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -4068,6 +4367,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -4081,6 +4381,7 @@ public:
     virtual ~CT_BuiltInUnit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "thousands"
@@ -4089,6 +4390,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4102,6 +4404,7 @@ public:
     virtual ~CT_PictureFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -4110,6 +4413,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4123,6 +4427,7 @@ public:
     virtual ~CT_PictureStackUnit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -4131,6 +4436,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -4144,6 +4450,7 @@ public:
     virtual ~CT_PictureOptions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "applyToFront": child element
@@ -4168,6 +4475,7 @@ public:
     bool CheckPictureStackUnit() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_ApplyToFront;
     CT_Boolean* m_ApplyToSides;
     CT_Boolean* m_ApplyToEnd;
@@ -4185,6 +4493,7 @@ public:
     virtual ~CT_DispUnitsLbl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "layout": child element
@@ -4205,6 +4514,7 @@ public:
     bool CheckTxPr() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Layout* m_Layout;
     CT_Tx* m_Tx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -4221,6 +4531,7 @@ public:
     virtual ~CT_DispUnits();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -4237,6 +4548,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DispUnitsData__* m_Data__;
     CT_DispUnitsLbl* m_DispUnitsLbl;
     CT_ExtensionList* m_ExtLst;
@@ -4252,9 +4564,12 @@ public:
     virtual ~CT_DispUnitsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4269,6 +4584,9 @@ public:
     bool CheckBuiltInUnit() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Double* m_CustUnit;
     CT_BuiltInUnit* m_BuiltInUnit;
     std::uint32_t m_presence;
@@ -4283,6 +4601,7 @@ public:
     virtual ~CT_Orientation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "minMax"
@@ -4291,6 +4610,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4304,6 +4624,7 @@ public:
     virtual ~CT_LogBase();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -4312,6 +4633,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -4325,6 +4647,7 @@ public:
     virtual ~CT_Scaling();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "logBase": child element
@@ -4349,6 +4672,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LogBase* m_LogBase;
     CT_Orientation* m_Orientation;
     CT_Double* m_Max;
@@ -4366,6 +4690,7 @@ public:
     virtual ~CT_LblOffset();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "100%"
@@ -4374,6 +4699,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -4387,9 +4713,12 @@ public:
     virtual ~EG_AxShared();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4456,6 +4785,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_UnsignedInt* m_AxId;
     CT_Scaling* m_Scaling;
     CT_Boolean* m_Delete;
@@ -4483,9 +4815,12 @@ public:
     virtual ~EG_AxSharedData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4500,6 +4835,9 @@ public:
     bool CheckCrossesAt() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Crosses* m_Crosses;
     CT_Double* m_CrossesAt;
     std::uint32_t m_presence;
@@ -4514,6 +4852,7 @@ public:
     virtual ~CT_CatAx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AxShared
@@ -4550,6 +4889,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AxShared* m_EG_AxShared;
     CT_Boolean* m_Auto;
     CT_LblAlgn* m_LblAlgn;
@@ -4570,6 +4910,7 @@ public:
     virtual ~CT_DateAx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AxShared
@@ -4610,6 +4951,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AxShared* m_EG_AxShared;
     CT_Boolean* m_Auto;
     CT_LblOffset* m_LblOffset;
@@ -4631,6 +4973,7 @@ public:
     virtual ~CT_SerAx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AxShared
@@ -4651,6 +4994,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AxShared* m_EG_AxShared;
     CT_Skip* m_TickLblSkip;
     CT_Skip* m_TickMarkSkip;
@@ -4667,6 +5011,7 @@ public:
     virtual ~CT_ValAx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_AxShared
@@ -4695,6 +5040,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_AxShared* m_EG_AxShared;
     CT_CrossBetween* m_CrossBetween;
     CT_AxisUnit* m_MajorUnit;
@@ -4713,6 +5059,7 @@ public:
     virtual ~CT_PlotArea();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "layout": child element
@@ -4741,6 +5088,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Layout* m_Layout;
     XMLPtrArray<CT_PlotAreaData__> m_Data__;
     XMLPtrArray<CT_PlotAreaData__1> m_Data__1;
@@ -4759,9 +5107,12 @@ public:
     virtual ~CT_PlotAreaData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4832,6 +5183,9 @@ public:
     bool CheckBubbleChart() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_AreaChart* m_AreaChart;
     CT_Area3DChart* m_Area3DChart;
     CT_LineChart* m_LineChart;
@@ -4860,9 +5214,12 @@ public:
     virtual ~CT_PlotAreaData__1();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4885,6 +5242,9 @@ public:
     bool CheckSerAx() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_ValAx* m_ValAx;
     CT_CatAx* m_CatAx;
     CT_DateAx* m_DateAx;
@@ -4901,6 +5261,7 @@ public:
     virtual ~CT_PivotFmt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": child element
@@ -4929,6 +5290,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -4947,6 +5309,7 @@ public:
     virtual ~CT_PivotFmts();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotFmt": child element, repeated
@@ -4955,6 +5318,7 @@ public:
     bool CheckPivotFmt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotFmt> m_PivotFmt;
     std::uint32_t m_presence;
 };
@@ -4968,6 +5332,7 @@ public:
     virtual ~CT_LegendPos();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "r"
@@ -4976,6 +5341,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -4989,9 +5355,12 @@ public:
     virtual ~EG_LegendEntryData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5002,6 +5371,9 @@ public:
     bool CheckTxPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
     std::uint32_t m_presence;
 };
@@ -5015,6 +5387,7 @@ public:
     virtual ~CT_LegendEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": child element
@@ -5031,6 +5404,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_UnsignedInt* m_Idx;
     CT_LegendEntryData__* m_Data__;
     CT_ExtensionList* m_ExtLst;
@@ -5046,9 +5420,12 @@ public:
     virtual ~CT_LegendEntryData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5063,6 +5440,9 @@ public:
     bool CheckEG_LegendEntryData() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Boolean* m_Delete;
     EG_LegendEntryData* m_EG_LegendEntryData;
     std::uint32_t m_presence;
@@ -5077,6 +5457,7 @@ public:
     virtual ~CT_Legend();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "legendPos": child element
@@ -5109,6 +5490,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LegendPos* m_LegendPos;
     XMLPtrArray<CT_LegendEntry> m_LegendEntry;
     CT_Layout* m_Layout;
@@ -5128,6 +5510,7 @@ public:
     virtual ~CT_DispBlanksAs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "zero"
@@ -5136,6 +5519,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -5149,6 +5533,7 @@ public:
     virtual ~CT_Chart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element
@@ -5205,6 +5590,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Title* m_Title;
     CT_Boolean* m_AutoTitleDeleted;
     CT_PivotFmts* m_PivotFmts;
@@ -5230,6 +5616,7 @@ public:
     virtual ~CT_Style();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned char
@@ -5238,6 +5625,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned char m_Val;
     std::uint32_t m_presence;
 };
@@ -5251,6 +5639,7 @@ public:
     virtual ~CT_PivotSource();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": value element, wxString
@@ -5267,6 +5656,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     CT_UnsignedInt* m_FmtId;
     XMLPtrArray<CT_ExtensionList> m_ExtLst;
@@ -5282,6 +5672,7 @@ public:
     virtual ~CT_Protection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chartObject": child element
@@ -5306,6 +5697,7 @@ public:
     bool CheckUserInterface() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_ChartObject;
     CT_Boolean* m_Data;
     CT_Boolean* m_Formatting;
@@ -5323,6 +5715,7 @@ public:
     virtual ~CT_HeaderFooter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oddHeader": value element, wxString
@@ -5363,6 +5756,7 @@ public:
     bool CheckDifferentFirst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_OddHeader;
     wxString m_OddFooter;
     wxString m_EvenHeader;
@@ -5384,6 +5778,7 @@ public:
     virtual ~CT_PageMargins();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "l": attribute, double
@@ -5412,6 +5807,7 @@ public:
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_L;
     double m_R;
     double m_T;
@@ -5430,6 +5826,7 @@ public:
     virtual ~CT_ExternalData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoUpdate": child element
@@ -5442,6 +5839,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_AutoUpdate;
     wxString m_R_id;
     std::uint32_t m_presence;
@@ -5456,6 +5854,7 @@ public:
     virtual ~CT_PageSetup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "paperSize": attribute, unsigned int, default "1"
@@ -5504,6 +5903,7 @@ public:
     bool CheckCopies() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_PaperSize;
     wxString m_PaperHeight;
     wxString m_PaperWidth;
@@ -5527,6 +5927,7 @@ public:
     virtual ~CT_PrintSettings();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "headerFooter": child element
@@ -5547,6 +5948,7 @@ public:
     bool CheckLegacyDrawingHF() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_HeaderFooter* m_HeaderFooter;
     CT_PageMargins* m_PageMargins;
     CT_PageSetup* m_PageSetup;
@@ -5563,6 +5965,7 @@ public:
     virtual ~CT_ChartSpace();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "date1904": child element
@@ -5623,6 +6026,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Boolean* m_Date1904;
     CT_TextLanguageID* m_Lang;
     CT_Boolean* m_RoundedCorners;

@@ -24,7 +24,8 @@ CT_Boolean::~CT_Boolean()
 {
 }
 
-bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Boolean::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -36,6 +37,9 @@ bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Boolean::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Double::CT_Double()
     : m_Val(0),
       m_presence(0)
@@ -46,7 +50,8 @@ CT_Double::~CT_Double()
 {
 }
 
-bool CT_Double::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Double::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -58,6 +63,9 @@ bool CT_Double::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Double::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Double::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_UnsignedInt::CT_UnsignedInt()
     : m_Val(0),
       m_presence(0)
@@ -68,7 +76,8 @@ CT_UnsignedInt::~CT_UnsignedInt()
 {
 }
 
-bool CT_UnsignedInt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UnsignedInt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -80,6 +89,9 @@ bool CT_UnsignedInt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_UnsignedInt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UnsignedInt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RelId::CT_RelId()
     : m_presence(0)
 {
@@ -89,7 +101,8 @@ CT_RelId::~CT_RelId()
 {
 }
 
-bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -100,6 +113,9 @@ bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RelId::GetR_id() const { return m_R_id; }
 void CT_RelId::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -117,7 +133,8 @@ CT_Extension::~CT_Extension()
     delete m_C15_filteredCategoryTitle;
 }
 
-bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Extension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -134,6 +151,9 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Extension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Extension::GetUri() const { return m_Uri; }
 void CT_Extension::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 2); }
 
@@ -147,7 +167,8 @@ CT_ExtensionList::~CT_ExtensionList()
     DeleteAll(m_Ext);
 }
 
-bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -157,6 +178,9 @@ bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Extension> CT_ExtensionList::GetExt() const { return m_Ext; }
 void CT_ExtensionList::SetExt(XMLPtrArray<CT_Extension> value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
@@ -171,7 +195,8 @@ CT_NumVal::~CT_NumVal()
 {
 }
 
-bool CT_NumVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -187,6 +212,9 @@ bool CT_NumVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumVal::GetV() const { return m_V; }
 void CT_NumVal::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -207,7 +235,8 @@ CT_NumData::~CT_NumData()
     delete m_ExtLst;
 }
 
-bool CT_NumData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -223,6 +252,9 @@ bool CT_NumData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumData::GetFormatCode() const { return m_FormatCode; }
 void CT_NumData::SetFormatCode(wxString value) { m_FormatCode = std::move(value); m_presence |= (1u << 0); }
@@ -242,7 +274,8 @@ CT_NumRef::~CT_NumRef()
     delete m_ExtLst;
 }
 
-bool CT_NumRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -256,6 +289,9 @@ bool CT_NumRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumRef::GetF() const { return m_F; }
 void CT_NumRef::SetF(wxString value) { m_F = std::move(value); m_presence |= (1u << 0); }
@@ -271,7 +307,8 @@ CT_NumDataSource::~CT_NumDataSource()
     delete m_Data__;
 }
 
-bool CT_NumDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumDataSource::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -281,6 +318,9 @@ bool CT_NumDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumDataSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NumDataSourceData__::CT_NumDataSourceData__()
     : m_NumRef(nullptr),
@@ -295,7 +335,8 @@ CT_NumDataSourceData__::~CT_NumDataSourceData__()
     delete m_NumLit;
 }
 
-bool CT_NumDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumDataSourceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -308,7 +349,11 @@ bool CT_NumDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_NumDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_NumDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumDataSourceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_NumDataSourceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_numRef))
@@ -326,13 +371,20 @@ bool CT_NumDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_NumDataSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_NumDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_NumDataSourceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_NumDataSourceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_NumDataSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_NumDataSourceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_NumDataSourceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -351,7 +403,8 @@ CT_StrVal::~CT_StrVal()
 {
 }
 
-bool CT_StrVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StrVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -365,6 +418,9 @@ bool CT_StrVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StrVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StrVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StrVal::GetV() const { return m_V; }
 void CT_StrVal::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -383,7 +439,8 @@ CT_StrData::~CT_StrData()
     delete m_ExtLst;
 }
 
-bool CT_StrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StrData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -397,6 +454,9 @@ bool CT_StrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StrData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StrData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_StrVal> CT_StrData::GetPt() const { return m_Pt; }
 void CT_StrData::SetPt(XMLPtrArray<CT_StrVal> value) { m_Pt = std::move(value); m_presence |= (1u << 1); }
@@ -414,7 +474,8 @@ CT_StrRef::~CT_StrRef()
     delete m_ExtLst;
 }
 
-bool CT_StrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StrRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -428,6 +489,9 @@ bool CT_StrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StrRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StrRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StrRef::GetF() const { return m_F; }
 void CT_StrRef::SetF(wxString value) { m_F = std::move(value); m_presence |= (1u << 0); }
@@ -443,7 +507,8 @@ CT_Tx::~CT_Tx()
     delete m_Data__;
 }
 
-bool CT_Tx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -453,6 +518,9 @@ bool CT_Tx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Tx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TxData__::CT_TxData__()
     : m_StrRef(nullptr),
@@ -467,7 +535,8 @@ CT_TxData__::~CT_TxData__()
     delete m_Rich;
 }
 
-bool CT_TxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TxData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -480,7 +549,11 @@ bool CT_TxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TxData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TxData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TxData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_strRef))
@@ -498,13 +571,20 @@ bool CT_TxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool CT_TxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TxData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TxData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TxData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TxData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -522,7 +602,8 @@ CT_TextLanguageID::~CT_TextLanguageID()
 {
 }
 
-bool CT_TextLanguageID::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextLanguageID::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -533,6 +614,9 @@ bool CT_TextLanguageID::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextLanguageID::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextLanguageID::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextLanguageID::GetVal() const { return m_Val; }
 void CT_TextLanguageID::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -547,7 +631,8 @@ CT_Lvl::~CT_Lvl()
     DeleteAll(m_Pt);
 }
 
-bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Lvl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -557,6 +642,9 @@ bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Lvl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_StrVal> CT_Lvl::GetPt() const { return m_Pt; }
 void CT_Lvl::SetPt(XMLPtrArray<CT_StrVal> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -575,7 +663,8 @@ CT_MultiLvlStrData::~CT_MultiLvlStrData()
     delete m_ExtLst;
 }
 
-bool CT_MultiLvlStrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MultiLvlStrData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -589,6 +678,9 @@ bool CT_MultiLvlStrData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MultiLvlStrData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MultiLvlStrData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Lvl> CT_MultiLvlStrData::GetLvl() const { return m_Lvl; }
 void CT_MultiLvlStrData::SetLvl(XMLPtrArray<CT_Lvl> value) { m_Lvl = std::move(value); m_presence |= (1u << 1); }
@@ -606,7 +698,8 @@ CT_MultiLvlStrRef::~CT_MultiLvlStrRef()
     delete m_ExtLst;
 }
 
-bool CT_MultiLvlStrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MultiLvlStrRef::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -620,6 +713,9 @@ bool CT_MultiLvlStrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MultiLvlStrRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MultiLvlStrRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MultiLvlStrRef::GetF() const { return m_F; }
 void CT_MultiLvlStrRef::SetF(wxString value) { m_F = std::move(value); m_presence |= (1u << 0); }
@@ -635,7 +731,8 @@ CT_AxDataSource::~CT_AxDataSource()
     delete m_Data__;
 }
 
-bool CT_AxDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxDataSource::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -645,6 +742,9 @@ bool CT_AxDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AxDataSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxDataSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AxDataSourceData__::CT_AxDataSourceData__()
     : m_MultiLvlStrRef(nullptr),
@@ -665,7 +765,8 @@ CT_AxDataSourceData__::~CT_AxDataSourceData__()
     delete m_StrLit;
 }
 
-bool CT_AxDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxDataSourceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -684,7 +785,11 @@ bool CT_AxDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_AxDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AxDataSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxDataSourceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AxDataSourceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_multiLvlStrRef))
@@ -720,13 +825,20 @@ bool CT_AxDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_AxDataSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AxDataSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AxDataSourceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AxDataSourceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AxDataSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AxDataSourceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AxDataSourceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -749,7 +861,8 @@ CT_SerTx::~CT_SerTx()
     delete m_Data__;
 }
 
-bool CT_SerTx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SerTx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -759,6 +872,9 @@ bool CT_SerTx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SerTx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SerTx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SerTxData__::CT_SerTxData__()
     : m_StrRef(nullptr),
@@ -771,7 +887,8 @@ CT_SerTxData__::~CT_SerTxData__()
     delete m_StrRef;
 }
 
-bool CT_SerTxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SerTxData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -784,10 +901,14 @@ bool CT_SerTxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SerTxData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SerTxData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SerTxData__::GetV() const { return m_V; }
 void CT_SerTxData__::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 1); }
 
-bool CT_SerTxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SerTxData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_strRef))
@@ -805,13 +926,20 @@ bool CT_SerTxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_SerTxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SerTxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SerTxData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SerTxData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SerTxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SerTxData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SerTxData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -830,7 +958,8 @@ CT_LayoutTarget::~CT_LayoutTarget()
 {
 }
 
-bool CT_LayoutTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LayoutTarget::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -841,6 +970,9 @@ bool CT_LayoutTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LayoutTarget::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LayoutTarget::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LayoutTarget::GetVal() const { return m_Val; }
 void CT_LayoutTarget::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -855,7 +987,8 @@ CT_LayoutMode::~CT_LayoutMode()
 {
 }
 
-bool CT_LayoutMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LayoutMode::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -866,6 +999,9 @@ bool CT_LayoutMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LayoutMode::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LayoutMode::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LayoutMode::GetVal() const { return m_Val; }
 void CT_LayoutMode::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -899,7 +1035,8 @@ CT_ManualLayout::~CT_ManualLayout()
     delete m_ExtLst;
 }
 
-bool CT_ManualLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ManualLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -928,6 +1065,9 @@ bool CT_ManualLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ManualLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ManualLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Layout::CT_Layout()
     : m_ManualLayout(nullptr),
       m_ExtLst(nullptr),
@@ -941,7 +1081,8 @@ CT_Layout::~CT_Layout()
     delete m_ExtLst;
 }
 
-bool CT_Layout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Layout::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -953,6 +1094,9 @@ bool CT_Layout::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Layout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Layout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Title::CT_Title()
     : m_Tx(nullptr),
@@ -975,7 +1119,8 @@ CT_Title::~CT_Title()
     delete m_ExtLst;
 }
 
-bool CT_Title::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Title::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -996,6 +1141,9 @@ bool CT_Title::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Title::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Title::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RotX::CT_RotX()
     : m_Val(static_cast<char>(0)),
       m_presence(0)
@@ -1006,7 +1154,8 @@ CT_RotX::~CT_RotX()
 {
 }
 
-bool CT_RotX::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RotX::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1018,6 +1167,9 @@ bool CT_RotX::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RotX::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RotX::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HPercent::CT_HPercent()
     : m_Val(wxAny(s_100_x25_)),
       m_presence(0)
@@ -1028,7 +1180,8 @@ CT_HPercent::~CT_HPercent()
 {
 }
 
-bool CT_HPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HPercent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1039,6 +1192,9 @@ bool CT_HPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HPercent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HPercent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_HPercent::GetVal() const { return m_Val; }
 void CT_HPercent::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1053,7 +1209,8 @@ CT_RotY::~CT_RotY()
 {
 }
 
-bool CT_RotY::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RotY::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1065,6 +1222,9 @@ bool CT_RotY::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RotY::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RotY::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DepthPercent::CT_DepthPercent()
     : m_Val(wxAny(s_100_x25_)),
       m_presence(0)
@@ -1075,7 +1235,8 @@ CT_DepthPercent::~CT_DepthPercent()
 {
 }
 
-bool CT_DepthPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DepthPercent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1086,6 +1247,9 @@ bool CT_DepthPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DepthPercent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DepthPercent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_DepthPercent::GetVal() const { return m_Val; }
 void CT_DepthPercent::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1100,7 +1264,8 @@ CT_Perspective::~CT_Perspective()
 {
 }
 
-bool CT_Perspective::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Perspective::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1111,6 +1276,9 @@ bool CT_Perspective::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Perspective::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Perspective::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_View3D::CT_View3D()
     : m_RotX(nullptr),
@@ -1135,7 +1303,8 @@ CT_View3D::~CT_View3D()
     delete m_ExtLst;
 }
 
-bool CT_View3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_View3D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1158,6 +1327,9 @@ bool CT_View3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_View3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_View3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Surface::CT_Surface()
     : m_Thickness(nullptr),
       m_SpPr(nullptr),
@@ -1175,7 +1347,8 @@ CT_Surface::~CT_Surface()
     delete m_ExtLst;
 }
 
-bool CT_Surface::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Surface::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1192,6 +1365,9 @@ bool CT_Surface::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Surface::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Surface::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Thickness::CT_Thickness()
     : m_presence(0)
 {
@@ -1201,7 +1377,8 @@ CT_Thickness::~CT_Thickness()
 {
 }
 
-bool CT_Thickness::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Thickness::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1212,6 +1389,9 @@ bool CT_Thickness::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Thickness::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Thickness::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Thickness::GetVal() const { return m_Val; }
 void CT_Thickness::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1239,7 +1419,8 @@ CT_DTable::~CT_DTable()
     delete m_ExtLst;
 }
 
-bool CT_DTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DTable::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1262,6 +1443,9 @@ bool CT_DTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GapAmount::CT_GapAmount()
     : m_Val(wxAny(s_150_x25_)),
       m_presence(0)
@@ -1272,7 +1456,8 @@ CT_GapAmount::~CT_GapAmount()
 {
 }
 
-bool CT_GapAmount::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GapAmount::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1283,6 +1468,9 @@ bool CT_GapAmount::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GapAmount::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GapAmount::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_GapAmount::GetVal() const { return m_Val; }
 void CT_GapAmount::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1297,7 +1485,8 @@ CT_Overlap::~CT_Overlap()
 {
 }
 
-bool CT_Overlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Overlap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1308,6 +1497,9 @@ bool CT_Overlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Overlap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Overlap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Overlap::GetVal() const { return m_Val; }
 void CT_Overlap::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1322,7 +1514,8 @@ CT_BubbleScale::~CT_BubbleScale()
 {
 }
 
-bool CT_BubbleScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BubbleScale::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1333,6 +1526,9 @@ bool CT_BubbleScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BubbleScale::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BubbleScale::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_BubbleScale::GetVal() const { return m_Val; }
 void CT_BubbleScale::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1347,7 +1543,8 @@ CT_SizeRepresents::~CT_SizeRepresents()
 {
 }
 
-bool CT_SizeRepresents::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SizeRepresents::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1358,6 +1555,9 @@ bool CT_SizeRepresents::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SizeRepresents::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SizeRepresents::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SizeRepresents::GetVal() const { return m_Val; }
 void CT_SizeRepresents::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1372,7 +1572,8 @@ CT_FirstSliceAng::~CT_FirstSliceAng()
 {
 }
 
-bool CT_FirstSliceAng::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FirstSliceAng::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1384,6 +1585,9 @@ bool CT_FirstSliceAng::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FirstSliceAng::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FirstSliceAng::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HoleSize::CT_HoleSize()
     : m_Val(wxAny(s_10_x25_)),
       m_presence(0)
@@ -1394,7 +1598,8 @@ CT_HoleSize::~CT_HoleSize()
 {
 }
 
-bool CT_HoleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HoleSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1405,6 +1610,9 @@ bool CT_HoleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HoleSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HoleSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_HoleSize::GetVal() const { return m_Val; }
 void CT_HoleSize::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1419,7 +1627,8 @@ CT_SplitType::~CT_SplitType()
 {
 }
 
-bool CT_SplitType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SplitType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1430,6 +1639,9 @@ bool CT_SplitType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SplitType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SplitType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SplitType::GetVal() const { return m_Val; }
 void CT_SplitType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1444,7 +1656,8 @@ CT_CustSplit::~CT_CustSplit()
     DeleteAll(m_SecondPiePt);
 }
 
-bool CT_CustSplit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustSplit::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1454,6 +1667,9 @@ bool CT_CustSplit::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustSplit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustSplit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_CustSplit::GetSecondPiePt() const { return m_SecondPiePt; }
 void CT_CustSplit::SetSecondPiePt(XMLPtrArray<CT_UnsignedInt> value) { m_SecondPiePt = std::move(value); m_presence |= (1u << 0); }
@@ -1468,7 +1684,8 @@ CT_SecondPieSize::~CT_SecondPieSize()
 {
 }
 
-bool CT_SecondPieSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SecondPieSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1479,6 +1696,9 @@ bool CT_SecondPieSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SecondPieSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SecondPieSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_SecondPieSize::GetVal() const { return m_Val; }
 void CT_SecondPieSize::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1493,7 +1713,8 @@ CT_NumFmt::~CT_NumFmt()
 {
 }
 
-bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumFmt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1507,6 +1728,9 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumFmt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_NumFmt::GetFormatCode() const { return m_FormatCode; }
 void CT_NumFmt::SetFormatCode(wxString value) { m_FormatCode = std::move(value); m_presence |= (1u << 0); }
 
@@ -1519,7 +1743,8 @@ CT_LblAlgn::~CT_LblAlgn()
 {
 }
 
-bool CT_LblAlgn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LblAlgn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1530,6 +1755,9 @@ bool CT_LblAlgn::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LblAlgn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LblAlgn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LblAlgn::GetVal() const { return m_Val; }
 void CT_LblAlgn::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1543,7 +1771,8 @@ CT_DLblPos::~CT_DLblPos()
 {
 }
 
-bool CT_DLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DLblPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1554,6 +1783,9 @@ bool CT_DLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DLblPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DLblPos::GetVal() const { return m_Val; }
 void CT_DLblPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1587,7 +1819,8 @@ EG_DLblShared::~EG_DLblShared()
     delete m_ShowBubbleSize;
 }
 
-bool EG_DLblShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_DLblShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1618,10 +1851,14 @@ bool EG_DLblShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_DLblShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_DLblShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString EG_DLblShared::GetSeparator() const { return m_Separator; }
 void EG_DLblShared::SetSeparator(wxString value) { m_Separator = std::move(value); m_presence |= (1u << 10); }
 
-bool EG_DLblShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_DLblShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_numFmt))
@@ -1693,13 +1930,20 @@ bool EG_DLblShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool EG_DLblShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_DLblShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_DLblShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_DLblShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_DLblShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_DLblShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_DLblShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1732,7 +1976,8 @@ Group_DLbl::~Group_DLbl()
     delete m_EG_DLblShared;
 }
 
-bool Group_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool Group_DLbl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1747,7 +1992,11 @@ bool Group_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool Group_DLbl::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool Group_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool Group_DLbl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool Group_DLbl::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_layout))
@@ -1771,13 +2020,20 @@ bool Group_DLbl::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext
     return false;
 }
 
-bool Group_DLbl::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool Group_DLbl::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool Group_DLbl::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool Group_DLbl::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool Group_DLbl::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool Group_DLbl::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool Group_DLbl::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1802,7 +2058,8 @@ CT_DLbl::~CT_DLbl()
     delete m_ExtLst;
 }
 
-bool CT_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DLbl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1816,5 +2073,8 @@ bool CT_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DLbl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DLbl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_drawingml_x2006_chart

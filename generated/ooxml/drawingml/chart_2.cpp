@@ -26,7 +26,8 @@ CT_DLblData__::~CT_DLblData__()
     delete m_Group_DLbl;
 }
 
-bool CT_DLblData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DLblData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -39,7 +40,11 @@ bool CT_DLblData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_DLblData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_DLblData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DLblData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_DLblData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_delete))
@@ -57,13 +62,20 @@ bool CT_DLblData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_DLblData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DLblData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DLblData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DLblData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DLblData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DLblData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DLblData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -87,7 +99,8 @@ Group_DLbls::~Group_DLbls()
     delete m_LeaderLines;
 }
 
-bool Group_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool Group_DLbls::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -102,7 +115,11 @@ bool Group_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool Group_DLbls::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool Group_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool Group_DLbls::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool Group_DLbls::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_DLblShared::HasProperty(name, context))
@@ -126,13 +143,20 @@ bool Group_DLbls::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool Group_DLbls::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool Group_DLbls::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool Group_DLbls::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool Group_DLbls::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool Group_DLbls::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool Group_DLbls::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool Group_DLbls::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -156,7 +180,8 @@ CT_DLbls::~CT_DLbls()
     delete m_ExtLst;
 }
 
-bool CT_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DLbls::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -170,6 +195,9 @@ bool CT_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DLbls::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DLbls::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DLbl> CT_DLbls::GetDLbl() const { return m_DLbl; }
 void CT_DLbls::SetDLbl(XMLPtrArray<CT_DLbl> value) { m_DLbl = std::move(value); m_presence |= (1u << 0); }
@@ -187,7 +215,8 @@ CT_DLblsData__::~CT_DLblsData__()
     delete m_Group_DLbls;
 }
 
-bool CT_DLblsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DLblsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -200,7 +229,11 @@ bool CT_DLblsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_DLblsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_DLblsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DLblsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_DLblsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_delete))
@@ -218,13 +251,20 @@ bool CT_DLblsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_DLblsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DLblsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DLblsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DLblsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DLblsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DLblsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DLblsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -242,7 +282,8 @@ CT_MarkerStyle::~CT_MarkerStyle()
 {
 }
 
-bool CT_MarkerStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MarkerStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -253,6 +294,9 @@ bool CT_MarkerStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MarkerStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MarkerStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MarkerStyle::GetVal() const { return m_Val; }
 void CT_MarkerStyle::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -267,7 +311,8 @@ CT_MarkerSize::~CT_MarkerSize()
 {
 }
 
-bool CT_MarkerSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MarkerSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -278,6 +323,9 @@ bool CT_MarkerSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MarkerSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MarkerSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Marker::CT_Marker()
     : m_Symbol(nullptr),
@@ -296,7 +344,8 @@ CT_Marker::~CT_Marker()
     delete m_ExtLst;
 }
 
-bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Marker::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -312,6 +361,9 @@ bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Marker::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DPt::CT_DPt()
     : m_Idx(nullptr),
@@ -338,7 +390,8 @@ CT_DPt::~CT_DPt()
     delete m_ExtLst;
 }
 
-bool CT_DPt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DPt::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -363,6 +416,9 @@ bool CT_DPt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DPt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DPt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TrendlineType::CT_TrendlineType()
     : m_Val(s_linear),
       m_presence(0)
@@ -373,7 +429,8 @@ CT_TrendlineType::~CT_TrendlineType()
 {
 }
 
-bool CT_TrendlineType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrendlineType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -384,6 +441,9 @@ bool CT_TrendlineType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TrendlineType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrendlineType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TrendlineType::GetVal() const { return m_Val; }
 void CT_TrendlineType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -398,7 +458,8 @@ CT_Order::~CT_Order()
 {
 }
 
-bool CT_Order::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Order::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -410,6 +471,9 @@ bool CT_Order::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Order::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Order::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Period::CT_Period()
     : m_Val(2u),
       m_presence(0)
@@ -420,7 +484,8 @@ CT_Period::~CT_Period()
 {
 }
 
-bool CT_Period::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Period::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -431,6 +496,9 @@ bool CT_Period::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Period::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Period::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TrendlineLbl::CT_TrendlineLbl()
     : m_Layout(nullptr),
@@ -453,7 +521,8 @@ CT_TrendlineLbl::~CT_TrendlineLbl()
     delete m_ExtLst;
 }
 
-bool CT_TrendlineLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrendlineLbl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -473,6 +542,9 @@ bool CT_TrendlineLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TrendlineLbl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrendlineLbl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Trendline::CT_Trendline()
     : m_SpPr(nullptr),
@@ -505,7 +577,8 @@ CT_Trendline::~CT_Trendline()
     delete m_ExtLst;
 }
 
-bool CT_Trendline::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Trendline::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -538,6 +611,9 @@ bool CT_Trendline::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Trendline::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Trendline::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Trendline::GetName() const { return m_Name; }
 void CT_Trendline::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 
@@ -550,7 +626,8 @@ CT_ErrDir::~CT_ErrDir()
 {
 }
 
-bool CT_ErrDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ErrDir::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -561,6 +638,9 @@ bool CT_ErrDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ErrDir::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ErrDir::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ErrDir::GetVal() const { return m_Val; }
 void CT_ErrDir::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -575,7 +655,8 @@ CT_ErrBarType::~CT_ErrBarType()
 {
 }
 
-bool CT_ErrBarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ErrBarType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -586,6 +667,9 @@ bool CT_ErrBarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ErrBarType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ErrBarType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ErrBarType::GetVal() const { return m_Val; }
 void CT_ErrBarType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -600,7 +684,8 @@ CT_ErrValType::~CT_ErrValType()
 {
 }
 
-bool CT_ErrValType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ErrValType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -611,6 +696,9 @@ bool CT_ErrValType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ErrValType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ErrValType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ErrValType::GetVal() const { return m_Val; }
 void CT_ErrValType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -642,7 +730,8 @@ CT_ErrBars::~CT_ErrBars()
     delete m_ExtLst;
 }
 
-bool CT_ErrBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ErrBars::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -669,6 +758,9 @@ bool CT_ErrBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ErrBars::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ErrBars::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_UpDownBar::CT_UpDownBar()
     : m_SpPr(nullptr),
       m_presence(0)
@@ -680,7 +772,8 @@ CT_UpDownBar::~CT_UpDownBar()
     delete m_SpPr;
 }
 
-bool CT_UpDownBar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UpDownBar::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -690,6 +783,9 @@ bool CT_UpDownBar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_UpDownBar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UpDownBar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_UpDownBars::CT_UpDownBars()
     : m_GapWidth(nullptr),
@@ -708,7 +804,8 @@ CT_UpDownBars::~CT_UpDownBars()
     delete m_ExtLst;
 }
 
-bool CT_UpDownBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UpDownBars::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -724,6 +821,9 @@ bool CT_UpDownBars::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_UpDownBars::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UpDownBars::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_SerShared::EG_SerShared()
     : m_Idx(nullptr),
@@ -742,7 +842,8 @@ EG_SerShared::~EG_SerShared()
     delete m_SpPr;
 }
 
-bool EG_SerShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SerShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -759,7 +860,11 @@ bool EG_SerShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_SerShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_SerShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_SerShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_SerShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_idx))
@@ -789,13 +894,20 @@ bool EG_SerShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSConte
     return false;
 }
 
-bool EG_SerShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_SerShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_SerShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_SerShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_SerShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_SerShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_SerShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -833,7 +945,8 @@ CT_LineSer::~CT_LineSer()
     delete m_ExtLst;
 }
 
-bool CT_LineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -861,6 +974,9 @@ bool CT_LineSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LineSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DPt> CT_LineSer::GetDPt() const { return m_DPt; }
 void CT_LineSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
@@ -893,7 +1009,8 @@ CT_ScatterSer::~CT_ScatterSer()
     delete m_ExtLst;
 }
 
-bool CT_ScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ScatterSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -921,6 +1038,9 @@ bool CT_ScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ScatterSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ScatterSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DPt> CT_ScatterSer::GetDPt() const { return m_DPt; }
 void CT_ScatterSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
@@ -951,7 +1071,8 @@ CT_RadarSer::~CT_RadarSer()
     delete m_ExtLst;
 }
 
-bool CT_RadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RadarSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -973,6 +1094,9 @@ bool CT_RadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RadarSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RadarSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DPt> CT_RadarSer::GetDPt() const { return m_DPt; }
 void CT_RadarSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
@@ -1006,7 +1130,8 @@ CT_BarSer::~CT_BarSer()
     delete m_ExtLst;
 }
 
-bool CT_BarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BarSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1037,6 +1162,9 @@ bool CT_BarSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BarSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BarSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DPt> CT_BarSer::GetDPt() const { return m_DPt; }
 void CT_BarSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 3); }
 XMLPtrArray<CT_Trendline> CT_BarSer::GetTrendline() const { return m_Trendline; }
@@ -1066,7 +1194,8 @@ CT_AreaSer::~CT_AreaSer()
     delete m_ExtLst;
 }
 
-bool CT_AreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AreaSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1092,6 +1221,9 @@ bool CT_AreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AreaSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AreaSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DPt> CT_AreaSer::GetDPt() const { return m_DPt; }
 void CT_AreaSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
@@ -1122,7 +1254,8 @@ CT_PieSer::~CT_PieSer()
     delete m_ExtLst;
 }
 
-bool CT_PieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PieSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1144,6 +1277,9 @@ bool CT_PieSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PieSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PieSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DPt> CT_PieSer::GetDPt() const { return m_DPt; }
 void CT_PieSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
@@ -1176,7 +1312,8 @@ CT_BubbleSer::~CT_BubbleSer()
     delete m_ExtLst;
 }
 
-bool CT_BubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BubbleSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1207,6 +1344,9 @@ bool CT_BubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BubbleSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BubbleSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DPt> CT_BubbleSer::GetDPt() const { return m_DPt; }
 void CT_BubbleSer::SetDPt(XMLPtrArray<CT_DPt> value) { m_DPt = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_Trendline> CT_BubbleSer::GetTrendline() const { return m_Trendline; }
@@ -1231,7 +1371,8 @@ CT_SurfaceSer::~CT_SurfaceSer()
     delete m_ExtLst;
 }
 
-bool CT_SurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SurfaceSer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1248,6 +1389,9 @@ bool CT_SurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SurfaceSer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SurfaceSer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Grouping::CT_Grouping()
     : m_Val(s_standard),
       m_presence(0)
@@ -1258,7 +1402,8 @@ CT_Grouping::~CT_Grouping()
 {
 }
 
-bool CT_Grouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Grouping::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1269,6 +1414,9 @@ bool CT_Grouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Grouping::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Grouping::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Grouping::GetVal() const { return m_Val; }
 void CT_Grouping::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1284,7 +1432,8 @@ CT_ChartLines::~CT_ChartLines()
     delete m_SpPr;
 }
 
-bool CT_ChartLines::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartLines::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1294,6 +1443,9 @@ bool CT_ChartLines::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartLines::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartLines::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_LineChartShared::EG_LineChartShared()
     : m_Grouping(nullptr),
@@ -1313,7 +1465,8 @@ EG_LineChartShared::~EG_LineChartShared()
     delete m_DropLines;
 }
 
-bool EG_LineChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineChartShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1332,10 +1485,14 @@ bool EG_LineChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_LineChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineChartShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_LineSer> EG_LineChartShared::GetSer() const { return m_Ser; }
 void EG_LineChartShared::SetSer(XMLPtrArray<CT_LineSer> value) { m_Ser = std::move(value); m_presence |= (1u << 2); }
 
-bool EG_LineChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineChartShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_grouping))
@@ -1371,13 +1528,20 @@ bool EG_LineChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_LineChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineChartShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineChartShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineChartShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineChartShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1411,7 +1575,8 @@ CT_LineChart::~CT_LineChart()
     delete m_ExtLst;
 }
 
-bool CT_LineChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1434,6 +1599,9 @@ bool CT_LineChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LineChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_UnsignedInt> CT_LineChart::GetAxId() const { return m_AxId; }
 void CT_LineChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 5); }
 
@@ -1453,7 +1621,8 @@ CT_Line3DChart::~CT_Line3DChart()
     delete m_ExtLst;
 }
 
-bool CT_Line3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Line3DChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1469,6 +1638,9 @@ bool CT_Line3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Line3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Line3DChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_Line3DChart::GetAxId() const { return m_AxId; }
 void CT_Line3DChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 2); }
@@ -1494,7 +1666,8 @@ CT_StockChart::~CT_StockChart()
     delete m_ExtLst;
 }
 
-bool CT_StockChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StockChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1517,6 +1690,9 @@ bool CT_StockChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_StockChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StockChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_LineSer> CT_StockChart::GetSer() const { return m_Ser; }
 void CT_StockChart::SetSer(XMLPtrArray<CT_LineSer> value) { m_Ser = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_UnsignedInt> CT_StockChart::GetAxId() const { return m_AxId; }
@@ -1532,7 +1708,8 @@ CT_ScatterStyle::~CT_ScatterStyle()
 {
 }
 
-bool CT_ScatterStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ScatterStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1543,6 +1720,9 @@ bool CT_ScatterStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ScatterStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ScatterStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ScatterStyle::GetVal() const { return m_Val; }
 void CT_ScatterStyle::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1566,7 +1746,8 @@ CT_ScatterChart::~CT_ScatterChart()
     delete m_ExtLst;
 }
 
-bool CT_ScatterChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ScatterChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1587,6 +1768,9 @@ bool CT_ScatterChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ScatterChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ScatterChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_ScatterSer> CT_ScatterChart::GetSer() const { return m_Ser; }
 void CT_ScatterChart::SetSer(XMLPtrArray<CT_ScatterSer> value) { m_Ser = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_UnsignedInt> CT_ScatterChart::GetAxId() const { return m_AxId; }
@@ -1602,7 +1786,8 @@ CT_RadarStyle::~CT_RadarStyle()
 {
 }
 
-bool CT_RadarStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RadarStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1613,6 +1798,9 @@ bool CT_RadarStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RadarStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RadarStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RadarStyle::GetVal() const { return m_Val; }
 void CT_RadarStyle::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1636,7 +1824,8 @@ CT_RadarChart::~CT_RadarChart()
     delete m_ExtLst;
 }
 
-bool CT_RadarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RadarChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1657,6 +1846,9 @@ bool CT_RadarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RadarChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RadarChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RadarSer> CT_RadarChart::GetSer() const { return m_Ser; }
 void CT_RadarChart::SetSer(XMLPtrArray<CT_RadarSer> value) { m_Ser = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_UnsignedInt> CT_RadarChart::GetAxId() const { return m_AxId; }
@@ -1672,7 +1864,8 @@ CT_BarGrouping::~CT_BarGrouping()
 {
 }
 
-bool CT_BarGrouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BarGrouping::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1683,6 +1876,9 @@ bool CT_BarGrouping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BarGrouping::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BarGrouping::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BarGrouping::GetVal() const { return m_Val; }
 void CT_BarGrouping::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1697,7 +1893,8 @@ CT_BarDir::~CT_BarDir()
 {
 }
 
-bool CT_BarDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BarDir::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1708,6 +1905,9 @@ bool CT_BarDir::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BarDir::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BarDir::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BarDir::GetVal() const { return m_Val; }
 void CT_BarDir::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1722,7 +1922,8 @@ CT_Shape::~CT_Shape()
 {
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1733,6 +1934,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Shape::GetVal() const { return m_Val; }
 void CT_Shape::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1755,7 +1959,8 @@ EG_BarChartShared::~EG_BarChartShared()
     delete m_DLbls;
 }
 
-bool EG_BarChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BarChartShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1774,10 +1979,14 @@ bool EG_BarChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_BarChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BarChartShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_BarSer> EG_BarChartShared::GetSer() const { return m_Ser; }
 void EG_BarChartShared::SetSer(XMLPtrArray<CT_BarSer> value) { m_Ser = std::move(value); m_presence |= (1u << 3); }
 
-bool EG_BarChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BarChartShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_barDir))
@@ -1813,13 +2022,20 @@ bool EG_BarChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_BarChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BarChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BarChartShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BarChartShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BarChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BarChartShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BarChartShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1850,7 +2066,8 @@ CT_BarChart::~CT_BarChart()
     delete m_ExtLst;
 }
 
-bool CT_BarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BarChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1870,6 +2087,9 @@ bool CT_BarChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BarChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BarChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ChartLines> CT_BarChart::GetSerLines() const { return m_SerLines; }
 void CT_BarChart::SetSerLines(XMLPtrArray<CT_ChartLines> value) { m_SerLines = std::move(value); m_presence |= (1u << 3); }
@@ -1896,7 +2116,8 @@ CT_Bar3DChart::~CT_Bar3DChart()
     delete m_ExtLst;
 }
 
-bool CT_Bar3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Bar3DChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1916,6 +2137,9 @@ bool CT_Bar3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Bar3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Bar3DChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_Bar3DChart::GetAxId() const { return m_AxId; }
 void CT_Bar3DChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 4); }
@@ -1938,7 +2162,8 @@ EG_AreaChartShared::~EG_AreaChartShared()
     delete m_DropLines;
 }
 
-bool EG_AreaChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AreaChartShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1957,10 +2182,14 @@ bool EG_AreaChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_AreaChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_AreaChartShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_AreaSer> EG_AreaChartShared::GetSer() const { return m_Ser; }
 void EG_AreaChartShared::SetSer(XMLPtrArray<CT_AreaSer> value) { m_Ser = std::move(value); m_presence |= (1u << 2); }
 
-bool EG_AreaChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AreaChartShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_grouping))
@@ -1996,13 +2225,20 @@ bool EG_AreaChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_AreaChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_AreaChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_AreaChartShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_AreaChartShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_AreaChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_AreaChartShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_AreaChartShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2028,7 +2264,8 @@ CT_AreaChart::~CT_AreaChart()
     delete m_ExtLst;
 }
 
-bool CT_AreaChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AreaChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2042,6 +2279,9 @@ bool CT_AreaChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AreaChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AreaChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_AreaChart::GetAxId() const { return m_AxId; }
 void CT_AreaChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 1); }
@@ -2062,7 +2302,8 @@ CT_Area3DChart::~CT_Area3DChart()
     delete m_ExtLst;
 }
 
-bool CT_Area3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Area3DChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2078,6 +2319,9 @@ bool CT_Area3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Area3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Area3DChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_Area3DChart::GetAxId() const { return m_AxId; }
 void CT_Area3DChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 2); }
@@ -2096,7 +2340,8 @@ EG_PieChartShared::~EG_PieChartShared()
     delete m_DLbls;
 }
 
-bool EG_PieChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PieChartShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2111,10 +2356,14 @@ bool EG_PieChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_PieChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PieChartShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_PieSer> EG_PieChartShared::GetSer() const { return m_Ser; }
 void EG_PieChartShared::SetSer(XMLPtrArray<CT_PieSer> value) { m_Ser = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_PieChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PieChartShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_varyColors))
@@ -2138,13 +2387,20 @@ bool EG_PieChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_PieChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PieChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PieChartShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PieChartShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PieChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PieChartShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PieChartShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2169,7 +2425,8 @@ CT_PieChart::~CT_PieChart()
     delete m_ExtLst;
 }
 
-bool CT_PieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PieChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2184,6 +2441,9 @@ bool CT_PieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PieChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PieChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Pie3DChart::CT_Pie3DChart()
     : m_EG_PieChartShared(nullptr),
       m_ExtLst(nullptr),
@@ -2197,7 +2457,8 @@ CT_Pie3DChart::~CT_Pie3DChart()
     delete m_ExtLst;
 }
 
-bool CT_Pie3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Pie3DChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2209,6 +2470,9 @@ bool CT_Pie3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Pie3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Pie3DChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DoughnutChart::CT_DoughnutChart()
     : m_EG_PieChartShared(nullptr),
@@ -2227,7 +2491,8 @@ CT_DoughnutChart::~CT_DoughnutChart()
     delete m_ExtLst;
 }
 
-bool CT_DoughnutChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DoughnutChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2244,6 +2509,9 @@ bool CT_DoughnutChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DoughnutChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DoughnutChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_OfPieType::CT_OfPieType()
     : m_Val(s_pie),
       m_presence(0)
@@ -2254,7 +2522,8 @@ CT_OfPieType::~CT_OfPieType()
 {
 }
 
-bool CT_OfPieType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OfPieType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2265,6 +2534,9 @@ bool CT_OfPieType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OfPieType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OfPieType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OfPieType::GetVal() const { return m_Val; }
 void CT_OfPieType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2295,7 +2567,8 @@ CT_OfPieChart::~CT_OfPieChart()
     delete m_ExtLst;
 }
 
-bool CT_OfPieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OfPieChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2321,6 +2594,9 @@ bool CT_OfPieChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OfPieChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OfPieChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ChartLines> CT_OfPieChart::GetSerLines() const { return m_SerLines; }
 void CT_OfPieChart::SetSerLines(XMLPtrArray<CT_ChartLines> value) { m_SerLines = std::move(value); m_presence |= (1u << 7); }

@@ -38,7 +38,8 @@ CT_BubbleChart::~CT_BubbleChart()
     delete m_ExtLst;
 }
 
-bool CT_BubbleChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BubbleChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -65,6 +66,9 @@ bool CT_BubbleChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BubbleChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BubbleChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_BubbleSer> CT_BubbleChart::GetSer() const { return m_Ser; }
 void CT_BubbleChart::SetSer(XMLPtrArray<CT_BubbleSer> value) { m_Ser = std::move(value); m_presence |= (1u << 1); }
 XMLPtrArray<CT_UnsignedInt> CT_BubbleChart::GetAxId() const { return m_AxId; }
@@ -83,7 +87,8 @@ CT_BandFmt::~CT_BandFmt()
     delete m_SpPr;
 }
 
-bool CT_BandFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BandFmt::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -96,6 +101,9 @@ bool CT_BandFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BandFmt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BandFmt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_BandFmts::CT_BandFmts()
     : m_presence(0)
 {
@@ -106,7 +114,8 @@ CT_BandFmts::~CT_BandFmts()
     DeleteAll(m_BandFmt);
 }
 
-bool CT_BandFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BandFmts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -116,6 +125,9 @@ bool CT_BandFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BandFmts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BandFmts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_BandFmt> CT_BandFmts::GetBandFmt() const { return m_BandFmt; }
 void CT_BandFmts::SetBandFmt(XMLPtrArray<CT_BandFmt> value) { m_BandFmt = std::move(value); m_presence |= (1u << 0); }
@@ -134,7 +146,8 @@ EG_SurfaceChartShared::~EG_SurfaceChartShared()
     delete m_BandFmts;
 }
 
-bool EG_SurfaceChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SurfaceChartShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -149,10 +162,14 @@ bool EG_SurfaceChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_SurfaceChartShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_SurfaceChartShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SurfaceSer> EG_SurfaceChartShared::GetSer() const { return m_Ser; }
 void EG_SurfaceChartShared::SetSer(XMLPtrArray<CT_SurfaceSer> value) { m_Ser = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_SurfaceChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SurfaceChartShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wireframe))
@@ -176,13 +193,20 @@ bool EG_SurfaceChartShared::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_SurfaceChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_SurfaceChartShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_SurfaceChartShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_SurfaceChartShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_SurfaceChartShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_SurfaceChartShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_SurfaceChartShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -206,7 +230,8 @@ CT_SurfaceChart::~CT_SurfaceChart()
     delete m_ExtLst;
 }
 
-bool CT_SurfaceChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SurfaceChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -220,6 +245,9 @@ bool CT_SurfaceChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SurfaceChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SurfaceChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_UnsignedInt> CT_SurfaceChart::GetAxId() const { return m_AxId; }
 void CT_SurfaceChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 1); }
@@ -238,7 +266,8 @@ CT_Surface3DChart::~CT_Surface3DChart()
     delete m_ExtLst;
 }
 
-bool CT_Surface3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Surface3DChart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -253,6 +282,9 @@ bool CT_Surface3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Surface3DChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Surface3DChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_UnsignedInt> CT_Surface3DChart::GetAxId() const { return m_AxId; }
 void CT_Surface3DChart::SetAxId(XMLPtrArray<CT_UnsignedInt> value) { m_AxId = std::move(value); m_presence |= (1u << 1); }
 
@@ -265,7 +297,8 @@ CT_AxPos::~CT_AxPos()
 {
 }
 
-bool CT_AxPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -276,6 +309,9 @@ bool CT_AxPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AxPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AxPos::GetVal() const { return m_Val; }
 void CT_AxPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -289,7 +325,8 @@ CT_Crosses::~CT_Crosses()
 {
 }
 
-bool CT_Crosses::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Crosses::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -300,6 +337,9 @@ bool CT_Crosses::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Crosses::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Crosses::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Crosses::GetVal() const { return m_Val; }
 void CT_Crosses::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -313,7 +353,8 @@ CT_CrossBetween::~CT_CrossBetween()
 {
 }
 
-bool CT_CrossBetween::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CrossBetween::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -324,6 +365,9 @@ bool CT_CrossBetween::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CrossBetween::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CrossBetween::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CrossBetween::GetVal() const { return m_Val; }
 void CT_CrossBetween::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -338,7 +382,8 @@ CT_TickMark::~CT_TickMark()
 {
 }
 
-bool CT_TickMark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TickMark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -349,6 +394,9 @@ bool CT_TickMark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TickMark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TickMark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TickMark::GetVal() const { return m_Val; }
 void CT_TickMark::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -363,7 +411,8 @@ CT_TickLblPos::~CT_TickLblPos()
 {
 }
 
-bool CT_TickLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TickLblPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -374,6 +423,9 @@ bool CT_TickLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TickLblPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TickLblPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TickLblPos::GetVal() const { return m_Val; }
 void CT_TickLblPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -388,7 +440,8 @@ CT_Skip::~CT_Skip()
 {
 }
 
-bool CT_Skip::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Skip::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -400,6 +453,9 @@ bool CT_Skip::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Skip::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Skip::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TimeUnit::CT_TimeUnit()
     : m_Val(s_days),
       m_presence(0)
@@ -410,7 +466,8 @@ CT_TimeUnit::~CT_TimeUnit()
 {
 }
 
-bool CT_TimeUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TimeUnit::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -421,6 +478,9 @@ bool CT_TimeUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TimeUnit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TimeUnit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TimeUnit::GetVal() const { return m_Val; }
 void CT_TimeUnit::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -435,7 +495,8 @@ CT_AxisUnit::~CT_AxisUnit()
 {
 }
 
-bool CT_AxisUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxisUnit::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -447,6 +508,9 @@ bool CT_AxisUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AxisUnit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxisUnit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_BuiltInUnit::CT_BuiltInUnit()
     : m_Val(s_thousands),
       m_presence(0)
@@ -457,7 +521,8 @@ CT_BuiltInUnit::~CT_BuiltInUnit()
 {
 }
 
-bool CT_BuiltInUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BuiltInUnit::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -468,6 +533,9 @@ bool CT_BuiltInUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BuiltInUnit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BuiltInUnit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BuiltInUnit::GetVal() const { return m_Val; }
 void CT_BuiltInUnit::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -481,7 +549,8 @@ CT_PictureFormat::~CT_PictureFormat()
 {
 }
 
-bool CT_PictureFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -492,6 +561,9 @@ bool CT_PictureFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PictureFormat::GetVal() const { return m_Val; }
 void CT_PictureFormat::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -506,7 +578,8 @@ CT_PictureStackUnit::~CT_PictureStackUnit()
 {
 }
 
-bool CT_PictureStackUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureStackUnit::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -517,6 +590,9 @@ bool CT_PictureStackUnit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PictureStackUnit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureStackUnit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PictureOptions::CT_PictureOptions()
     : m_ApplyToFront(nullptr),
@@ -537,7 +613,8 @@ CT_PictureOptions::~CT_PictureOptions()
     delete m_PictureStackUnit;
 }
 
-bool CT_PictureOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureOptions::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -556,6 +633,9 @@ bool CT_PictureOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PictureOptions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureOptions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DispUnitsLbl::CT_DispUnitsLbl()
     : m_Layout(nullptr),
       m_Tx(nullptr),
@@ -573,7 +653,8 @@ CT_DispUnitsLbl::~CT_DispUnitsLbl()
     delete m_TxPr;
 }
 
-bool CT_DispUnitsLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DispUnitsLbl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -590,6 +671,9 @@ bool CT_DispUnitsLbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DispUnitsLbl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DispUnitsLbl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DispUnits::CT_DispUnits()
     : m_Data__(nullptr),
       m_DispUnitsLbl(nullptr),
@@ -605,7 +689,8 @@ CT_DispUnits::~CT_DispUnits()
     delete m_ExtLst;
 }
 
-bool CT_DispUnits::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DispUnits::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -620,6 +705,9 @@ bool CT_DispUnits::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DispUnits::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DispUnits::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DispUnitsData__::CT_DispUnitsData__()
     : m_CustUnit(nullptr),
       m_BuiltInUnit(nullptr),
@@ -633,7 +721,8 @@ CT_DispUnitsData__::~CT_DispUnitsData__()
     delete m_BuiltInUnit;
 }
 
-bool CT_DispUnitsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DispUnitsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -646,7 +735,11 @@ bool CT_DispUnitsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_DispUnitsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_DispUnitsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DispUnitsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_DispUnitsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_custUnit))
@@ -664,13 +757,20 @@ bool CT_DispUnitsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_DispUnitsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DispUnitsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DispUnitsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DispUnitsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DispUnitsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DispUnitsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DispUnitsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -689,7 +789,8 @@ CT_Orientation::~CT_Orientation()
 {
 }
 
-bool CT_Orientation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Orientation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -700,6 +801,9 @@ bool CT_Orientation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Orientation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Orientation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Orientation::GetVal() const { return m_Val; }
 void CT_Orientation::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -714,7 +818,8 @@ CT_LogBase::~CT_LogBase()
 {
 }
 
-bool CT_LogBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LogBase::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -725,6 +830,9 @@ bool CT_LogBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LogBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LogBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Scaling::CT_Scaling()
     : m_LogBase(nullptr),
@@ -745,7 +853,8 @@ CT_Scaling::~CT_Scaling()
     delete m_ExtLst;
 }
 
-bool CT_Scaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scaling::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -764,6 +873,9 @@ bool CT_Scaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Scaling::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scaling::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LblOffset::CT_LblOffset()
     : m_Val(wxAny(s_100_x25_)),
       m_presence(0)
@@ -774,7 +886,8 @@ CT_LblOffset::~CT_LblOffset()
 {
 }
 
-bool CT_LblOffset::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LblOffset::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -785,6 +898,9 @@ bool CT_LblOffset::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LblOffset::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LblOffset::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_LblOffset::GetVal() const { return m_Val; }
 void CT_LblOffset::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -828,7 +944,8 @@ EG_AxShared::~EG_AxShared()
     delete m_Data__;
 }
 
-bool EG_AxShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AxShared::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -867,7 +984,11 @@ bool EG_AxShared::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_AxShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_AxShared::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_AxShared::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_AxShared::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_axId))
@@ -963,13 +1084,20 @@ bool EG_AxShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool EG_AxShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_AxShared::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_AxShared::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_AxShared::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_AxShared::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_AxShared::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_AxShared::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1004,7 +1132,8 @@ EG_AxSharedData__::~EG_AxSharedData__()
     delete m_CrossesAt;
 }
 
-bool EG_AxSharedData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AxSharedData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1017,7 +1146,11 @@ bool EG_AxSharedData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_AxSharedData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_AxSharedData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_AxSharedData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_AxSharedData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_crosses))
@@ -1035,13 +1168,20 @@ bool EG_AxSharedData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_AxSharedData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_AxSharedData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_AxSharedData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_AxSharedData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_AxSharedData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_AxSharedData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_AxSharedData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1075,7 +1215,8 @@ CT_CatAx::~CT_CatAx()
     delete m_ExtLst;
 }
 
-bool CT_CatAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CatAx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1099,6 +1240,9 @@ bool CT_CatAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CatAx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CatAx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DateAx::CT_DateAx()
     : m_EG_AxShared(nullptr),
@@ -1127,7 +1271,8 @@ CT_DateAx::~CT_DateAx()
     delete m_ExtLst;
 }
 
-bool CT_DateAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DateAx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1154,6 +1299,9 @@ bool CT_DateAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DateAx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DateAx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SerAx::CT_SerAx()
     : m_EG_AxShared(nullptr),
       m_TickLblSkip(nullptr),
@@ -1171,7 +1319,8 @@ CT_SerAx::~CT_SerAx()
     delete m_ExtLst;
 }
 
-bool CT_SerAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SerAx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1187,6 +1336,9 @@ bool CT_SerAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SerAx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SerAx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ValAx::CT_ValAx()
     : m_EG_AxShared(nullptr),
@@ -1209,7 +1361,8 @@ CT_ValAx::~CT_ValAx()
     delete m_ExtLst;
 }
 
-bool CT_ValAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValAx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1230,6 +1383,9 @@ bool CT_ValAx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ValAx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValAx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PlotArea::CT_PlotArea()
     : m_Layout(nullptr),
       m_DTable(nullptr),
@@ -1249,7 +1405,8 @@ CT_PlotArea::~CT_PlotArea()
     delete m_ExtLst;
 }
 
-bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotArea::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1269,6 +1426,9 @@ bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotArea::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PlotAreaData__> CT_PlotArea::GetData__() const { return m_Data__; }
 void CT_PlotArea::SetData__(XMLPtrArray<CT_PlotAreaData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 1); }
@@ -1316,7 +1476,8 @@ CT_PlotAreaData__::~CT_PlotAreaData__()
     delete m_BubbleChart;
 }
 
-bool CT_PlotAreaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotAreaData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1357,7 +1518,11 @@ bool CT_PlotAreaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_PlotAreaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_PlotAreaData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotAreaData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_PlotAreaData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_areaChart))
@@ -1459,13 +1624,20 @@ bool CT_PlotAreaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_PlotAreaData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PlotAreaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PlotAreaData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PlotAreaData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PlotAreaData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PlotAreaData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PlotAreaData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1505,7 +1677,8 @@ CT_PlotAreaData__1::~CT_PlotAreaData__1()
     delete m_SerAx;
 }
 
-bool CT_PlotAreaData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotAreaData__1::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1522,7 +1695,11 @@ bool CT_PlotAreaData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_PlotAreaData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_PlotAreaData__1::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotAreaData__1::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_PlotAreaData__1::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_valAx))
@@ -1552,13 +1729,20 @@ bool CT_PlotAreaData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_PlotAreaData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PlotAreaData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PlotAreaData__1::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PlotAreaData__1::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PlotAreaData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PlotAreaData__1::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PlotAreaData__1::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1590,7 +1774,8 @@ CT_PivotFmt::~CT_PivotFmt()
     delete m_ExtLst;
 }
 
-bool CT_PivotFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotFmt::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1611,6 +1796,9 @@ bool CT_PivotFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotFmt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotFmt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PivotFmts::CT_PivotFmts()
     : m_presence(0)
 {
@@ -1621,7 +1809,8 @@ CT_PivotFmts::~CT_PivotFmts()
     DeleteAll(m_PivotFmt);
 }
 
-bool CT_PivotFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotFmts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1631,6 +1820,9 @@ bool CT_PivotFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotFmts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotFmts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotFmt> CT_PivotFmts::GetPivotFmt() const { return m_PivotFmt; }
 void CT_PivotFmts::SetPivotFmt(XMLPtrArray<CT_PivotFmt> value) { m_PivotFmt = std::move(value); m_presence |= (1u << 0); }
@@ -1645,7 +1837,8 @@ CT_LegendPos::~CT_LegendPos()
 {
 }
 
-bool CT_LegendPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LegendPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1656,6 +1849,9 @@ bool CT_LegendPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LegendPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LegendPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LegendPos::GetVal() const { return m_Val; }
 void CT_LegendPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1671,7 +1867,8 @@ EG_LegendEntryData::~EG_LegendEntryData()
     delete m_TxPr;
 }
 
-bool EG_LegendEntryData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LegendEntryData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1682,7 +1879,11 @@ bool EG_LegendEntryData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_LegendEntryData::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LegendEntryData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LegendEntryData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LegendEntryData::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_txPr))
@@ -1694,13 +1895,20 @@ bool EG_LegendEntryData::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_LegendEntryData::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LegendEntryData::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LegendEntryData::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LegendEntryData::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LegendEntryData::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LegendEntryData::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LegendEntryData::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1723,7 +1931,8 @@ CT_LegendEntry::~CT_LegendEntry()
     delete m_ExtLst;
 }
 
-bool CT_LegendEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LegendEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1738,6 +1947,9 @@ bool CT_LegendEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LegendEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LegendEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LegendEntryData__::CT_LegendEntryData__()
     : m_Delete(nullptr),
       m_EG_LegendEntryData(nullptr),
@@ -1751,7 +1963,8 @@ CT_LegendEntryData__::~CT_LegendEntryData__()
     delete m_EG_LegendEntryData;
 }
 
-bool CT_LegendEntryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LegendEntryData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1764,7 +1977,11 @@ bool CT_LegendEntryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_LegendEntryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_LegendEntryData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LegendEntryData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_LegendEntryData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_delete))
@@ -1782,13 +1999,20 @@ bool CT_LegendEntryData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_LegendEntryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_LegendEntryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_LegendEntryData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_LegendEntryData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_LegendEntryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_LegendEntryData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_LegendEntryData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1819,7 +2043,8 @@ CT_Legend::~CT_Legend()
     delete m_ExtLst;
 }
 
-bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Legend::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1842,6 +2067,9 @@ bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Legend::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_LegendEntry> CT_Legend::GetLegendEntry() const { return m_LegendEntry; }
 void CT_Legend::SetLegendEntry(XMLPtrArray<CT_LegendEntry> value) { m_LegendEntry = std::move(value); m_presence |= (1u << 1); }
 
@@ -1855,7 +2083,8 @@ CT_DispBlanksAs::~CT_DispBlanksAs()
 {
 }
 
-bool CT_DispBlanksAs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DispBlanksAs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1866,6 +2095,9 @@ bool CT_DispBlanksAs::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DispBlanksAs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DispBlanksAs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DispBlanksAs::GetVal() const { return m_Val; }
 void CT_DispBlanksAs::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1905,7 +2137,8 @@ CT_Chart::~CT_Chart()
     delete m_ExtLst;
 }
 
-bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Chart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1940,6 +2173,9 @@ bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Chart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Style::CT_Style()
     : m_Val(0),
       m_presence(0)
@@ -1950,7 +2186,8 @@ CT_Style::~CT_Style()
 {
 }
 
-bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Style::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1961,6 +2198,9 @@ bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Style::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PivotSource::CT_PivotSource()
     : m_FmtId(nullptr),
@@ -1974,7 +2214,8 @@ CT_PivotSource::~CT_PivotSource()
     DeleteAll(m_ExtLst);
 }
 
-bool CT_PivotSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotSource::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1988,6 +2229,9 @@ bool CT_PivotSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PivotSource::GetName() const { return m_Name; }
 void CT_PivotSource::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2013,7 +2257,8 @@ CT_Protection::~CT_Protection()
     delete m_UserInterface;
 }
 
-bool CT_Protection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Protection::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2032,6 +2277,9 @@ bool CT_Protection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Protection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Protection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HeaderFooter::CT_HeaderFooter()
     : m_AlignWithMargins(true),
       m_DifferentOddEven(false),
@@ -2044,7 +2292,8 @@ CT_HeaderFooter::~CT_HeaderFooter()
 {
 }
 
-bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HeaderFooter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2072,6 +2321,9 @@ bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HeaderFooter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HeaderFooter::GetOddHeader() const { return m_OddHeader; }
 void CT_HeaderFooter::SetOddHeader(wxString value) { m_OddHeader = std::move(value); m_presence |= (1u << 0); }
@@ -2101,7 +2353,8 @@ CT_PageMargins::~CT_PageMargins()
 {
 }
 
-bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageMargins::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2123,6 +2376,9 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageMargins::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ExternalData::CT_ExternalData()
     : m_AutoUpdate(nullptr),
       m_presence(0)
@@ -2134,7 +2390,8 @@ CT_ExternalData::~CT_ExternalData()
     delete m_AutoUpdate;
 }
 
-bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2148,6 +2405,9 @@ bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalData::GetR_id() const { return m_R_id; }
 void CT_ExternalData::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
@@ -2170,7 +2430,8 @@ CT_PageSetup::~CT_PageSetup()
 {
 }
 
-bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageSetup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2202,6 +2463,9 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageSetup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageSetup::GetPaperHeight() const { return m_PaperHeight; }
 void CT_PageSetup::SetPaperHeight(wxString value) { m_PaperHeight = std::move(value); m_presence |= (1u << 1); }
 wxString CT_PageSetup::GetPaperWidth() const { return m_PaperWidth; }
@@ -2226,7 +2490,8 @@ CT_PrintSettings::~CT_PrintSettings()
     delete m_LegacyDrawingHF;
 }
 
-bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PrintSettings::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2242,6 +2507,9 @@ bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PrintSettings::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ChartSpace::CT_ChartSpace()
     : m_Date1904(nullptr),
@@ -2280,7 +2548,8 @@ CT_ChartSpace::~CT_ChartSpace()
     delete m_ExtLst;
 }
 
-bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartSpace::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2316,5 +2585,8 @@ bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartSpace::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_drawingml_x2006_chart

@@ -129,6 +129,7 @@ public:
     virtual ~CT_Extension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uri": attribute, wxString
@@ -137,6 +138,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Uri;
     std::uint32_t m_presence;
 };
@@ -150,6 +152,7 @@ public:
     virtual ~CT_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ext": child element, repeated
@@ -158,6 +161,7 @@ public:
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Extension> m_Ext;
     std::uint32_t m_presence;
 };
@@ -171,6 +175,7 @@ public:
     virtual ~CT_NumberFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formatCode": attribute, wxString
@@ -183,6 +188,7 @@ public:
     bool CheckSourceLinked() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_FormatCode;
     bool m_SourceLinked;
     std::uint32_t m_presence;
@@ -197,6 +203,7 @@ public:
     virtual ~CT_RelId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -205,6 +212,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -218,6 +226,7 @@ public:
     virtual ~CT_ValueColors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "minColor": child element
@@ -234,6 +243,7 @@ public:
     bool CheckMaxColor() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* m_MinColor;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* m_MidColor;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_SolidColorFillProperties* m_MaxColor;
@@ -249,6 +259,7 @@ public:
     virtual ~CT_ExternalData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -261,6 +272,7 @@ public:
     bool CheckAutoUpdate() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     bool m_AutoUpdate;
     std::uint32_t m_presence;
@@ -275,6 +287,7 @@ public:
     virtual ~CT_Formula();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -287,6 +300,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_Dir;
     std::uint32_t m_presence;
@@ -301,6 +315,7 @@ public:
     virtual ~CT_DataId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -309,6 +324,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -322,6 +338,7 @@ public:
     virtual ~CT_StringValue();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -334,6 +351,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -348,6 +366,7 @@ public:
     virtual ~CT_StringLevel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -364,6 +383,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_StringValue> m_Pt;
     unsigned int m_PtCount;
     wxString m_Name;
@@ -379,6 +399,7 @@ public:
     virtual ~CT_StringDimension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -391,6 +412,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_StringDimensionData__* m_Data__;
     wxString m_Type;
     std::uint32_t m_presence;
@@ -405,9 +427,12 @@ public:
     virtual ~CT_StringDimensionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -430,6 +455,9 @@ public:
     bool CheckLvl_1() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Formula* m_F;
     CT_Formula* m_Nf;
     XMLPtrArray<CT_StringLevel> m_Lvl;
@@ -446,6 +474,7 @@ public:
     virtual ~CT_NumericValue();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, double
@@ -458,6 +487,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Value;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -472,6 +502,7 @@ public:
     virtual ~CT_NumericLevel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -492,6 +523,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_NumericValue> m_Pt;
     unsigned int m_PtCount;
     wxString m_FormatCode;
@@ -508,6 +540,7 @@ public:
     virtual ~CT_NumericDimension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -520,6 +553,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NumericDimensionData__* m_Data__;
     wxString m_Type;
     std::uint32_t m_presence;
@@ -534,9 +568,12 @@ public:
     virtual ~CT_NumericDimensionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -559,6 +596,9 @@ public:
     bool CheckLvl_1() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Formula* m_F;
     CT_Formula* m_Nf;
     XMLPtrArray<CT_NumericLevel> m_Lvl;
@@ -575,6 +615,7 @@ public:
     virtual ~CT_Data();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -591,6 +632,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DataData__> m_Data__;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
@@ -606,9 +648,12 @@ public:
     virtual ~CT_DataData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -623,6 +668,9 @@ public:
     bool CheckStrDim() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NumericDimension* m_NumDim;
     CT_StringDimension* m_StrDim;
     std::uint32_t m_presence;
@@ -637,6 +685,7 @@ public:
     virtual ~CT_ChartData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "externalData": child element
@@ -653,6 +702,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExternalData* m_ExternalData;
     XMLPtrArray<CT_Data> m_Data;
     CT_ExtensionList* m_ExtLst;
@@ -668,6 +718,7 @@ public:
     virtual ~CT_TextData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -676,6 +727,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextDataData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -689,9 +741,12 @@ public:
     virtual ~CT_TextDataData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -710,6 +765,9 @@ public:
     bool CheckV_1() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Formula* m_F;
     wxString m_V;
     wxString m_V_1;
@@ -725,6 +783,7 @@ public:
     virtual ~CT_Text();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -733,6 +792,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -746,9 +806,12 @@ public:
     virtual ~CT_TextData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -763,6 +826,9 @@ public:
     bool CheckRich() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextData* m_TxData;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_Rich;
     std::uint32_t m_presence;
@@ -777,6 +843,7 @@ public:
     virtual ~CT_ChartTitle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -809,6 +876,7 @@ public:
     bool CheckOverlay() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Text* m_Tx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -828,6 +896,7 @@ public:
     virtual ~CT_CategoryAxisScaling();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gapWidth": attribute, wxAny
@@ -836,6 +905,7 @@ public:
     bool CheckGapWidth() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_GapWidth;
     std::uint32_t m_presence;
 };
@@ -849,6 +919,7 @@ public:
     virtual ~CT_ValueAxisScaling();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "max": attribute, wxAny
@@ -869,6 +940,7 @@ public:
     bool CheckMinorUnit() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Max;
     wxAny m_Min;
     wxAny m_MajorUnit;
@@ -885,6 +957,7 @@ public:
     virtual ~CT_AxisTitle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -905,6 +978,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Text* m_Tx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -921,6 +995,7 @@ public:
     virtual ~CT_AxisUnitsLabel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -941,6 +1016,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Text* m_Tx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -957,6 +1033,7 @@ public:
     virtual ~CT_AxisUnits();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "unitsLabel": child element
@@ -973,6 +1050,7 @@ public:
     bool CheckUnit() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AxisUnitsLabel* m_UnitsLabel;
     CT_ExtensionList* m_ExtLst;
     wxString m_Unit;
@@ -988,6 +1066,7 @@ public:
     virtual ~CT_Gridlines();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -1000,6 +1079,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -1014,6 +1094,7 @@ public:
     virtual ~CT_TickMarks();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -1026,6 +1107,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Type;
     std::uint32_t m_presence;
@@ -1040,6 +1122,7 @@ public:
     virtual ~CT_TickLabels();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -1048,6 +1131,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
 };
@@ -1061,6 +1145,7 @@ public:
     virtual ~CT_Axis();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1121,6 +1206,7 @@ public:
     bool CheckHidden() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AxisData__* m_Data__;
     CT_AxisTitle* m_Title;
     CT_AxisUnits* m_Units;
@@ -1147,9 +1233,12 @@ public:
     virtual ~CT_AxisData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1164,6 +1253,9 @@ public:
     bool CheckValScaling() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_CategoryAxisScaling* m_CatScaling;
     CT_ValueAxisScaling* m_ValScaling;
     std::uint32_t m_presence;
@@ -1178,6 +1270,7 @@ public:
     virtual ~CT_ParentLabelLayout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1186,6 +1279,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1199,6 +1293,7 @@ public:
     virtual ~CT_RegionLabelLayout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1207,6 +1302,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1220,6 +1316,7 @@ public:
     virtual ~CT_SeriesElementVisibilities();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "connectorLines": attribute, bool
@@ -1244,6 +1341,7 @@ public:
     bool CheckOutliers() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ConnectorLines;
     bool m_MeanLine;
     bool m_MeanMarker;
@@ -1261,9 +1359,11 @@ public:
     virtual ~CT_Aggregation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1276,6 +1376,7 @@ public:
     virtual ~CT_Binning();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1296,6 +1397,7 @@ public:
     bool CheckOverflow() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BinningData__* m_Data__;
     wxString m_IntervalClosed;
     wxAny m_Underflow;
@@ -1312,9 +1414,12 @@ public:
     virtual ~CT_BinningData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1329,6 +1434,9 @@ public:
     bool CheckBinCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     double m_BinSize;
     unsigned int m_BinCount;
     std::uint32_t m_presence;
@@ -1343,6 +1451,7 @@ public:
     virtual ~CT_GeoLocationQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "countryRegion": attribute, wxString
@@ -1367,6 +1476,7 @@ public:
     bool CheckEntityType() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_CountryRegion;
     wxString m_AdminDistrict1;
     wxString m_AdminDistrict2;
@@ -1384,6 +1494,7 @@ public:
     virtual ~CT_Address();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "address1": attribute, wxString
@@ -1416,6 +1527,7 @@ public:
     bool CheckIsoCountryCode() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Address1;
     wxString m_CountryRegion;
     wxString m_AdminDistrict1;
@@ -1435,6 +1547,7 @@ public:
     virtual ~CT_GeoLocation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "address": child element
@@ -1459,6 +1572,7 @@ public:
     bool CheckEntityType() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Address* m_Address;
     double m_Latitude;
     double m_Longitude;
@@ -1476,6 +1590,7 @@ public:
     virtual ~CT_GeoLocations();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoLocation": child element
@@ -1484,6 +1599,7 @@ public:
     bool CheckGeoLocation() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoLocation* m_GeoLocation;
     std::uint32_t m_presence;
 };
@@ -1497,6 +1613,7 @@ public:
     virtual ~CT_GeoLocationQueryResult();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoLocationQuery": child element
@@ -1509,6 +1626,7 @@ public:
     bool CheckGeoLocations() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoLocationQuery* m_GeoLocationQuery;
     CT_GeoLocations* m_GeoLocations;
     std::uint32_t m_presence;
@@ -1523,6 +1641,7 @@ public:
     virtual ~CT_GeoLocationQueryResults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoLocationQueryResult": child element, repeated
@@ -1531,6 +1650,7 @@ public:
     bool CheckGeoLocationQueryResult() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoLocationQueryResult> m_GeoLocationQueryResult;
     std::uint32_t m_presence;
 };
@@ -1544,6 +1664,7 @@ public:
     virtual ~CT_GeoPolygon();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "polygonId": attribute, wxString
@@ -1560,6 +1681,7 @@ public:
     bool CheckPcaRings() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_PolygonId;
     int m_NumPoints;
     wxString m_PcaRings;
@@ -1575,6 +1697,7 @@ public:
     virtual ~CT_GeoPolygons();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoPolygon": child element, repeated
@@ -1583,6 +1706,7 @@ public:
     bool CheckGeoPolygon() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoPolygon> m_GeoPolygon;
     std::uint32_t m_presence;
 };
@@ -1596,6 +1720,7 @@ public:
     virtual ~CT_Copyrights();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "copyright": value element, wxString, repeated
@@ -1604,6 +1729,7 @@ public:
     bool CheckCopyright() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_Copyright;
     std::uint32_t m_presence;
 };
@@ -1617,6 +1743,7 @@ public:
     virtual ~CT_GeoData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoPolygons": child element
@@ -1653,6 +1780,7 @@ public:
     bool CheckSouth() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoPolygons* m_GeoPolygons;
     CT_Copyrights* m_Copyrights;
     wxString m_EntityName;
@@ -1673,6 +1801,7 @@ public:
     virtual ~CT_GeoDataEntityQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityType": attribute, wxString
@@ -1685,6 +1814,7 @@ public:
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityType;
     wxString m_EntityId;
     std::uint32_t m_presence;
@@ -1699,6 +1829,7 @@ public:
     virtual ~CT_GeoDataEntityQueryResult();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoDataEntityQuery": child element
@@ -1711,6 +1842,7 @@ public:
     bool CheckGeoData() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoDataEntityQuery* m_GeoDataEntityQuery;
     CT_GeoData* m_GeoData;
     std::uint32_t m_presence;
@@ -1725,6 +1857,7 @@ public:
     virtual ~CT_GeoDataEntityQueryResults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoDataEntityQueryResult": child element, repeated
@@ -1733,6 +1866,7 @@ public:
     bool CheckGeoDataEntityQueryResult() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoDataEntityQueryResult> m_GeoDataEntityQueryResult;
     std::uint32_t m_presence;
 };
@@ -1746,6 +1880,7 @@ public:
     virtual ~CT_GeoDataPointQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityType": attribute, wxString
@@ -1762,6 +1897,7 @@ public:
     bool CheckLongitude() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityType;
     double m_Latitude;
     double m_Longitude;
@@ -1777,6 +1913,7 @@ public:
     virtual ~CT_GeoDataPointToEntityQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityType": attribute, wxString
@@ -1789,6 +1926,7 @@ public:
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityType;
     wxString m_EntityId;
     std::uint32_t m_presence;
@@ -1803,6 +1941,7 @@ public:
     virtual ~CT_GeoDataPointToEntityQueryResult();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoDataPointQuery": child element
@@ -1815,6 +1954,7 @@ public:
     bool CheckGeoDataPointToEntityQuery() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoDataPointQuery* m_GeoDataPointQuery;
     CT_GeoDataPointToEntityQuery* m_GeoDataPointToEntityQuery;
     std::uint32_t m_presence;
@@ -1829,6 +1969,7 @@ public:
     virtual ~CT_GeoDataPointToEntityQueryResults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoDataPointToEntityQueryResult": child element, repeated
@@ -1837,6 +1978,7 @@ public:
     bool CheckGeoDataPointToEntityQueryResult() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoDataPointToEntityQueryResult> m_GeoDataPointToEntityQueryResult;
     std::uint32_t m_presence;
 };
@@ -1850,6 +1992,7 @@ public:
     virtual ~CT_GeoChildTypes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityType": value element, wxString, repeated
@@ -1858,6 +2001,7 @@ public:
     bool CheckEntityType() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_EntityType;
     std::uint32_t m_presence;
 };
@@ -1871,6 +2015,7 @@ public:
     virtual ~CT_GeoChildEntitiesQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoChildTypes": child element
@@ -1883,6 +2028,7 @@ public:
     bool CheckEntityId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoChildTypes* m_GeoChildTypes;
     wxString m_EntityId;
     std::uint32_t m_presence;
@@ -1897,6 +2043,7 @@ public:
     virtual ~CT_GeoHierarchyEntity();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityName": attribute, wxString
@@ -1913,6 +2060,7 @@ public:
     bool CheckEntityType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityName;
     wxString m_EntityId;
     wxString m_EntityType;
@@ -1928,6 +2076,7 @@ public:
     virtual ~CT_GeoChildEntities();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoHierarchyEntity": child element, repeated
@@ -1936,6 +2085,7 @@ public:
     bool CheckGeoHierarchyEntity() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoHierarchyEntity> m_GeoHierarchyEntity;
     std::uint32_t m_presence;
 };
@@ -1949,6 +2099,7 @@ public:
     virtual ~CT_GeoChildEntitiesQueryResult();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoChildEntitiesQuery": child element
@@ -1961,6 +2112,7 @@ public:
     bool CheckGeoChildEntities() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoChildEntitiesQuery* m_GeoChildEntitiesQuery;
     CT_GeoChildEntities* m_GeoChildEntities;
     std::uint32_t m_presence;
@@ -1975,6 +2127,7 @@ public:
     virtual ~CT_GeoChildEntitiesQueryResults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoChildEntitiesQueryResult": child element, repeated
@@ -1983,6 +2136,7 @@ public:
     bool CheckGeoChildEntitiesQueryResult() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoChildEntitiesQueryResult> m_GeoChildEntitiesQueryResult;
     std::uint32_t m_presence;
 };
@@ -1996,6 +2150,7 @@ public:
     virtual ~CT_GeoParentEntitiesQuery();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityId": attribute, wxString
@@ -2004,6 +2159,7 @@ public:
     bool CheckEntityId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityId;
     std::uint32_t m_presence;
 };
@@ -2017,6 +2173,7 @@ public:
     virtual ~CT_GeoEntity();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityName": attribute, wxString
@@ -2029,6 +2186,7 @@ public:
     bool CheckEntityType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityName;
     wxString m_EntityType;
     std::uint32_t m_presence;
@@ -2043,6 +2201,7 @@ public:
     virtual ~CT_GeoParentEntity();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entityId": attribute, wxString
@@ -2051,6 +2210,7 @@ public:
     bool CheckEntityId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_EntityId;
     std::uint32_t m_presence;
 };
@@ -2064,6 +2224,7 @@ public:
     virtual ~CT_GeoParentEntitiesQueryResult();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoParentEntitiesQuery": child element
@@ -2080,6 +2241,7 @@ public:
     bool CheckGeoParentEntity() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoParentEntitiesQuery* m_GeoParentEntitiesQuery;
     CT_GeoEntity* m_GeoEntity;
     CT_GeoParentEntity* m_GeoParentEntity;
@@ -2095,6 +2257,7 @@ public:
     virtual ~CT_GeoParentEntitiesQueryResults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoParentEntitiesQueryResult": child element, repeated
@@ -2103,6 +2266,7 @@ public:
     bool CheckGeoParentEntitiesQueryResult() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoParentEntitiesQueryResult> m_GeoParentEntitiesQueryResult;
     std::uint32_t m_presence;
 };
@@ -2116,6 +2280,7 @@ public:
     virtual ~CT_Clear();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoLocationQueryResults": child element
@@ -2140,6 +2305,7 @@ public:
     bool CheckGeoParentEntitiesQueryResults() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoLocationQueryResults* m_GeoLocationQueryResults;
     CT_GeoDataEntityQueryResults* m_GeoDataEntityQueryResults;
     CT_GeoDataPointToEntityQueryResults* m_GeoDataPointToEntityQueryResults;
@@ -2157,6 +2323,7 @@ public:
     virtual ~CT_GeoCache();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -2169,6 +2336,7 @@ public:
     bool CheckProvider() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeoCacheData__> m_Data__;
     wxString m_Provider;
     std::uint32_t m_presence;
@@ -2183,9 +2351,12 @@ public:
     virtual ~CT_GeoCacheData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2200,6 +2371,9 @@ public:
     bool CheckClear() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_Binary;
     CT_Clear* m_Clear;
     std::uint32_t m_presence;
@@ -2214,6 +2388,7 @@ public:
     virtual ~CT_Geography();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "geoCache": child element
@@ -2242,6 +2417,7 @@ public:
     bool CheckAttribution() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeoCache* m_GeoCache;
     wxString m_ProjectionType;
     wxString m_ViewedRegionType;
@@ -2260,6 +2436,7 @@ public:
     virtual ~CT_Statistics();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "quartileMethod": attribute, wxString
@@ -2268,6 +2445,7 @@ public:
     bool CheckQuartileMethod() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_QuartileMethod;
     std::uint32_t m_presence;
 };
@@ -2281,6 +2459,7 @@ public:
     virtual ~CT_Subtotals();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": value element, unsigned int, repeated
@@ -2289,6 +2468,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<unsigned int> m_Idx;
     std::uint32_t m_presence;
 };
@@ -2302,6 +2482,7 @@ public:
     virtual ~CT_SeriesLayoutProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "parentLabelLayout": child element
@@ -2338,6 +2519,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ParentLabelLayout* m_ParentLabelLayout;
     CT_RegionLabelLayout* m_RegionLabelLayout;
     CT_SeriesElementVisibilities* m_Visibility;
@@ -2358,9 +2540,12 @@ public:
     virtual ~CT_SeriesLayoutPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2375,6 +2560,9 @@ public:
     bool CheckBinning() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Aggregation* m_Aggregation;
     CT_Binning* m_Binning;
     std::uint32_t m_presence;
@@ -2389,6 +2577,7 @@ public:
     virtual ~CT_DataPoint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -2405,6 +2594,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Idx;
@@ -2420,9 +2610,11 @@ public:
     virtual ~CT_ExtremeValueColorPosition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -2435,6 +2627,7 @@ public:
     virtual ~CT_NumberColorPosition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -2443,6 +2636,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -2456,6 +2650,7 @@ public:
     virtual ~CT_PercentageColorPosition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -2464,6 +2659,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -2477,6 +2673,7 @@ public:
     virtual ~CT_ValueColorEndPosition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2485,6 +2682,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ValueColorEndPositionData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2498,9 +2696,12 @@ public:
     virtual ~CT_ValueColorEndPositionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2519,6 +2720,9 @@ public:
     bool CheckPercent() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_ExtremeValueColorPosition* m_ExtremeValue;
     CT_NumberColorPosition* m_Number;
     CT_PercentageColorPosition* m_Percent;
@@ -2534,6 +2738,7 @@ public:
     virtual ~CT_ValueColorMiddlePosition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2542,6 +2747,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ValueColorMiddlePositionData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2555,9 +2761,12 @@ public:
     virtual ~CT_ValueColorMiddlePositionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2572,6 +2781,9 @@ public:
     bool CheckPercent() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NumberColorPosition* m_Number;
     CT_PercentageColorPosition* m_Percent;
     std::uint32_t m_presence;
@@ -2586,6 +2798,7 @@ public:
     virtual ~CT_ValueColorPositions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "min": child element
@@ -2606,6 +2819,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ValueColorEndPosition* m_Min;
     CT_ValueColorMiddlePosition* m_Mid;
     CT_ValueColorEndPosition* m_Max;
@@ -2622,6 +2836,7 @@ public:
     virtual ~CT_DataLabelVisibilities();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "seriesName": attribute, bool
@@ -2638,6 +2853,7 @@ public:
     bool CheckValue() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_SeriesName;
     bool m_CategoryName;
     bool m_Value;
@@ -2653,6 +2869,7 @@ public:
     virtual ~CT_DataLabel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "numFmt": child element
@@ -2689,6 +2906,7 @@ public:
     bool CheckPos() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NumberFormat* m_NumFmt;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -2709,6 +2927,7 @@ public:
     virtual ~CT_DataLabelHidden();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": attribute, unsigned int
@@ -2717,6 +2936,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Idx;
     std::uint32_t m_presence;
 };
@@ -2730,6 +2950,7 @@ public:
     virtual ~CT_DataLabels();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "numFmt": child element
@@ -2770,6 +2991,7 @@ public:
     bool CheckPos() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NumberFormat* m_NumFmt;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
@@ -2791,6 +3013,7 @@ public:
     virtual ~CT_Series();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": child element
@@ -2855,6 +3078,7 @@ public:
     bool CheckFormatIdx() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Text* m_Tx;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_ValueColors* m_ValueColors;
@@ -2882,6 +3106,7 @@ public:
     virtual ~CT_Legend();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -2910,6 +3135,7 @@ public:
     bool CheckOverlay() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_TxPr;
     CT_ExtensionList* m_ExtLst;
@@ -2928,6 +3154,7 @@ public:
     virtual ~CT_PlotSurface();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -2940,6 +3167,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -2954,6 +3182,7 @@ public:
     virtual ~CT_PlotAreaRegion();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "plotSurface": child element
@@ -2970,6 +3199,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PlotSurface* m_PlotSurface;
     XMLPtrArray<CT_Series> m_Series;
     CT_ExtensionList* m_ExtLst;
@@ -2985,6 +3215,7 @@ public:
     virtual ~CT_PlotArea();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "plotAreaRegion": child element
@@ -3005,6 +3236,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PlotAreaRegion* m_PlotAreaRegion;
     XMLPtrArray<CT_Axis> m_Axis;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -3021,6 +3253,7 @@ public:
     virtual ~CT_Chart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element
@@ -3041,6 +3274,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ChartTitle* m_Title;
     CT_PlotArea* m_PlotArea;
     CT_Legend* m_Legend;
@@ -3057,6 +3291,7 @@ public:
     virtual ~CT_FormatOverride();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -3073,6 +3308,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Idx;
@@ -3088,6 +3324,7 @@ public:
     virtual ~CT_FormatOverrides();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fmtOvr": child element, repeated
@@ -3096,6 +3333,7 @@ public:
     bool CheckFmtOvr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FormatOverride> m_FmtOvr;
     std::uint32_t m_presence;
 };
@@ -3109,6 +3347,7 @@ public:
     virtual ~CT_HeaderFooter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oddHeader": value element, wxString
@@ -3149,6 +3388,7 @@ public:
     bool CheckDifferentFirst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_OddHeader;
     wxString m_OddFooter;
     wxString m_EvenHeader;
@@ -3170,6 +3410,7 @@ public:
     virtual ~CT_PageMargins();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "l": attribute, double
@@ -3198,6 +3439,7 @@ public:
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_L;
     double m_R;
     double m_T;
@@ -3216,6 +3458,7 @@ public:
     virtual ~CT_PageSetup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "paperSize": attribute, unsigned int, default "1"
@@ -3256,6 +3499,7 @@ public:
     bool CheckCopies() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_PaperSize;
     unsigned int m_FirstPageNumber;
     wxString m_Orientation;
@@ -3277,6 +3521,7 @@ public:
     virtual ~CT_PrintSettings();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "headerFooter": child element
@@ -3293,6 +3538,7 @@ public:
     bool CheckPageSetup() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_HeaderFooter* m_HeaderFooter;
     CT_PageMargins* m_PageMargins;
     CT_PageSetup* m_PageSetup;
@@ -3308,6 +3554,7 @@ public:
     virtual ~CT_ChartSpace();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chartData": child element
@@ -3344,6 +3591,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ChartData* m_ChartData;
     CT_Chart* m_Chart;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;

@@ -22,7 +22,8 @@ CT_Extension::~CT_Extension()
 {
 }
 
-bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Extension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -33,6 +34,9 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Extension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Extension::GetUri() const { return m_Uri; }
 void CT_Extension::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 0); }
@@ -47,7 +51,8 @@ CT_ExtensionList::~CT_ExtensionList()
     DeleteAll(m_Ext);
 }
 
-bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -57,6 +62,9 @@ bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Extension> CT_ExtensionList::GetExt() const { return m_Ext; }
 void CT_ExtensionList::SetExt(XMLPtrArray<CT_Extension> value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
@@ -71,7 +79,8 @@ CT_NumberFormat::~CT_NumberFormat()
 {
 }
 
-bool CT_NumberFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumberFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -85,6 +94,9 @@ bool CT_NumberFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumberFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumberFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_NumberFormat::GetFormatCode() const { return m_FormatCode; }
 void CT_NumberFormat::SetFormatCode(wxString value) { m_FormatCode = std::move(value); m_presence |= (1u << 0); }
 
@@ -97,7 +109,8 @@ CT_RelId::~CT_RelId()
 {
 }
 
-bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -108,6 +121,9 @@ bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RelId::GetR_id() const { return m_R_id; }
 void CT_RelId::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -127,7 +143,8 @@ CT_ValueColors::~CT_ValueColors()
     delete m_MaxColor;
 }
 
-bool CT_ValueColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -142,6 +159,9 @@ bool CT_ValueColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ValueColors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ExternalData::CT_ExternalData()
     : m_AutoUpdate(false),
       m_presence(0)
@@ -152,7 +172,8 @@ CT_ExternalData::~CT_ExternalData()
 {
 }
 
-bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -165,6 +186,9 @@ bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ExternalData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalData::GetR_id() const { return m_R_id; }
 void CT_ExternalData::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -179,7 +203,8 @@ CT_Formula::~CT_Formula()
 {
 }
 
-bool CT_Formula::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Formula::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -192,6 +217,9 @@ bool CT_Formula::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Formula::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Formula::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Formula::GetValue() const { return m_Value; }
 void CT_Formula::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -208,7 +236,8 @@ CT_DataId::~CT_DataId()
 {
 }
 
-bool CT_DataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -220,6 +249,9 @@ bool CT_DataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_StringValue::CT_StringValue()
     : m_Idx(0),
       m_presence(0)
@@ -230,7 +262,8 @@ CT_StringValue::~CT_StringValue()
 {
 }
 
-bool CT_StringValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringValue::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -243,6 +276,9 @@ bool CT_StringValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_StringValue::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StringValue::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StringValue::GetValue() const { return m_Value; }
 void CT_StringValue::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -258,7 +294,8 @@ CT_StringLevel::~CT_StringLevel()
     DeleteAll(m_Pt);
 }
 
-bool CT_StringLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringLevel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -274,6 +311,9 @@ bool CT_StringLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StringLevel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StringLevel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_StringValue> CT_StringLevel::GetPt() const { return m_Pt; }
 void CT_StringLevel::SetPt(XMLPtrArray<CT_StringValue> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -291,7 +331,8 @@ CT_StringDimension::~CT_StringDimension()
     delete m_Data__;
 }
 
-bool CT_StringDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringDimension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -305,6 +346,9 @@ bool CT_StringDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StringDimension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StringDimension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StringDimension::GetType() const { return m_Type; }
 void CT_StringDimension::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -324,7 +368,8 @@ CT_StringDimensionData__::~CT_StringDimensionData__()
     DeleteAll(m_Lvl_1);
 }
 
-bool CT_StringDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringDimensionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -341,12 +386,16 @@ bool CT_StringDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_StringDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StringDimensionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_StringLevel> CT_StringDimensionData__::GetLvl() const { return m_Lvl; }
 void CT_StringDimensionData__::SetLvl(XMLPtrArray<CT_StringLevel> value) { m_Lvl = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_StringLevel> CT_StringDimensionData__::GetLvl_1() const { return m_Lvl_1; }
 void CT_StringDimensionData__::SetLvl_1(XMLPtrArray<CT_StringLevel> value) { m_Lvl_1 = std::move(value); m_presence |= (1u << 3); }
 
-bool CT_StringDimensionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringDimensionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_f))
@@ -376,13 +425,20 @@ bool CT_StringDimensionData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool CT_StringDimensionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_StringDimensionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_StringDimensionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_StringDimensionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_StringDimensionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_StringDimensionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_StringDimensionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -404,7 +460,8 @@ CT_NumericValue::~CT_NumericValue()
 {
 }
 
-bool CT_NumericValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericValue::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -418,6 +475,9 @@ bool CT_NumericValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumericValue::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumericValue::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NumericLevel::CT_NumericLevel()
     : m_PtCount(0),
       m_presence(0)
@@ -429,7 +489,8 @@ CT_NumericLevel::~CT_NumericLevel()
     DeleteAll(m_Pt);
 }
 
-bool CT_NumericLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericLevel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -447,6 +508,9 @@ bool CT_NumericLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumericLevel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumericLevel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_NumericValue> CT_NumericLevel::GetPt() const { return m_Pt; }
 void CT_NumericLevel::SetPt(XMLPtrArray<CT_NumericValue> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -466,7 +530,8 @@ CT_NumericDimension::~CT_NumericDimension()
     delete m_Data__;
 }
 
-bool CT_NumericDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericDimension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -480,6 +545,9 @@ bool CT_NumericDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumericDimension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumericDimension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumericDimension::GetType() const { return m_Type; }
 void CT_NumericDimension::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -499,7 +567,8 @@ CT_NumericDimensionData__::~CT_NumericDimensionData__()
     DeleteAll(m_Lvl_1);
 }
 
-bool CT_NumericDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericDimensionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -516,12 +585,16 @@ bool CT_NumericDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumericDimensionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumericDimensionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_NumericLevel> CT_NumericDimensionData__::GetLvl() const { return m_Lvl; }
 void CT_NumericDimensionData__::SetLvl(XMLPtrArray<CT_NumericLevel> value) { m_Lvl = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_NumericLevel> CT_NumericDimensionData__::GetLvl_1() const { return m_Lvl_1; }
 void CT_NumericDimensionData__::SetLvl_1(XMLPtrArray<CT_NumericLevel> value) { m_Lvl_1 = std::move(value); m_presence |= (1u << 3); }
 
-bool CT_NumericDimensionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericDimensionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_f))
@@ -551,13 +624,20 @@ bool CT_NumericDimensionData__::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool CT_NumericDimensionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_NumericDimensionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_NumericDimensionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_NumericDimensionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_NumericDimensionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_NumericDimensionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_NumericDimensionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -581,7 +661,8 @@ CT_Data::~CT_Data()
     delete m_ExtLst;
 }
 
-bool CT_Data::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Data::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -597,6 +678,9 @@ bool CT_Data::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Data::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Data::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DataData__> CT_Data::GetData__() const { return m_Data__; }
 void CT_Data::SetData__(XMLPtrArray<CT_DataData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -614,7 +698,8 @@ CT_DataData__::~CT_DataData__()
     delete m_StrDim;
 }
 
-bool CT_DataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -627,7 +712,11 @@ bool CT_DataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_DataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_DataData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_DataData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_numDim))
@@ -645,13 +734,20 @@ bool CT_DataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_DataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DataData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DataData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DataData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DataData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -674,7 +770,8 @@ CT_ChartData::~CT_ChartData()
     delete m_ExtLst;
 }
 
-bool CT_ChartData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -688,6 +785,9 @@ bool CT_ChartData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Data> CT_ChartData::GetData() const { return m_Data; }
 void CT_ChartData::SetData(XMLPtrArray<CT_Data> value) { m_Data = std::move(value); m_presence |= (1u << 1); }
@@ -703,7 +803,8 @@ CT_TextData::~CT_TextData()
     delete m_Data__;
 }
 
-bool CT_TextData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -713,6 +814,9 @@ bool CT_TextData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextDataData__::CT_TextDataData__()
     : m_F(nullptr),
@@ -725,7 +829,8 @@ CT_TextDataData__::~CT_TextDataData__()
     delete m_F;
 }
 
-bool CT_TextDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextDataData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -740,12 +845,16 @@ bool CT_TextDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextDataData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextDataData__::GetV() const { return m_V; }
 void CT_TextDataData__::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 1); }
 wxString CT_TextDataData__::GetV_1() const { return m_V_1; }
 void CT_TextDataData__::SetV_1(wxString value) { m_V_1 = std::move(value); m_presence |= (1u << 2); }
 
-bool CT_TextDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextDataData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_f))
@@ -769,13 +878,20 @@ bool CT_TextDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_TextDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TextDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TextDataData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TextDataData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TextDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TextDataData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TextDataData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -796,7 +912,8 @@ CT_Text::~CT_Text()
     delete m_Data__;
 }
 
-bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Text::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -806,6 +923,9 @@ bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Text::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextData__::CT_TextData__()
     : m_TxData(nullptr),
@@ -820,7 +940,8 @@ CT_TextData__::~CT_TextData__()
     delete m_Rich;
 }
 
-bool CT_TextData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -833,7 +954,11 @@ bool CT_TextData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TextData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TextData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TextData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_txData))
@@ -851,13 +976,20 @@ bool CT_TextData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_TextData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TextData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TextData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TextData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TextData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TextData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TextData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -886,7 +1018,8 @@ CT_ChartTitle::~CT_ChartTitle()
     delete m_ExtLst;
 }
 
-bool CT_ChartTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartTitle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -911,6 +1044,9 @@ bool CT_ChartTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ChartTitle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartTitle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ChartTitle::GetPos() const { return m_Pos; }
 void CT_ChartTitle::SetPos(wxString value) { m_Pos = std::move(value); m_presence |= (1u << 4); }
 wxString CT_ChartTitle::GetAlign() const { return m_Align; }
@@ -925,7 +1061,8 @@ CT_CategoryAxisScaling::~CT_CategoryAxisScaling()
 {
 }
 
-bool CT_CategoryAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CategoryAxisScaling::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -936,6 +1073,9 @@ bool CT_CategoryAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CategoryAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CategoryAxisScaling::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_CategoryAxisScaling::GetGapWidth() const { return m_GapWidth; }
 void CT_CategoryAxisScaling::SetGapWidth(wxAny value) { m_GapWidth = std::move(value); m_presence |= (1u << 0); }
@@ -949,7 +1089,8 @@ CT_ValueAxisScaling::~CT_ValueAxisScaling()
 {
 }
 
-bool CT_ValueAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueAxisScaling::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -966,6 +1107,9 @@ bool CT_ValueAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ValueAxisScaling::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueAxisScaling::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_ValueAxisScaling::GetMax() const { return m_Max; }
 void CT_ValueAxisScaling::SetMax(wxAny value) { m_Max = std::move(value); m_presence |= (1u << 0); }
@@ -993,7 +1137,8 @@ CT_AxisTitle::~CT_AxisTitle()
     delete m_ExtLst;
 }
 
-bool CT_AxisTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxisTitle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1009,6 +1154,9 @@ bool CT_AxisTitle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AxisTitle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxisTitle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AxisUnitsLabel::CT_AxisUnitsLabel()
     : m_Tx(nullptr),
@@ -1027,7 +1175,8 @@ CT_AxisUnitsLabel::~CT_AxisUnitsLabel()
     delete m_ExtLst;
 }
 
-bool CT_AxisUnitsLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxisUnitsLabel::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1044,6 +1193,9 @@ bool CT_AxisUnitsLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AxisUnitsLabel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxisUnitsLabel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_AxisUnits::CT_AxisUnits()
     : m_UnitsLabel(nullptr),
       m_ExtLst(nullptr),
@@ -1057,7 +1209,8 @@ CT_AxisUnits::~CT_AxisUnits()
     delete m_ExtLst;
 }
 
-bool CT_AxisUnits::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxisUnits::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1073,6 +1226,9 @@ bool CT_AxisUnits::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AxisUnits::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxisUnits::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AxisUnits::GetUnit() const { return m_Unit; }
 void CT_AxisUnits::SetUnit(wxString value) { m_Unit = std::move(value); m_presence |= (1u << 2); }
@@ -1090,7 +1246,8 @@ CT_Gridlines::~CT_Gridlines()
     delete m_ExtLst;
 }
 
-bool CT_Gridlines::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Gridlines::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1103,6 +1260,9 @@ bool CT_Gridlines::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Gridlines::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Gridlines::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TickMarks::CT_TickMarks()
     : m_ExtLst(nullptr),
       m_presence(0)
@@ -1114,7 +1274,8 @@ CT_TickMarks::~CT_TickMarks()
     delete m_ExtLst;
 }
 
-bool CT_TickMarks::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TickMarks::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1128,6 +1289,9 @@ bool CT_TickMarks::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TickMarks::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TickMarks::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TickMarks::GetType() const { return m_Type; }
 void CT_TickMarks::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -1143,7 +1307,8 @@ CT_TickLabels::~CT_TickLabels()
     delete m_ExtLst;
 }
 
-bool CT_TickLabels::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TickLabels::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1153,6 +1318,9 @@ bool CT_TickLabels::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TickLabels::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TickLabels::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Axis::CT_Axis()
     : m_Data__(nullptr),
@@ -1189,7 +1357,8 @@ CT_Axis::~CT_Axis()
     delete m_ExtLst;
 }
 
-bool CT_Axis::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Axis::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1228,6 +1397,9 @@ bool CT_Axis::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Axis::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Axis::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_AxisData__::CT_AxisData__()
     : m_CatScaling(nullptr),
       m_ValScaling(nullptr),
@@ -1241,7 +1413,8 @@ CT_AxisData__::~CT_AxisData__()
     delete m_ValScaling;
 }
 
-bool CT_AxisData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AxisData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1254,7 +1427,11 @@ bool CT_AxisData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_AxisData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AxisData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AxisData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AxisData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_catScaling))
@@ -1272,13 +1449,20 @@ bool CT_AxisData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_AxisData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AxisData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AxisData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AxisData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AxisData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AxisData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AxisData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1296,7 +1480,8 @@ CT_ParentLabelLayout::~CT_ParentLabelLayout()
 {
 }
 
-bool CT_ParentLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ParentLabelLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1307,6 +1492,9 @@ bool CT_ParentLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ParentLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ParentLabelLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ParentLabelLayout::GetVal() const { return m_Val; }
 void CT_ParentLabelLayout::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1320,7 +1508,8 @@ CT_RegionLabelLayout::~CT_RegionLabelLayout()
 {
 }
 
-bool CT_RegionLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RegionLabelLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1331,6 +1520,9 @@ bool CT_RegionLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RegionLabelLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RegionLabelLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RegionLabelLayout::GetVal() const { return m_Val; }
 void CT_RegionLabelLayout::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1349,7 +1541,8 @@ CT_SeriesElementVisibilities::~CT_SeriesElementVisibilities()
 {
 }
 
-bool CT_SeriesElementVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SeriesElementVisibilities::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1369,6 +1562,9 @@ bool CT_SeriesElementVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool CT_SeriesElementVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SeriesElementVisibilities::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Aggregation::CT_Aggregation()
     : m_presence(0)
 {
@@ -1378,13 +1574,17 @@ CT_Aggregation::~CT_Aggregation()
 {
 }
 
-bool CT_Aggregation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Aggregation::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Aggregation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Aggregation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Binning::CT_Binning()
     : m_Data__(nullptr),
@@ -1397,7 +1597,8 @@ CT_Binning::~CT_Binning()
     delete m_Data__;
 }
 
-bool CT_Binning::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Binning::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1415,6 +1616,9 @@ bool CT_Binning::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Binning::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Binning::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Binning::GetIntervalClosed() const { return m_IntervalClosed; }
 void CT_Binning::SetIntervalClosed(wxString value) { m_IntervalClosed = std::move(value); m_presence |= (1u << 1); }
@@ -1434,7 +1638,8 @@ CT_BinningData__::~CT_BinningData__()
 {
 }
 
-bool CT_BinningData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BinningData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1447,7 +1652,11 @@ bool CT_BinningData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_BinningData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_BinningData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BinningData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_BinningData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_binSize))
@@ -1465,13 +1674,20 @@ bool CT_BinningData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_BinningData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_BinningData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_BinningData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_BinningData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_BinningData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_BinningData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_BinningData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1489,7 +1705,8 @@ CT_GeoLocationQuery::~CT_GeoLocationQuery()
 {
 }
 
-bool CT_GeoLocationQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoLocationQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1508,6 +1725,9 @@ bool CT_GeoLocationQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoLocationQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoLocationQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoLocationQuery::GetCountryRegion() const { return m_CountryRegion; }
 void CT_GeoLocationQuery::SetCountryRegion(wxString value) { m_CountryRegion = std::move(value); m_presence |= (1u << 0); }
@@ -1529,7 +1749,8 @@ CT_Address::~CT_Address()
 {
 }
 
-bool CT_Address::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Address::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1552,6 +1773,9 @@ bool CT_Address::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Address::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Address::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Address::GetAddress1() const { return m_Address1; }
 void CT_Address::SetAddress1(wxString value) { m_Address1 = std::move(value); m_presence |= (1u << 0); }
@@ -1581,7 +1805,8 @@ CT_GeoLocation::~CT_GeoLocation()
     delete m_Address;
 }
 
-bool CT_GeoLocation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoLocation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1602,6 +1827,9 @@ bool CT_GeoLocation::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoLocation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoLocation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GeoLocation::GetEntityName() const { return m_EntityName; }
 void CT_GeoLocation::SetEntityName(wxString value) { m_EntityName = std::move(value); m_presence |= (1u << 3); }
 wxString CT_GeoLocation::GetEntityType() const { return m_EntityType; }
@@ -1618,7 +1846,8 @@ CT_GeoLocations::~CT_GeoLocations()
     delete m_GeoLocation;
 }
 
-bool CT_GeoLocations::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoLocations::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1628,6 +1857,9 @@ bool CT_GeoLocations::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoLocations::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoLocations::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GeoLocationQueryResult::CT_GeoLocationQueryResult()
     : m_GeoLocationQuery(nullptr),
@@ -1642,7 +1874,8 @@ CT_GeoLocationQueryResult::~CT_GeoLocationQueryResult()
     delete m_GeoLocations;
 }
 
-bool CT_GeoLocationQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoLocationQueryResult::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1655,6 +1888,9 @@ bool CT_GeoLocationQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoLocationQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoLocationQueryResult::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoLocationQueryResults::CT_GeoLocationQueryResults()
     : m_presence(0)
 {
@@ -1665,7 +1901,8 @@ CT_GeoLocationQueryResults::~CT_GeoLocationQueryResults()
     DeleteAll(m_GeoLocationQueryResult);
 }
 
-bool CT_GeoLocationQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoLocationQueryResults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1675,6 +1912,9 @@ bool CT_GeoLocationQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoLocationQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoLocationQueryResults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoLocationQueryResult> CT_GeoLocationQueryResults::GetGeoLocationQueryResult() const { return m_GeoLocationQueryResult; }
 void CT_GeoLocationQueryResults::SetGeoLocationQueryResult(XMLPtrArray<CT_GeoLocationQueryResult> value) { m_GeoLocationQueryResult = std::move(value); m_presence |= (1u << 0); }
@@ -1689,7 +1929,8 @@ CT_GeoPolygon::~CT_GeoPolygon()
 {
 }
 
-bool CT_GeoPolygon::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoPolygon::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1704,6 +1945,9 @@ bool CT_GeoPolygon::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoPolygon::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoPolygon::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoPolygon::GetPolygonId() const { return m_PolygonId; }
 void CT_GeoPolygon::SetPolygonId(wxString value) { m_PolygonId = std::move(value); m_presence |= (1u << 0); }
@@ -1720,7 +1964,8 @@ CT_GeoPolygons::~CT_GeoPolygons()
     DeleteAll(m_GeoPolygon);
 }
 
-bool CT_GeoPolygons::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoPolygons::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1730,6 +1975,9 @@ bool CT_GeoPolygons::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoPolygons::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoPolygons::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoPolygon> CT_GeoPolygons::GetGeoPolygon() const { return m_GeoPolygon; }
 void CT_GeoPolygons::SetGeoPolygon(XMLPtrArray<CT_GeoPolygon> value) { m_GeoPolygon = std::move(value); m_presence |= (1u << 0); }
@@ -1743,7 +1991,8 @@ CT_Copyrights::~CT_Copyrights()
 {
 }
 
-bool CT_Copyrights::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Copyrights::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1753,6 +2002,9 @@ bool CT_Copyrights::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Copyrights::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Copyrights::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_Copyrights::GetCopyright() const { return m_Copyright; }
 void CT_Copyrights::SetCopyright(std::vector<wxString> value) { m_Copyright = std::move(value); m_presence |= (1u << 0); }
@@ -1774,7 +2026,8 @@ CT_GeoData::~CT_GeoData()
     delete m_Copyrights;
 }
 
-bool CT_GeoData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1801,6 +2054,9 @@ bool CT_GeoData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GeoData::GetEntityName() const { return m_EntityName; }
 void CT_GeoData::SetEntityName(wxString value) { m_EntityName = std::move(value); m_presence |= (1u << 2); }
 wxString CT_GeoData::GetEntityId() const { return m_EntityId; }
@@ -1815,7 +2071,8 @@ CT_GeoDataEntityQuery::~CT_GeoDataEntityQuery()
 {
 }
 
-bool CT_GeoDataEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataEntityQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1828,6 +2085,9 @@ bool CT_GeoDataEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoDataEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataEntityQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoDataEntityQuery::GetEntityType() const { return m_EntityType; }
 void CT_GeoDataEntityQuery::SetEntityType(wxString value) { m_EntityType = std::move(value); m_presence |= (1u << 0); }

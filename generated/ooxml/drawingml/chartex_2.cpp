@@ -26,7 +26,8 @@ CT_GeoDataEntityQueryResult::~CT_GeoDataEntityQueryResult()
     delete m_GeoData;
 }
 
-bool CT_GeoDataEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataEntityQueryResult::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -39,6 +40,9 @@ bool CT_GeoDataEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
+bool CT_GeoDataEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataEntityQueryResult::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoDataEntityQueryResults::CT_GeoDataEntityQueryResults()
     : m_presence(0)
 {
@@ -49,7 +53,8 @@ CT_GeoDataEntityQueryResults::~CT_GeoDataEntityQueryResults()
     DeleteAll(m_GeoDataEntityQueryResult);
 }
 
-bool CT_GeoDataEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataEntityQueryResults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -59,6 +64,9 @@ bool CT_GeoDataEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_GeoDataEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataEntityQueryResults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoDataEntityQueryResult> CT_GeoDataEntityQueryResults::GetGeoDataEntityQueryResult() const { return m_GeoDataEntityQueryResult; }
 void CT_GeoDataEntityQueryResults::SetGeoDataEntityQueryResult(XMLPtrArray<CT_GeoDataEntityQueryResult> value) { m_GeoDataEntityQueryResult = std::move(value); m_presence |= (1u << 0); }
@@ -74,7 +82,8 @@ CT_GeoDataPointQuery::~CT_GeoDataPointQuery()
 {
 }
 
-bool CT_GeoDataPointQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataPointQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -90,6 +99,9 @@ bool CT_GeoDataPointQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoDataPointQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataPointQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GeoDataPointQuery::GetEntityType() const { return m_EntityType; }
 void CT_GeoDataPointQuery::SetEntityType(wxString value) { m_EntityType = std::move(value); m_presence |= (1u << 0); }
 
@@ -102,7 +114,8 @@ CT_GeoDataPointToEntityQuery::~CT_GeoDataPointToEntityQuery()
 {
 }
 
-bool CT_GeoDataPointToEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataPointToEntityQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -115,6 +128,9 @@ bool CT_GeoDataPointToEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoDataPointToEntityQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataPointToEntityQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoDataPointToEntityQuery::GetEntityType() const { return m_EntityType; }
 void CT_GeoDataPointToEntityQuery::SetEntityType(wxString value) { m_EntityType = std::move(value); m_presence |= (1u << 0); }
@@ -134,7 +150,8 @@ CT_GeoDataPointToEntityQueryResult::~CT_GeoDataPointToEntityQueryResult()
     delete m_GeoDataPointToEntityQuery;
 }
 
-bool CT_GeoDataPointToEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataPointToEntityQueryResult::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -147,6 +164,9 @@ bool CT_GeoDataPointToEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* 
     return true;
 }
 
+bool CT_GeoDataPointToEntityQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataPointToEntityQueryResult::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoDataPointToEntityQueryResults::CT_GeoDataPointToEntityQueryResults()
     : m_presence(0)
 {
@@ -157,7 +177,8 @@ CT_GeoDataPointToEntityQueryResults::~CT_GeoDataPointToEntityQueryResults()
     DeleteAll(m_GeoDataPointToEntityQueryResult);
 }
 
-bool CT_GeoDataPointToEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoDataPointToEntityQueryResults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -167,6 +188,9 @@ bool CT_GeoDataPointToEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext*
     }
     return true;
 }
+
+bool CT_GeoDataPointToEntityQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoDataPointToEntityQueryResults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoDataPointToEntityQueryResult> CT_GeoDataPointToEntityQueryResults::GetGeoDataPointToEntityQueryResult() const { return m_GeoDataPointToEntityQueryResult; }
 void CT_GeoDataPointToEntityQueryResults::SetGeoDataPointToEntityQueryResult(XMLPtrArray<CT_GeoDataPointToEntityQueryResult> value) { m_GeoDataPointToEntityQueryResult = std::move(value); m_presence |= (1u << 0); }
@@ -180,7 +204,8 @@ CT_GeoChildTypes::~CT_GeoChildTypes()
 {
 }
 
-bool CT_GeoChildTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoChildTypes::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -190,6 +215,9 @@ bool CT_GeoChildTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoChildTypes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoChildTypes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_GeoChildTypes::GetEntityType() const { return m_EntityType; }
 void CT_GeoChildTypes::SetEntityType(std::vector<wxString> value) { m_EntityType = std::move(value); m_presence |= (1u << 0); }
@@ -205,7 +233,8 @@ CT_GeoChildEntitiesQuery::~CT_GeoChildEntitiesQuery()
     delete m_GeoChildTypes;
 }
 
-bool CT_GeoChildEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoChildEntitiesQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -220,6 +249,9 @@ bool CT_GeoChildEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoChildEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoChildEntitiesQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GeoChildEntitiesQuery::GetEntityId() const { return m_EntityId; }
 void CT_GeoChildEntitiesQuery::SetEntityId(wxString value) { m_EntityId = std::move(value); m_presence |= (1u << 1); }
 
@@ -232,7 +264,8 @@ CT_GeoHierarchyEntity::~CT_GeoHierarchyEntity()
 {
 }
 
-bool CT_GeoHierarchyEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoHierarchyEntity::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -247,6 +280,9 @@ bool CT_GeoHierarchyEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoHierarchyEntity::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoHierarchyEntity::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoHierarchyEntity::GetEntityName() const { return m_EntityName; }
 void CT_GeoHierarchyEntity::SetEntityName(wxString value) { m_EntityName = std::move(value); m_presence |= (1u << 0); }
@@ -265,7 +301,8 @@ CT_GeoChildEntities::~CT_GeoChildEntities()
     DeleteAll(m_GeoHierarchyEntity);
 }
 
-bool CT_GeoChildEntities::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoChildEntities::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -275,6 +312,9 @@ bool CT_GeoChildEntities::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoChildEntities::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoChildEntities::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoHierarchyEntity> CT_GeoChildEntities::GetGeoHierarchyEntity() const { return m_GeoHierarchyEntity; }
 void CT_GeoChildEntities::SetGeoHierarchyEntity(XMLPtrArray<CT_GeoHierarchyEntity> value) { m_GeoHierarchyEntity = std::move(value); m_presence |= (1u << 0); }
@@ -292,7 +332,8 @@ CT_GeoChildEntitiesQueryResult::~CT_GeoChildEntitiesQueryResult()
     delete m_GeoChildEntities;
 }
 
-bool CT_GeoChildEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoChildEntitiesQueryResult::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -305,6 +346,9 @@ bool CT_GeoChildEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* cont
     return true;
 }
 
+bool CT_GeoChildEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoChildEntitiesQueryResult::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoChildEntitiesQueryResults::CT_GeoChildEntitiesQueryResults()
     : m_presence(0)
 {
@@ -315,7 +359,8 @@ CT_GeoChildEntitiesQueryResults::~CT_GeoChildEntitiesQueryResults()
     DeleteAll(m_GeoChildEntitiesQueryResult);
 }
 
-bool CT_GeoChildEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoChildEntitiesQueryResults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -325,6 +370,9 @@ bool CT_GeoChildEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* con
     }
     return true;
 }
+
+bool CT_GeoChildEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoChildEntitiesQueryResults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoChildEntitiesQueryResult> CT_GeoChildEntitiesQueryResults::GetGeoChildEntitiesQueryResult() const { return m_GeoChildEntitiesQueryResult; }
 void CT_GeoChildEntitiesQueryResults::SetGeoChildEntitiesQueryResult(XMLPtrArray<CT_GeoChildEntitiesQueryResult> value) { m_GeoChildEntitiesQueryResult = std::move(value); m_presence |= (1u << 0); }
@@ -338,7 +386,8 @@ CT_GeoParentEntitiesQuery::~CT_GeoParentEntitiesQuery()
 {
 }
 
-bool CT_GeoParentEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoParentEntitiesQuery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -349,6 +398,9 @@ bool CT_GeoParentEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoParentEntitiesQuery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoParentEntitiesQuery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoParentEntitiesQuery::GetEntityId() const { return m_EntityId; }
 void CT_GeoParentEntitiesQuery::SetEntityId(wxString value) { m_EntityId = std::move(value); m_presence |= (1u << 0); }
@@ -362,7 +414,8 @@ CT_GeoEntity::~CT_GeoEntity()
 {
 }
 
-bool CT_GeoEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoEntity::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -375,6 +428,9 @@ bool CT_GeoEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoEntity::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoEntity::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoEntity::GetEntityName() const { return m_EntityName; }
 void CT_GeoEntity::SetEntityName(wxString value) { m_EntityName = std::move(value); m_presence |= (1u << 0); }
@@ -390,7 +446,8 @@ CT_GeoParentEntity::~CT_GeoParentEntity()
 {
 }
 
-bool CT_GeoParentEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoParentEntity::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -401,6 +458,9 @@ bool CT_GeoParentEntity::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeoParentEntity::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoParentEntity::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeoParentEntity::GetEntityId() const { return m_EntityId; }
 void CT_GeoParentEntity::SetEntityId(wxString value) { m_EntityId = std::move(value); m_presence |= (1u << 0); }
@@ -420,7 +480,8 @@ CT_GeoParentEntitiesQueryResult::~CT_GeoParentEntitiesQueryResult()
     delete m_GeoParentEntity;
 }
 
-bool CT_GeoParentEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoParentEntitiesQueryResult::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -435,6 +496,9 @@ bool CT_GeoParentEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* con
     return true;
 }
 
+bool CT_GeoParentEntitiesQueryResult::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoParentEntitiesQueryResult::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoParentEntitiesQueryResults::CT_GeoParentEntitiesQueryResults()
     : m_presence(0)
 {
@@ -445,7 +509,8 @@ CT_GeoParentEntitiesQueryResults::~CT_GeoParentEntitiesQueryResults()
     DeleteAll(m_GeoParentEntitiesQueryResult);
 }
 
-bool CT_GeoParentEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoParentEntitiesQueryResults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -455,6 +520,9 @@ bool CT_GeoParentEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* co
     }
     return true;
 }
+
+bool CT_GeoParentEntitiesQueryResults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoParentEntitiesQueryResults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoParentEntitiesQueryResult> CT_GeoParentEntitiesQueryResults::GetGeoParentEntitiesQueryResult() const { return m_GeoParentEntitiesQueryResult; }
 void CT_GeoParentEntitiesQueryResults::SetGeoParentEntitiesQueryResult(XMLPtrArray<CT_GeoParentEntitiesQueryResult> value) { m_GeoParentEntitiesQueryResult = std::move(value); m_presence |= (1u << 0); }
@@ -478,7 +546,8 @@ CT_Clear::~CT_Clear()
     delete m_GeoParentEntitiesQueryResults;
 }
 
-bool CT_Clear::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Clear::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -497,6 +566,9 @@ bool CT_Clear::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Clear::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Clear::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeoCache::CT_GeoCache()
     : m_presence(0)
 {
@@ -507,7 +579,8 @@ CT_GeoCache::~CT_GeoCache()
     DeleteAll(m_Data__);
 }
 
-bool CT_GeoCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoCache::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -521,6 +594,9 @@ bool CT_GeoCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeoCache::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoCache::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeoCacheData__> CT_GeoCache::GetData__() const { return m_Data__; }
 void CT_GeoCache::SetData__(XMLPtrArray<CT_GeoCacheData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -538,7 +614,8 @@ CT_GeoCacheData__::~CT_GeoCacheData__()
     delete m_Clear;
 }
 
-bool CT_GeoCacheData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoCacheData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -551,10 +628,14 @@ bool CT_GeoCacheData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GeoCacheData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeoCacheData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GeoCacheData__::GetBinary() const { return m_Binary; }
 void CT_GeoCacheData__::SetBinary(wxString value) { m_Binary = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_GeoCacheData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeoCacheData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_binary))
@@ -572,13 +653,20 @@ bool CT_GeoCacheData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_GeoCacheData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GeoCacheData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GeoCacheData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GeoCacheData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GeoCacheData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GeoCacheData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GeoCacheData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -598,7 +686,8 @@ CT_Geography::~CT_Geography()
     delete m_GeoCache;
 }
 
-bool CT_Geography::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Geography::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -621,6 +710,9 @@ bool CT_Geography::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Geography::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Geography::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Geography::GetProjectionType() const { return m_ProjectionType; }
 void CT_Geography::SetProjectionType(wxString value) { m_ProjectionType = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Geography::GetViewedRegionType() const { return m_ViewedRegionType; }
@@ -641,7 +733,8 @@ CT_Statistics::~CT_Statistics()
 {
 }
 
-bool CT_Statistics::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Statistics::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -652,6 +745,9 @@ bool CT_Statistics::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Statistics::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Statistics::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Statistics::GetQuartileMethod() const { return m_QuartileMethod; }
 void CT_Statistics::SetQuartileMethod(wxString value) { m_QuartileMethod = std::move(value); m_presence |= (1u << 0); }
@@ -665,7 +761,8 @@ CT_Subtotals::~CT_Subtotals()
 {
 }
 
-bool CT_Subtotals::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Subtotals::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -675,6 +772,9 @@ bool CT_Subtotals::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Subtotals::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Subtotals::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<unsigned int> CT_Subtotals::GetIdx() const { return m_Idx; }
 void CT_Subtotals::SetIdx(std::vector<unsigned int> value) { m_Idx = std::move(value); m_presence |= (1u << 0); }
@@ -704,7 +804,8 @@ CT_SeriesLayoutProperties::~CT_SeriesLayoutProperties()
     delete m_ExtLst;
 }
 
-bool CT_SeriesLayoutProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SeriesLayoutProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -729,6 +830,9 @@ bool CT_SeriesLayoutProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SeriesLayoutProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SeriesLayoutProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SeriesLayoutPropertiesData__::CT_SeriesLayoutPropertiesData__()
     : m_Aggregation(nullptr),
       m_Binning(nullptr),
@@ -742,7 +846,8 @@ CT_SeriesLayoutPropertiesData__::~CT_SeriesLayoutPropertiesData__()
     delete m_Binning;
 }
 
-bool CT_SeriesLayoutPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SeriesLayoutPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -755,7 +860,11 @@ bool CT_SeriesLayoutPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* con
     return true;
 }
 
-bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_SeriesLayoutPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SeriesLayoutPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_SeriesLayoutPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_aggregation))
@@ -773,13 +882,20 @@ bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, wxXmlNod
     return false;
 }
 
-bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SeriesLayoutPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SeriesLayoutPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SeriesLayoutPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -802,7 +918,8 @@ CT_DataPoint::~CT_DataPoint()
     delete m_ExtLst;
 }
 
-bool CT_DataPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataPoint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -819,6 +936,9 @@ bool CT_DataPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataPoint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataPoint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ExtremeValueColorPosition::CT_ExtremeValueColorPosition()
     : m_presence(0)
 {
@@ -828,13 +948,17 @@ CT_ExtremeValueColorPosition::~CT_ExtremeValueColorPosition()
 {
 }
 
-bool CT_ExtremeValueColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtremeValueColorPosition::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ExtremeValueColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtremeValueColorPosition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NumberColorPosition::CT_NumberColorPosition()
     : m_Val(0),
@@ -846,7 +970,8 @@ CT_NumberColorPosition::~CT_NumberColorPosition()
 {
 }
 
-bool CT_NumberColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumberColorPosition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -857,6 +982,9 @@ bool CT_NumberColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NumberColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumberColorPosition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PercentageColorPosition::CT_PercentageColorPosition()
     : m_Val(0),
@@ -868,7 +996,8 @@ CT_PercentageColorPosition::~CT_PercentageColorPosition()
 {
 }
 
-bool CT_PercentageColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PercentageColorPosition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -879,6 +1008,9 @@ bool CT_PercentageColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PercentageColorPosition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PercentageColorPosition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ValueColorEndPosition::CT_ValueColorEndPosition()
     : m_Data__(nullptr),
@@ -891,7 +1023,8 @@ CT_ValueColorEndPosition::~CT_ValueColorEndPosition()
     delete m_Data__;
 }
 
-bool CT_ValueColorEndPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColorEndPosition::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -901,6 +1034,9 @@ bool CT_ValueColorEndPosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ValueColorEndPosition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColorEndPosition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ValueColorEndPositionData__::CT_ValueColorEndPositionData__()
     : m_ExtremeValue(nullptr),
@@ -917,7 +1053,8 @@ CT_ValueColorEndPositionData__::~CT_ValueColorEndPositionData__()
     delete m_Percent;
 }
 
-bool CT_ValueColorEndPositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColorEndPositionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -932,7 +1069,11 @@ bool CT_ValueColorEndPositionData__::ReadXML(wxXmlNode* node, XMLNSContext* cont
     return true;
 }
 
-bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ValueColorEndPositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColorEndPositionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ValueColorEndPositionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_extremeValue))
@@ -956,13 +1097,20 @@ bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, wxXmlNode
     return false;
 }
 
-bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ValueColorEndPositionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ValueColorEndPositionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ValueColorEndPositionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -983,7 +1131,8 @@ CT_ValueColorMiddlePosition::~CT_ValueColorMiddlePosition()
     delete m_Data__;
 }
 
-bool CT_ValueColorMiddlePosition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColorMiddlePosition::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -993,6 +1142,9 @@ bool CT_ValueColorMiddlePosition::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_ValueColorMiddlePosition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColorMiddlePosition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ValueColorMiddlePositionData__::CT_ValueColorMiddlePositionData__()
     : m_Number(nullptr),
@@ -1007,7 +1159,8 @@ CT_ValueColorMiddlePositionData__::~CT_ValueColorMiddlePositionData__()
     delete m_Percent;
 }
 
-bool CT_ValueColorMiddlePositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColorMiddlePositionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1020,7 +1173,11 @@ bool CT_ValueColorMiddlePositionData__::ReadXML(wxXmlNode* node, XMLNSContext* c
     return true;
 }
 
-bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ValueColorMiddlePositionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColorMiddlePositionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ValueColorMiddlePositionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_number))
@@ -1038,13 +1195,20 @@ bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, wxXmlN
     return false;
 }
 
-bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ValueColorMiddlePositionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ValueColorMiddlePositionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ValueColorMiddlePositionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1069,7 +1233,8 @@ CT_ValueColorPositions::~CT_ValueColorPositions()
     delete m_Max;
 }
 
-bool CT_ValueColorPositions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ValueColorPositions::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1088,6 +1253,9 @@ bool CT_ValueColorPositions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ValueColorPositions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ValueColorPositions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DataLabelVisibilities::CT_DataLabelVisibilities()
     : m_SeriesName(false),
       m_CategoryName(false),
@@ -1100,7 +1268,8 @@ CT_DataLabelVisibilities::~CT_DataLabelVisibilities()
 {
 }
 
-bool CT_DataLabelVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabelVisibilities::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1115,6 +1284,9 @@ bool CT_DataLabelVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DataLabelVisibilities::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabelVisibilities::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DataLabel::CT_DataLabel()
     : m_NumFmt(nullptr),
@@ -1136,7 +1308,8 @@ CT_DataLabel::~CT_DataLabel()
     delete m_ExtLst;
 }
 
-bool CT_DataLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1163,6 +1336,9 @@ bool CT_DataLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataLabel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DataLabel::GetSeparator() const { return m_Separator; }
 void CT_DataLabel::SetSeparator(wxString value) { m_Separator = std::move(value); m_presence |= (1u << 4); }
 wxString CT_DataLabel::GetPos() const { return m_Pos; }
@@ -1178,7 +1354,8 @@ CT_DataLabelHidden::~CT_DataLabelHidden()
 {
 }
 
-bool CT_DataLabelHidden::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabelHidden::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1189,6 +1366,9 @@ bool CT_DataLabelHidden::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DataLabelHidden::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabelHidden::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DataLabels::CT_DataLabels()
     : m_NumFmt(nullptr),
@@ -1211,7 +1391,8 @@ CT_DataLabels::~CT_DataLabels()
     delete m_ExtLst;
 }
 
-bool CT_DataLabels::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataLabels::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1239,6 +1420,9 @@ bool CT_DataLabels::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DataLabels::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataLabels::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DataLabels::GetSeparator() const { return m_Separator; }
 void CT_DataLabels::SetSeparator(wxString value) { m_Separator = std::move(value); m_presence |= (1u << 4); }
@@ -1278,7 +1462,8 @@ CT_Series::~CT_Series()
     delete m_ExtLst;
 }
 
-bool CT_Series::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Series::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1319,6 +1504,9 @@ bool CT_Series::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Series::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Series::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DataPoint> CT_Series::GetDataPt() const { return m_DataPt; }
 void CT_Series::SetDataPt(XMLPtrArray<CT_DataPoint> value) { m_DataPt = std::move(value); m_presence |= (1u << 4); }
 std::vector<unsigned int> CT_Series::GetAxisId() const { return m_AxisId; }
@@ -1346,7 +1534,8 @@ CT_Legend::~CT_Legend()
     delete m_ExtLst;
 }
 
-bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Legend::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1369,6 +1558,9 @@ bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Legend::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Legend::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Legend::GetPos() const { return m_Pos; }
 void CT_Legend::SetPos(wxString value) { m_Pos = std::move(value); m_presence |= (1u << 3); }
 wxString CT_Legend::GetAlign() const { return m_Align; }
@@ -1387,7 +1579,8 @@ CT_PlotSurface::~CT_PlotSurface()
     delete m_ExtLst;
 }
 
-bool CT_PlotSurface::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotSurface::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1399,6 +1592,9 @@ bool CT_PlotSurface::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PlotSurface::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotSurface::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PlotAreaRegion::CT_PlotAreaRegion()
     : m_PlotSurface(nullptr),
@@ -1414,7 +1610,8 @@ CT_PlotAreaRegion::~CT_PlotAreaRegion()
     delete m_ExtLst;
 }
 
-bool CT_PlotAreaRegion::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotAreaRegion::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1428,6 +1625,9 @@ bool CT_PlotAreaRegion::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PlotAreaRegion::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotAreaRegion::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Series> CT_PlotAreaRegion::GetSeries() const { return m_Series; }
 void CT_PlotAreaRegion::SetSeries(XMLPtrArray<CT_Series> value) { m_Series = std::move(value); m_presence |= (1u << 1); }
@@ -1448,7 +1648,8 @@ CT_PlotArea::~CT_PlotArea()
     delete m_ExtLst;
 }
 
-bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PlotArea::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1464,6 +1665,9 @@ bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PlotArea::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PlotArea::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Axis> CT_PlotArea::GetAxis() const { return m_Axis; }
 void CT_PlotArea::SetAxis(XMLPtrArray<CT_Axis> value) { m_Axis = std::move(value); m_presence |= (1u << 1); }
@@ -1485,7 +1689,8 @@ CT_Chart::~CT_Chart()
     delete m_ExtLst;
 }
 
-bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Chart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1502,6 +1707,9 @@ bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Chart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Chart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FormatOverride::CT_FormatOverride()
     : m_SpPr(nullptr),
       m_ExtLst(nullptr),
@@ -1516,7 +1724,8 @@ CT_FormatOverride::~CT_FormatOverride()
     delete m_ExtLst;
 }
 
-bool CT_FormatOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FormatOverride::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1533,6 +1742,9 @@ bool CT_FormatOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FormatOverride::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FormatOverride::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FormatOverrides::CT_FormatOverrides()
     : m_presence(0)
 {
@@ -1543,7 +1755,8 @@ CT_FormatOverrides::~CT_FormatOverrides()
     DeleteAll(m_FmtOvr);
 }
 
-bool CT_FormatOverrides::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FormatOverrides::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1553,6 +1766,9 @@ bool CT_FormatOverrides::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FormatOverrides::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FormatOverrides::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FormatOverride> CT_FormatOverrides::GetFmtOvr() const { return m_FmtOvr; }
 void CT_FormatOverrides::SetFmtOvr(XMLPtrArray<CT_FormatOverride> value) { m_FmtOvr = std::move(value); m_presence |= (1u << 0); }
@@ -1569,7 +1785,8 @@ CT_HeaderFooter::~CT_HeaderFooter()
 {
 }
 
-bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HeaderFooter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1597,6 +1814,9 @@ bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HeaderFooter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HeaderFooter::GetOddHeader() const { return m_OddHeader; }
 void CT_HeaderFooter::SetOddHeader(wxString value) { m_OddHeader = std::move(value); m_presence |= (1u << 0); }
@@ -1626,7 +1846,8 @@ CT_PageMargins::~CT_PageMargins()
 {
 }
 
-bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageMargins::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1648,6 +1869,9 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageMargins::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PageSetup::CT_PageSetup()
     : m_PaperSize(1u),
       m_FirstPageNumber(1u),
@@ -1666,7 +1890,8 @@ CT_PageSetup::~CT_PageSetup()
 {
 }
 
-bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageSetup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1694,6 +1919,9 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageSetup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageSetup::GetOrientation() const { return m_Orientation; }
 void CT_PageSetup::SetOrientation(wxString value) { m_Orientation = std::move(value); m_presence |= (1u << 2); }
 
@@ -1712,7 +1940,8 @@ CT_PrintSettings::~CT_PrintSettings()
     delete m_PageSetup;
 }
 
-bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PrintSettings::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1726,6 +1955,9 @@ bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PrintSettings::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PrintSettings::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ChartSpace::CT_ChartSpace()
     : m_ChartData(nullptr),
@@ -1752,7 +1984,8 @@ CT_ChartSpace::~CT_ChartSpace()
     delete m_ExtLst;
 }
 
-bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartSpace::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1776,5 +2009,8 @@ bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartSpace::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartSpace::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_microsoft_com_office_drawing_x2014_chartex

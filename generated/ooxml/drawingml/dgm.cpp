@@ -23,7 +23,8 @@ CT_CTName::~CT_CTName()
 {
 }
 
-bool CT_CTName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CTName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -36,6 +37,9 @@ bool CT_CTName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CTName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CTName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CTName::GetLang() const { return m_Lang; }
 void CT_CTName::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -52,7 +56,8 @@ CT_CTDescription::~CT_CTDescription()
 {
 }
 
-bool CT_CTDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CTDescription::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -65,6 +70,9 @@ bool CT_CTDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CTDescription::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CTDescription::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CTDescription::GetLang() const { return m_Lang; }
 void CT_CTDescription::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -81,7 +89,8 @@ CT_CTCategory::~CT_CTCategory()
 {
 }
 
-bool CT_CTCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CTCategory::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -94,6 +103,9 @@ bool CT_CTCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CTCategory::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CTCategory::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CTCategory::GetType() const { return m_Type; }
 void CT_CTCategory::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -108,7 +120,8 @@ CT_CTCategories::~CT_CTCategories()
     DeleteAll(m_Cat);
 }
 
-bool CT_CTCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CTCategories::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -118,6 +131,9 @@ bool CT_CTCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CTCategories::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CTCategories::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CTCategory> CT_CTCategories::GetCat() const { return m_Cat; }
 void CT_CTCategories::SetCat(XMLPtrArray<CT_CTCategory> value) { m_Cat = std::move(value); m_presence |= (1u << 0); }
@@ -134,7 +150,8 @@ CT_Colors::~CT_Colors()
     DeleteAll(m_A_EG_ColorChoice);
 }
 
-bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Colors::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -150,6 +167,9 @@ bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Colors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::EG_ColorChoice> CT_Colors::GetA_EG_ColorChoice() const { return m_A_EG_ColorChoice; }
 void CT_Colors::SetA_EG_ColorChoice(XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::EG_ColorChoice> value) { m_A_EG_ColorChoice = std::move(value); m_presence |= (1u << 0); }
@@ -181,7 +201,8 @@ CT_CTStyleLabel::~CT_CTStyleLabel()
     delete m_ExtLst;
 }
 
-bool CT_CTStyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CTStyleLabel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -208,6 +229,9 @@ bool CT_CTStyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CTStyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CTStyleLabel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CTStyleLabel::GetName() const { return m_Name; }
 void CT_CTStyleLabel::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 7); }
 
@@ -228,7 +252,8 @@ CT_ColorTransform::~CT_ColorTransform()
     delete m_ExtLst;
 }
 
-bool CT_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -252,6 +277,9 @@ bool CT_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CTName> CT_ColorTransform::GetTitle() const { return m_Title; }
 void CT_ColorTransform::SetTitle(XMLPtrArray<CT_CTName> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
@@ -280,7 +308,8 @@ CT_ColorTransformHeader::~CT_ColorTransformHeader()
     delete m_ExtLst;
 }
 
-bool CT_ColorTransformHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorTransformHeader::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -305,6 +334,9 @@ bool CT_ColorTransformHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColorTransformHeader::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorTransformHeader::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_CTName> CT_ColorTransformHeader::GetTitle() const { return m_Title; }
 void CT_ColorTransformHeader::SetTitle(XMLPtrArray<CT_CTName> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_CTDescription> CT_ColorTransformHeader::GetDesc() const { return m_Desc; }
@@ -324,7 +356,8 @@ CT_ColorTransformHeaderLst::~CT_ColorTransformHeaderLst()
     DeleteAll(m_ColorsDefHdr);
 }
 
-bool CT_ColorTransformHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorTransformHeaderLst::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -334,6 +367,9 @@ bool CT_ColorTransformHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorTransformHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorTransformHeaderLst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ColorTransformHeader> CT_ColorTransformHeaderLst::GetColorsDefHdr() const { return m_ColorsDefHdr; }
 void CT_ColorTransformHeaderLst::SetColorsDefHdr(XMLPtrArray<CT_ColorTransformHeader> value) { m_ColorsDefHdr = std::move(value); m_presence |= (1u << 0); }
@@ -357,7 +393,8 @@ CT_Pt::~CT_Pt()
     delete m_ExtLst;
 }
 
-bool CT_Pt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Pt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -382,6 +419,9 @@ bool CT_Pt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Pt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Pt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Pt::GetModelId() const { return m_ModelId; }
 void CT_Pt::SetModelId(wxAny value) { m_ModelId = std::move(value); m_presence |= (1u << 4); }
 wxString CT_Pt::GetType() const { return m_Type; }
@@ -399,7 +439,8 @@ CT_PtList::~CT_PtList()
     DeleteAll(m_Pt);
 }
 
-bool CT_PtList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PtList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -409,6 +450,9 @@ bool CT_PtList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PtList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PtList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Pt> CT_PtList::GetPt() const { return m_Pt; }
 void CT_PtList::SetPt(XMLPtrArray<CT_Pt> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -430,7 +474,8 @@ CT_Cxn::~CT_Cxn()
     delete m_ExtLst;
 }
 
-bool CT_Cxn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cxn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -461,6 +506,9 @@ bool CT_Cxn::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Cxn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cxn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Cxn::GetModelId() const { return m_ModelId; }
 void CT_Cxn::SetModelId(wxAny value) { m_ModelId = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Cxn::GetType() const { return m_Type; }
@@ -486,7 +534,8 @@ CT_CxnList::~CT_CxnList()
     DeleteAll(m_Cxn);
 }
 
-bool CT_CxnList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CxnList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -496,6 +545,9 @@ bool CT_CxnList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CxnList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CxnList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Cxn> CT_CxnList::GetCxn() const { return m_Cxn; }
 void CT_CxnList::SetCxn(XMLPtrArray<CT_Cxn> value) { m_Cxn = std::move(value); m_presence |= (1u << 0); }
@@ -519,7 +571,8 @@ CT_DataModel::~CT_DataModel()
     delete m_ExtLst;
 }
 
-bool CT_DataModel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataModel::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -538,6 +591,9 @@ bool CT_DataModel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataModel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataModel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 AG_IteratorAttributes::AG_IteratorAttributes()
     : m_Axis{s_none},
       m_PtType{s_all},
@@ -553,7 +609,8 @@ AG_IteratorAttributes::~AG_IteratorAttributes()
 {
 }
 
-bool AG_IteratorAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_IteratorAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -575,6 +632,9 @@ bool AG_IteratorAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_IteratorAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_IteratorAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 std::vector<wxString> AG_IteratorAttributes::GetAxis() const { return m_Axis; }
 void AG_IteratorAttributes::SetAxis(std::vector<wxString> value) { m_Axis = std::move(value); m_presence |= (1u << 0); }
 std::vector<wxString> AG_IteratorAttributes::GetPtType() const { return m_PtType; }
@@ -588,14 +648,19 @@ void AG_IteratorAttributes::SetCnt(std::vector<unsigned int> value) { m_Cnt = st
 std::vector<int> AG_IteratorAttributes::GetStep() const { return m_Step; }
 void AG_IteratorAttributes::SetStep(std::vector<int> value) { m_Step = std::move(value); m_presence |= (1u << 5); }
 
-bool AG_IteratorAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_IteratorAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_IteratorAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_IteratorAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_IteratorAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_IteratorAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_axis))
@@ -637,6 +702,9 @@ bool AG_IteratorAttributes::SetProperty(const wxString& name, wxString value, XM
     return false;
 }
 
+bool AG_IteratorAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_IteratorAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_IteratorAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -660,7 +728,8 @@ AG_ConstraintAttributes::~AG_ConstraintAttributes()
 {
 }
 
-bool AG_ConstraintAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ConstraintAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -678,6 +747,9 @@ bool AG_ConstraintAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_ConstraintAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_ConstraintAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_ConstraintAttributes::GetType() const { return m_Type; }
 void AG_ConstraintAttributes::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 wxString AG_ConstraintAttributes::GetFor() const { return m_For; }
@@ -687,14 +759,19 @@ void AG_ConstraintAttributes::SetForName(wxString value) { m_ForName = std::move
 wxString AG_ConstraintAttributes::GetPtType() const { return m_PtType; }
 void AG_ConstraintAttributes::SetPtType(wxString value) { m_PtType = std::move(value); m_presence |= (1u << 3); }
 
-bool AG_ConstraintAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ConstraintAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_ConstraintAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_ConstraintAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_ConstraintAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_ConstraintAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_type))
@@ -724,6 +801,9 @@ bool AG_ConstraintAttributes::SetProperty(const wxString& name, wxString value, 
     return false;
 }
 
+bool AG_ConstraintAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_ConstraintAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_ConstraintAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -746,7 +826,8 @@ AG_ConstraintRefAttributes::~AG_ConstraintRefAttributes()
 {
 }
 
-bool AG_ConstraintRefAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ConstraintRefAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -764,6 +845,9 @@ bool AG_ConstraintRefAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_ConstraintRefAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_ConstraintRefAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_ConstraintRefAttributes::GetRefType() const { return m_RefType; }
 void AG_ConstraintRefAttributes::SetRefType(wxString value) { m_RefType = std::move(value); m_presence |= (1u << 0); }
 wxString AG_ConstraintRefAttributes::GetRefFor() const { return m_RefFor; }
@@ -773,14 +857,19 @@ void AG_ConstraintRefAttributes::SetRefForName(wxString value) { m_RefForName = 
 wxString AG_ConstraintRefAttributes::GetRefPtType() const { return m_RefPtType; }
 void AG_ConstraintRefAttributes::SetRefPtType(wxString value) { m_RefPtType = std::move(value); m_presence |= (1u << 3); }
 
-bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ConstraintRefAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_ConstraintRefAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_refType))
@@ -810,6 +899,9 @@ bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, wxString valu
     return false;
 }
 
+bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_ConstraintRefAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_ConstraintRefAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -837,7 +929,8 @@ CT_Constraint::~CT_Constraint()
     delete m_AG_ConstraintRefAttributes;
 }
 
-bool CT_Constraint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Constraint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -860,6 +953,9 @@ bool CT_Constraint::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Constraint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Constraint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Constraint::GetOp() const { return m_Op; }
 void CT_Constraint::SetOp(wxString value) { m_Op = std::move(value); m_presence |= (1u << 3); }
 
@@ -873,7 +969,8 @@ CT_Constraints::~CT_Constraints()
     DeleteAll(m_Constr);
 }
 
-bool CT_Constraints::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Constraints::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -883,6 +980,9 @@ bool CT_Constraints::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Constraints::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Constraints::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Constraint> CT_Constraints::GetConstr() const { return m_Constr; }
 void CT_Constraints::SetConstr(XMLPtrArray<CT_Constraint> value) { m_Constr = std::move(value); m_presence |= (1u << 0); }
@@ -903,7 +1003,8 @@ CT_NumericRule::~CT_NumericRule()
     delete m_AG_ConstraintAttributes;
 }
 
-bool CT_NumericRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumericRule::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -924,6 +1025,9 @@ bool CT_NumericRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumericRule::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumericRule::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Rules::CT_Rules()
     : m_presence(0)
 {
@@ -934,7 +1038,8 @@ CT_Rules::~CT_Rules()
     DeleteAll(m_Rule);
 }
 
-bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rules::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -944,6 +1049,9 @@ bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rules::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_NumericRule> CT_Rules::GetRule() const { return m_Rule; }
 void CT_Rules::SetRule(XMLPtrArray<CT_NumericRule> value) { m_Rule = std::move(value); m_presence |= (1u << 0); }
@@ -961,7 +1069,8 @@ CT_PresentationOf::~CT_PresentationOf()
     delete m_AG_IteratorAttributes;
 }
 
-bool CT_PresentationOf::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresentationOf::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -976,6 +1085,9 @@ bool CT_PresentationOf::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PresentationOf::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresentationOf::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Adj::CT_Adj()
     : m_Idx(0),
       m_Val(0),
@@ -987,7 +1099,8 @@ CT_Adj::~CT_Adj()
 {
 }
 
-bool CT_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Adj::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1001,6 +1114,9 @@ bool CT_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Adj::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_AdjLst::CT_AdjLst()
     : m_presence(0)
 {
@@ -1011,7 +1127,8 @@ CT_AdjLst::~CT_AdjLst()
     DeleteAll(m_Adj);
 }
 
-bool CT_AdjLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AdjLst::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1021,6 +1138,9 @@ bool CT_AdjLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AdjLst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AdjLst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Adj> CT_AdjLst::GetAdj() const { return m_Adj; }
 void CT_AdjLst::SetAdj(XMLPtrArray<CT_Adj> value) { m_Adj = std::move(value); m_presence |= (1u << 0); }
@@ -1045,7 +1165,8 @@ CT_Shape::~CT_Shape()
     delete m_ExtLst;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1074,6 +1195,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Shape::GetType() const { return m_Type; }
 void CT_Shape::SetType(wxAny value) { m_Type = std::move(value); m_presence |= (1u << 3); }
 wxString CT_Shape::GetR_blip() const { return m_R_blip; }
@@ -1088,7 +1212,8 @@ CT_Parameter::~CT_Parameter()
 {
 }
 
-bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Parameter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1101,6 +1226,9 @@ bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Parameter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Parameter::GetType() const { return m_Type; }
 void CT_Parameter::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -1120,7 +1248,8 @@ CT_Algorithm::~CT_Algorithm()
     delete m_ExtLst;
 }
 
-bool CT_Algorithm::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Algorithm::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1138,6 +1267,9 @@ bool CT_Algorithm::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Algorithm::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Algorithm::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Parameter> CT_Algorithm::GetParam() const { return m_Param; }
 void CT_Algorithm::SetParam(XMLPtrArray<CT_Parameter> value) { m_Param = std::move(value); m_presence |= (1u << 0); }
@@ -1158,7 +1290,8 @@ CT_LayoutNode::~CT_LayoutNode()
     DeleteAll(m_Data__);
 }
 
-bool CT_LayoutNode::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LayoutNode::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1178,6 +1311,9 @@ bool CT_LayoutNode::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LayoutNode::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LayoutNode::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LayoutNodeData__> CT_LayoutNode::GetData__() const { return m_Data__; }
 void CT_LayoutNode::SetData__(XMLPtrArray<CT_LayoutNodeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1219,7 +1355,8 @@ CT_LayoutNodeData__::~CT_LayoutNodeData__()
     delete m_ExtLst;
 }
 
-bool CT_LayoutNodeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LayoutNodeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1248,7 +1385,11 @@ bool CT_LayoutNodeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_LayoutNodeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_LayoutNodeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LayoutNodeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_LayoutNodeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_alg))
@@ -1314,13 +1455,20 @@ bool CT_LayoutNodeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_LayoutNodeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_LayoutNodeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_LayoutNodeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_LayoutNodeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_LayoutNodeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_LayoutNodeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_LayoutNodeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1351,7 +1499,8 @@ CT_ForEach::~CT_ForEach()
     delete m_AG_IteratorAttributes;
 }
 
-bool CT_ForEach::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ForEach::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1369,6 +1518,9 @@ bool CT_ForEach::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ForEach::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ForEach::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ForEachData__> CT_ForEach::GetData__() const { return m_Data__; }
 void CT_ForEach::SetData__(XMLPtrArray<CT_ForEachData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1404,7 +1556,8 @@ CT_ForEachData__::~CT_ForEachData__()
     delete m_ExtLst;
 }
 
-bool CT_ForEachData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ForEachData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1431,7 +1584,11 @@ bool CT_ForEachData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_ForEachData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ForEachData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ForEachData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ForEachData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_alg))
@@ -1491,13 +1648,20 @@ bool CT_ForEachData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_ForEachData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ForEachData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ForEachData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ForEachData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ForEachData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ForEachData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ForEachData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1527,7 +1691,8 @@ CT_When::~CT_When()
     delete m_AG_IteratorAttributes;
 }
 
-bool CT_When::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_When::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1551,6 +1716,9 @@ bool CT_When::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_When::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_When::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_WhenData__> CT_When::GetData__() const { return m_Data__; }
 void CT_When::SetData__(XMLPtrArray<CT_WhenData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1592,7 +1760,8 @@ CT_WhenData__::~CT_WhenData__()
     delete m_ExtLst;
 }
 
-bool CT_WhenData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WhenData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1619,7 +1788,11 @@ bool CT_WhenData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_WhenData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_WhenData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WhenData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_WhenData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_alg))
@@ -1679,13 +1852,20 @@ bool CT_WhenData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_WhenData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_WhenData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_WhenData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_WhenData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_WhenData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_WhenData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_WhenData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1712,7 +1892,8 @@ CT_Otherwise::~CT_Otherwise()
     DeleteAll(m_Data__);
 }
 
-bool CT_Otherwise::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Otherwise::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1726,6 +1907,9 @@ bool CT_Otherwise::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Otherwise::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Otherwise::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OtherwiseData__> CT_Otherwise::GetData__() const { return m_Data__; }
 void CT_Otherwise::SetData__(XMLPtrArray<CT_OtherwiseData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1759,7 +1943,8 @@ CT_OtherwiseData__::~CT_OtherwiseData__()
     delete m_ExtLst;
 }
 
-bool CT_OtherwiseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OtherwiseData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1786,7 +1971,11 @@ bool CT_OtherwiseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_OtherwiseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_OtherwiseData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OtherwiseData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_OtherwiseData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_alg))
@@ -1846,13 +2035,20 @@ bool CT_OtherwiseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_OtherwiseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_OtherwiseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_OtherwiseData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_OtherwiseData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_OtherwiseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_OtherwiseData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_OtherwiseData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1881,7 +2077,8 @@ CT_Choose::~CT_Choose()
     delete m_Else;
 }
 
-bool CT_Choose::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Choose::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1897,6 +2094,9 @@ bool CT_Choose::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Choose::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Choose::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_When> CT_Choose::GetIf() const { return m_If; }
 void CT_Choose::SetIf(XMLPtrArray<CT_When> value) { m_If = std::move(value); m_presence |= (1u << 0); }
@@ -1915,7 +2115,8 @@ CT_SampleData::~CT_SampleData()
     delete m_DataModel;
 }
 
-bool CT_SampleData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SampleData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1930,6 +2131,9 @@ bool CT_SampleData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SampleData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SampleData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Category::CT_Category()
     : m_Pri(0),
       m_presence(0)
@@ -1940,7 +2144,8 @@ CT_Category::~CT_Category()
 {
 }
 
-bool CT_Category::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Category::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1953,6 +2158,9 @@ bool CT_Category::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Category::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Category::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Category::GetType() const { return m_Type; }
 void CT_Category::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -1967,7 +2175,8 @@ CT_Categories::~CT_Categories()
     DeleteAll(m_Cat);
 }
 
-bool CT_Categories::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Categories::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1977,6 +2186,9 @@ bool CT_Categories::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Categories::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Categories::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Category> CT_Categories::GetCat() const { return m_Cat; }
 void CT_Categories::SetCat(XMLPtrArray<CT_Category> value) { m_Cat = std::move(value); m_presence |= (1u << 0); }
@@ -1991,7 +2203,8 @@ CT_Name::~CT_Name()
 {
 }
 
-bool CT_Name::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Name::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2004,6 +2217,9 @@ bool CT_Name::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Name::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Name::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Name::GetLang() const { return m_Lang; }
 void CT_Name::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -2020,7 +2236,8 @@ CT_Description::~CT_Description()
 {
 }
 
-bool CT_Description::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Description::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2033,6 +2250,9 @@ bool CT_Description::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Description::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Description::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Description::GetLang() const { return m_Lang; }
 void CT_Description::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -2064,7 +2284,8 @@ CT_DiagramDefinition::~CT_DiagramDefinition()
     delete m_ExtLst;
 }
 
-bool CT_DiagramDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DiagramDefinition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2097,6 +2318,9 @@ bool CT_DiagramDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DiagramDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DiagramDefinition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Name> CT_DiagramDefinition::GetTitle() const { return m_Title; }
 void CT_DiagramDefinition::SetTitle(XMLPtrArray<CT_Name> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_Description> CT_DiagramDefinition::GetDesc() const { return m_Desc; }
@@ -2125,7 +2349,8 @@ CT_DiagramDefinitionHeader::~CT_DiagramDefinitionHeader()
     delete m_ExtLst;
 }
 
-bool CT_DiagramDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DiagramDefinitionHeader::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2152,6 +2377,9 @@ bool CT_DiagramDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DiagramDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DiagramDefinitionHeader::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Name> CT_DiagramDefinitionHeader::GetTitle() const { return m_Title; }
 void CT_DiagramDefinitionHeader::SetTitle(XMLPtrArray<CT_Name> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_Description> CT_DiagramDefinitionHeader::GetDesc() const { return m_Desc; }
@@ -2173,7 +2401,8 @@ CT_DiagramDefinitionHeaderLst::~CT_DiagramDefinitionHeaderLst()
     DeleteAll(m_LayoutDefHdr);
 }
 
-bool CT_DiagramDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DiagramDefinitionHeaderLst::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2183,6 +2412,9 @@ bool CT_DiagramDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* conte
     }
     return true;
 }
+
+bool CT_DiagramDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DiagramDefinitionHeaderLst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DiagramDefinitionHeader> CT_DiagramDefinitionHeaderLst::GetLayoutDefHdr() const { return m_LayoutDefHdr; }
 void CT_DiagramDefinitionHeaderLst::SetLayoutDefHdr(XMLPtrArray<CT_DiagramDefinitionHeader> value) { m_LayoutDefHdr = std::move(value); m_presence |= (1u << 0); }
@@ -2200,7 +2432,8 @@ CT_RelIds::~CT_RelIds()
 {
 }
 
-bool CT_RelIds::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelIds::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2217,6 +2450,9 @@ bool CT_RelIds::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelIds::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelIds::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RelIds::GetR_dm() const { return m_R_dm; }
 void CT_RelIds::SetR_dm(wxString value) { m_R_dm = std::move(value); m_presence |= (1u << 0); }
@@ -2250,7 +2486,8 @@ CT_ElemPropSet::~CT_ElemPropSet()
     delete m_Style;
 }
 
-bool CT_ElemPropSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ElemPropSet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2321,6 +2558,9 @@ bool CT_ElemPropSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ElemPropSet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ElemPropSet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_ElemPropSet::GetPresAssocID() const { return m_PresAssocID; }
 void CT_ElemPropSet::SetPresAssocID(wxAny value) { m_PresAssocID = std::move(value); m_presence |= (1u << 2); }
 wxString CT_ElemPropSet::GetPresName() const { return m_PresName; }
@@ -2368,7 +2608,8 @@ CT_OrgChart::~CT_OrgChart()
 {
 }
 
-bool CT_OrgChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OrgChart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2379,6 +2620,9 @@ bool CT_OrgChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OrgChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OrgChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ChildMax::CT_ChildMax()
     : m_Val(-1),
@@ -2390,7 +2634,8 @@ CT_ChildMax::~CT_ChildMax()
 {
 }
 
-bool CT_ChildMax::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChildMax::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2401,6 +2646,9 @@ bool CT_ChildMax::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ChildMax::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChildMax::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ChildPref::CT_ChildPref()
     : m_Val(-1),
@@ -2412,7 +2660,8 @@ CT_ChildPref::~CT_ChildPref()
 {
 }
 
-bool CT_ChildPref::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChildPref::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2424,6 +2673,9 @@ bool CT_ChildPref::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ChildPref::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChildPref::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_BulletEnabled::CT_BulletEnabled()
     : m_Val(false),
       m_presence(0)
@@ -2434,7 +2686,8 @@ CT_BulletEnabled::~CT_BulletEnabled()
 {
 }
 
-bool CT_BulletEnabled::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BulletEnabled::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2446,6 +2699,9 @@ bool CT_BulletEnabled::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BulletEnabled::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BulletEnabled::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Direction::CT_Direction()
     : m_Val(s_norm),
       m_presence(0)
@@ -2456,7 +2712,8 @@ CT_Direction::~CT_Direction()
 {
 }
 
-bool CT_Direction::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Direction::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2467,6 +2724,9 @@ bool CT_Direction::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Direction::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Direction::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Direction::GetVal() const { return m_Val; }
 void CT_Direction::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2481,7 +2741,8 @@ CT_HierBranchStyle::~CT_HierBranchStyle()
 {
 }
 
-bool CT_HierBranchStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HierBranchStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2492,6 +2753,9 @@ bool CT_HierBranchStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HierBranchStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HierBranchStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HierBranchStyle::GetVal() const { return m_Val; }
 void CT_HierBranchStyle::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2506,7 +2770,8 @@ CT_AnimOne::~CT_AnimOne()
 {
 }
 
-bool CT_AnimOne::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimOne::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2517,6 +2782,9 @@ bool CT_AnimOne::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnimOne::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimOne::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AnimOne::GetVal() const { return m_Val; }
 void CT_AnimOne::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2531,7 +2799,8 @@ CT_AnimLvl::~CT_AnimLvl()
 {
 }
 
-bool CT_AnimLvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimLvl::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2542,6 +2811,9 @@ bool CT_AnimLvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnimLvl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimLvl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AnimLvl::GetVal() const { return m_Val; }
 void CT_AnimLvl::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2556,7 +2828,8 @@ CT_ResizeHandles::~CT_ResizeHandles()
 {
 }
 
-bool CT_ResizeHandles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ResizeHandles::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2567,6 +2840,9 @@ bool CT_ResizeHandles::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ResizeHandles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ResizeHandles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ResizeHandles::GetVal() const { return m_Val; }
 void CT_ResizeHandles::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2598,7 +2874,8 @@ CT_LayoutVariablePropertySet::~CT_LayoutVariablePropertySet()
     delete m_ResizeHandles;
 }
 
-bool CT_LayoutVariablePropertySet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LayoutVariablePropertySet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2625,6 +2902,9 @@ bool CT_LayoutVariablePropertySet::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool CT_LayoutVariablePropertySet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LayoutVariablePropertySet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SDName::CT_SDName()
     : m_Lang(s_),
       m_presence(0)
@@ -2635,7 +2915,8 @@ CT_SDName::~CT_SDName()
 {
 }
 
-bool CT_SDName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SDName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2648,6 +2929,9 @@ bool CT_SDName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SDName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SDName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SDName::GetLang() const { return m_Lang; }
 void CT_SDName::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -2664,7 +2948,8 @@ CT_SDDescription::~CT_SDDescription()
 {
 }
 
-bool CT_SDDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SDDescription::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2677,6 +2962,9 @@ bool CT_SDDescription::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SDDescription::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SDDescription::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SDDescription::GetLang() const { return m_Lang; }
 void CT_SDDescription::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -2693,7 +2981,8 @@ CT_SDCategory::~CT_SDCategory()
 {
 }
 
-bool CT_SDCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SDCategory::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2706,6 +2995,9 @@ bool CT_SDCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SDCategory::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SDCategory::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SDCategory::GetType() const { return m_Type; }
 void CT_SDCategory::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -2720,7 +3012,8 @@ CT_SDCategories::~CT_SDCategories()
     DeleteAll(m_Cat);
 }
 
-bool CT_SDCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SDCategories::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2730,6 +3023,9 @@ bool CT_SDCategories::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SDCategories::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SDCategories::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SDCategory> CT_SDCategories::GetCat() const { return m_Cat; }
 void CT_SDCategories::SetCat(XMLPtrArray<CT_SDCategory> value) { m_Cat = std::move(value); m_presence |= (1u << 0); }
@@ -2745,7 +3041,8 @@ CT_TextProps::~CT_TextProps()
     delete m_A_EG_Text3D;
 }
 
-bool CT_TextProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2755,6 +3052,9 @@ bool CT_TextProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_StyleLabel::CT_StyleLabel()
     : m_Scene3d(nullptr),
@@ -2775,7 +3075,8 @@ CT_StyleLabel::~CT_StyleLabel()
     delete m_ExtLst;
 }
 
-bool CT_StyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleLabel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2797,6 +3098,9 @@ bool CT_StyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StyleLabel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleLabel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StyleLabel::GetName() const { return m_Name; }
 void CT_StyleLabel::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 5); }
@@ -2820,7 +3124,8 @@ CT_StyleDefinition::~CT_StyleDefinition()
     delete m_ExtLst;
 }
 
-bool CT_StyleDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleDefinition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2846,6 +3151,9 @@ bool CT_StyleDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StyleDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleDefinition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SDName> CT_StyleDefinition::GetTitle() const { return m_Title; }
 void CT_StyleDefinition::SetTitle(XMLPtrArray<CT_SDName> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
@@ -2874,7 +3182,8 @@ CT_StyleDefinitionHeader::~CT_StyleDefinitionHeader()
     delete m_ExtLst;
 }
 
-bool CT_StyleDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleDefinitionHeader::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2899,6 +3208,9 @@ bool CT_StyleDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_StyleDefinitionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleDefinitionHeader::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SDName> CT_StyleDefinitionHeader::GetTitle() const { return m_Title; }
 void CT_StyleDefinitionHeader::SetTitle(XMLPtrArray<CT_SDName> value) { m_Title = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_SDDescription> CT_StyleDefinitionHeader::GetDesc() const { return m_Desc; }
@@ -2918,7 +3230,8 @@ CT_StyleDefinitionHeaderLst::~CT_StyleDefinitionHeaderLst()
     DeleteAll(m_StyleDefHdr);
 }
 
-bool CT_StyleDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleDefinitionHeaderLst::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2928,6 +3241,9 @@ bool CT_StyleDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_StyleDefinitionHeaderLst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleDefinitionHeaderLst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_StyleDefinitionHeader> CT_StyleDefinitionHeaderLst::GetStyleDefHdr() const { return m_StyleDefHdr; }
 void CT_StyleDefinitionHeaderLst::SetStyleDefHdr(XMLPtrArray<CT_StyleDefinitionHeader> value) { m_StyleDefHdr = std::move(value); m_presence |= (1u << 0); }

@@ -92,6 +92,7 @@ public:
     virtual ~CT_CTName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -104,6 +105,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -118,6 +120,7 @@ public:
     virtual ~CT_CTDescription();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -130,6 +133,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -144,6 +148,7 @@ public:
     virtual ~CT_CTCategory();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -156,6 +161,7 @@ public:
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Pri;
     std::uint32_t m_presence;
@@ -170,6 +176,7 @@ public:
     virtual ~CT_CTCategories();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cat": child element, repeated
@@ -178,6 +185,7 @@ public:
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CTCategory> m_Cat;
     std::uint32_t m_presence;
 };
@@ -191,6 +199,7 @@ public:
     virtual ~CT_Colors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group a:EG_ColorChoice, repeated
@@ -207,6 +216,7 @@ public:
     bool CheckHueDir() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::EG_ColorChoice> m_A_EG_ColorChoice;
     wxString m_Meth;
     wxString m_HueDir;
@@ -222,6 +232,7 @@ public:
     virtual ~CT_CTStyleLabel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fillClrLst": child element
@@ -258,6 +269,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Colors* m_FillClrLst;
     CT_Colors* m_LinClrLst;
     CT_Colors* m_EffectClrLst;
@@ -278,6 +290,7 @@ public:
     virtual ~CT_ColorTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -310,6 +323,7 @@ public:
     bool CheckMinVer() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CTName> m_Title;
     XMLPtrArray<CT_CTDescription> m_Desc;
     CT_CTCategories* m_CatLst;
@@ -329,6 +343,7 @@ public:
     virtual ~CT_ColorTransformHeader();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -361,6 +376,7 @@ public:
     bool CheckResId() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CTName> m_Title;
     XMLPtrArray<CT_CTDescription> m_Desc;
     CT_CTCategories* m_CatLst;
@@ -380,6 +396,7 @@ public:
     virtual ~CT_ColorTransformHeaderLst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "colorsDefHdr": child element, repeated
@@ -388,6 +405,7 @@ public:
     bool CheckColorsDefHdr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ColorTransformHeader> m_ColorsDefHdr;
     std::uint32_t m_presence;
 };
@@ -401,6 +419,7 @@ public:
     virtual ~CT_Pt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "prSet": child element
@@ -433,6 +452,7 @@ public:
     bool CheckCxnId() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ElemPropSet* m_PrSet;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextBody* m_T;
@@ -452,6 +472,7 @@ public:
     virtual ~CT_PtList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -460,6 +481,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Pt> m_Pt;
     std::uint32_t m_presence;
 };
@@ -473,6 +495,7 @@ public:
     virtual ~CT_Cxn();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -517,6 +540,7 @@ public:
     bool CheckPresId() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     wxAny m_ModelId;
     wxString m_Type;
@@ -539,6 +563,7 @@ public:
     virtual ~CT_CxnList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cxn": child element, repeated
@@ -547,6 +572,7 @@ public:
     bool CheckCxn() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Cxn> m_Cxn;
     std::uint32_t m_presence;
 };
@@ -560,6 +586,7 @@ public:
     virtual ~CT_DataModel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ptLst": child element
@@ -584,6 +611,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PtList* m_PtLst;
     CT_CxnList* m_CxnLst;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* m_Bg;
@@ -601,9 +629,12 @@ public:
     virtual ~AG_IteratorAttributes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -634,6 +665,9 @@ public:
     bool CheckStep() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     std::vector<wxString> m_Axis;
     std::vector<wxString> m_PtType;
     std::vector<bool> m_HideLastTrans;
@@ -652,9 +686,12 @@ public:
     virtual ~AG_ConstraintAttributes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -677,6 +714,9 @@ public:
     bool CheckPtType() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_Type;
     wxString m_For;
     wxString m_ForName;
@@ -693,9 +733,12 @@ public:
     virtual ~AG_ConstraintRefAttributes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -718,6 +761,9 @@ public:
     bool CheckRefPtType() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_RefType;
     wxString m_RefFor;
     wxString m_RefForName;
@@ -734,6 +780,7 @@ public:
     virtual ~CT_Constraint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -762,6 +809,7 @@ public:
     bool CheckFact() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     AG_ConstraintAttributes* m_AG_ConstraintAttributes;
     AG_ConstraintRefAttributes* m_AG_ConstraintRefAttributes;
@@ -780,6 +828,7 @@ public:
     virtual ~CT_Constraints();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "constr": child element, repeated
@@ -788,6 +837,7 @@ public:
     bool CheckConstr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Constraint> m_Constr;
     std::uint32_t m_presence;
 };
@@ -801,6 +851,7 @@ public:
     virtual ~CT_NumericRule();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -825,6 +876,7 @@ public:
     bool CheckMax() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     AG_ConstraintAttributes* m_AG_ConstraintAttributes;
     double m_Val;
@@ -842,6 +894,7 @@ public:
     virtual ~CT_Rules();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rule": child element, repeated
@@ -850,6 +903,7 @@ public:
     bool CheckRule() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_NumericRule> m_Rule;
     std::uint32_t m_presence;
 };
@@ -863,6 +917,7 @@ public:
     virtual ~CT_PresentationOf();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -875,6 +930,7 @@ public:
     bool CheckAG_IteratorAttributes() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     AG_IteratorAttributes* m_AG_IteratorAttributes;
     std::uint32_t m_presence;
@@ -889,6 +945,7 @@ public:
     virtual ~CT_Adj();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idx": attribute, unsigned int
@@ -901,6 +958,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Idx;
     double m_Val;
     std::uint32_t m_presence;
@@ -915,6 +973,7 @@ public:
     virtual ~CT_AdjLst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "adj": child element, repeated
@@ -923,6 +982,7 @@ public:
     bool CheckAdj() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Adj> m_Adj;
     std::uint32_t m_presence;
 };
@@ -936,6 +996,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "adjLst": child element
@@ -976,6 +1037,7 @@ public:
     bool CheckBlipPhldr() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjLst* m_AdjLst;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     double m_Rot;
@@ -997,6 +1059,7 @@ public:
     virtual ~CT_Parameter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -1009,6 +1072,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     wxAny m_Val;
     std::uint32_t m_presence;
@@ -1023,6 +1087,7 @@ public:
     virtual ~CT_Algorithm();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "param": child element, repeated
@@ -1043,6 +1108,7 @@ public:
     bool CheckRev() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Parameter> m_Param;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_Type;
@@ -1059,6 +1125,7 @@ public:
     virtual ~CT_LayoutNode();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1083,6 +1150,7 @@ public:
     bool CheckMoveWith() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LayoutNodeData__> m_Data__;
     wxString m_Name;
     wxString m_StyleLbl;
@@ -1100,9 +1168,12 @@ public:
     virtual ~CT_LayoutNodeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1149,6 +1220,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Algorithm* m_Alg;
     CT_Shape* m_Shape;
     CT_PresentationOf* m_PresOf;
@@ -1171,6 +1245,7 @@ public:
     virtual ~CT_ForEach();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1191,6 +1266,7 @@ public:
     bool CheckAG_IteratorAttributes() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ForEachData__> m_Data__;
     wxString m_Name;
     wxString m_Ref;
@@ -1207,9 +1283,12 @@ public:
     virtual ~CT_ForEachData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1252,6 +1331,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Algorithm* m_Alg;
     CT_Shape* m_Shape;
     CT_PresentationOf* m_PresOf;
@@ -1273,6 +1355,7 @@ public:
     virtual ~CT_When();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1305,6 +1388,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_WhenData__> m_Data__;
     wxString m_Name;
     AG_IteratorAttributes* m_AG_IteratorAttributes;
@@ -1324,9 +1408,12 @@ public:
     virtual ~CT_WhenData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1369,6 +1456,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Algorithm* m_Alg;
     CT_Shape* m_Shape;
     CT_PresentationOf* m_PresOf;
@@ -1390,6 +1480,7 @@ public:
     virtual ~CT_Otherwise();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1402,6 +1493,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_OtherwiseData__> m_Data__;
     wxString m_Name;
     std::uint32_t m_presence;
@@ -1416,9 +1508,12 @@ public:
     virtual ~CT_OtherwiseData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1461,6 +1556,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Algorithm* m_Alg;
     CT_Shape* m_Shape;
     CT_PresentationOf* m_PresOf;
@@ -1482,6 +1580,7 @@ public:
     virtual ~CT_Choose();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "if": child element, repeated
@@ -1498,6 +1597,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_When> m_If;
     CT_Otherwise* m_Else;
     wxString m_Name;
@@ -1513,6 +1613,7 @@ public:
     virtual ~CT_SampleData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dataModel": child element
@@ -1525,6 +1626,7 @@ public:
     bool CheckUseDef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DataModel* m_DataModel;
     bool m_UseDef;
     std::uint32_t m_presence;
@@ -1539,6 +1641,7 @@ public:
     virtual ~CT_Category();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -1551,6 +1654,7 @@ public:
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Pri;
     std::uint32_t m_presence;
@@ -1565,6 +1669,7 @@ public:
     virtual ~CT_Categories();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cat": child element, repeated
@@ -1573,6 +1678,7 @@ public:
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Category> m_Cat;
     std::uint32_t m_presence;
 };
@@ -1586,6 +1692,7 @@ public:
     virtual ~CT_Name();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -1598,6 +1705,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -1612,6 +1720,7 @@ public:
     virtual ~CT_Description();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -1624,6 +1733,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -1638,6 +1748,7 @@ public:
     virtual ~CT_DiagramDefinition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -1686,6 +1797,7 @@ public:
     bool CheckDefStyle() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Name> m_Title;
     XMLPtrArray<CT_Description> m_Desc;
     CT_Categories* m_CatLst;
@@ -1709,6 +1821,7 @@ public:
     virtual ~CT_DiagramDefinitionHeader();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -1745,6 +1858,7 @@ public:
     bool CheckResId() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Name> m_Title;
     XMLPtrArray<CT_Description> m_Desc;
     CT_Categories* m_CatLst;
@@ -1765,6 +1879,7 @@ public:
     virtual ~CT_DiagramDefinitionHeaderLst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "layoutDefHdr": child element, repeated
@@ -1773,6 +1888,7 @@ public:
     bool CheckLayoutDefHdr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DiagramDefinitionHeader> m_LayoutDefHdr;
     std::uint32_t m_presence;
 };
@@ -1786,6 +1902,7 @@ public:
     virtual ~CT_RelIds();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:dm": attribute, wxString, default ""
@@ -1806,6 +1923,7 @@ public:
     bool CheckR_cs() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_dm;
     wxString m_R_lo;
     wxString m_R_qs;
@@ -1822,6 +1940,7 @@ public:
     virtual ~CT_ElemPropSet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "presLayoutVars": child element
@@ -1946,6 +2065,7 @@ public:
     bool CheckCustRadScaleInc() const { return (m_presence & (1u << 29)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LayoutVariablePropertySet* m_PresLayoutVars;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
     wxAny m_PresAssocID;
@@ -1988,6 +2108,7 @@ public:
     virtual ~CT_OrgChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "false"
@@ -1996,6 +2117,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -2009,6 +2131,7 @@ public:
     virtual ~CT_ChildMax();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int, default "-1"
@@ -2017,6 +2140,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -2030,6 +2154,7 @@ public:
     virtual ~CT_ChildPref();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int, default "-1"
@@ -2038,6 +2163,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -2051,6 +2177,7 @@ public:
     virtual ~CT_BulletEnabled();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "false"
@@ -2059,6 +2186,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -2072,6 +2200,7 @@ public:
     virtual ~CT_Direction();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "norm"
@@ -2080,6 +2209,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2093,6 +2223,7 @@ public:
     virtual ~CT_HierBranchStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "std"
@@ -2101,6 +2232,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2114,6 +2246,7 @@ public:
     virtual ~CT_AnimOne();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "one"
@@ -2122,6 +2255,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2135,6 +2269,7 @@ public:
     virtual ~CT_AnimLvl();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "none"
@@ -2143,6 +2278,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2156,6 +2292,7 @@ public:
     virtual ~CT_ResizeHandles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "rel"
@@ -2164,6 +2301,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2177,6 +2315,7 @@ public:
     virtual ~CT_LayoutVariablePropertySet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "orgChart": child element
@@ -2217,6 +2356,7 @@ public:
     bool CheckResizeHandles() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OrgChart* m_OrgChart;
     CT_ChildMax* m_ChMax;
     CT_ChildPref* m_ChPref;
@@ -2238,6 +2378,7 @@ public:
     virtual ~CT_SDName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -2250,6 +2391,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -2264,6 +2406,7 @@ public:
     virtual ~CT_SDDescription();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString, default ""
@@ -2276,6 +2419,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -2290,6 +2434,7 @@ public:
     virtual ~CT_SDCategory();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -2302,6 +2447,7 @@ public:
     bool CheckPri() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Pri;
     std::uint32_t m_presence;
@@ -2316,6 +2462,7 @@ public:
     virtual ~CT_SDCategories();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cat": child element, repeated
@@ -2324,6 +2471,7 @@ public:
     bool CheckCat() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SDCategory> m_Cat;
     std::uint32_t m_presence;
 };
@@ -2337,6 +2485,7 @@ public:
     virtual ~CT_TextProps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group a:EG_Text3D
@@ -2345,6 +2494,7 @@ public:
     bool CheckA_EG_Text3D() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::EG_Text3D* m_A_EG_Text3D;
     std::uint32_t m_presence;
 };
@@ -2358,6 +2508,7 @@ public:
     virtual ~CT_StyleLabel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "scene3d": child element
@@ -2386,6 +2537,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Scene3D* m_Scene3d;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Shape3D* m_Sp3d;
     CT_TextProps* m_TxPr;
@@ -2404,6 +2556,7 @@ public:
     virtual ~CT_StyleDefinition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -2440,6 +2593,7 @@ public:
     bool CheckMinVer() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SDName> m_Title;
     XMLPtrArray<CT_SDDescription> m_Desc;
     CT_SDCategories* m_CatLst;
@@ -2460,6 +2614,7 @@ public:
     virtual ~CT_StyleDefinitionHeader();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "title": child element, repeated
@@ -2492,6 +2647,7 @@ public:
     bool CheckResId() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SDName> m_Title;
     XMLPtrArray<CT_SDDescription> m_Desc;
     CT_SDCategories* m_CatLst;
@@ -2511,6 +2667,7 @@ public:
     virtual ~CT_StyleDefinitionHeaderLst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "styleDefHdr": child element, repeated
@@ -2519,6 +2676,7 @@ public:
     bool CheckStyleDefHdr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_StyleDefinitionHeader> m_StyleDefHdr;
     std::uint32_t m_presence;
 };

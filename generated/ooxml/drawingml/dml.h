@@ -328,6 +328,7 @@ public:
     virtual ~CT_AudioFile();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -344,6 +345,7 @@ public:
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_R_link;
     wxString m_ContentType;
@@ -359,6 +361,7 @@ public:
     virtual ~CT_VideoFile();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -375,6 +378,7 @@ public:
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_R_link;
     wxString m_ContentType;
@@ -390,6 +394,7 @@ public:
     virtual ~CT_QuickTimeFile();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -402,6 +407,7 @@ public:
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_R_link;
     std::uint32_t m_presence;
@@ -416,6 +422,7 @@ public:
     virtual ~CT_AudioCDTime();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "track": attribute, unsigned char
@@ -428,6 +435,7 @@ public:
     bool CheckTime() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned char m_Track;
     unsigned int m_Time;
     std::uint32_t m_presence;
@@ -442,6 +450,7 @@ public:
     virtual ~CT_AudioCD();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "st": child element
@@ -458,6 +467,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AudioCDTime* m_St;
     CT_AudioCDTime* m_End;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -473,9 +483,12 @@ public:
     virtual ~EG_Media();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -486,6 +499,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_MediaData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -499,9 +515,12 @@ public:
     virtual ~EG_MediaData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -528,6 +547,9 @@ public:
     bool CheckQuickTimeFile() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_AudioCD* m_AudioCd;
     CT_EmbeddedWAVAudioFile* m_WavAudioFile;
     CT_AudioFile* m_AudioFile;
@@ -545,6 +567,7 @@ public:
     virtual ~CT_ColorScheme();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dk1": child element
@@ -605,6 +628,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_Dk1;
     CT_Color* m_Lt1;
     CT_Color* m_Dk2;
@@ -631,6 +655,7 @@ public:
     virtual ~CT_CustomColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -643,6 +668,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     wxString m_Name;
     std::uint32_t m_presence;
@@ -657,6 +683,7 @@ public:
     virtual ~CT_SupplementalFont();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "script": attribute, wxString
@@ -669,6 +696,7 @@ public:
     bool CheckTypeface() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Script;
     wxString m_Typeface;
     std::uint32_t m_presence;
@@ -683,6 +711,7 @@ public:
     virtual ~CT_CustomColorList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "custClr": child element, repeated
@@ -691,6 +720,7 @@ public:
     bool CheckCustClr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomColor> m_CustClr;
     std::uint32_t m_presence;
 };
@@ -704,6 +734,7 @@ public:
     virtual ~CT_FontCollection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "latin": child element
@@ -728,6 +759,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextFont* m_Latin;
     CT_TextFont* m_Ea;
     CT_TextFont* m_Cs;
@@ -745,6 +777,7 @@ public:
     virtual ~CT_EffectStyleItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_EffectProperties
@@ -761,6 +794,7 @@ public:
     bool CheckSp3d() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_EffectProperties* m_EG_EffectProperties;
     CT_Scene3D* m_Scene3d;
     CT_Shape3D* m_Sp3d;
@@ -776,6 +810,7 @@ public:
     virtual ~CT_FontScheme();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "majorFont": child element
@@ -796,6 +831,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FontCollection* m_MajorFont;
     CT_FontCollection* m_MinorFont;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -812,6 +848,7 @@ public:
     virtual ~CT_FillStyleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties, repeated
@@ -820,6 +857,7 @@ public:
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_FillProperties> m_EG_FillProperties;
     std::uint32_t m_presence;
 };
@@ -833,6 +871,7 @@ public:
     virtual ~CT_LineStyleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ln": child element, repeated
@@ -841,6 +880,7 @@ public:
     bool CheckLn() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LineProperties> m_Ln;
     std::uint32_t m_presence;
 };
@@ -854,6 +894,7 @@ public:
     virtual ~CT_EffectStyleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "effectStyle": child element, repeated
@@ -862,6 +903,7 @@ public:
     bool CheckEffectStyle() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_EffectStyleItem> m_EffectStyle;
     std::uint32_t m_presence;
 };
@@ -875,6 +917,7 @@ public:
     virtual ~CT_BackgroundFillStyleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties, repeated
@@ -883,6 +926,7 @@ public:
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_FillProperties> m_EG_FillProperties;
     std::uint32_t m_presence;
 };
@@ -896,6 +940,7 @@ public:
     virtual ~CT_StyleMatrix();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fillStyleLst": child element
@@ -920,6 +965,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FillStyleList* m_FillStyleLst;
     CT_LineStyleList* m_LnStyleLst;
     CT_EffectStyleList* m_EffectStyleLst;
@@ -937,6 +983,7 @@ public:
     virtual ~CT_BaseStyles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clrScheme": child element
@@ -957,6 +1004,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ColorScheme* m_ClrScheme;
     CT_FontScheme* m_FontScheme;
     CT_StyleMatrix* m_FmtScheme;
@@ -973,6 +1021,7 @@ public:
     virtual ~CT_OfficeArtExtension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dsp:dataModelExt": child element
@@ -993,6 +1042,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_microsoft_com_office_drawing_x2008_diagram::CT_DataModelExtBlock* m_Dsp_dataModelExt;
     schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_EmbeddedAnimation* m_A3danim_embedAnim;
     schemas_microsoft_com_office_drawing_x2018_animation_model3d::CT_PosterFrame* m_A3danim_posterFrame;
@@ -1009,6 +1059,7 @@ public:
     virtual ~CT_Angle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -1017,6 +1068,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -1030,6 +1082,7 @@ public:
     virtual ~CT_PositiveFixedAngle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -1038,6 +1091,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -1051,6 +1105,7 @@ public:
     virtual ~CT_Percentage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -1059,6 +1114,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1072,6 +1128,7 @@ public:
     virtual ~CT_PositivePercentage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -1080,6 +1137,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1093,6 +1151,7 @@ public:
     virtual ~CT_FixedPercentage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -1101,6 +1160,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1114,6 +1174,7 @@ public:
     virtual ~CT_PositiveFixedPercentage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -1122,6 +1183,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -1135,6 +1197,7 @@ public:
     virtual ~CT_Ratio();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": attribute, long long
@@ -1147,6 +1210,7 @@ public:
     bool CheckD() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_N;
     long long m_D;
     std::uint32_t m_presence;
@@ -1161,6 +1225,7 @@ public:
     virtual ~CT_Point2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, wxAny
@@ -1173,6 +1238,7 @@ public:
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X;
     wxAny m_Y;
     std::uint32_t m_presence;
@@ -1187,6 +1253,7 @@ public:
     virtual ~CT_PositiveSize2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cx": attribute, long long
@@ -1199,6 +1266,7 @@ public:
     bool CheckCy() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_Cx;
     long long m_Cy;
     std::uint32_t m_presence;
@@ -1213,9 +1281,11 @@ public:
     virtual ~CT_ComplementTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1228,9 +1298,11 @@ public:
     virtual ~CT_InverseTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1243,9 +1315,11 @@ public:
     virtual ~CT_GrayscaleTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1258,9 +1332,11 @@ public:
     virtual ~CT_GammaTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1273,9 +1349,11 @@ public:
     virtual ~CT_InverseGammaTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -1288,9 +1366,12 @@ public:
     virtual ~EG_ColorTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1301,6 +1382,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ColorTransformData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1314,9 +1398,12 @@ public:
     virtual ~EG_ColorTransformData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1435,6 +1522,9 @@ public:
     bool CheckInvGamma() const { return (m_presence & (1u << 27)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_PositiveFixedPercentage* m_Tint;
     CT_PositiveFixedPercentage* m_Shade;
     CT_ComplementTransform* m_Comp;
@@ -1475,6 +1565,7 @@ public:
     virtual ~CT_ScRgbColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1495,6 +1586,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     wxAny m_R;
     wxAny m_G;
@@ -1511,6 +1603,7 @@ public:
     virtual ~CT_SRgbColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1523,6 +1616,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -1537,6 +1631,7 @@ public:
     virtual ~CT_HslColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1557,6 +1652,7 @@ public:
     bool CheckLum() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     int m_Hue;
     wxAny m_Sat;
@@ -1573,6 +1669,7 @@ public:
     virtual ~CT_SystemColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1589,6 +1686,7 @@ public:
     bool CheckLastClr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     wxString m_Val;
     wxString m_LastClr;
@@ -1604,6 +1702,7 @@ public:
     virtual ~CT_SchemeColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1616,6 +1715,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -1630,6 +1730,7 @@ public:
     virtual ~CT_PresetColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorTransform, repeated
@@ -1642,6 +1743,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorTransform> m_EG_ColorTransform;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -1656,9 +1758,12 @@ public:
     virtual ~EG_OfficeArtExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1669,6 +1774,9 @@ public:
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_OfficeArtExtension> m_Ext;
     std::uint32_t m_presence;
 };
@@ -1682,6 +1790,7 @@ public:
     virtual ~CT_OfficeArtExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_OfficeArtExtensionList
@@ -1690,6 +1799,7 @@ public:
     bool CheckEG_OfficeArtExtensionList() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_OfficeArtExtensionList* m_EG_OfficeArtExtensionList;
     std::uint32_t m_presence;
 };
@@ -1703,6 +1813,7 @@ public:
     virtual ~CT_Scale2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sx": child element
@@ -1715,6 +1826,7 @@ public:
     bool CheckSy() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Ratio* m_Sx;
     CT_Ratio* m_Sy;
     std::uint32_t m_presence;
@@ -1729,6 +1841,7 @@ public:
     virtual ~CT_Transform2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "off": child element
@@ -1753,6 +1866,7 @@ public:
     bool CheckFlipV() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Point2D* m_Off;
     CT_PositiveSize2D* m_Ext;
     int m_Rot;
@@ -1770,6 +1884,7 @@ public:
     virtual ~CT_GroupTransform2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "off": child element
@@ -1802,6 +1917,7 @@ public:
     bool CheckFlipV() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Point2D* m_Off;
     CT_PositiveSize2D* m_Ext;
     CT_Point2D* m_ChOff;
@@ -1821,6 +1937,7 @@ public:
     virtual ~CT_Point3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, wxAny
@@ -1837,6 +1954,7 @@ public:
     bool CheckZ() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X;
     wxAny m_Y;
     wxAny m_Z;
@@ -1852,6 +1970,7 @@ public:
     virtual ~CT_Vector3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dx": attribute, wxAny
@@ -1868,6 +1987,7 @@ public:
     bool CheckDz() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Dx;
     wxAny m_Dy;
     wxAny m_Dz;
@@ -1883,6 +2003,7 @@ public:
     virtual ~CT_SphereCoords();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lat": attribute, int
@@ -1899,6 +2020,7 @@ public:
     bool CheckRev() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Lat;
     int m_Lon;
     int m_Rev;
@@ -1914,6 +2036,7 @@ public:
     virtual ~CT_RelativeRect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "l": attribute, wxAny, default "0%"
@@ -1934,6 +2057,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_L;
     wxAny m_T;
     wxAny m_R;
@@ -1950,9 +2074,12 @@ public:
     virtual ~EG_ColorChoice();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1963,6 +2090,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ColorChoiceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1976,9 +2106,12 @@ public:
     virtual ~EG_ColorChoiceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2009,6 +2142,9 @@ public:
     bool CheckPrstClr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_ScRgbColor* m_ScrgbClr;
     CT_SRgbColor* m_SrgbClr;
     CT_HslColor* m_HslClr;
@@ -2027,6 +2163,7 @@ public:
     virtual ~CT_Color();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -2035,6 +2172,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -2048,6 +2186,7 @@ public:
     virtual ~CT_ColorMRU();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice, repeated
@@ -2056,6 +2195,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorChoice> m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -2069,9 +2209,12 @@ public:
     virtual ~AG_Blob();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2086,6 +2229,9 @@ public:
     bool CheckR_link() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_R_embed;
     wxString m_R_link;
     std::uint32_t m_presence;
@@ -2100,6 +2246,7 @@ public:
     virtual ~CT_EmbeddedWAVAudioFile();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:embed": attribute, wxString
@@ -2112,6 +2259,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_embed;
     wxString m_Name;
     std::uint32_t m_presence;
@@ -2126,6 +2274,7 @@ public:
     virtual ~CT_Hyperlink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "snd": child element
@@ -2170,6 +2319,7 @@ public:
     bool CheckEndSnd() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EmbeddedWAVAudioFile* m_Snd;
     CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_R_id;
@@ -2192,9 +2342,12 @@ public:
     virtual ~AG_Locking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2241,6 +2394,9 @@ public:
     bool CheckNoChangeShapeType() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     bool m_NoGrp;
     bool m_NoSelect;
     bool m_NoRot;
@@ -2263,6 +2419,7 @@ public:
     virtual ~CT_ConnectorLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2275,6 +2432,7 @@ public:
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     AG_Locking* m_AG_Locking;
     std::uint32_t m_presence;
@@ -2289,6 +2447,7 @@ public:
     virtual ~CT_ShapeLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2305,6 +2464,7 @@ public:
     bool CheckNoTextEdit() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     AG_Locking* m_AG_Locking;
     bool m_NoTextEdit;
@@ -2320,6 +2480,7 @@ public:
     virtual ~CT_PictureLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2336,6 +2497,7 @@ public:
     bool CheckNoCrop() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     AG_Locking* m_AG_Locking;
     bool m_NoCrop;
@@ -2351,6 +2513,7 @@ public:
     virtual ~CT_GroupLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2387,6 +2550,7 @@ public:
     bool CheckNoResize() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     bool m_NoGrp;
     bool m_NoUngrp;
@@ -2407,6 +2571,7 @@ public:
     virtual ~CT_GraphicalObjectFrameLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2439,6 +2604,7 @@ public:
     bool CheckNoResize() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     bool m_NoGrp;
     bool m_NoDrilldown;
@@ -2458,6 +2624,7 @@ public:
     virtual ~CT_ContentPartLocking();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -2470,6 +2637,7 @@ public:
     bool CheckAG_Locking() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     AG_Locking* m_AG_Locking;
     std::uint32_t m_presence;
@@ -2484,6 +2652,7 @@ public:
     virtual ~CT_NonVisualDrawingProps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hlinkClick": child element
@@ -2520,6 +2689,7 @@ public:
     bool CheckTitle() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Hyperlink* m_HlinkClick;
     CT_Hyperlink* m_HlinkHover;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -2540,6 +2710,7 @@ public:
     virtual ~CT_NonVisualDrawingShapeProps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spLocks": child element
@@ -2556,6 +2727,7 @@ public:
     bool CheckTxBox() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeLocking* m_SpLocks;
     CT_OfficeArtExtensionList* m_ExtLst;
     bool m_TxBox;
@@ -2571,6 +2743,7 @@ public:
     virtual ~CT_NonVisualConnectorProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cxnSpLocks": child element
@@ -2591,6 +2764,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ConnectorLocking* m_CxnSpLocks;
     CT_Connection* m_StCxn;
     CT_Connection* m_EndCxn;
@@ -2607,6 +2781,7 @@ public:
     virtual ~CT_NonVisualPictureProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "picLocks": child element
@@ -2623,6 +2798,7 @@ public:
     bool CheckPreferRelativeResize() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureLocking* m_PicLocks;
     CT_OfficeArtExtensionList* m_ExtLst;
     bool m_PreferRelativeResize;
@@ -2638,6 +2814,7 @@ public:
     virtual ~CT_NonVisualGroupDrawingShapeProps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "grpSpLocks": child element
@@ -2650,6 +2827,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupLocking* m_GrpSpLocks;
     CT_OfficeArtExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -2664,6 +2842,7 @@ public:
     virtual ~CT_NonVisualGraphicFrameProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "graphicFrameLocks": child element
@@ -2676,6 +2855,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GraphicalObjectFrameLocking* m_GraphicFrameLocks;
     CT_OfficeArtExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -2690,6 +2870,7 @@ public:
     virtual ~CT_NonVisualContentPartProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cpLocks": child element
@@ -2706,6 +2887,7 @@ public:
     bool CheckIsComment() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ContentPartLocking* m_CpLocks;
     CT_OfficeArtExtensionList* m_ExtLst;
     bool m_IsComment;
@@ -2721,6 +2903,7 @@ public:
     virtual ~CT_GraphicalObjectData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dgm:relIds": child element
@@ -2749,6 +2932,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_diagram::CT_RelIds* m_Dgm_relIds;
     schemas_openxmlformats_org_drawingml_x2006_chart::CT_RelId* m_C_chart;
     schemas_microsoft_com_office_drawing_x2014_chartex::CT_RelId* m_Cx_chart;
@@ -2767,6 +2951,7 @@ public:
     virtual ~CT_GraphicalObject();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "graphicData": child element
@@ -2775,6 +2960,7 @@ public:
     bool CheckGraphicData() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GraphicalObjectData* m_GraphicData;
     std::uint32_t m_presence;
 };
@@ -2788,6 +2974,7 @@ public:
     virtual ~CT_AnimationDgmElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, wxString, default "{00000000-0000-0000-0000-000000000000}"
@@ -2800,6 +2987,7 @@ public:
     bool CheckBldStep() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Id;
     wxString m_BldStep;
     std::uint32_t m_presence;
@@ -2814,6 +3002,7 @@ public:
     virtual ~CT_AnimationChartElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "seriesIdx": attribute, int, default "-1"
@@ -2830,6 +3019,7 @@ public:
     bool CheckBldStep() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_SeriesIdx;
     int m_CategoryIdx;
     wxString m_BldStep;
@@ -2845,6 +3035,7 @@ public:
     virtual ~CT_AnimationElementChoice();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2853,6 +3044,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AnimationElementChoiceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2866,9 +3058,12 @@ public:
     virtual ~CT_AnimationElementChoiceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2883,6 +3078,9 @@ public:
     bool CheckChart() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_AnimationDgmElement* m_Dgm;
     CT_AnimationChartElement* m_Chart;
     std::uint32_t m_presence;
@@ -2897,6 +3095,7 @@ public:
     virtual ~CT_AnimationDgmBuildProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bld": attribute, wxAny, default "allAtOnce"
@@ -2909,6 +3108,7 @@ public:
     bool CheckRev() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Bld;
     bool m_Rev;
     std::uint32_t m_presence;
@@ -2923,6 +3123,7 @@ public:
     virtual ~CT_AnimationChartBuildProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bld": attribute, wxAny, default "allAtOnce"
@@ -2935,6 +3136,7 @@ public:
     bool CheckAnimBg() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Bld;
     bool m_AnimBg;
     std::uint32_t m_presence;
@@ -2949,6 +3151,7 @@ public:
     virtual ~CT_AnimationGraphicalObjectBuildProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2957,6 +3160,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AnimationGraphicalObjectBuildPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2970,9 +3174,12 @@ public:
     virtual ~CT_AnimationGraphicalObjectBuildPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2987,6 +3194,9 @@ public:
     bool CheckBldChart() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_AnimationDgmBuildProperties* m_BldDgm;
     CT_AnimationChartBuildProperties* m_BldChart;
     std::uint32_t m_presence;
@@ -3001,6 +3211,7 @@ public:
     virtual ~CT_BackgroundFormatting();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -3013,6 +3224,7 @@ public:
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     EG_EffectProperties* m_EG_EffectProperties;
     std::uint32_t m_presence;
@@ -3027,6 +3239,7 @@ public:
     virtual ~CT_WholeE2oFormatting();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ln": child element
@@ -3039,6 +3252,7 @@ public:
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LineProperties* m_Ln;
     EG_EffectProperties* m_EG_EffectProperties;
     std::uint32_t m_presence;
@@ -3053,9 +3267,11 @@ public:
     virtual ~CT_GvmlUseShapeRectangle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -3068,6 +3284,7 @@ public:
     virtual ~CT_GvmlTextShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "txBody": child element
@@ -3084,6 +3301,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextBody* m_TxBody;
     CT_GvmlTextShapeData__* m_Data__;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -3099,9 +3317,12 @@ public:
     virtual ~CT_GvmlTextShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3116,6 +3337,9 @@ public:
     bool CheckXfrm() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_GvmlUseShapeRectangle* m_UseSpRect;
     CT_Transform2D* m_Xfrm;
     std::uint32_t m_presence;
@@ -3130,6 +3354,7 @@ public:
     virtual ~CT_GvmlShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -3142,6 +3367,7 @@ public:
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     std::uint32_t m_presence;
@@ -3156,6 +3382,7 @@ public:
     virtual ~CT_GvmlShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvSpPr": child element
@@ -3180,6 +3407,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlShapeNonVisual* m_NvSpPr;
     CT_ShapeProperties* m_SpPr;
     CT_GvmlTextShape* m_TxSp;
@@ -3197,6 +3425,7 @@ public:
     virtual ~CT_GvmlConnectorNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -3209,6 +3438,7 @@ public:
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualConnectorProperties* m_CNvCxnSpPr;
     std::uint32_t m_presence;
@@ -3223,6 +3453,7 @@ public:
     virtual ~CT_GvmlConnector();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvCxnSpPr": child element
@@ -3243,6 +3474,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlConnectorNonVisual* m_NvCxnSpPr;
     CT_ShapeProperties* m_SpPr;
     CT_ShapeStyle* m_Style;
@@ -3259,6 +3491,7 @@ public:
     virtual ~CT_GvmlPictureNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -3271,6 +3504,7 @@ public:
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualPictureProperties* m_CNvPicPr;
     std::uint32_t m_presence;
@@ -3285,6 +3519,7 @@ public:
     virtual ~CT_GvmlPicture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvPicPr": child element
@@ -3309,6 +3544,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlPictureNonVisual* m_NvPicPr;
     CT_BlipFillProperties* m_BlipFill;
     CT_ShapeProperties* m_SpPr;
@@ -3326,6 +3562,7 @@ public:
     virtual ~CT_GvmlGraphicFrameNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -3338,6 +3575,7 @@ public:
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualGraphicFrameProperties* m_CNvGraphicFramePr;
     std::uint32_t m_presence;
@@ -3352,6 +3590,7 @@ public:
     virtual ~CT_GvmlGraphicalObjectFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGraphicFramePr": child element
@@ -3372,6 +3611,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlGraphicFrameNonVisual* m_NvGraphicFramePr;
     CT_GraphicalObject* m_Graphic;
     CT_Transform2D* m_Xfrm;
@@ -3388,6 +3628,7 @@ public:
     virtual ~CT_GvmlGroupShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -3400,6 +3641,7 @@ public:
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NonVisualDrawingProps* m_CNvPr;
     CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     std::uint32_t m_presence;
@@ -3414,6 +3656,7 @@ public:
     virtual ~CT_GvmlGroupShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGrpSpPr": child element
@@ -3434,6 +3677,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GvmlGroupShapeNonVisual* m_NvGrpSpPr;
     CT_GroupShapeProperties* m_GrpSpPr;
     XMLPtrArray<CT_GvmlGroupShapeData__> m_Data__;
@@ -3450,9 +3694,12 @@ public:
     virtual ~CT_GvmlGroupShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3483,6 +3730,9 @@ public:
     bool CheckGrpSp() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_GvmlTextShape* m_TxSp;
     CT_GvmlShape* m_Sp;
     CT_GvmlConnector* m_CxnSp;
@@ -3501,6 +3751,7 @@ public:
     virtual ~CT_Camera();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rot": child element
@@ -3521,6 +3772,7 @@ public:
     bool CheckZoom() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SphereCoords* m_Rot;
     wxString m_Prst;
     int m_Fov;
@@ -3537,6 +3789,7 @@ public:
     virtual ~CT_LightRig();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rot": child element
@@ -3553,6 +3806,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SphereCoords* m_Rot;
     wxString m_Rig;
     wxString m_Dir;
@@ -3568,6 +3822,7 @@ public:
     virtual ~CT_Scene3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "camera": child element
@@ -3588,6 +3843,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Camera* m_Camera;
     CT_LightRig* m_LightRig;
     CT_Backdrop* m_Backdrop;
@@ -3604,6 +3860,7 @@ public:
     virtual ~CT_Backdrop();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "anchor": child element
@@ -3624,6 +3881,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Point3D* m_Anchor;
     CT_Vector3D* m_Norm;
     CT_Vector3D* m_Up;
@@ -3640,6 +3898,7 @@ public:
     virtual ~CT_Bevel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "w": attribute, long long, default "76200"
@@ -3656,6 +3915,7 @@ public:
     bool CheckPrst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_W;
     long long m_H;
     wxString m_Prst;
@@ -3671,6 +3931,7 @@ public:
     virtual ~CT_Shape3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bevelT": child element
@@ -3711,6 +3972,7 @@ public:
     bool CheckPrstMaterial() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Bevel* m_BevelT;
     CT_Bevel* m_BevelB;
     CT_Color* m_ExtrusionClr;
@@ -3732,6 +3994,7 @@ public:
     virtual ~CT_FlatText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "z": attribute, wxAny, default "0"
@@ -3740,6 +4003,7 @@ public:
     bool CheckZ() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Z;
     std::uint32_t m_presence;
 };
@@ -3753,9 +4017,12 @@ public:
     virtual ~EG_Text3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3766,6 +4033,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_Text3DData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -3779,9 +4049,12 @@ public:
     virtual ~EG_Text3DData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3796,6 +4069,9 @@ public:
     bool CheckFlatTx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape3D* m_Sp3d;
     CT_FlatText* m_FlatTx;
     std::uint32_t m_presence;
@@ -3810,6 +4086,7 @@ public:
     virtual ~CT_AlphaBiLevelEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "thresh": attribute, wxAny
@@ -3818,6 +4095,7 @@ public:
     bool CheckThresh() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Thresh;
     std::uint32_t m_presence;
 };
@@ -3831,9 +4109,11 @@ public:
     virtual ~CT_AlphaCeilingEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -3846,9 +4126,11 @@ public:
     virtual ~CT_AlphaFloorEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -3861,6 +4143,7 @@ public:
     virtual ~CT_AlphaInverseEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -3869,6 +4152,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -3882,6 +4166,7 @@ public:
     virtual ~CT_AlphaModulateFixedEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "amt": attribute, wxAny, default "100%"
@@ -3890,6 +4175,7 @@ public:
     bool CheckAmt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Amt;
     std::uint32_t m_presence;
 };
@@ -3903,6 +4189,7 @@ public:
     virtual ~CT_AlphaOutsetEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rad": attribute, wxAny, default "0"
@@ -3911,6 +4198,7 @@ public:
     bool CheckRad() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Rad;
     std::uint32_t m_presence;
 };
@@ -3924,6 +4212,7 @@ public:
     virtual ~CT_AlphaReplaceEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "a": attribute, wxAny
@@ -3932,6 +4221,7 @@ public:
     bool CheckA() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_A;
     std::uint32_t m_presence;
 };
@@ -3945,6 +4235,7 @@ public:
     virtual ~CT_BiLevelEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "thresh": attribute, wxAny
@@ -3953,6 +4244,7 @@ public:
     bool CheckThresh() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Thresh;
     std::uint32_t m_presence;
 };
@@ -3966,6 +4258,7 @@ public:
     virtual ~CT_BlurEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rad": attribute, long long, default "0"
@@ -3978,6 +4271,7 @@ public:
     bool CheckGrow() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_Rad;
     bool m_Grow;
     std::uint32_t m_presence;
@@ -3992,6 +4286,7 @@ public:
     virtual ~CT_ColorChangeEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clrFrom": child element
@@ -4008,6 +4303,7 @@ public:
     bool CheckUseA() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_ClrFrom;
     CT_Color* m_ClrTo;
     bool m_UseA;
@@ -4023,6 +4319,7 @@ public:
     virtual ~CT_ColorReplaceEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4031,6 +4328,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -4044,6 +4342,7 @@ public:
     virtual ~CT_DuotoneEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice, repeated
@@ -4052,6 +4351,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_ColorChoice> m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -4065,6 +4365,7 @@ public:
     virtual ~CT_GlowEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4077,6 +4378,7 @@ public:
     bool CheckRad() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     long long m_Rad;
     std::uint32_t m_presence;
@@ -4091,9 +4393,11 @@ public:
     virtual ~CT_GrayscaleEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -4106,6 +4410,7 @@ public:
     virtual ~CT_HSLEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hue": attribute, int, default "0"
@@ -4122,6 +4427,7 @@ public:
     bool CheckLum() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Hue;
     wxAny m_Sat;
     wxAny m_Lum;
@@ -4137,6 +4443,7 @@ public:
     virtual ~CT_InnerShadowEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4157,6 +4464,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     long long m_BlurRad;
     long long m_Dist;
@@ -4173,6 +4481,7 @@ public:
     virtual ~CT_LuminanceEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bright": attribute, wxAny, default "0%"
@@ -4185,6 +4494,7 @@ public:
     bool CheckContrast() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Bright;
     wxAny m_Contrast;
     std::uint32_t m_presence;
@@ -4199,6 +4509,7 @@ public:
     virtual ~CT_OuterShadowEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4243,6 +4554,7 @@ public:
     bool CheckRotWithShape() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     long long m_BlurRad;
     long long m_Dist;
@@ -4265,6 +4577,7 @@ public:
     virtual ~CT_PresetShadowEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4285,6 +4598,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     wxString m_Prst;
     long long m_Dist;
@@ -4301,6 +4615,7 @@ public:
     virtual ~CT_ReflectionEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "blurRad": attribute, long long, default "0"
@@ -4361,6 +4676,7 @@ public:
     bool CheckRotWithShape() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_BlurRad;
     wxAny m_StA;
     wxAny m_StPos;
@@ -4387,6 +4703,7 @@ public:
     virtual ~CT_RelativeOffsetEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": attribute, wxAny, default "0%"
@@ -4399,6 +4716,7 @@ public:
     bool CheckTy() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Tx;
     wxAny m_Ty;
     std::uint32_t m_presence;
@@ -4413,6 +4731,7 @@ public:
     virtual ~CT_SoftEdgesEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rad": attribute, long long
@@ -4421,6 +4740,7 @@ public:
     bool CheckRad() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     long long m_Rad;
     std::uint32_t m_presence;
 };
@@ -4434,6 +4754,7 @@ public:
     virtual ~CT_TintEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hue": attribute, int, default "0"
@@ -4446,6 +4767,7 @@ public:
     bool CheckAmt() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Hue;
     wxAny m_Amt;
     std::uint32_t m_presence;
@@ -4460,6 +4782,7 @@ public:
     virtual ~CT_TransformEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sx": attribute, wxAny, default "100%"
@@ -4488,6 +4811,7 @@ public:
     bool CheckTy() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Sx;
     wxAny m_Sy;
     int m_Kx;
@@ -4506,9 +4830,11 @@ public:
     virtual ~CT_NoFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -4521,6 +4847,7 @@ public:
     virtual ~CT_SolidColorFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4529,6 +4856,7 @@ public:
     bool CheckEG_ColorChoice() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     std::uint32_t m_presence;
 };
@@ -4542,6 +4870,7 @@ public:
     virtual ~CT_LinearShadeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ang": attribute, int
@@ -4554,6 +4883,7 @@ public:
     bool CheckScaled() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Ang;
     bool m_Scaled;
     std::uint32_t m_presence;
@@ -4568,6 +4898,7 @@ public:
     virtual ~CT_PathShadeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fillToRect": child element
@@ -4580,6 +4911,7 @@ public:
     bool CheckPath() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RelativeRect* m_FillToRect;
     wxString m_Path;
     std::uint32_t m_presence;
@@ -4594,9 +4926,12 @@ public:
     virtual ~EG_ShadeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4607,6 +4942,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ShadePropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -4620,9 +4958,12 @@ public:
     virtual ~EG_ShadePropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4637,6 +4978,9 @@ public:
     bool CheckPath() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_LinearShadeProperties* m_Lin;
     CT_PathShadeProperties* m_Path;
     std::uint32_t m_presence;
@@ -4651,6 +4995,7 @@ public:
     virtual ~CT_GradientStop();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -4663,6 +5008,7 @@ public:
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     wxAny m_Pos;
     std::uint32_t m_presence;
@@ -4677,6 +5023,7 @@ public:
     virtual ~CT_GradientStopList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gs": child element, repeated
@@ -4685,6 +5032,7 @@ public:
     bool CheckGs() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GradientStop> m_Gs;
     std::uint32_t m_presence;
 };
@@ -4698,6 +5046,7 @@ public:
     virtual ~CT_GradientFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gsLst": child element
@@ -4722,6 +5071,7 @@ public:
     bool CheckRotWithShape() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GradientStopList* m_GsLst;
     EG_ShadeProperties* m_EG_ShadeProperties;
     CT_RelativeRect* m_TileRect;
@@ -4739,6 +5089,7 @@ public:
     virtual ~CT_TileInfoProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tx": attribute, wxAny
@@ -4767,6 +5118,7 @@ public:
     bool CheckAlgn() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Tx;
     wxAny m_Ty;
     wxAny m_Sx;
@@ -4785,6 +5137,7 @@ public:
     virtual ~CT_StretchInfoProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fillRect": child element
@@ -4793,6 +5146,7 @@ public:
     bool CheckFillRect() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RelativeRect* m_FillRect;
     std::uint32_t m_presence;
 };
@@ -4806,9 +5160,12 @@ public:
     virtual ~EG_FillModeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4819,6 +5176,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_FillModePropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -4832,9 +5192,12 @@ public:
     virtual ~EG_FillModePropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4849,6 +5212,9 @@ public:
     bool CheckStretch() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TileInfoProperties* m_Tile;
     CT_StretchInfoProperties* m_Stretch;
     std::uint32_t m_presence;
@@ -4863,6 +5229,7 @@ public:
     virtual ~CT_Blip();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -4883,6 +5250,7 @@ public:
     bool CheckCstate() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_BlipData__> m_Data__;
     CT_OfficeArtExtensionList* m_ExtLst;
     AG_Blob* m_AG_Blob;
@@ -4899,9 +5267,12 @@ public:
     virtual ~CT_BlipData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4976,6 +5347,9 @@ public:
     bool CheckTint() const { return (m_presence & (1u << 16)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_AlphaBiLevelEffect* m_AlphaBiLevel;
     CT_AlphaCeilingEffect* m_AlphaCeiling;
     CT_AlphaFloorEffect* m_AlphaFloor;
@@ -5005,6 +5379,7 @@ public:
     virtual ~CT_BlipFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "blip": child element
@@ -5029,6 +5404,7 @@ public:
     bool CheckRotWithShape() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Blip* m_Blip;
     CT_RelativeRect* m_SrcRect;
     EG_FillModeProperties* m_EG_FillModeProperties;
@@ -5046,6 +5422,7 @@ public:
     virtual ~CT_PatternFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fgClr": child element
@@ -5062,6 +5439,7 @@ public:
     bool CheckPrst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_FgClr;
     CT_Color* m_BgClr;
     wxString m_Prst;
@@ -5077,9 +5455,11 @@ public:
     virtual ~CT_GroupFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -5092,9 +5472,12 @@ public:
     virtual ~EG_FillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5105,6 +5488,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_FillPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -5118,9 +5504,12 @@ public:
     virtual ~EG_FillPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5151,6 +5540,9 @@ public:
     bool CheckGrpFill() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NoFillProperties* m_NoFill;
     CT_SolidColorFillProperties* m_SolidFill;
     CT_GradientFillProperties* m_GradFill;
@@ -5169,6 +5561,7 @@ public:
     virtual ~CT_FillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -5177,6 +5570,7 @@ public:
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     std::uint32_t m_presence;
 };
@@ -5190,6 +5584,7 @@ public:
     virtual ~CT_FillEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -5198,6 +5593,7 @@ public:
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     std::uint32_t m_presence;
 };
@@ -5211,6 +5607,7 @@ public:
     virtual ~CT_FillOverlayEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -5223,6 +5620,7 @@ public:
     bool CheckBlend() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     wxString m_Blend;
     std::uint32_t m_presence;
@@ -5237,6 +5635,7 @@ public:
     virtual ~CT_EffectReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -5245,6 +5644,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     std::uint32_t m_presence;
 };
@@ -5258,9 +5658,12 @@ public:
     virtual ~EG_Effect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5271,6 +5674,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_EffectData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -5284,9 +5690,12 @@ public:
     virtual ~EG_EffectData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5413,6 +5822,9 @@ public:
     bool CheckXfrm() const { return (m_presence & (1u << 29)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_EffectContainer* m_Cont;
     CT_EffectReference* m_Effect;
     CT_AlphaBiLevelEffect* m_AlphaBiLevel;
@@ -5455,6 +5867,7 @@ public:
     virtual ~CT_EffectContainer();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_Effect, repeated
@@ -5471,6 +5884,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_Effect> m_EG_Effect;
     wxString m_Type;
     wxString m_Name;
@@ -5486,6 +5900,7 @@ public:
     virtual ~CT_AlphaModulateEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cont": child element
@@ -5494,6 +5909,7 @@ public:
     bool CheckCont() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EffectContainer* m_Cont;
     std::uint32_t m_presence;
 };
@@ -5507,6 +5923,7 @@ public:
     virtual ~CT_BlendEffect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cont": child element
@@ -5519,6 +5936,7 @@ public:
     bool CheckBlend() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EffectContainer* m_Cont;
     wxString m_Blend;
     std::uint32_t m_presence;
@@ -5533,6 +5951,7 @@ public:
     virtual ~CT_EffectList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "blur": child element
@@ -5569,6 +5988,7 @@ public:
     bool CheckSoftEdge() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BlurEffect* m_Blur;
     CT_FillOverlayEffect* m_FillOverlay;
     CT_GlowEffect* m_Glow;
@@ -5589,9 +6009,12 @@ public:
     virtual ~EG_EffectProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5602,6 +6025,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_EffectPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -5615,9 +6041,12 @@ public:
     virtual ~EG_EffectPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5632,6 +6061,9 @@ public:
     bool CheckEffectDag() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_EffectList* m_EffectLst;
     CT_EffectContainer* m_EffectDag;
     std::uint32_t m_presence;
@@ -5646,6 +6078,7 @@ public:
     virtual ~CT_EffectProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_EffectProperties
@@ -5654,6 +6087,7 @@ public:
     bool CheckEG_EffectProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_EffectProperties* m_EG_EffectProperties;
     std::uint32_t m_presence;
 };
@@ -5667,6 +6101,7 @@ public:
     virtual ~CT_GeomGuide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -5679,6 +6114,7 @@ public:
     bool CheckFmla() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_Fmla;
     std::uint32_t m_presence;
@@ -5693,6 +6129,7 @@ public:
     virtual ~CT_GeomGuideList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gd": child element, repeated
@@ -5701,6 +6138,7 @@ public:
     bool CheckGd() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GeomGuide> m_Gd;
     std::uint32_t m_presence;
 };
@@ -5714,6 +6152,7 @@ public:
     virtual ~CT_AdjPoint2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, wxAny
@@ -5726,6 +6165,7 @@ public:
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X;
     wxAny m_Y;
     std::uint32_t m_presence;
@@ -5740,6 +6180,7 @@ public:
     virtual ~CT_GeomRect();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "l": attribute, wxAny
@@ -5760,6 +6201,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_L;
     wxAny m_T;
     wxAny m_R;
@@ -5776,6 +6218,7 @@ public:
     virtual ~CT_XYAdjustHandle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -5808,6 +6251,7 @@ public:
     bool CheckMaxY() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjPoint2D* m_Pos;
     wxString m_GdRefX;
     wxAny m_MinX;
@@ -5827,6 +6271,7 @@ public:
     virtual ~CT_PolarAdjustHandle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -5859,6 +6304,7 @@ public:
     bool CheckMaxAng() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjPoint2D* m_Pos;
     wxString m_GdRefR;
     wxAny m_MinR;
@@ -5878,6 +6324,7 @@ public:
     virtual ~CT_ConnectionSite();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -5890,6 +6337,7 @@ public:
     bool CheckAng() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjPoint2D* m_Pos;
     wxAny m_Ang;
     std::uint32_t m_presence;
@@ -5904,6 +6352,7 @@ public:
     virtual ~CT_AdjustHandleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -5912,6 +6361,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_AdjustHandleListData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -5925,9 +6375,12 @@ public:
     virtual ~CT_AdjustHandleListData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5942,6 +6395,9 @@ public:
     bool CheckAhPolar() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_XYAdjustHandle* m_AhXY;
     CT_PolarAdjustHandle* m_AhPolar;
     std::uint32_t m_presence;
@@ -5956,6 +6412,7 @@ public:
     virtual ~CT_ConnectionSiteList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cxn": child element, repeated
@@ -5964,6 +6421,7 @@ public:
     bool CheckCxn() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ConnectionSite> m_Cxn;
     std::uint32_t m_presence;
 };
@@ -5977,6 +6435,7 @@ public:
     virtual ~CT_Connection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int
@@ -5989,6 +6448,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -6003,6 +6463,7 @@ public:
     virtual ~CT_Path2DMoveTo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element
@@ -6011,6 +6472,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjPoint2D* m_Pt;
     std::uint32_t m_presence;
 };
@@ -6024,6 +6486,7 @@ public:
     virtual ~CT_Path2DLineTo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element
@@ -6032,6 +6495,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AdjPoint2D* m_Pt;
     std::uint32_t m_presence;
 };
@@ -6045,6 +6509,7 @@ public:
     virtual ~CT_Path2DArcTo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "wR": attribute, wxAny
@@ -6065,6 +6530,7 @@ public:
     bool CheckSwAng() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_WR;
     wxAny m_HR;
     wxAny m_StAng;
@@ -6081,6 +6547,7 @@ public:
     virtual ~CT_Path2DQuadBezierTo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -6089,6 +6556,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_AdjPoint2D> m_Pt;
     std::uint32_t m_presence;
 };
@@ -6102,6 +6570,7 @@ public:
     virtual ~CT_Path2DCubicBezierTo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pt": child element, repeated
@@ -6110,6 +6579,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_AdjPoint2D> m_Pt;
     std::uint32_t m_presence;
 };
@@ -6123,9 +6593,11 @@ public:
     virtual ~CT_Path2DClose();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -6138,6 +6610,7 @@ public:
     virtual ~CT_Path2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -6166,6 +6639,7 @@ public:
     bool CheckExtrusionOk() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Path2DData__> m_Data__;
     long long m_W;
     long long m_H;
@@ -6184,9 +6658,12 @@ public:
     virtual ~CT_Path2DData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6217,6 +6694,9 @@ public:
     bool CheckCubicBezTo() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Path2DClose* m_Close;
     CT_Path2DMoveTo* m_MoveTo;
     CT_Path2DLineTo* m_LnTo;
@@ -6235,6 +6715,7 @@ public:
     virtual ~CT_Path2DList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "path": child element, repeated
@@ -6243,6 +6724,7 @@ public:
     bool CheckPath() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Path2D> m_Path;
     std::uint32_t m_presence;
 };
@@ -6256,6 +6738,7 @@ public:
     virtual ~CT_PresetGeometry2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "avLst": child element
@@ -6268,6 +6751,7 @@ public:
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeomGuideList* m_AvLst;
     wxString m_Prst;
     std::uint32_t m_presence;
@@ -6282,6 +6766,7 @@ public:
     virtual ~CT_PresetTextShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "avLst": child element
@@ -6294,6 +6779,7 @@ public:
     bool CheckPrst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeomGuideList* m_AvLst;
     wxString m_Prst;
     std::uint32_t m_presence;
@@ -6308,6 +6794,7 @@ public:
     virtual ~CT_CustomGeometry2D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "avLst": child element
@@ -6336,6 +6823,7 @@ public:
     bool CheckPathLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GeomGuideList* m_AvLst;
     CT_GeomGuideList* m_GdLst;
     CT_AdjustHandleList* m_AhLst;
@@ -6354,9 +6842,12 @@ public:
     virtual ~EG_Geometry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6367,6 +6858,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_GeometryData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -6380,9 +6874,12 @@ public:
     virtual ~EG_GeometryData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6397,6 +6894,9 @@ public:
     bool CheckPrstGeom() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_CustomGeometry2D* m_CustGeom;
     CT_PresetGeometry2D* m_PrstGeom;
     std::uint32_t m_presence;
@@ -6411,9 +6911,12 @@ public:
     virtual ~EG_TextGeometry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6424,6 +6927,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextGeometryData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -6437,9 +6943,12 @@ public:
     virtual ~EG_TextGeometryData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6454,6 +6963,9 @@ public:
     bool CheckPrstTxWarp() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_CustomGeometry2D* m_CustGeom;
     CT_PresetTextShape* m_PrstTxWarp;
     std::uint32_t m_presence;
@@ -6468,6 +6980,7 @@ public:
     virtual ~CT_LineEndProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString, default "none"
@@ -6484,6 +6997,7 @@ public:
     bool CheckLen() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     wxString m_W;
     wxString m_Len;
@@ -6499,9 +7013,12 @@ public:
     virtual ~EG_LineFillProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6512,6 +7029,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_LineFillPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -6525,9 +7045,12 @@ public:
     virtual ~EG_LineFillPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6550,6 +7073,9 @@ public:
     bool CheckPattFill() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_NoFillProperties* m_NoFill;
     CT_SolidColorFillProperties* m_SolidFill;
     CT_GradientFillProperties* m_GradFill;
@@ -6566,9 +7092,11 @@ public:
     virtual ~CT_LineJoinBevel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -6581,9 +7109,11 @@ public:
     virtual ~CT_LineJoinRound();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -6596,6 +7126,7 @@ public:
     virtual ~CT_LineJoinMiterProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lim": attribute, wxAny
@@ -6604,6 +7135,7 @@ public:
     bool CheckLim() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Lim;
     std::uint32_t m_presence;
 };
@@ -6617,9 +7149,12 @@ public:
     virtual ~EG_LineJoinProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6630,6 +7165,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_LineJoinPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -6643,9 +7181,12 @@ public:
     virtual ~EG_LineJoinPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6664,6 +7205,9 @@ public:
     bool CheckMiter() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_LineJoinRound* m_Round;
     CT_LineJoinBevel* m_Bevel;
     CT_LineJoinMiterProperties* m_Miter;
@@ -6679,6 +7223,7 @@ public:
     virtual ~CT_PresetLineDashProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -6687,6 +7232,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -6700,6 +7246,7 @@ public:
     virtual ~CT_DashStop();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "d": attribute, wxAny
@@ -6712,6 +7259,7 @@ public:
     bool CheckSp() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_D;
     wxAny m_Sp;
     std::uint32_t m_presence;
@@ -6726,6 +7274,7 @@ public:
     virtual ~CT_DashStopList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ds": child element, repeated
@@ -6734,6 +7283,7 @@ public:
     bool CheckDs() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DashStop> m_Ds;
     std::uint32_t m_presence;
 };
@@ -6747,9 +7297,12 @@ public:
     virtual ~EG_LineDashProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6760,6 +7313,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_LineDashPropertiesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -6773,9 +7329,12 @@ public:
     virtual ~EG_LineDashPropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -6790,6 +7349,9 @@ public:
     bool CheckCustDash() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_PresetLineDashProperties* m_PrstDash;
     CT_DashStopList* m_CustDash;
     std::uint32_t m_presence;
@@ -6804,6 +7366,7 @@ public:
     virtual ~CT_LineProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_LineFillProperties
@@ -6848,6 +7411,7 @@ public:
     bool CheckAlgn() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_LineFillProperties* m_EG_LineFillProperties;
     EG_LineDashProperties* m_EG_LineDashProperties;
     EG_LineJoinProperties* m_EG_LineJoinProperties;
@@ -6870,6 +7434,7 @@ public:
     virtual ~CT_ShapeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xfrm": child element
@@ -6910,6 +7475,7 @@ public:
     bool CheckBwMode() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Transform2D* m_Xfrm;
     EG_Geometry* m_EG_Geometry;
     EG_FillProperties* m_EG_FillProperties;
@@ -6931,6 +7497,7 @@ public:
     virtual ~CT_GroupShapeProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xfrm": child element
@@ -6959,6 +7526,7 @@ public:
     bool CheckBwMode() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupTransform2D* m_Xfrm;
     EG_FillProperties* m_EG_FillProperties;
     EG_EffectProperties* m_EG_EffectProperties;
@@ -6977,6 +7545,7 @@ public:
     virtual ~CT_StyleMatrixReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -6989,6 +7558,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -7003,6 +7573,7 @@ public:
     virtual ~CT_FontReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ColorChoice
@@ -7015,6 +7586,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ColorChoice* m_EG_ColorChoice;
     wxString m_Idx;
     std::uint32_t m_presence;
@@ -7029,6 +7601,7 @@ public:
     virtual ~CT_ShapeStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lnRef": child element
@@ -7049,6 +7622,7 @@ public:
     bool CheckFontRef() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_StyleMatrixReference* m_LnRef;
     CT_StyleMatrixReference* m_FillRef;
     CT_StyleMatrixReference* m_EffectRef;
@@ -7065,6 +7639,7 @@ public:
     virtual ~CT_DefaultShapeDefinition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spPr": child element
@@ -7089,6 +7664,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeProperties* m_SpPr;
     CT_TextBodyProperties* m_BodyPr;
     CT_TextListStyle* m_LstStyle;
@@ -7106,6 +7682,7 @@ public:
     virtual ~CT_ObjectStyleDefaults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spDef": child element
@@ -7126,6 +7703,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DefaultShapeDefinition* m_SpDef;
     CT_DefaultShapeDefinition* m_LnDef;
     CT_DefaultShapeDefinition* m_TxDef;
@@ -7142,9 +7720,11 @@ public:
     virtual ~CT_EmptyElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -7157,6 +7737,7 @@ public:
     virtual ~CT_ColorMapping();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -7213,6 +7794,7 @@ public:
     bool CheckFolHlink() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     wxString m_Bg1;
     wxString m_Tx1;
@@ -7238,6 +7820,7 @@ public:
     virtual ~CT_ColorMappingOverride();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -7246,6 +7829,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ColorMappingOverrideData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -7259,9 +7843,12 @@ public:
     virtual ~CT_ColorMappingOverrideData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7276,6 +7863,9 @@ public:
     bool CheckOverrideClrMapping() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_EmptyElement* m_MasterClrMapping;
     CT_ColorMapping* m_OverrideClrMapping;
     std::uint32_t m_presence;
@@ -7290,6 +7880,7 @@ public:
     virtual ~CT_ColorSchemeAndMapping();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clrScheme": child element
@@ -7302,6 +7893,7 @@ public:
     bool CheckClrMap() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ColorScheme* m_ClrScheme;
     CT_ColorMapping* m_ClrMap;
     std::uint32_t m_presence;
@@ -7316,6 +7908,7 @@ public:
     virtual ~CT_ColorSchemeList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extraClrScheme": child element, repeated
@@ -7324,6 +7917,7 @@ public:
     bool CheckExtraClrScheme() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ColorSchemeAndMapping> m_ExtraClrScheme;
     std::uint32_t m_presence;
 };
@@ -7337,6 +7931,7 @@ public:
     virtual ~CT_OfficeStyleSheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "themeElements": child element
@@ -7365,6 +7960,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BaseStyles* m_ThemeElements;
     CT_ObjectStyleDefaults* m_ObjectDefaults;
     CT_ColorSchemeList* m_ExtraClrSchemeLst;
@@ -7383,6 +7979,7 @@ public:
     virtual ~CT_BaseStylesOverride();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clrScheme": child element
@@ -7399,6 +7996,7 @@ public:
     bool CheckFmtScheme() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ColorScheme* m_ClrScheme;
     CT_FontScheme* m_FontScheme;
     CT_StyleMatrix* m_FmtScheme;
@@ -7414,6 +8012,7 @@ public:
     virtual ~CT_ClipboardStyleSheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "themeElements": child element
@@ -7426,6 +8025,7 @@ public:
     bool CheckClrMap() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BaseStyles* m_ThemeElements;
     CT_ColorMapping* m_ClrMap;
     std::uint32_t m_presence;
@@ -7440,6 +8040,7 @@ public:
     virtual ~CT_TableCellProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lnL": child element
@@ -7516,6 +8117,7 @@ public:
     bool CheckHorzOverflow() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LineProperties* m_LnL;
     CT_LineProperties* m_LnR;
     CT_LineProperties* m_LnT;
@@ -7546,6 +8148,7 @@ public:
     virtual ~CT_Headers();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "header": value element, wxString, repeated
@@ -7554,6 +8157,7 @@ public:
     bool CheckHeader() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_Header;
     std::uint32_t m_presence;
 };
@@ -7567,6 +8171,7 @@ public:
     virtual ~CT_TableCol();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -7579,6 +8184,7 @@ public:
     bool CheckW() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OfficeArtExtensionList* m_ExtLst;
     wxAny m_W;
     std::uint32_t m_presence;
@@ -7593,6 +8199,7 @@ public:
     virtual ~CT_TableGrid();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "gridCol": child element, repeated
@@ -7601,6 +8208,7 @@ public:
     bool CheckGridCol() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableCol> m_GridCol;
     std::uint32_t m_presence;
 };
@@ -7614,6 +8222,7 @@ public:
     virtual ~CT_TableCell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "txBody": child element
@@ -7650,6 +8259,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextBody* m_TxBody;
     CT_TableCellProperties* m_TcPr;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -7670,6 +8280,7 @@ public:
     virtual ~CT_TableRow();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tc": child element, repeated
@@ -7686,6 +8297,7 @@ public:
     bool CheckH() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableCell> m_Tc;
     CT_OfficeArtExtensionList* m_ExtLst;
     wxAny m_H;
@@ -7701,6 +8313,7 @@ public:
     virtual ~CT_TableProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -7749,6 +8362,7 @@ public:
     bool CheckBandCol() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     EG_EffectProperties* m_EG_EffectProperties;
     CT_TablePropertiesData__* m_Data__;
@@ -7772,9 +8386,12 @@ public:
     virtual ~CT_TablePropertiesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7789,6 +8406,9 @@ public:
     bool CheckTableStyleId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TableStyle* m_TableStyle;
     wxString m_TableStyleId;
     std::uint32_t m_presence;
@@ -7803,6 +8423,7 @@ public:
     virtual ~CT_Table();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tblPr": child element
@@ -7819,6 +8440,7 @@ public:
     bool CheckTr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TableProperties* m_TblPr;
     CT_TableGrid* m_TblGrid;
     XMLPtrArray<CT_TableRow> m_Tr;
@@ -7834,6 +8456,7 @@ public:
     virtual ~CT_Cell3D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bevel": child element
@@ -7854,6 +8477,7 @@ public:
     bool CheckPrstMaterial() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Bevel* m_Bevel;
     CT_LightRig* m_LightRig;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -7870,9 +8494,12 @@ public:
     virtual ~EG_ThemeableFillStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7883,6 +8510,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ThemeableFillStyleData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -7896,9 +8526,12 @@ public:
     virtual ~EG_ThemeableFillStyleData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7913,6 +8546,9 @@ public:
     bool CheckFillRef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_FillProperties* m_Fill;
     CT_StyleMatrixReference* m_FillRef;
     std::uint32_t m_presence;
@@ -7927,6 +8563,7 @@ public:
     virtual ~CT_ThemeableLineStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -7935,6 +8572,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ThemeableLineStyleData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -7948,9 +8586,12 @@ public:
     virtual ~CT_ThemeableLineStyleData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7965,6 +8606,9 @@ public:
     bool CheckLnRef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_LineProperties* m_Ln;
     CT_StyleMatrixReference* m_LnRef;
     std::uint32_t m_presence;
@@ -7979,9 +8623,12 @@ public:
     virtual ~EG_ThemeableEffectStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7992,6 +8639,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ThemeableEffectStyleData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -8005,9 +8655,12 @@ public:
     virtual ~EG_ThemeableEffectStyleData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8022,6 +8675,9 @@ public:
     bool CheckEffectRef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_EffectProperties* m_Effect;
     CT_StyleMatrixReference* m_EffectRef;
     std::uint32_t m_presence;
@@ -8036,9 +8692,12 @@ public:
     virtual ~EG_ThemeableFontStyles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8049,6 +8708,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ThemeableFontStylesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -8062,9 +8724,12 @@ public:
     virtual ~EG_ThemeableFontStylesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8079,6 +8744,9 @@ public:
     bool CheckFontRef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_FontCollection* m_Font;
     CT_FontReference* m_FontRef;
     std::uint32_t m_presence;
@@ -8093,6 +8761,7 @@ public:
     virtual ~CT_TableStyleTextStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ThemeableFontStyles
@@ -8117,6 +8786,7 @@ public:
     bool CheckI() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ThemeableFontStyles* m_EG_ThemeableFontStyles;
     EG_ColorChoice* m_EG_ColorChoice;
     CT_OfficeArtExtensionList* m_ExtLst;
@@ -8134,6 +8804,7 @@ public:
     virtual ~CT_TableCellBorderStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "left": child element
@@ -8174,6 +8845,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ThemeableLineStyle* m_Left;
     CT_ThemeableLineStyle* m_Right;
     CT_ThemeableLineStyle* m_Top;
@@ -8195,6 +8867,7 @@ public:
     virtual ~CT_TableBackgroundStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ThemeableFillStyle
@@ -8207,6 +8880,7 @@ public:
     bool CheckEG_ThemeableEffectStyle() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ThemeableFillStyle* m_EG_ThemeableFillStyle;
     EG_ThemeableEffectStyle* m_EG_ThemeableEffectStyle;
     std::uint32_t m_presence;
@@ -8221,6 +8895,7 @@ public:
     virtual ~CT_TableStyleCellStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tcBdr": child element
@@ -8237,6 +8912,7 @@ public:
     bool CheckCell3D() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TableCellBorderStyle* m_TcBdr;
     EG_ThemeableFillStyle* m_EG_ThemeableFillStyle;
     CT_Cell3D* m_Cell3D;
@@ -8252,6 +8928,7 @@ public:
     virtual ~CT_TablePartStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tcTxStyle": child element
@@ -8264,6 +8941,7 @@ public:
     bool CheckTcStyle() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TableStyleTextStyle* m_TcTxStyle;
     CT_TableStyleCellStyle* m_TcStyle;
     std::uint32_t m_presence;
@@ -8278,6 +8956,7 @@ public:
     virtual ~CT_TableStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tblBg": child element
@@ -8350,6 +9029,7 @@ public:
     bool CheckStyleName() const { return (m_presence & (1u << 16)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TableBackgroundStyle* m_TblBg;
     CT_TablePartStyle* m_WholeTbl;
     CT_TablePartStyle* m_Band1H;
@@ -8379,6 +9059,7 @@ public:
     virtual ~CT_TableStyleList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tblStyle": child element, repeated
@@ -8391,6 +9072,7 @@ public:
     bool CheckDef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableStyle> m_TblStyle;
     wxString m_Def;
     std::uint32_t m_presence;
@@ -8405,6 +9087,7 @@ public:
     virtual ~CT_TextParagraph();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pPr": child element
@@ -8421,6 +9104,7 @@ public:
     bool CheckEndParaRPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextParagraphProperties* m_PPr;
     XMLPtrArray<EG_TextRun> m_EG_TextRun;
     CT_TextCharacterProperties* m_EndParaRPr;
@@ -8436,6 +9120,7 @@ public:
     virtual ~CT_TextListStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "defPPr": child element
@@ -8484,6 +9169,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextParagraphProperties* m_DefPPr;
     CT_TextParagraphProperties* m_Lvl1pPr;
     CT_TextParagraphProperties* m_Lvl2pPr;
@@ -8507,6 +9193,7 @@ public:
     virtual ~CT_TextNormalAutofit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fontScale": attribute, wxAny, default "100%"
@@ -8519,6 +9206,7 @@ public:
     bool CheckLnSpcReduction() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_FontScale;
     wxAny m_LnSpcReduction;
     std::uint32_t m_presence;
@@ -8533,9 +9221,11 @@ public:
     virtual ~CT_TextShapeAutofit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -8548,9 +9238,11 @@ public:
     virtual ~CT_TextNoAutofit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -8563,9 +9255,12 @@ public:
     virtual ~EG_TextAutofit();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8576,6 +9271,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextAutofitData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -8589,9 +9287,12 @@ public:
     virtual ~EG_TextAutofitData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8610,6 +9311,9 @@ public:
     bool CheckSpAutoFit() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextNoAutofit* m_NoAutofit;
     CT_TextNormalAutofit* m_NormAutofit;
     CT_TextShapeAutofit* m_SpAutoFit;
@@ -8625,6 +9329,7 @@ public:
     virtual ~CT_TextBodyProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "prstTxWarp": child element
@@ -8725,6 +9430,7 @@ public:
     bool CheckCompatLnSpc() const { return (m_presence & (1u << 23)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PresetTextShape* m_PrstTxWarp;
     EG_TextAutofit* m_EG_TextAutofit;
     CT_Scene3D* m_Scene3d;
@@ -8761,6 +9467,7 @@ public:
     virtual ~CT_TextBody();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bodyPr": child element
@@ -8777,6 +9484,7 @@ public:
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextBodyProperties* m_BodyPr;
     CT_TextListStyle* m_LstStyle;
     XMLPtrArray<CT_TextParagraph> m_P;
@@ -8792,9 +9500,11 @@ public:
     virtual ~CT_TextBulletColorFollowText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -8807,9 +9517,12 @@ public:
     virtual ~EG_TextBulletColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8820,6 +9533,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextBulletColorData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -8833,9 +9549,12 @@ public:
     virtual ~EG_TextBulletColorData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8850,6 +9569,9 @@ public:
     bool CheckBuClr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextBulletColorFollowText* m_BuClrTx;
     CT_Color* m_BuClr;
     std::uint32_t m_presence;
@@ -8864,9 +9586,11 @@ public:
     virtual ~CT_TextBulletSizeFollowText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -8879,6 +9603,7 @@ public:
     virtual ~CT_TextBulletSizePercent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -8887,6 +9612,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -8900,6 +9626,7 @@ public:
     virtual ~CT_TextBulletSizePoint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -8908,6 +9635,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -8921,9 +9649,12 @@ public:
     virtual ~EG_TextBulletSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8934,6 +9665,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextBulletSizeData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -8947,9 +9681,12 @@ public:
     virtual ~EG_TextBulletSizeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8968,6 +9705,9 @@ public:
     bool CheckBuSzPts() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextBulletSizeFollowText* m_BuSzTx;
     CT_TextBulletSizePercent* m_BuSzPct;
     CT_TextBulletSizePoint* m_BuSzPts;
@@ -8983,9 +9723,11 @@ public:
     virtual ~CT_TextBulletTypefaceFollowText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -8998,9 +9740,12 @@ public:
     virtual ~EG_TextBulletTypeface();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9011,6 +9756,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextBulletTypefaceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9024,9 +9772,12 @@ public:
     virtual ~EG_TextBulletTypefaceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9041,6 +9792,9 @@ public:
     bool CheckBuFont() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextBulletTypefaceFollowText* m_BuFontTx;
     CT_TextFont* m_BuFont;
     std::uint32_t m_presence;
@@ -9055,6 +9809,7 @@ public:
     virtual ~CT_TextAutonumberBullet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -9067,6 +9822,7 @@ public:
     bool CheckStartAt() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     int m_StartAt;
     std::uint32_t m_presence;
@@ -9081,6 +9837,7 @@ public:
     virtual ~CT_TextCharBullet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "char": attribute, wxString
@@ -9089,6 +9846,7 @@ public:
     bool CheckChar() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Char;
     std::uint32_t m_presence;
 };
@@ -9102,6 +9860,7 @@ public:
     virtual ~CT_TextBlipBullet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "blip": child element
@@ -9110,6 +9869,7 @@ public:
     bool CheckBlip() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Blip* m_Blip;
     std::uint32_t m_presence;
 };
@@ -9123,9 +9883,11 @@ public:
     virtual ~CT_TextNoBullet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -9138,9 +9900,12 @@ public:
     virtual ~EG_TextBullet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9151,6 +9916,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextBulletData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9164,9 +9932,12 @@ public:
     virtual ~EG_TextBulletData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9189,6 +9960,9 @@ public:
     bool CheckBuBlip() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextNoBullet* m_BuNone;
     CT_TextAutonumberBullet* m_BuAutoNum;
     CT_TextCharBullet* m_BuChar;
@@ -9205,6 +9979,7 @@ public:
     virtual ~CT_TextFont();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "typeface": attribute, wxString
@@ -9225,6 +10000,7 @@ public:
     bool CheckCharset() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Typeface;
     wxString m_Panose;
     char m_PitchFamily;
@@ -9241,9 +10017,11 @@ public:
     virtual ~CT_TextUnderlineLineFollowText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -9256,9 +10034,11 @@ public:
     virtual ~CT_TextUnderlineFillFollowText();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -9271,6 +10051,7 @@ public:
     virtual ~CT_TextUnderlineFillGroupWrapper();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_FillProperties
@@ -9279,6 +10060,7 @@ public:
     bool CheckEG_FillProperties() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_FillProperties* m_EG_FillProperties;
     std::uint32_t m_presence;
 };
@@ -9292,9 +10074,12 @@ public:
     virtual ~EG_TextUnderlineLine();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9305,6 +10090,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextUnderlineLineData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9318,9 +10106,12 @@ public:
     virtual ~EG_TextUnderlineLineData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9335,6 +10126,9 @@ public:
     bool CheckULn() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextUnderlineLineFollowText* m_ULnTx;
     CT_LineProperties* m_ULn;
     std::uint32_t m_presence;
@@ -9349,9 +10143,12 @@ public:
     virtual ~EG_TextUnderlineFill();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9362,6 +10159,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextUnderlineFillData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9375,9 +10175,12 @@ public:
     virtual ~EG_TextUnderlineFillData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9392,6 +10195,9 @@ public:
     bool CheckUFill() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextUnderlineFillFollowText* m_UFillTx;
     CT_TextUnderlineFillGroupWrapper* m_UFill;
     std::uint32_t m_presence;
@@ -9406,6 +10212,7 @@ public:
     virtual ~CT_TextCharacterProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ln": child element
@@ -9542,6 +10349,7 @@ public:
     bool CheckBmk() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LineProperties* m_Ln;
     EG_FillProperties* m_EG_FillProperties;
     EG_EffectProperties* m_EG_EffectProperties;
@@ -9587,6 +10395,7 @@ public:
     virtual ~CT_Boolean();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny, default "0"
@@ -9595,6 +10404,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -9608,6 +10418,7 @@ public:
     virtual ~CT_TextSpacingPercent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -9616,6 +10427,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -9629,6 +10441,7 @@ public:
     virtual ~CT_TextSpacingPoint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -9637,6 +10450,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -9650,6 +10464,7 @@ public:
     virtual ~CT_TextTabStop();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": attribute, wxAny
@@ -9662,6 +10477,7 @@ public:
     bool CheckAlgn() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Pos;
     wxString m_Algn;
     std::uint32_t m_presence;
@@ -9676,6 +10492,7 @@ public:
     virtual ~CT_TextTabStopList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tab": child element, repeated
@@ -9684,6 +10501,7 @@ public:
     bool CheckTab() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TextTabStop> m_Tab;
     std::uint32_t m_presence;
 };
@@ -9697,6 +10515,7 @@ public:
     virtual ~CT_TextLineBreak();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rPr": child element
@@ -9705,6 +10524,7 @@ public:
     bool CheckRPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextCharacterProperties* m_RPr;
     std::uint32_t m_presence;
 };
@@ -9718,6 +10538,7 @@ public:
     virtual ~CT_TextSpacing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -9726,6 +10547,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextSpacingData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9739,9 +10561,12 @@ public:
     virtual ~CT_TextSpacingData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9756,6 +10581,9 @@ public:
     bool CheckSpcPts() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextSpacingPercent* m_SpcPct;
     CT_TextSpacingPoint* m_SpcPts;
     std::uint32_t m_presence;
@@ -9770,6 +10598,7 @@ public:
     virtual ~CT_TextParagraphProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lnSpc": child element
@@ -9858,6 +10687,7 @@ public:
     bool CheckHangingPunct() const { return (m_presence & (1u << 20)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextSpacing* m_LnSpc;
     CT_TextSpacing* m_SpcBef;
     CT_TextSpacing* m_SpcAft;
@@ -9891,6 +10721,7 @@ public:
     virtual ~CT_TextField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rPr": child element
@@ -9915,6 +10746,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextCharacterProperties* m_RPr;
     CT_TextParagraphProperties* m_PPr;
     wxString m_T;
@@ -9932,9 +10764,12 @@ public:
     virtual ~EG_TextRun();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9945,6 +10780,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_TextRunData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -9958,9 +10796,12 @@ public:
     virtual ~EG_TextRunData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -9983,6 +10824,9 @@ public:
     bool CheckA14_m() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_RegularTextRun* m_R;
     CT_TextLineBreak* m_Br;
     CT_TextField* m_Fld;
@@ -9999,6 +10843,7 @@ public:
     virtual ~CT_RegularTextRun();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rPr": child element
@@ -10011,6 +10856,7 @@ public:
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextCharacterProperties* m_RPr;
     wxString m_T;
     std::uint32_t m_presence;

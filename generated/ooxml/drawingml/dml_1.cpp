@@ -25,7 +25,8 @@ CT_AudioFile::~CT_AudioFile()
     delete m_ExtLst;
 }
 
-bool CT_AudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AudioFile::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -41,6 +42,9 @@ bool CT_AudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AudioFile::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AudioFile::GetR_link() const { return m_R_link; }
 void CT_AudioFile::SetR_link(wxString value) { m_R_link = std::move(value); m_presence |= (1u << 1); }
@@ -58,7 +62,8 @@ CT_VideoFile::~CT_VideoFile()
     delete m_ExtLst;
 }
 
-bool CT_VideoFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VideoFile::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -74,6 +79,9 @@ bool CT_VideoFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VideoFile::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VideoFile::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VideoFile::GetR_link() const { return m_R_link; }
 void CT_VideoFile::SetR_link(wxString value) { m_R_link = std::move(value); m_presence |= (1u << 1); }
@@ -91,7 +99,8 @@ CT_QuickTimeFile::~CT_QuickTimeFile()
     delete m_ExtLst;
 }
 
-bool CT_QuickTimeFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QuickTimeFile::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -105,6 +114,9 @@ bool CT_QuickTimeFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_QuickTimeFile::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QuickTimeFile::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_QuickTimeFile::GetR_link() const { return m_R_link; }
 void CT_QuickTimeFile::SetR_link(wxString value) { m_R_link = std::move(value); m_presence |= (1u << 1); }
@@ -120,7 +132,8 @@ CT_AudioCDTime::~CT_AudioCDTime()
 {
 }
 
-bool CT_AudioCDTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AudioCDTime::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -133,6 +146,9 @@ bool CT_AudioCDTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AudioCDTime::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AudioCDTime::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AudioCD::CT_AudioCD()
     : m_St(nullptr),
@@ -149,7 +165,8 @@ CT_AudioCD::~CT_AudioCD()
     delete m_ExtLst;
 }
 
-bool CT_AudioCD::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AudioCD::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -164,6 +181,9 @@ bool CT_AudioCD::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AudioCD::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AudioCD::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_Media::EG_Media()
     : m_Data__(nullptr),
       m_presence(0)
@@ -175,7 +195,8 @@ EG_Media::~EG_Media()
     delete m_Data__;
 }
 
-bool EG_Media::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Media::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -186,7 +207,11 @@ bool EG_Media::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Media::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Media::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Media::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Media::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_MediaData__::HasProperty(name, context))
     {
@@ -197,13 +222,20 @@ bool EG_Media::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* 
     return false;
 }
 
-bool EG_Media::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Media::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Media::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Media::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Media::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Media::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Media::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -229,7 +261,8 @@ EG_MediaData__::~EG_MediaData__()
     delete m_QuickTimeFile;
 }
 
-bool EG_MediaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_MediaData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -248,7 +281,11 @@ bool EG_MediaData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_MediaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_MediaData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_MediaData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_MediaData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_audioCd))
@@ -284,13 +321,20 @@ bool EG_MediaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_MediaData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_MediaData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_MediaData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_MediaData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_MediaData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_MediaData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_MediaData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -337,7 +381,8 @@ CT_ColorScheme::~CT_ColorScheme()
     delete m_ExtLst;
 }
 
-bool CT_ColorScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorScheme::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -376,6 +421,9 @@ bool CT_ColorScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColorScheme::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorScheme::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ColorScheme::GetName() const { return m_Name; }
 void CT_ColorScheme::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 13); }
 
@@ -391,7 +439,8 @@ CT_CustomColor::~CT_CustomColor()
     delete m_EG_ColorChoice;
 }
 
-bool CT_CustomColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -406,6 +455,9 @@ bool CT_CustomColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CustomColor::GetName() const { return m_Name; }
 void CT_CustomColor::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 
@@ -418,7 +470,8 @@ CT_SupplementalFont::~CT_SupplementalFont()
 {
 }
 
-bool CT_SupplementalFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SupplementalFont::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -431,6 +484,9 @@ bool CT_SupplementalFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SupplementalFont::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SupplementalFont::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SupplementalFont::GetScript() const { return m_Script; }
 void CT_SupplementalFont::SetScript(wxString value) { m_Script = std::move(value); m_presence |= (1u << 0); }
@@ -447,7 +503,8 @@ CT_CustomColorList::~CT_CustomColorList()
     DeleteAll(m_CustClr);
 }
 
-bool CT_CustomColorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomColorList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -457,6 +514,9 @@ bool CT_CustomColorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomColorList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomColorList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomColor> CT_CustomColorList::GetCustClr() const { return m_CustClr; }
 void CT_CustomColorList::SetCustClr(XMLPtrArray<CT_CustomColor> value) { m_CustClr = std::move(value); m_presence |= (1u << 0); }
@@ -479,7 +539,8 @@ CT_FontCollection::~CT_FontCollection()
     delete m_ExtLst;
 }
 
-bool CT_FontCollection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontCollection::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -497,6 +558,9 @@ bool CT_FontCollection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FontCollection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontCollection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SupplementalFont> CT_FontCollection::GetFont() const { return m_Font; }
 void CT_FontCollection::SetFont(XMLPtrArray<CT_SupplementalFont> value) { m_Font = std::move(value); m_presence |= (1u << 3); }
@@ -516,7 +580,8 @@ CT_EffectStyleItem::~CT_EffectStyleItem()
     delete m_Sp3d;
 }
 
-bool CT_EffectStyleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectStyleItem::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -530,6 +595,9 @@ bool CT_EffectStyleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EffectStyleItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectStyleItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FontScheme::CT_FontScheme()
     : m_MajorFont(nullptr),
@@ -546,7 +614,8 @@ CT_FontScheme::~CT_FontScheme()
     delete m_ExtLst;
 }
 
-bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontScheme::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -565,6 +634,9 @@ bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontScheme::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_FontScheme::GetName() const { return m_Name; }
 void CT_FontScheme::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 3); }
 
@@ -578,7 +650,8 @@ CT_FillStyleList::~CT_FillStyleList()
     DeleteAll(m_EG_FillProperties);
 }
 
-bool CT_FillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FillStyleList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -588,6 +661,9 @@ bool CT_FillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FillStyleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_FillProperties> CT_FillStyleList::GetEG_FillProperties() const { return m_EG_FillProperties; }
 void CT_FillStyleList::SetEG_FillProperties(XMLPtrArray<EG_FillProperties> value) { m_EG_FillProperties = std::move(value); m_presence |= (1u << 0); }
@@ -602,7 +678,8 @@ CT_LineStyleList::~CT_LineStyleList()
     DeleteAll(m_Ln);
 }
 
-bool CT_LineStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineStyleList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -612,6 +689,9 @@ bool CT_LineStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LineStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineStyleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LineProperties> CT_LineStyleList::GetLn() const { return m_Ln; }
 void CT_LineStyleList::SetLn(XMLPtrArray<CT_LineProperties> value) { m_Ln = std::move(value); m_presence |= (1u << 0); }
@@ -626,7 +706,8 @@ CT_EffectStyleList::~CT_EffectStyleList()
     DeleteAll(m_EffectStyle);
 }
 
-bool CT_EffectStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectStyleList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -636,6 +717,9 @@ bool CT_EffectStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EffectStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectStyleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_EffectStyleItem> CT_EffectStyleList::GetEffectStyle() const { return m_EffectStyle; }
 void CT_EffectStyleList::SetEffectStyle(XMLPtrArray<CT_EffectStyleItem> value) { m_EffectStyle = std::move(value); m_presence |= (1u << 0); }
@@ -650,7 +734,8 @@ CT_BackgroundFillStyleList::~CT_BackgroundFillStyleList()
     DeleteAll(m_EG_FillProperties);
 }
 
-bool CT_BackgroundFillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BackgroundFillStyleList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -660,6 +745,9 @@ bool CT_BackgroundFillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BackgroundFillStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BackgroundFillStyleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_FillProperties> CT_BackgroundFillStyleList::GetEG_FillProperties() const { return m_EG_FillProperties; }
 void CT_BackgroundFillStyleList::SetEG_FillProperties(XMLPtrArray<EG_FillProperties> value) { m_EG_FillProperties = std::move(value); m_presence |= (1u << 0); }
@@ -682,7 +770,8 @@ CT_StyleMatrix::~CT_StyleMatrix()
     delete m_BgFillStyleLst;
 }
 
-bool CT_StyleMatrix::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleMatrix::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -702,6 +791,9 @@ bool CT_StyleMatrix::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StyleMatrix::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleMatrix::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StyleMatrix::GetName() const { return m_Name; }
 void CT_StyleMatrix::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 4); }
@@ -723,7 +815,8 @@ CT_BaseStyles::~CT_BaseStyles()
     delete m_ExtLst;
 }
 
-bool CT_BaseStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BaseStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -740,6 +833,9 @@ bool CT_BaseStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BaseStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BaseStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_OfficeArtExtension::CT_OfficeArtExtension()
     : m_Dsp_dataModelExt(nullptr),
       m_A3danim_embedAnim(nullptr),
@@ -755,7 +851,8 @@ CT_OfficeArtExtension::~CT_OfficeArtExtension()
     delete m_A3danim_posterFrame;
 }
 
-bool CT_OfficeArtExtension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OfficeArtExtension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -774,6 +871,9 @@ bool CT_OfficeArtExtension::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OfficeArtExtension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OfficeArtExtension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_OfficeArtExtension::GetUri() const { return m_Uri; }
 void CT_OfficeArtExtension::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 3); }
 
@@ -787,7 +887,8 @@ CT_Angle::~CT_Angle()
 {
 }
 
-bool CT_Angle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Angle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -798,6 +899,9 @@ bool CT_Angle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Angle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Angle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PositiveFixedAngle::CT_PositiveFixedAngle()
     : m_Val(0),
@@ -809,7 +913,8 @@ CT_PositiveFixedAngle::~CT_PositiveFixedAngle()
 {
 }
 
-bool CT_PositiveFixedAngle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PositiveFixedAngle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -821,6 +926,9 @@ bool CT_PositiveFixedAngle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PositiveFixedAngle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PositiveFixedAngle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Percentage::CT_Percentage()
     : m_presence(0)
 {
@@ -830,7 +938,8 @@ CT_Percentage::~CT_Percentage()
 {
 }
 
-bool CT_Percentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Percentage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -841,6 +950,9 @@ bool CT_Percentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Percentage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Percentage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Percentage::GetVal() const { return m_Val; }
 void CT_Percentage::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -854,7 +966,8 @@ CT_PositivePercentage::~CT_PositivePercentage()
 {
 }
 
-bool CT_PositivePercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PositivePercentage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -865,6 +978,9 @@ bool CT_PositivePercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PositivePercentage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PositivePercentage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PositivePercentage::GetVal() const { return m_Val; }
 void CT_PositivePercentage::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -878,7 +994,8 @@ CT_FixedPercentage::~CT_FixedPercentage()
 {
 }
 
-bool CT_FixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FixedPercentage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -889,6 +1006,9 @@ bool CT_FixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FixedPercentage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_FixedPercentage::GetVal() const { return m_Val; }
 void CT_FixedPercentage::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -902,7 +1022,8 @@ CT_PositiveFixedPercentage::~CT_PositiveFixedPercentage()
 {
 }
 
-bool CT_PositiveFixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PositiveFixedPercentage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -913,6 +1034,9 @@ bool CT_PositiveFixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PositiveFixedPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PositiveFixedPercentage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PositiveFixedPercentage::GetVal() const { return m_Val; }
 void CT_PositiveFixedPercentage::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -928,7 +1052,8 @@ CT_Ratio::~CT_Ratio()
 {
 }
 
-bool CT_Ratio::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Ratio::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -942,6 +1067,9 @@ bool CT_Ratio::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Ratio::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Ratio::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Point2D::CT_Point2D()
     : m_presence(0)
 {
@@ -951,7 +1079,8 @@ CT_Point2D::~CT_Point2D()
 {
 }
 
-bool CT_Point2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Point2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -964,6 +1093,9 @@ bool CT_Point2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Point2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Point2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Point2D::GetX() const { return m_X; }
 void CT_Point2D::SetX(wxAny value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -981,7 +1113,8 @@ CT_PositiveSize2D::~CT_PositiveSize2D()
 {
 }
 
-bool CT_PositiveSize2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PositiveSize2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -995,6 +1128,9 @@ bool CT_PositiveSize2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PositiveSize2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PositiveSize2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ComplementTransform::CT_ComplementTransform()
     : m_presence(0)
 {
@@ -1004,13 +1140,17 @@ CT_ComplementTransform::~CT_ComplementTransform()
 {
 }
 
-bool CT_ComplementTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ComplementTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ComplementTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ComplementTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_InverseTransform::CT_InverseTransform()
     : m_presence(0)
@@ -1021,13 +1161,17 @@ CT_InverseTransform::~CT_InverseTransform()
 {
 }
 
-bool CT_InverseTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_InverseTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_InverseTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_InverseTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GrayscaleTransform::CT_GrayscaleTransform()
     : m_presence(0)
@@ -1038,13 +1182,17 @@ CT_GrayscaleTransform::~CT_GrayscaleTransform()
 {
 }
 
-bool CT_GrayscaleTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GrayscaleTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GrayscaleTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GrayscaleTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GammaTransform::CT_GammaTransform()
     : m_presence(0)
@@ -1055,13 +1203,17 @@ CT_GammaTransform::~CT_GammaTransform()
 {
 }
 
-bool CT_GammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GammaTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GammaTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_InverseGammaTransform::CT_InverseGammaTransform()
     : m_presence(0)
@@ -1072,13 +1224,17 @@ CT_InverseGammaTransform::~CT_InverseGammaTransform()
 {
 }
 
-bool CT_InverseGammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_InverseGammaTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_InverseGammaTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_InverseGammaTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_ColorTransform::EG_ColorTransform()
     : m_Data__(nullptr),
@@ -1091,7 +1247,8 @@ EG_ColorTransform::~EG_ColorTransform()
     delete m_Data__;
 }
 
-bool EG_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ColorTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1102,7 +1259,11 @@ bool EG_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ColorTransform::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ColorTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ColorTransform::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ColorTransformData__::HasProperty(name, context))
     {
@@ -1113,13 +1274,20 @@ bool EG_ColorTransform::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_ColorTransform::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ColorTransform::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ColorTransform::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ColorTransform::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ColorTransform::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ColorTransform::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ColorTransform::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1191,7 +1359,8 @@ EG_ColorTransformData__::~EG_ColorTransformData__()
     delete m_InvGamma;
 }
 
-bool EG_ColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ColorTransformData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1256,7 +1425,11 @@ bool EG_ColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ColorTransformData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ColorTransformData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ColorTransformData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tint))
@@ -1430,13 +1603,20 @@ bool EG_ColorTransformData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool EG_ColorTransformData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ColorTransformData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ColorTransformData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ColorTransformData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ColorTransformData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ColorTransformData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ColorTransformData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1481,7 +1661,8 @@ CT_ScRgbColor::~CT_ScRgbColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_ScRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ScRgbColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1499,6 +1680,9 @@ bool CT_ScRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ScRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ScRgbColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorTransform> CT_ScRgbColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_ScRgbColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
@@ -1519,7 +1703,8 @@ CT_SRgbColor::~CT_SRgbColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_SRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SRgbColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1533,6 +1718,9 @@ bool CT_SRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SRgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SRgbColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorTransform> CT_SRgbColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_SRgbColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
@@ -1550,7 +1738,8 @@ CT_HslColor::~CT_HslColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_HslColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HslColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1569,6 +1758,9 @@ bool CT_HslColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_HslColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HslColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ColorTransform> CT_HslColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_HslColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_HslColor::GetSat() const { return m_Sat; }
@@ -1586,7 +1778,8 @@ CT_SystemColor::~CT_SystemColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_SystemColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SystemColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1602,6 +1795,9 @@ bool CT_SystemColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SystemColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SystemColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorTransform> CT_SystemColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_SystemColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
@@ -1620,7 +1816,8 @@ CT_SchemeColor::~CT_SchemeColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_SchemeColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SchemeColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1634,6 +1831,9 @@ bool CT_SchemeColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SchemeColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SchemeColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorTransform> CT_SchemeColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_SchemeColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
@@ -1650,7 +1850,8 @@ CT_PresetColor::~CT_PresetColor()
     DeleteAll(m_EG_ColorTransform);
 }
 
-bool CT_PresetColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1664,6 +1865,9 @@ bool CT_PresetColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PresetColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorTransform> CT_PresetColor::GetEG_ColorTransform() const { return m_EG_ColorTransform; }
 void CT_PresetColor::SetEG_ColorTransform(XMLPtrArray<EG_ColorTransform> value) { m_EG_ColorTransform = std::move(value); m_presence |= (1u << 0); }
@@ -1680,7 +1884,8 @@ EG_OfficeArtExtensionList::~EG_OfficeArtExtensionList()
     DeleteAll(m_Ext);
 }
 
-bool EG_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OfficeArtExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1691,10 +1896,14 @@ bool EG_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_OfficeArtExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_OfficeArtExtension> EG_OfficeArtExtensionList::GetExt() const { return m_Ext; }
 void EG_OfficeArtExtensionList::SetExt(XMLPtrArray<CT_OfficeArtExtension> value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
 
-bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OfficeArtExtensionList::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ext))
@@ -1706,13 +1915,20 @@ bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_OfficeArtExtensionList::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_OfficeArtExtensionList::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_OfficeArtExtensionList::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1731,7 +1947,8 @@ CT_OfficeArtExtensionList::~CT_OfficeArtExtensionList()
     delete m_EG_OfficeArtExtensionList;
 }
 
-bool CT_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OfficeArtExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1741,6 +1958,9 @@ bool CT_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OfficeArtExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OfficeArtExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Scale2D::CT_Scale2D()
     : m_Sx(nullptr),
@@ -1755,7 +1975,8 @@ CT_Scale2D::~CT_Scale2D()
     delete m_Sy;
 }
 
-bool CT_Scale2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scale2D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1767,6 +1988,9 @@ bool CT_Scale2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Scale2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scale2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Transform2D::CT_Transform2D()
     : m_Off(nullptr),
@@ -1784,7 +2008,8 @@ CT_Transform2D::~CT_Transform2D()
     delete m_Ext;
 }
 
-bool CT_Transform2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Transform2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1804,6 +2029,9 @@ bool CT_Transform2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Transform2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Transform2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupTransform2D::CT_GroupTransform2D()
     : m_Off(nullptr),
@@ -1825,7 +2053,8 @@ CT_GroupTransform2D::~CT_GroupTransform2D()
     delete m_ChExt;
 }
 
-bool CT_GroupTransform2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupTransform2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1850,6 +2079,9 @@ bool CT_GroupTransform2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupTransform2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupTransform2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Point3D::CT_Point3D()
     : m_presence(0)
 {
@@ -1859,7 +2091,8 @@ CT_Point3D::~CT_Point3D()
 {
 }
 
-bool CT_Point3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Point3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1874,6 +2107,9 @@ bool CT_Point3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Point3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Point3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Point3D::GetX() const { return m_X; }
 void CT_Point3D::SetX(wxAny value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -1891,7 +2127,8 @@ CT_Vector3D::~CT_Vector3D()
 {
 }
 
-bool CT_Vector3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Vector3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1906,6 +2143,9 @@ bool CT_Vector3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Vector3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Vector3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Vector3D::GetDx() const { return m_Dx; }
 void CT_Vector3D::SetDx(wxAny value) { m_Dx = std::move(value); m_presence |= (1u << 0); }
@@ -1926,7 +2166,8 @@ CT_SphereCoords::~CT_SphereCoords()
 {
 }
 
-bool CT_SphereCoords::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SphereCoords::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1942,6 +2183,9 @@ bool CT_SphereCoords::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SphereCoords::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SphereCoords::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RelativeRect::CT_RelativeRect()
     : m_L(wxAny(s_0_x25_)),
       m_T(wxAny(s_0_x25_)),
@@ -1955,7 +2199,8 @@ CT_RelativeRect::~CT_RelativeRect()
 {
 }
 
-bool CT_RelativeRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelativeRect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1972,6 +2217,9 @@ bool CT_RelativeRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelativeRect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelativeRect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_RelativeRect::GetL() const { return m_L; }
 void CT_RelativeRect::SetL(wxAny value) { m_L = std::move(value); m_presence |= (1u << 0); }
@@ -1993,7 +2241,8 @@ EG_ColorChoice::~EG_ColorChoice()
     delete m_Data__;
 }
 
-bool EG_ColorChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ColorChoice::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2004,7 +2253,11 @@ bool EG_ColorChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ColorChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ColorChoice::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ColorChoice::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ColorChoice::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ColorChoiceData__::HasProperty(name, context))
     {
@@ -2015,13 +2268,20 @@ bool EG_ColorChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_ColorChoice::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ColorChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ColorChoice::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ColorChoice::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ColorChoice::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ColorChoice::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ColorChoice::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2049,7 +2309,8 @@ EG_ColorChoiceData__::~EG_ColorChoiceData__()
     delete m_PrstClr;
 }
 
-bool EG_ColorChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ColorChoiceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2070,7 +2331,11 @@ bool EG_ColorChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ColorChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ColorChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ColorChoiceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ColorChoiceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_scrgbClr))
@@ -2112,13 +2377,20 @@ bool EG_ColorChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_ColorChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ColorChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ColorChoiceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ColorChoiceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ColorChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ColorChoiceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ColorChoiceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2142,7 +2414,8 @@ CT_Color::~CT_Color()
     delete m_EG_ColorChoice;
 }
 
-bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Color::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2152,6 +2425,9 @@ bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Color::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ColorMRU::CT_ColorMRU()
     : m_presence(0)
@@ -2163,7 +2439,8 @@ CT_ColorMRU::~CT_ColorMRU()
     DeleteAll(m_EG_ColorChoice);
 }
 
-bool CT_ColorMRU::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMRU::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2173,6 +2450,9 @@ bool CT_ColorMRU::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorMRU::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMRU::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorChoice> CT_ColorMRU::GetEG_ColorChoice() const { return m_EG_ColorChoice; }
 void CT_ColorMRU::SetEG_ColorChoice(XMLPtrArray<EG_ColorChoice> value) { m_EG_ColorChoice = std::move(value); m_presence |= (1u << 0); }
@@ -2188,7 +2468,8 @@ AG_Blob::~AG_Blob()
 {
 }
 
-bool AG_Blob::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Blob::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2202,19 +2483,27 @@ bool AG_Blob::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Blob::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Blob::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Blob::GetR_embed() const { return m_R_embed; }
 void AG_Blob::SetR_embed(wxString value) { m_R_embed = std::move(value); m_presence |= (1u << 0); }
 wxString AG_Blob::GetR_link() const { return m_R_link; }
 void AG_Blob::SetR_link(wxString value) { m_R_link = std::move(value); m_presence |= (1u << 1); }
 
-bool AG_Blob::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Blob::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Blob::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Blob::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Blob::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Blob::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_r_embed))
@@ -2231,6 +2520,9 @@ bool AG_Blob::SetProperty(const wxString& name, wxString value, XMLNSContext* co
     }
     return false;
 }
+
+bool AG_Blob::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Blob::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Blob::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2249,7 +2541,8 @@ CT_EmbeddedWAVAudioFile::~CT_EmbeddedWAVAudioFile()
 {
 }
 
-bool CT_EmbeddedWAVAudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmbeddedWAVAudioFile::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2262,6 +2555,9 @@ bool CT_EmbeddedWAVAudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EmbeddedWAVAudioFile::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmbeddedWAVAudioFile::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_EmbeddedWAVAudioFile::GetR_embed() const { return m_R_embed; }
 void CT_EmbeddedWAVAudioFile::SetR_embed(wxString value) { m_R_embed = std::move(value); m_presence |= (1u << 0); }
@@ -2288,7 +2584,8 @@ CT_Hyperlink::~CT_Hyperlink()
     delete m_ExtLst;
 }
 
-bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Hyperlink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2318,6 +2615,9 @@ bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Hyperlink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Hyperlink::GetR_id() const { return m_R_id; }
 void CT_Hyperlink::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 2); }

@@ -35,7 +35,8 @@ AG_Locking::~AG_Locking()
 {
 }
 
-bool AG_Locking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Locking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -65,14 +66,22 @@ bool AG_Locking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_Locking::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_Locking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Locking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_Locking::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Locking::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Locking::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Locking::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Locking::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_noGrp))
@@ -138,6 +147,9 @@ bool AG_Locking::SetProperty(const wxString& name, wxString value, XMLNSContext*
     return false;
 }
 
+bool AG_Locking::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Locking::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_Locking::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -166,7 +178,8 @@ CT_ConnectorLocking::~CT_ConnectorLocking()
     delete m_AG_Locking;
 }
 
-bool CT_ConnectorLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectorLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -180,6 +193,9 @@ bool CT_ConnectorLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConnectorLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectorLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ShapeLocking::CT_ShapeLocking()
     : m_ExtLst(nullptr),
@@ -195,7 +211,8 @@ CT_ShapeLocking::~CT_ShapeLocking()
     delete m_AG_Locking;
 }
 
-bool CT_ShapeLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -212,6 +229,9 @@ bool CT_ShapeLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShapeLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PictureLocking::CT_PictureLocking()
     : m_ExtLst(nullptr),
       m_AG_Locking(nullptr),
@@ -226,7 +246,8 @@ CT_PictureLocking::~CT_PictureLocking()
     delete m_AG_Locking;
 }
 
-bool CT_PictureLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -242,6 +263,9 @@ bool CT_PictureLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupLocking::CT_GroupLocking()
     : m_ExtLst(nullptr),
@@ -261,7 +285,8 @@ CT_GroupLocking::~CT_GroupLocking()
     delete m_ExtLst;
 }
 
-bool CT_GroupLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -288,6 +313,9 @@ bool CT_GroupLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GraphicalObjectFrameLocking::CT_GraphicalObjectFrameLocking()
     : m_ExtLst(nullptr),
       m_NoGrp(false),
@@ -305,7 +333,8 @@ CT_GraphicalObjectFrameLocking::~CT_GraphicalObjectFrameLocking()
     delete m_ExtLst;
 }
 
-bool CT_GraphicalObjectFrameLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectFrameLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -330,6 +359,9 @@ bool CT_GraphicalObjectFrameLocking::ReadXML(wxXmlNode* node, XMLNSContext* cont
     return true;
 }
 
+bool CT_GraphicalObjectFrameLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectFrameLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ContentPartLocking::CT_ContentPartLocking()
     : m_ExtLst(nullptr),
       m_AG_Locking(nullptr),
@@ -343,7 +375,8 @@ CT_ContentPartLocking::~CT_ContentPartLocking()
     delete m_AG_Locking;
 }
 
-bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ContentPartLocking::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -357,6 +390,9 @@ bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ContentPartLocking::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ContentPartLocking::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NonVisualDrawingProps::CT_NonVisualDrawingProps()
     : m_HlinkClick(nullptr),
@@ -377,7 +413,8 @@ CT_NonVisualDrawingProps::~CT_NonVisualDrawingProps()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualDrawingProps::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -404,6 +441,9 @@ bool CT_NonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualDrawingProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_NonVisualDrawingProps::GetName() const { return m_Name; }
 void CT_NonVisualDrawingProps::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 4); }
 wxString CT_NonVisualDrawingProps::GetDescr() const { return m_Descr; }
@@ -425,7 +465,8 @@ CT_NonVisualDrawingShapeProps::~CT_NonVisualDrawingShapeProps()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualDrawingShapeProps::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -441,6 +482,9 @@ bool CT_NonVisualDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* conte
     }
     return true;
 }
+
+bool CT_NonVisualDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualDrawingShapeProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NonVisualConnectorProperties::CT_NonVisualConnectorProperties()
     : m_CxnSpLocks(nullptr),
@@ -459,7 +503,8 @@ CT_NonVisualConnectorProperties::~CT_NonVisualConnectorProperties()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualConnectorProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualConnectorProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -476,6 +521,9 @@ bool CT_NonVisualConnectorProperties::ReadXML(wxXmlNode* node, XMLNSContext* con
     return true;
 }
 
+bool CT_NonVisualConnectorProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualConnectorProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NonVisualPictureProperties::CT_NonVisualPictureProperties()
     : m_PicLocks(nullptr),
       m_ExtLst(nullptr),
@@ -490,7 +538,8 @@ CT_NonVisualPictureProperties::~CT_NonVisualPictureProperties()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualPictureProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualPictureProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -507,6 +556,9 @@ bool CT_NonVisualPictureProperties::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
+bool CT_NonVisualPictureProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualPictureProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NonVisualGroupDrawingShapeProps::CT_NonVisualGroupDrawingShapeProps()
     : m_GrpSpLocks(nullptr),
       m_ExtLst(nullptr),
@@ -520,7 +572,8 @@ CT_NonVisualGroupDrawingShapeProps::~CT_NonVisualGroupDrawingShapeProps()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualGroupDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualGroupDrawingShapeProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -532,6 +585,9 @@ bool CT_NonVisualGroupDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* 
     }
     return true;
 }
+
+bool CT_NonVisualGroupDrawingShapeProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualGroupDrawingShapeProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NonVisualGraphicFrameProperties::CT_NonVisualGraphicFrameProperties()
     : m_GraphicFrameLocks(nullptr),
@@ -546,7 +602,8 @@ CT_NonVisualGraphicFrameProperties::~CT_NonVisualGraphicFrameProperties()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualGraphicFrameProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualGraphicFrameProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -558,6 +615,9 @@ bool CT_NonVisualGraphicFrameProperties::ReadXML(wxXmlNode* node, XMLNSContext* 
     }
     return true;
 }
+
+bool CT_NonVisualGraphicFrameProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualGraphicFrameProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NonVisualContentPartProperties::CT_NonVisualContentPartProperties()
     : m_CpLocks(nullptr),
@@ -573,7 +633,8 @@ CT_NonVisualContentPartProperties::~CT_NonVisualContentPartProperties()
     delete m_ExtLst;
 }
 
-bool CT_NonVisualContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NonVisualContentPartProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -589,6 +650,9 @@ bool CT_NonVisualContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext* c
     }
     return true;
 }
+
+bool CT_NonVisualContentPartProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NonVisualContentPartProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GraphicalObjectData::CT_GraphicalObjectData()
     : m_Dgm_relIds(nullptr),
@@ -609,7 +673,8 @@ CT_GraphicalObjectData::~CT_GraphicalObjectData()
     delete m_Tbl;
 }
 
-bool CT_GraphicalObjectData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -632,6 +697,9 @@ bool CT_GraphicalObjectData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GraphicalObjectData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GraphicalObjectData::GetUri() const { return m_Uri; }
 void CT_GraphicalObjectData::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 5); }
 
@@ -646,7 +714,8 @@ CT_GraphicalObject::~CT_GraphicalObject()
     delete m_GraphicData;
 }
 
-bool CT_GraphicalObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObject::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -656,6 +725,9 @@ bool CT_GraphicalObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GraphicalObject::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObject::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AnimationDgmElement::CT_AnimationDgmElement()
     : m_Id(s__x7B_00000000_x2D_0000_x2D_0000_x2D_0000_x2D_000000000000_x7D_),
@@ -668,7 +740,8 @@ CT_AnimationDgmElement::~CT_AnimationDgmElement()
 {
 }
 
-bool CT_AnimationDgmElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationDgmElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -681,6 +754,9 @@ bool CT_AnimationDgmElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnimationDgmElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationDgmElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AnimationDgmElement::GetId() const { return m_Id; }
 void CT_AnimationDgmElement::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 0); }
@@ -698,7 +774,8 @@ CT_AnimationChartElement::~CT_AnimationChartElement()
 {
 }
 
-bool CT_AnimationChartElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationChartElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -714,6 +791,9 @@ bool CT_AnimationChartElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AnimationChartElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationChartElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_AnimationChartElement::GetBldStep() const { return m_BldStep; }
 void CT_AnimationChartElement::SetBldStep(wxString value) { m_BldStep = std::move(value); m_presence |= (1u << 2); }
 
@@ -728,7 +808,8 @@ CT_AnimationElementChoice::~CT_AnimationElementChoice()
     delete m_Data__;
 }
 
-bool CT_AnimationElementChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationElementChoice::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -738,6 +819,9 @@ bool CT_AnimationElementChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AnimationElementChoice::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationElementChoice::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AnimationElementChoiceData__::CT_AnimationElementChoiceData__()
     : m_Dgm(nullptr),
@@ -752,7 +836,8 @@ CT_AnimationElementChoiceData__::~CT_AnimationElementChoiceData__()
     delete m_Chart;
 }
 
-bool CT_AnimationElementChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationElementChoiceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -765,7 +850,11 @@ bool CT_AnimationElementChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* con
     return true;
 }
 
-bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AnimationElementChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationElementChoiceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AnimationElementChoiceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_dgm))
@@ -783,13 +872,20 @@ bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, wxXmlNod
     return false;
 }
 
-bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AnimationElementChoiceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AnimationElementChoiceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AnimationElementChoiceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -809,7 +905,8 @@ CT_AnimationDgmBuildProperties::~CT_AnimationDgmBuildProperties()
 {
 }
 
-bool CT_AnimationDgmBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationDgmBuildProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -822,6 +919,9 @@ bool CT_AnimationDgmBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* cont
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnimationDgmBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationDgmBuildProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AnimationDgmBuildProperties::GetBld() const { return m_Bld; }
 void CT_AnimationDgmBuildProperties::SetBld(wxAny value) { m_Bld = std::move(value); m_presence |= (1u << 0); }
@@ -837,7 +937,8 @@ CT_AnimationChartBuildProperties::~CT_AnimationChartBuildProperties()
 {
 }
 
-bool CT_AnimationChartBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationChartBuildProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -850,6 +951,9 @@ bool CT_AnimationChartBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* co
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnimationChartBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationChartBuildProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AnimationChartBuildProperties::GetBld() const { return m_Bld; }
 void CT_AnimationChartBuildProperties::SetBld(wxAny value) { m_Bld = std::move(value); m_presence |= (1u << 0); }
@@ -865,7 +969,8 @@ CT_AnimationGraphicalObjectBuildProperties::~CT_AnimationGraphicalObjectBuildPro
     delete m_Data__;
 }
 
-bool CT_AnimationGraphicalObjectBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationGraphicalObjectBuildProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -875,6 +980,9 @@ bool CT_AnimationGraphicalObjectBuildProperties::ReadXML(wxXmlNode* node, XMLNSC
     }
     return true;
 }
+
+bool CT_AnimationGraphicalObjectBuildProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationGraphicalObjectBuildProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AnimationGraphicalObjectBuildPropertiesData__::CT_AnimationGraphicalObjectBuildPropertiesData__()
     : m_BldDgm(nullptr),
@@ -889,7 +997,8 @@ CT_AnimationGraphicalObjectBuildPropertiesData__::~CT_AnimationGraphicalObjectBu
     delete m_BldChart;
 }
 
-bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -902,7 +1011,11 @@ bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadXML(wxXmlNode* node, 
     return true;
 }
 
-bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bldDgm))
@@ -920,13 +1033,20 @@ bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxStrin
     return false;
 }
 
-bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AnimationGraphicalObjectBuildPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AnimationGraphicalObjectBuildPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -948,7 +1068,8 @@ CT_BackgroundFormatting::~CT_BackgroundFormatting()
     delete m_EG_EffectProperties;
 }
 
-bool CT_BackgroundFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BackgroundFormatting::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -960,6 +1081,9 @@ bool CT_BackgroundFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BackgroundFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BackgroundFormatting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_WholeE2oFormatting::CT_WholeE2oFormatting()
     : m_Ln(nullptr),
@@ -974,7 +1098,8 @@ CT_WholeE2oFormatting::~CT_WholeE2oFormatting()
     delete m_EG_EffectProperties;
 }
 
-bool CT_WholeE2oFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WholeE2oFormatting::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -987,6 +1112,9 @@ bool CT_WholeE2oFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WholeE2oFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WholeE2oFormatting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlUseShapeRectangle::CT_GvmlUseShapeRectangle()
     : m_presence(0)
 {
@@ -996,13 +1124,17 @@ CT_GvmlUseShapeRectangle::~CT_GvmlUseShapeRectangle()
 {
 }
 
-bool CT_GvmlUseShapeRectangle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlUseShapeRectangle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GvmlUseShapeRectangle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlUseShapeRectangle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlTextShape::CT_GvmlTextShape()
     : m_TxBody(nullptr),
@@ -1019,7 +1151,8 @@ CT_GvmlTextShape::~CT_GvmlTextShape()
     delete m_ExtLst;
 }
 
-bool CT_GvmlTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlTextShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1034,6 +1167,9 @@ bool CT_GvmlTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GvmlTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlTextShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlTextShapeData__::CT_GvmlTextShapeData__()
     : m_UseSpRect(nullptr),
       m_Xfrm(nullptr),
@@ -1047,7 +1183,8 @@ CT_GvmlTextShapeData__::~CT_GvmlTextShapeData__()
     delete m_Xfrm;
 }
 
-bool CT_GvmlTextShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlTextShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1060,7 +1197,11 @@ bool CT_GvmlTextShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GvmlTextShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlTextShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GvmlTextShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_useSpRect))
@@ -1078,13 +1219,20 @@ bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GvmlTextShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GvmlTextShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GvmlTextShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1106,7 +1254,8 @@ CT_GvmlShapeNonVisual::~CT_GvmlShapeNonVisual()
     delete m_CNvSpPr;
 }
 
-bool CT_GvmlShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1118,6 +1267,9 @@ bool CT_GvmlShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GvmlShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlShape::CT_GvmlShape()
     : m_NvSpPr(nullptr),
@@ -1138,7 +1290,8 @@ CT_GvmlShape::~CT_GvmlShape()
     delete m_ExtLst;
 }
 
-bool CT_GvmlShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1157,6 +1310,9 @@ bool CT_GvmlShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GvmlShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlConnectorNonVisual::CT_GvmlConnectorNonVisual()
     : m_CNvPr(nullptr),
       m_CNvCxnSpPr(nullptr),
@@ -1170,7 +1326,8 @@ CT_GvmlConnectorNonVisual::~CT_GvmlConnectorNonVisual()
     delete m_CNvCxnSpPr;
 }
 
-bool CT_GvmlConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlConnectorNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1182,6 +1339,9 @@ bool CT_GvmlConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GvmlConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlConnectorNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlConnector::CT_GvmlConnector()
     : m_NvCxnSpPr(nullptr),
@@ -1200,7 +1360,8 @@ CT_GvmlConnector::~CT_GvmlConnector()
     delete m_ExtLst;
 }
 
-bool CT_GvmlConnector::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlConnector::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1217,6 +1378,9 @@ bool CT_GvmlConnector::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GvmlConnector::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlConnector::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlPictureNonVisual::CT_GvmlPictureNonVisual()
     : m_CNvPr(nullptr),
       m_CNvPicPr(nullptr),
@@ -1230,7 +1394,8 @@ CT_GvmlPictureNonVisual::~CT_GvmlPictureNonVisual()
     delete m_CNvPicPr;
 }
 
-bool CT_GvmlPictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlPictureNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1242,6 +1407,9 @@ bool CT_GvmlPictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GvmlPictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlPictureNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlPicture::CT_GvmlPicture()
     : m_NvPicPr(nullptr),
@@ -1262,7 +1430,8 @@ CT_GvmlPicture::~CT_GvmlPicture()
     delete m_ExtLst;
 }
 
-bool CT_GvmlPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlPicture::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1281,6 +1450,9 @@ bool CT_GvmlPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GvmlPicture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlPicture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlGraphicFrameNonVisual::CT_GvmlGraphicFrameNonVisual()
     : m_CNvPr(nullptr),
       m_CNvGraphicFramePr(nullptr),
@@ -1294,7 +1466,8 @@ CT_GvmlGraphicFrameNonVisual::~CT_GvmlGraphicFrameNonVisual()
     delete m_CNvGraphicFramePr;
 }
 
-bool CT_GvmlGraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlGraphicFrameNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1306,6 +1479,9 @@ bool CT_GvmlGraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_GvmlGraphicFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlGraphicFrameNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlGraphicalObjectFrame::CT_GvmlGraphicalObjectFrame()
     : m_NvGraphicFramePr(nullptr),
@@ -1324,7 +1500,8 @@ CT_GvmlGraphicalObjectFrame::~CT_GvmlGraphicalObjectFrame()
     delete m_ExtLst;
 }
 
-bool CT_GvmlGraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlGraphicalObjectFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1341,6 +1518,9 @@ bool CT_GvmlGraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
+bool CT_GvmlGraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlGraphicalObjectFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GvmlGroupShapeNonVisual::CT_GvmlGroupShapeNonVisual()
     : m_CNvPr(nullptr),
       m_CNvGrpSpPr(nullptr),
@@ -1354,7 +1534,8 @@ CT_GvmlGroupShapeNonVisual::~CT_GvmlGroupShapeNonVisual()
     delete m_CNvGrpSpPr;
 }
 
-bool CT_GvmlGroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlGroupShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1366,6 +1547,9 @@ bool CT_GvmlGroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GvmlGroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlGroupShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GvmlGroupShape::CT_GvmlGroupShape()
     : m_NvGrpSpPr(nullptr),
@@ -1383,7 +1567,8 @@ CT_GvmlGroupShape::~CT_GvmlGroupShape()
     delete m_ExtLst;
 }
 
-bool CT_GvmlGroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlGroupShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1399,6 +1584,9 @@ bool CT_GvmlGroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GvmlGroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlGroupShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GvmlGroupShapeData__> CT_GvmlGroupShape::GetData__() const { return m_Data__; }
 void CT_GvmlGroupShape::SetData__(XMLPtrArray<CT_GvmlGroupShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -1424,7 +1612,8 @@ CT_GvmlGroupShapeData__::~CT_GvmlGroupShapeData__()
     delete m_GrpSp;
 }
 
-bool CT_GvmlGroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GvmlGroupShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1445,7 +1634,11 @@ bool CT_GvmlGroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GvmlGroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GvmlGroupShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GvmlGroupShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_txSp))
@@ -1487,13 +1680,20 @@ bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GvmlGroupShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GvmlGroupShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GvmlGroupShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1519,7 +1719,8 @@ CT_Camera::~CT_Camera()
     delete m_Rot;
 }
 
-bool CT_Camera::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Camera::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1538,6 +1739,9 @@ bool CT_Camera::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Camera::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Camera::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Camera::GetPrst() const { return m_Prst; }
 void CT_Camera::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 1); }
 wxAny CT_Camera::GetZoom() const { return m_Zoom; }
@@ -1554,7 +1758,8 @@ CT_LightRig::~CT_LightRig()
     delete m_Rot;
 }
 
-bool CT_LightRig::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LightRig::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1570,6 +1775,9 @@ bool CT_LightRig::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LightRig::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LightRig::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LightRig::GetRig() const { return m_Rig; }
 void CT_LightRig::SetRig(wxString value) { m_Rig = std::move(value); m_presence |= (1u << 1); }
@@ -1593,7 +1801,8 @@ CT_Scene3D::~CT_Scene3D()
     delete m_ExtLst;
 }
 
-bool CT_Scene3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scene3D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1609,6 +1818,9 @@ bool CT_Scene3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Scene3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scene3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Backdrop::CT_Backdrop()
     : m_Anchor(nullptr),
@@ -1627,7 +1839,8 @@ CT_Backdrop::~CT_Backdrop()
     delete m_ExtLst;
 }
 
-bool CT_Backdrop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Backdrop::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1644,6 +1857,9 @@ bool CT_Backdrop::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Backdrop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Backdrop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Bevel::CT_Bevel()
     : m_W(76200ll),
       m_H(76200ll),
@@ -1656,7 +1872,8 @@ CT_Bevel::~CT_Bevel()
 {
 }
 
-bool CT_Bevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Bevel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1671,6 +1888,9 @@ bool CT_Bevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Bevel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Bevel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Bevel::GetPrst() const { return m_Prst; }
 void CT_Bevel::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 2); }
@@ -1698,7 +1918,8 @@ CT_Shape3D::~CT_Shape3D()
     delete m_ExtLst;
 }
 
-bool CT_Shape3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1727,6 +1948,9 @@ bool CT_Shape3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Shape3D::GetZ() const { return m_Z; }
 void CT_Shape3D::SetZ(wxAny value) { m_Z = std::move(value); m_presence |= (1u << 5); }
 wxString CT_Shape3D::GetPrstMaterial() const { return m_PrstMaterial; }
@@ -1742,7 +1966,8 @@ CT_FlatText::~CT_FlatText()
 {
 }
 
-bool CT_FlatText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FlatText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1753,6 +1978,9 @@ bool CT_FlatText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FlatText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FlatText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_FlatText::GetZ() const { return m_Z; }
 void CT_FlatText::SetZ(wxAny value) { m_Z = std::move(value); m_presence |= (1u << 0); }
@@ -1768,7 +1996,8 @@ EG_Text3D::~EG_Text3D()
     delete m_Data__;
 }
 
-bool EG_Text3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Text3D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1779,7 +2008,11 @@ bool EG_Text3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Text3D::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Text3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Text3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Text3D::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_Text3DData__::HasProperty(name, context))
     {
@@ -1790,13 +2023,20 @@ bool EG_Text3D::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext*
     return false;
 }
 
-bool EG_Text3D::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Text3D::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Text3D::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Text3D::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Text3D::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Text3D::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Text3D::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1816,7 +2056,8 @@ EG_Text3DData__::~EG_Text3DData__()
     delete m_FlatTx;
 }
 
-bool EG_Text3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Text3DData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1829,7 +2070,11 @@ bool EG_Text3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Text3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Text3DData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Text3DData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Text3DData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp3d))
@@ -1847,13 +2092,20 @@ bool EG_Text3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_Text3DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Text3DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Text3DData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Text3DData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Text3DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Text3DData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Text3DData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1871,7 +2123,8 @@ CT_AlphaBiLevelEffect::~CT_AlphaBiLevelEffect()
 {
 }
 
-bool CT_AlphaBiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaBiLevelEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1882,6 +2135,9 @@ bool CT_AlphaBiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaBiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaBiLevelEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AlphaBiLevelEffect::GetThresh() const { return m_Thresh; }
 void CT_AlphaBiLevelEffect::SetThresh(wxAny value) { m_Thresh = std::move(value); m_presence |= (1u << 0); }
@@ -1895,13 +2151,17 @@ CT_AlphaCeilingEffect::~CT_AlphaCeilingEffect()
 {
 }
 
-bool CT_AlphaCeilingEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaCeilingEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaCeilingEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaCeilingEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AlphaFloorEffect::CT_AlphaFloorEffect()
     : m_presence(0)
@@ -1912,13 +2172,17 @@ CT_AlphaFloorEffect::~CT_AlphaFloorEffect()
 {
 }
 
-bool CT_AlphaFloorEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaFloorEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaFloorEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaFloorEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AlphaInverseEffect::CT_AlphaInverseEffect()
     : m_EG_ColorChoice(nullptr),
@@ -1931,7 +2195,8 @@ CT_AlphaInverseEffect::~CT_AlphaInverseEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_AlphaInverseEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaInverseEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1941,6 +2206,9 @@ bool CT_AlphaInverseEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AlphaInverseEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaInverseEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AlphaModulateFixedEffect::CT_AlphaModulateFixedEffect()
     : m_Amt(wxAny(s_100_x25_)),
@@ -1952,7 +2220,8 @@ CT_AlphaModulateFixedEffect::~CT_AlphaModulateFixedEffect()
 {
 }
 
-bool CT_AlphaModulateFixedEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaModulateFixedEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1963,6 +2232,9 @@ bool CT_AlphaModulateFixedEffect::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaModulateFixedEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaModulateFixedEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AlphaModulateFixedEffect::GetAmt() const { return m_Amt; }
 void CT_AlphaModulateFixedEffect::SetAmt(wxAny value) { m_Amt = std::move(value); m_presence |= (1u << 0); }
@@ -1977,7 +2249,8 @@ CT_AlphaOutsetEffect::~CT_AlphaOutsetEffect()
 {
 }
 
-bool CT_AlphaOutsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaOutsetEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1988,6 +2261,9 @@ bool CT_AlphaOutsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaOutsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaOutsetEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AlphaOutsetEffect::GetRad() const { return m_Rad; }
 void CT_AlphaOutsetEffect::SetRad(wxAny value) { m_Rad = std::move(value); m_presence |= (1u << 0); }
@@ -2001,7 +2277,8 @@ CT_AlphaReplaceEffect::~CT_AlphaReplaceEffect()
 {
 }
 
-bool CT_AlphaReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaReplaceEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2012,6 +2289,9 @@ bool CT_AlphaReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AlphaReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaReplaceEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AlphaReplaceEffect::GetA() const { return m_A; }
 void CT_AlphaReplaceEffect::SetA(wxAny value) { m_A = std::move(value); m_presence |= (1u << 0); }
@@ -2025,7 +2305,8 @@ CT_BiLevelEffect::~CT_BiLevelEffect()
 {
 }
 
-bool CT_BiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BiLevelEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2036,6 +2317,9 @@ bool CT_BiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BiLevelEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BiLevelEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_BiLevelEffect::GetThresh() const { return m_Thresh; }
 void CT_BiLevelEffect::SetThresh(wxAny value) { m_Thresh = std::move(value); m_presence |= (1u << 0); }
@@ -2051,7 +2335,8 @@ CT_BlurEffect::~CT_BlurEffect()
 {
 }
 
-bool CT_BlurEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BlurEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2064,6 +2349,9 @@ bool CT_BlurEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BlurEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BlurEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ColorChangeEffect::CT_ColorChangeEffect()
     : m_ClrFrom(nullptr),
@@ -2079,7 +2367,8 @@ CT_ColorChangeEffect::~CT_ColorChangeEffect()
     delete m_ClrTo;
 }
 
-bool CT_ColorChangeEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorChangeEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2095,5 +2384,8 @@ bool CT_ColorChangeEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorChangeEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorChangeEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_drawingml_x2006_main

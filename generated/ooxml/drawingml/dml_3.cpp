@@ -23,7 +23,8 @@ CT_ColorReplaceEffect::~CT_ColorReplaceEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_ColorReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorReplaceEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -33,6 +34,9 @@ bool CT_ColorReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorReplaceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorReplaceEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DuotoneEffect::CT_DuotoneEffect()
     : m_presence(0)
@@ -44,7 +48,8 @@ CT_DuotoneEffect::~CT_DuotoneEffect()
     DeleteAll(m_EG_ColorChoice);
 }
 
-bool CT_DuotoneEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DuotoneEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -54,6 +59,9 @@ bool CT_DuotoneEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DuotoneEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DuotoneEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ColorChoice> CT_DuotoneEffect::GetEG_ColorChoice() const { return m_EG_ColorChoice; }
 void CT_DuotoneEffect::SetEG_ColorChoice(XMLPtrArray<EG_ColorChoice> value) { m_EG_ColorChoice = std::move(value); m_presence |= (1u << 0); }
@@ -70,7 +78,8 @@ CT_GlowEffect::~CT_GlowEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_GlowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GlowEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -85,6 +94,9 @@ bool CT_GlowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GlowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GlowEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GrayscaleEffect::CT_GrayscaleEffect()
     : m_presence(0)
 {
@@ -94,13 +106,17 @@ CT_GrayscaleEffect::~CT_GrayscaleEffect()
 {
 }
 
-bool CT_GrayscaleEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GrayscaleEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GrayscaleEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GrayscaleEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_HSLEffect::CT_HSLEffect()
     : m_Hue(0),
@@ -114,7 +130,8 @@ CT_HSLEffect::~CT_HSLEffect()
 {
 }
 
-bool CT_HSLEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HSLEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -129,6 +146,9 @@ bool CT_HSLEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HSLEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HSLEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_HSLEffect::GetSat() const { return m_Sat; }
 void CT_HSLEffect::SetSat(wxAny value) { m_Sat = std::move(value); m_presence |= (1u << 1); }
@@ -149,7 +169,8 @@ CT_InnerShadowEffect::~CT_InnerShadowEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_InnerShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_InnerShadowEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -168,6 +189,9 @@ bool CT_InnerShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_InnerShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_InnerShadowEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LuminanceEffect::CT_LuminanceEffect()
     : m_Bright(wxAny(s_0_x25_)),
       m_Contrast(wxAny(s_0_x25_)),
@@ -179,7 +203,8 @@ CT_LuminanceEffect::~CT_LuminanceEffect()
 {
 }
 
-bool CT_LuminanceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LuminanceEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -192,6 +217,9 @@ bool CT_LuminanceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LuminanceEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LuminanceEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_LuminanceEffect::GetBright() const { return m_Bright; }
 void CT_LuminanceEffect::SetBright(wxAny value) { m_Bright = std::move(value); m_presence |= (1u << 0); }
@@ -218,7 +246,8 @@ CT_OuterShadowEffect::~CT_OuterShadowEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_OuterShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OuterShadowEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -249,6 +278,9 @@ bool CT_OuterShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OuterShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OuterShadowEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_OuterShadowEffect::GetSx() const { return m_Sx; }
 void CT_OuterShadowEffect::SetSx(wxAny value) { m_Sx = std::move(value); m_presence |= (1u << 4); }
 wxAny CT_OuterShadowEffect::GetSy() const { return m_Sy; }
@@ -269,7 +301,8 @@ CT_PresetShadowEffect::~CT_PresetShadowEffect()
     delete m_EG_ColorChoice;
 }
 
-bool CT_PresetShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetShadowEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -287,6 +320,9 @@ bool CT_PresetShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PresetShadowEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetShadowEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PresetShadowEffect::GetPrst() const { return m_Prst; }
 void CT_PresetShadowEffect::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 1); }
@@ -314,7 +350,8 @@ CT_ReflectionEffect::~CT_ReflectionEffect()
 {
 }
 
-bool CT_ReflectionEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ReflectionEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -352,6 +389,9 @@ bool CT_ReflectionEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ReflectionEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ReflectionEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_ReflectionEffect::GetStA() const { return m_StA; }
 void CT_ReflectionEffect::SetStA(wxAny value) { m_StA = std::move(value); m_presence |= (1u << 1); }
 wxAny CT_ReflectionEffect::GetStPos() const { return m_StPos; }
@@ -378,7 +418,8 @@ CT_RelativeOffsetEffect::~CT_RelativeOffsetEffect()
 {
 }
 
-bool CT_RelativeOffsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelativeOffsetEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -391,6 +432,9 @@ bool CT_RelativeOffsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelativeOffsetEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelativeOffsetEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_RelativeOffsetEffect::GetTx() const { return m_Tx; }
 void CT_RelativeOffsetEffect::SetTx(wxAny value) { m_Tx = std::move(value); m_presence |= (1u << 0); }
@@ -407,7 +451,8 @@ CT_SoftEdgesEffect::~CT_SoftEdgesEffect()
 {
 }
 
-bool CT_SoftEdgesEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SoftEdgesEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -418,6 +463,9 @@ bool CT_SoftEdgesEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SoftEdgesEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SoftEdgesEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TintEffect::CT_TintEffect()
     : m_Hue(0),
@@ -430,7 +478,8 @@ CT_TintEffect::~CT_TintEffect()
 {
 }
 
-bool CT_TintEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TintEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -443,6 +492,9 @@ bool CT_TintEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TintEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TintEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TintEffect::GetAmt() const { return m_Amt; }
 void CT_TintEffect::SetAmt(wxAny value) { m_Amt = std::move(value); m_presence |= (1u << 1); }
@@ -462,7 +514,8 @@ CT_TransformEffect::~CT_TransformEffect()
 {
 }
 
-bool CT_TransformEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TransformEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -484,6 +537,9 @@ bool CT_TransformEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TransformEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TransformEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TransformEffect::GetSx() const { return m_Sx; }
 void CT_TransformEffect::SetSx(wxAny value) { m_Sx = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_TransformEffect::GetSy() const { return m_Sy; }
@@ -502,13 +558,17 @@ CT_NoFillProperties::~CT_NoFillProperties()
 {
 }
 
-bool CT_NoFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NoFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NoFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NoFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SolidColorFillProperties::CT_SolidColorFillProperties()
     : m_EG_ColorChoice(nullptr),
@@ -521,7 +581,8 @@ CT_SolidColorFillProperties::~CT_SolidColorFillProperties()
     delete m_EG_ColorChoice;
 }
 
-bool CT_SolidColorFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SolidColorFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -531,6 +592,9 @@ bool CT_SolidColorFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_SolidColorFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SolidColorFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_LinearShadeProperties::CT_LinearShadeProperties()
     : m_Ang(0),
@@ -543,7 +607,8 @@ CT_LinearShadeProperties::~CT_LinearShadeProperties()
 {
 }
 
-bool CT_LinearShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LinearShadeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -557,6 +622,9 @@ bool CT_LinearShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LinearShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LinearShadeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PathShadeProperties::CT_PathShadeProperties()
     : m_FillToRect(nullptr),
       m_presence(0)
@@ -568,7 +636,8 @@ CT_PathShadeProperties::~CT_PathShadeProperties()
     delete m_FillToRect;
 }
 
-bool CT_PathShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PathShadeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -582,6 +651,9 @@ bool CT_PathShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PathShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PathShadeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PathShadeProperties::GetPath() const { return m_Path; }
 void CT_PathShadeProperties::SetPath(wxString value) { m_Path = std::move(value); m_presence |= (1u << 1); }
@@ -597,7 +669,8 @@ EG_ShadeProperties::~EG_ShadeProperties()
     delete m_Data__;
 }
 
-bool EG_ShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShadeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -608,7 +681,11 @@ bool EG_ShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShadeProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShadeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShadeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShadeProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShadePropertiesData__::HasProperty(name, context))
     {
@@ -619,13 +696,20 @@ bool EG_ShadeProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_ShadeProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShadeProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShadeProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShadeProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShadeProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShadeProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShadeProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -645,7 +729,8 @@ EG_ShadePropertiesData__::~EG_ShadePropertiesData__()
     delete m_Path;
 }
 
-bool EG_ShadePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShadePropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -658,7 +743,11 @@ bool EG_ShadePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShadePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShadePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShadePropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShadePropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_lin))
@@ -676,13 +765,20 @@ bool EG_ShadePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool EG_ShadePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShadePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShadePropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShadePropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShadePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShadePropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShadePropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -702,7 +798,8 @@ CT_GradientStop::~CT_GradientStop()
     delete m_EG_ColorChoice;
 }
 
-bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GradientStop::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -717,6 +814,9 @@ bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GradientStop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_GradientStop::GetPos() const { return m_Pos; }
 void CT_GradientStop::SetPos(wxAny value) { m_Pos = std::move(value); m_presence |= (1u << 1); }
 
@@ -730,7 +830,8 @@ CT_GradientStopList::~CT_GradientStopList()
     DeleteAll(m_Gs);
 }
 
-bool CT_GradientStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GradientStopList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -740,6 +841,9 @@ bool CT_GradientStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GradientStopList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GradientStopList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GradientStop> CT_GradientStopList::GetGs() const { return m_Gs; }
 void CT_GradientStopList::SetGs(XMLPtrArray<CT_GradientStop> value) { m_Gs = std::move(value); m_presence |= (1u << 0); }
@@ -761,7 +865,8 @@ CT_GradientFillProperties::~CT_GradientFillProperties()
     delete m_TileRect;
 }
 
-bool CT_GradientFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GradientFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -782,6 +887,9 @@ bool CT_GradientFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GradientFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GradientFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GradientFillProperties::GetFlip() const { return m_Flip; }
 void CT_GradientFillProperties::SetFlip(wxString value) { m_Flip = std::move(value); m_presence |= (1u << 3); }
 
@@ -795,7 +903,8 @@ CT_TileInfoProperties::~CT_TileInfoProperties()
 {
 }
 
-bool CT_TileInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TileInfoProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -816,6 +925,9 @@ bool CT_TileInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TileInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TileInfoProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TileInfoProperties::GetTx() const { return m_Tx; }
 void CT_TileInfoProperties::SetTx(wxAny value) { m_Tx = std::move(value); m_presence |= (1u << 0); }
@@ -841,7 +953,8 @@ CT_StretchInfoProperties::~CT_StretchInfoProperties()
     delete m_FillRect;
 }
 
-bool CT_StretchInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StretchInfoProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -851,6 +964,9 @@ bool CT_StretchInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_StretchInfoProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StretchInfoProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_FillModeProperties::EG_FillModeProperties()
     : m_Data__(nullptr),
@@ -863,7 +979,8 @@ EG_FillModeProperties::~EG_FillModeProperties()
     delete m_Data__;
 }
 
-bool EG_FillModeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_FillModeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -874,7 +991,11 @@ bool EG_FillModeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_FillModeProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_FillModeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_FillModeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_FillModeProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_FillModePropertiesData__::HasProperty(name, context))
     {
@@ -885,13 +1006,20 @@ bool EG_FillModeProperties::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_FillModeProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_FillModeProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_FillModeProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_FillModeProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_FillModeProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_FillModeProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_FillModeProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -911,7 +1039,8 @@ EG_FillModePropertiesData__::~EG_FillModePropertiesData__()
     delete m_Stretch;
 }
 
-bool EG_FillModePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_FillModePropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -924,7 +1053,11 @@ bool EG_FillModePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_FillModePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_FillModePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_FillModePropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_FillModePropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tile))
@@ -942,13 +1075,20 @@ bool EG_FillModePropertiesData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_FillModePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_FillModePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_FillModePropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_FillModePropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_FillModePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_FillModePropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_FillModePropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -972,7 +1112,8 @@ CT_Blip::~CT_Blip()
     delete m_AG_Blob;
 }
 
-bool CT_Blip::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Blip::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -990,6 +1131,9 @@ bool CT_Blip::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Blip::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Blip::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_BlipData__> CT_Blip::GetData__() const { return m_Data__; }
 void CT_Blip::SetData__(XMLPtrArray<CT_BlipData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1039,7 +1183,8 @@ CT_BlipData__::~CT_BlipData__()
     delete m_Tint;
 }
 
-bool CT_BlipData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BlipData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1082,7 +1227,11 @@ bool CT_BlipData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_BlipData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_BlipData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BlipData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_BlipData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_alphaBiLevel))
@@ -1190,13 +1339,20 @@ bool CT_BlipData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_BlipData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_BlipData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_BlipData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_BlipData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_BlipData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_BlipData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_BlipData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1237,7 +1393,8 @@ CT_BlipFillProperties::~CT_BlipFillProperties()
     delete m_EG_FillModeProperties;
 }
 
-bool CT_BlipFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BlipFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1258,6 +1415,9 @@ bool CT_BlipFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BlipFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BlipFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PatternFillProperties::CT_PatternFillProperties()
     : m_FgClr(nullptr),
       m_BgClr(nullptr),
@@ -1271,7 +1431,8 @@ CT_PatternFillProperties::~CT_PatternFillProperties()
     delete m_BgClr;
 }
 
-bool CT_PatternFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PatternFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1288,6 +1449,9 @@ bool CT_PatternFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PatternFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PatternFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PatternFillProperties::GetPrst() const { return m_Prst; }
 void CT_PatternFillProperties::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 2); }
 
@@ -1300,13 +1464,17 @@ CT_GroupFillProperties::~CT_GroupFillProperties()
 {
 }
 
-bool CT_GroupFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GroupFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_FillProperties::EG_FillProperties()
     : m_Data__(nullptr),
@@ -1319,7 +1487,8 @@ EG_FillProperties::~EG_FillProperties()
     delete m_Data__;
 }
 
-bool EG_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_FillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1330,7 +1499,11 @@ bool EG_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_FillProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_FillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_FillProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_FillPropertiesData__::HasProperty(name, context))
     {
@@ -1341,13 +1514,20 @@ bool EG_FillProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_FillProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_FillProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_FillProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_FillProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_FillProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_FillProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_FillProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1375,7 +1555,8 @@ EG_FillPropertiesData__::~EG_FillPropertiesData__()
     delete m_GrpFill;
 }
 
-bool EG_FillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_FillPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1396,7 +1577,11 @@ bool EG_FillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_FillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_FillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_FillPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_FillPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_noFill))
@@ -1438,13 +1623,20 @@ bool EG_FillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool EG_FillPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_FillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_FillPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_FillPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_FillPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_FillPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_FillPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1468,7 +1660,8 @@ CT_FillProperties::~CT_FillProperties()
     delete m_EG_FillProperties;
 }
 
-bool CT_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1478,6 +1671,9 @@ bool CT_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FillEffect::CT_FillEffect()
     : m_EG_FillProperties(nullptr),
@@ -1490,7 +1686,8 @@ CT_FillEffect::~CT_FillEffect()
     delete m_EG_FillProperties;
 }
 
-bool CT_FillEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FillEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1500,6 +1697,9 @@ bool CT_FillEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FillEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FillEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FillOverlayEffect::CT_FillOverlayEffect()
     : m_EG_FillProperties(nullptr),
@@ -1512,7 +1712,8 @@ CT_FillOverlayEffect::~CT_FillOverlayEffect()
     delete m_EG_FillProperties;
 }
 
-bool CT_FillOverlayEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FillOverlayEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1527,6 +1728,9 @@ bool CT_FillOverlayEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FillOverlayEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FillOverlayEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_FillOverlayEffect::GetBlend() const { return m_Blend; }
 void CT_FillOverlayEffect::SetBlend(wxString value) { m_Blend = std::move(value); m_presence |= (1u << 1); }
 
@@ -1539,7 +1743,8 @@ CT_EffectReference::~CT_EffectReference()
 {
 }
 
-bool CT_EffectReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1550,6 +1755,9 @@ bool CT_EffectReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EffectReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_EffectReference::GetRef() const { return m_Ref; }
 void CT_EffectReference::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -1565,7 +1773,8 @@ EG_Effect::~EG_Effect()
     delete m_Data__;
 }
 
-bool EG_Effect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Effect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1576,7 +1785,11 @@ bool EG_Effect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Effect::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Effect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Effect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Effect::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_EffectData__::HasProperty(name, context))
     {
@@ -1587,13 +1800,20 @@ bool EG_Effect::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext*
     return false;
 }
 
-bool EG_Effect::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Effect::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Effect::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Effect::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Effect::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Effect::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Effect::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1669,7 +1889,8 @@ EG_EffectData__::~EG_EffectData__()
     delete m_Xfrm;
 }
 
-bool EG_EffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_EffectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1738,7 +1959,11 @@ bool EG_EffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_EffectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_EffectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_EffectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_EffectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_cont))
@@ -1924,13 +2149,20 @@ bool EG_EffectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_EffectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_EffectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_EffectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_EffectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_EffectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_EffectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_EffectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1978,7 +2210,8 @@ CT_EffectContainer::~CT_EffectContainer()
     DeleteAll(m_EG_Effect);
 }
 
-bool CT_EffectContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectContainer::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1994,6 +2227,9 @@ bool CT_EffectContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EffectContainer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectContainer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_Effect> CT_EffectContainer::GetEG_Effect() const { return m_EG_Effect; }
 void CT_EffectContainer::SetEG_Effect(XMLPtrArray<EG_Effect> value) { m_EG_Effect = std::move(value); m_presence |= (1u << 0); }
@@ -2013,7 +2249,8 @@ CT_AlphaModulateEffect::~CT_AlphaModulateEffect()
     delete m_Cont;
 }
 
-bool CT_AlphaModulateEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AlphaModulateEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2023,6 +2260,9 @@ bool CT_AlphaModulateEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AlphaModulateEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AlphaModulateEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_BlendEffect::CT_BlendEffect()
     : m_Cont(nullptr),
@@ -2035,7 +2275,8 @@ CT_BlendEffect::~CT_BlendEffect()
     delete m_Cont;
 }
 
-bool CT_BlendEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BlendEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2049,6 +2290,9 @@ bool CT_BlendEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BlendEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BlendEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BlendEffect::GetBlend() const { return m_Blend; }
 void CT_BlendEffect::SetBlend(wxString value) { m_Blend = std::move(value); m_presence |= (1u << 1); }
@@ -2078,7 +2322,8 @@ CT_EffectList::~CT_EffectList()
     delete m_SoftEdge;
 }
 
-bool CT_EffectList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2103,6 +2348,9 @@ bool CT_EffectList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EffectList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_EffectProperties::EG_EffectProperties()
     : m_Data__(nullptr),
       m_presence(0)
@@ -2114,7 +2362,8 @@ EG_EffectProperties::~EG_EffectProperties()
     delete m_Data__;
 }
 
-bool EG_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_EffectProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2125,7 +2374,11 @@ bool EG_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_EffectProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_EffectProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_EffectProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_EffectPropertiesData__::HasProperty(name, context))
     {
@@ -2136,13 +2389,20 @@ bool EG_EffectProperties::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool EG_EffectProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_EffectProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_EffectProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_EffectProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_EffectProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_EffectProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_EffectProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2162,7 +2422,8 @@ EG_EffectPropertiesData__::~EG_EffectPropertiesData__()
     delete m_EffectDag;
 }
 
-bool EG_EffectPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_EffectPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2175,7 +2436,11 @@ bool EG_EffectPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_EffectPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_EffectPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_EffectPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_EffectPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_effectLst))
@@ -2193,13 +2458,20 @@ bool EG_EffectPropertiesData__::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool EG_EffectPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_EffectPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_EffectPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_EffectPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_EffectPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_EffectPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_EffectPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2219,7 +2491,8 @@ CT_EffectProperties::~CT_EffectProperties()
     delete m_EG_EffectProperties;
 }
 
-bool CT_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2230,6 +2503,9 @@ bool CT_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EffectProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GeomGuide::CT_GeomGuide()
     : m_presence(0)
 {
@@ -2239,7 +2515,8 @@ CT_GeomGuide::~CT_GeomGuide()
 {
 }
 
-bool CT_GeomGuide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeomGuide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2252,6 +2529,9 @@ bool CT_GeomGuide::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeomGuide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeomGuide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GeomGuide::GetName() const { return m_Name; }
 void CT_GeomGuide::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2268,7 +2548,8 @@ CT_GeomGuideList::~CT_GeomGuideList()
     DeleteAll(m_Gd);
 }
 
-bool CT_GeomGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeomGuideList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2278,6 +2559,9 @@ bool CT_GeomGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GeomGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeomGuideList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GeomGuide> CT_GeomGuideList::GetGd() const { return m_Gd; }
 void CT_GeomGuideList::SetGd(XMLPtrArray<CT_GeomGuide> value) { m_Gd = std::move(value); m_presence |= (1u << 0); }
@@ -2291,7 +2575,8 @@ CT_AdjPoint2D::~CT_AdjPoint2D()
 {
 }
 
-bool CT_AdjPoint2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AdjPoint2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2304,6 +2589,9 @@ bool CT_AdjPoint2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AdjPoint2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AdjPoint2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_AdjPoint2D::GetX() const { return m_X; }
 void CT_AdjPoint2D::SetX(wxAny value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -2319,7 +2607,8 @@ CT_GeomRect::~CT_GeomRect()
 {
 }
 
-bool CT_GeomRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GeomRect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2336,6 +2625,9 @@ bool CT_GeomRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GeomRect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GeomRect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_GeomRect::GetL() const { return m_L; }
 void CT_GeomRect::SetL(wxAny value) { m_L = std::move(value); m_presence |= (1u << 0); }
@@ -2357,7 +2649,8 @@ CT_XYAdjustHandle::~CT_XYAdjustHandle()
     delete m_Pos;
 }
 
-bool CT_XYAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XYAdjustHandle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2381,6 +2674,9 @@ bool CT_XYAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_XYAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XYAdjustHandle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_XYAdjustHandle::GetGdRefX() const { return m_GdRefX; }
 void CT_XYAdjustHandle::SetGdRefX(wxString value) { m_GdRefX = std::move(value); m_presence |= (1u << 1); }
@@ -2406,7 +2702,8 @@ CT_PolarAdjustHandle::~CT_PolarAdjustHandle()
     delete m_Pos;
 }
 
-bool CT_PolarAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PolarAdjustHandle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2430,6 +2727,9 @@ bool CT_PolarAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PolarAdjustHandle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PolarAdjustHandle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PolarAdjustHandle::GetGdRefR() const { return m_GdRefR; }
 void CT_PolarAdjustHandle::SetGdRefR(wxString value) { m_GdRefR = std::move(value); m_presence |= (1u << 1); }
@@ -2455,7 +2755,8 @@ CT_ConnectionSite::~CT_ConnectionSite()
     delete m_Pos;
 }
 
-bool CT_ConnectionSite::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectionSite::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2470,6 +2771,9 @@ bool CT_ConnectionSite::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ConnectionSite::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectionSite::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_ConnectionSite::GetAng() const { return m_Ang; }
 void CT_ConnectionSite::SetAng(wxAny value) { m_Ang = std::move(value); m_presence |= (1u << 1); }
 
@@ -2483,7 +2787,8 @@ CT_AdjustHandleList::~CT_AdjustHandleList()
     DeleteAll(m_Data__);
 }
 
-bool CT_AdjustHandleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AdjustHandleList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2493,6 +2798,9 @@ bool CT_AdjustHandleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AdjustHandleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AdjustHandleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_AdjustHandleListData__> CT_AdjustHandleList::GetData__() const { return m_Data__; }
 void CT_AdjustHandleList::SetData__(XMLPtrArray<CT_AdjustHandleListData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -2510,7 +2818,8 @@ CT_AdjustHandleListData__::~CT_AdjustHandleListData__()
     delete m_AhPolar;
 }
 
-bool CT_AdjustHandleListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AdjustHandleListData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2523,7 +2832,11 @@ bool CT_AdjustHandleListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_AdjustHandleListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AdjustHandleListData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AdjustHandleListData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AdjustHandleListData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ahXY))
@@ -2541,13 +2854,20 @@ bool CT_AdjustHandleListData__::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool CT_AdjustHandleListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AdjustHandleListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AdjustHandleListData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AdjustHandleListData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AdjustHandleListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AdjustHandleListData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AdjustHandleListData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2566,7 +2886,8 @@ CT_ConnectionSiteList::~CT_ConnectionSiteList()
     DeleteAll(m_Cxn);
 }
 
-bool CT_ConnectionSiteList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectionSiteList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2576,6 +2897,9 @@ bool CT_ConnectionSiteList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConnectionSiteList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectionSiteList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ConnectionSite> CT_ConnectionSiteList::GetCxn() const { return m_Cxn; }
 void CT_ConnectionSiteList::SetCxn(XMLPtrArray<CT_ConnectionSite> value) { m_Cxn = std::move(value); m_presence |= (1u << 0); }
@@ -2591,7 +2915,8 @@ CT_Connection::~CT_Connection()
 {
 }
 
-bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2605,6 +2930,9 @@ bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Path2DMoveTo::CT_Path2DMoveTo()
     : m_Pt(nullptr),
       m_presence(0)
@@ -2616,7 +2944,8 @@ CT_Path2DMoveTo::~CT_Path2DMoveTo()
     delete m_Pt;
 }
 
-bool CT_Path2DMoveTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DMoveTo::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2626,5 +2955,8 @@ bool CT_Path2DMoveTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Path2DMoveTo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DMoveTo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_drawingml_x2006_main

@@ -23,7 +23,8 @@ CT_Path2DLineTo::~CT_Path2DLineTo()
     delete m_Pt;
 }
 
-bool CT_Path2DLineTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DLineTo::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -34,6 +35,9 @@ bool CT_Path2DLineTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Path2DLineTo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DLineTo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Path2DArcTo::CT_Path2DArcTo()
     : m_presence(0)
 {
@@ -43,7 +47,8 @@ CT_Path2DArcTo::~CT_Path2DArcTo()
 {
 }
 
-bool CT_Path2DArcTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DArcTo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -60,6 +65,9 @@ bool CT_Path2DArcTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Path2DArcTo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DArcTo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Path2DArcTo::GetWR() const { return m_WR; }
 void CT_Path2DArcTo::SetWR(wxAny value) { m_WR = std::move(value); m_presence |= (1u << 0); }
@@ -80,7 +88,8 @@ CT_Path2DQuadBezierTo::~CT_Path2DQuadBezierTo()
     DeleteAll(m_Pt);
 }
 
-bool CT_Path2DQuadBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DQuadBezierTo::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -90,6 +99,9 @@ bool CT_Path2DQuadBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Path2DQuadBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DQuadBezierTo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_AdjPoint2D> CT_Path2DQuadBezierTo::GetPt() const { return m_Pt; }
 void CT_Path2DQuadBezierTo::SetPt(XMLPtrArray<CT_AdjPoint2D> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -104,7 +116,8 @@ CT_Path2DCubicBezierTo::~CT_Path2DCubicBezierTo()
     DeleteAll(m_Pt);
 }
 
-bool CT_Path2DCubicBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DCubicBezierTo::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -114,6 +127,9 @@ bool CT_Path2DCubicBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Path2DCubicBezierTo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DCubicBezierTo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_AdjPoint2D> CT_Path2DCubicBezierTo::GetPt() const { return m_Pt; }
 void CT_Path2DCubicBezierTo::SetPt(XMLPtrArray<CT_AdjPoint2D> value) { m_Pt = std::move(value); m_presence |= (1u << 0); }
@@ -127,13 +143,17 @@ CT_Path2DClose::~CT_Path2DClose()
 {
 }
 
-bool CT_Path2DClose::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DClose::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Path2DClose::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DClose::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Path2D::CT_Path2D()
     : m_W(0ll),
@@ -150,7 +170,8 @@ CT_Path2D::~CT_Path2D()
     DeleteAll(m_Data__);
 }
 
-bool CT_Path2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -172,6 +193,9 @@ bool CT_Path2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Path2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Path2DData__> CT_Path2D::GetData__() const { return m_Data__; }
 void CT_Path2D::SetData__(XMLPtrArray<CT_Path2DData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -199,7 +223,8 @@ CT_Path2DData__::~CT_Path2DData__()
     delete m_CubicBezTo;
 }
 
-bool CT_Path2DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -220,7 +245,11 @@ bool CT_Path2DData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_Path2DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_Path2DData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_Path2DData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_close))
@@ -262,13 +291,20 @@ bool CT_Path2DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_Path2DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_Path2DData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_Path2DData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_Path2DData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_Path2DData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_Path2DData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_Path2DData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -291,7 +327,8 @@ CT_Path2DList::~CT_Path2DList()
     DeleteAll(m_Path);
 }
 
-bool CT_Path2DList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path2DList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -301,6 +338,9 @@ bool CT_Path2DList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Path2DList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path2DList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Path2D> CT_Path2DList::GetPath() const { return m_Path; }
 void CT_Path2DList::SetPath(XMLPtrArray<CT_Path2D> value) { m_Path = std::move(value); m_presence |= (1u << 0); }
@@ -316,7 +356,8 @@ CT_PresetGeometry2D::~CT_PresetGeometry2D()
     delete m_AvLst;
 }
 
-bool CT_PresetGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetGeometry2D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -330,6 +371,9 @@ bool CT_PresetGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PresetGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetGeometry2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PresetGeometry2D::GetPrst() const { return m_Prst; }
 void CT_PresetGeometry2D::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 1); }
@@ -345,7 +389,8 @@ CT_PresetTextShape::~CT_PresetTextShape()
     delete m_AvLst;
 }
 
-bool CT_PresetTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetTextShape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -359,6 +404,9 @@ bool CT_PresetTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PresetTextShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetTextShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PresetTextShape::GetPrst() const { return m_Prst; }
 void CT_PresetTextShape::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 1); }
@@ -384,7 +432,8 @@ CT_CustomGeometry2D::~CT_CustomGeometry2D()
     delete m_PathLst;
 }
 
-bool CT_CustomGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomGeometry2D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -405,6 +454,9 @@ bool CT_CustomGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomGeometry2D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomGeometry2D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_Geometry::EG_Geometry()
     : m_Data__(nullptr),
       m_presence(0)
@@ -416,7 +468,8 @@ EG_Geometry::~EG_Geometry()
     delete m_Data__;
 }
 
-bool EG_Geometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Geometry::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -427,7 +480,11 @@ bool EG_Geometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Geometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Geometry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Geometry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Geometry::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_GeometryData__::HasProperty(name, context))
     {
@@ -438,13 +495,20 @@ bool EG_Geometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool EG_Geometry::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Geometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Geometry::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Geometry::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Geometry::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Geometry::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Geometry::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -464,7 +528,8 @@ EG_GeometryData__::~EG_GeometryData__()
     delete m_PrstGeom;
 }
 
-bool EG_GeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_GeometryData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -477,7 +542,11 @@ bool EG_GeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_GeometryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_GeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_GeometryData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_GeometryData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_custGeom))
@@ -495,13 +564,20 @@ bool EG_GeometryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_GeometryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_GeometryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_GeometryData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_GeometryData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_GeometryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_GeometryData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_GeometryData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -521,7 +597,8 @@ EG_TextGeometry::~EG_TextGeometry()
     delete m_Data__;
 }
 
-bool EG_TextGeometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextGeometry::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -532,7 +609,11 @@ bool EG_TextGeometry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextGeometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextGeometry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextGeometry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextGeometry::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextGeometryData__::HasProperty(name, context))
     {
@@ -543,13 +624,20 @@ bool EG_TextGeometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_TextGeometry::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextGeometry::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextGeometry::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextGeometry::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextGeometry::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextGeometry::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextGeometry::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -569,7 +657,8 @@ EG_TextGeometryData__::~EG_TextGeometryData__()
     delete m_PrstTxWarp;
 }
 
-bool EG_TextGeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextGeometryData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -582,7 +671,11 @@ bool EG_TextGeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextGeometryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextGeometryData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextGeometryData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextGeometryData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_custGeom))
@@ -600,13 +693,20 @@ bool EG_TextGeometryData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_TextGeometryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextGeometryData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextGeometryData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextGeometryData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextGeometryData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextGeometryData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextGeometryData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -625,7 +725,8 @@ CT_LineEndProperties::~CT_LineEndProperties()
 {
 }
 
-bool CT_LineEndProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineEndProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -640,6 +741,9 @@ bool CT_LineEndProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LineEndProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineEndProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LineEndProperties::GetType() const { return m_Type; }
 void CT_LineEndProperties::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -659,7 +763,8 @@ EG_LineFillProperties::~EG_LineFillProperties()
     delete m_Data__;
 }
 
-bool EG_LineFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineFillProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -670,7 +775,11 @@ bool EG_LineFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_LineFillProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineFillProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineFillProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineFillProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_LineFillPropertiesData__::HasProperty(name, context))
     {
@@ -681,13 +790,20 @@ bool EG_LineFillProperties::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_LineFillProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineFillProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineFillProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineFillProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineFillProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineFillProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineFillProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -711,7 +827,8 @@ EG_LineFillPropertiesData__::~EG_LineFillPropertiesData__()
     delete m_PattFill;
 }
 
-bool EG_LineFillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineFillPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -728,7 +845,11 @@ bool EG_LineFillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineFillPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineFillPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineFillPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_noFill))
@@ -758,13 +879,20 @@ bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineFillPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineFillPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineFillPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -784,13 +912,17 @@ CT_LineJoinBevel::~CT_LineJoinBevel()
 {
 }
 
-bool CT_LineJoinBevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineJoinBevel::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LineJoinBevel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineJoinBevel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_LineJoinRound::CT_LineJoinRound()
     : m_presence(0)
@@ -801,13 +933,17 @@ CT_LineJoinRound::~CT_LineJoinRound()
 {
 }
 
-bool CT_LineJoinRound::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineJoinRound::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LineJoinRound::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineJoinRound::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_LineJoinMiterProperties::CT_LineJoinMiterProperties()
     : m_presence(0)
@@ -818,7 +954,8 @@ CT_LineJoinMiterProperties::~CT_LineJoinMiterProperties()
 {
 }
 
-bool CT_LineJoinMiterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineJoinMiterProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -829,6 +966,9 @@ bool CT_LineJoinMiterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LineJoinMiterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineJoinMiterProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_LineJoinMiterProperties::GetLim() const { return m_Lim; }
 void CT_LineJoinMiterProperties::SetLim(wxAny value) { m_Lim = std::move(value); m_presence |= (1u << 0); }
@@ -844,7 +984,8 @@ EG_LineJoinProperties::~EG_LineJoinProperties()
     delete m_Data__;
 }
 
-bool EG_LineJoinProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineJoinProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -855,7 +996,11 @@ bool EG_LineJoinProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_LineJoinProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineJoinProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineJoinProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineJoinProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_LineJoinPropertiesData__::HasProperty(name, context))
     {
@@ -866,13 +1011,20 @@ bool EG_LineJoinProperties::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_LineJoinProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineJoinProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineJoinProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineJoinProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineJoinProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineJoinProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineJoinProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -894,7 +1046,8 @@ EG_LineJoinPropertiesData__::~EG_LineJoinPropertiesData__()
     delete m_Miter;
 }
 
-bool EG_LineJoinPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineJoinPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -909,7 +1062,11 @@ bool EG_LineJoinPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineJoinPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineJoinPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineJoinPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_round))
@@ -933,13 +1090,20 @@ bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineJoinPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineJoinPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineJoinPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -958,7 +1122,8 @@ CT_PresetLineDashProperties::~CT_PresetLineDashProperties()
 {
 }
 
-bool CT_PresetLineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetLineDashProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -969,6 +1134,9 @@ bool CT_PresetLineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PresetLineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetLineDashProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PresetLineDashProperties::GetVal() const { return m_Val; }
 void CT_PresetLineDashProperties::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -982,7 +1150,8 @@ CT_DashStop::~CT_DashStop()
 {
 }
 
-bool CT_DashStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DashStop::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -995,6 +1164,9 @@ bool CT_DashStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DashStop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DashStop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_DashStop::GetD() const { return m_D; }
 void CT_DashStop::SetD(wxAny value) { m_D = std::move(value); m_presence |= (1u << 0); }
@@ -1011,7 +1183,8 @@ CT_DashStopList::~CT_DashStopList()
     DeleteAll(m_Ds);
 }
 
-bool CT_DashStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DashStopList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1021,6 +1194,9 @@ bool CT_DashStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DashStopList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DashStopList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DashStop> CT_DashStopList::GetDs() const { return m_Ds; }
 void CT_DashStopList::SetDs(XMLPtrArray<CT_DashStop> value) { m_Ds = std::move(value); m_presence |= (1u << 0); }
@@ -1036,7 +1212,8 @@ EG_LineDashProperties::~EG_LineDashProperties()
     delete m_Data__;
 }
 
-bool EG_LineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineDashProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1047,7 +1224,11 @@ bool EG_LineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_LineDashProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineDashProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineDashProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineDashProperties::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_LineDashPropertiesData__::HasProperty(name, context))
     {
@@ -1058,13 +1239,20 @@ bool EG_LineDashProperties::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_LineDashProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineDashProperties::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineDashProperties::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineDashProperties::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineDashProperties::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineDashProperties::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineDashProperties::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1084,7 +1272,8 @@ EG_LineDashPropertiesData__::~EG_LineDashPropertiesData__()
     delete m_CustDash;
 }
 
-bool EG_LineDashPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_LineDashPropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1097,7 +1286,11 @@ bool EG_LineDashPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_LineDashPropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_LineDashPropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_LineDashPropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_prstDash))
@@ -1115,13 +1308,20 @@ bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_LineDashPropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_LineDashPropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_LineDashPropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1152,7 +1352,8 @@ CT_LineProperties::~CT_LineProperties()
     delete m_ExtLst;
 }
 
-bool CT_LineProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1182,6 +1383,9 @@ bool CT_LineProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LineProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LineProperties::GetCap() const { return m_Cap; }
 void CT_LineProperties::SetCap(wxString value) { m_Cap = std::move(value); m_presence |= (1u << 7); }
@@ -1215,7 +1419,8 @@ CT_ShapeProperties::~CT_ShapeProperties()
     delete m_ExtLst;
 }
 
-bool CT_ShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1244,6 +1449,9 @@ bool CT_ShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ShapeProperties::GetBwMode() const { return m_BwMode; }
 void CT_ShapeProperties::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 8); }
 
@@ -1266,7 +1474,8 @@ CT_GroupShapeProperties::~CT_GroupShapeProperties()
     delete m_ExtLst;
 }
 
-bool CT_GroupShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1289,6 +1498,9 @@ bool CT_GroupShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupShapeProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GroupShapeProperties::GetBwMode() const { return m_BwMode; }
 void CT_GroupShapeProperties::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 5); }
 
@@ -1304,7 +1516,8 @@ CT_StyleMatrixReference::~CT_StyleMatrixReference()
     delete m_EG_ColorChoice;
 }
 
-bool CT_StyleMatrixReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleMatrixReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1319,6 +1532,9 @@ bool CT_StyleMatrixReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_StyleMatrixReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleMatrixReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FontReference::CT_FontReference()
     : m_EG_ColorChoice(nullptr),
       m_presence(0)
@@ -1330,7 +1546,8 @@ CT_FontReference::~CT_FontReference()
     delete m_EG_ColorChoice;
 }
 
-bool CT_FontReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1344,6 +1561,9 @@ bool CT_FontReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FontReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontReference::GetIdx() const { return m_Idx; }
 void CT_FontReference::SetIdx(wxString value) { m_Idx = std::move(value); m_presence |= (1u << 1); }
@@ -1365,7 +1585,8 @@ CT_ShapeStyle::~CT_ShapeStyle()
     delete m_FontRef;
 }
 
-bool CT_ShapeStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1381,6 +1602,9 @@ bool CT_ShapeStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DefaultShapeDefinition::CT_DefaultShapeDefinition()
     : m_SpPr(nullptr),
@@ -1401,7 +1625,8 @@ CT_DefaultShapeDefinition::~CT_DefaultShapeDefinition()
     delete m_ExtLst;
 }
 
-bool CT_DefaultShapeDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DefaultShapeDefinition::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1420,6 +1645,9 @@ bool CT_DefaultShapeDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DefaultShapeDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DefaultShapeDefinition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ObjectStyleDefaults::CT_ObjectStyleDefaults()
     : m_SpDef(nullptr),
       m_LnDef(nullptr),
@@ -1437,7 +1665,8 @@ CT_ObjectStyleDefaults::~CT_ObjectStyleDefaults()
     delete m_ExtLst;
 }
 
-bool CT_ObjectStyleDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectStyleDefaults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1454,6 +1683,9 @@ bool CT_ObjectStyleDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ObjectStyleDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectStyleDefaults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_EmptyElement::CT_EmptyElement()
     : m_presence(0)
 {
@@ -1463,13 +1695,17 @@ CT_EmptyElement::~CT_EmptyElement()
 {
 }
 
-bool CT_EmptyElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmptyElement::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EmptyElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmptyElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ColorMapping::CT_ColorMapping()
     : m_ExtLst(nullptr),
@@ -1482,7 +1718,8 @@ CT_ColorMapping::~CT_ColorMapping()
     delete m_ExtLst;
 }
 
-bool CT_ColorMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMapping::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1518,6 +1755,9 @@ bool CT_ColorMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorMapping::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMapping::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ColorMapping::GetBg1() const { return m_Bg1; }
 void CT_ColorMapping::SetBg1(wxString value) { m_Bg1 = std::move(value); m_presence |= (1u << 1); }
@@ -1555,7 +1795,8 @@ CT_ColorMappingOverride::~CT_ColorMappingOverride()
     delete m_Data__;
 }
 
-bool CT_ColorMappingOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMappingOverride::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1565,6 +1806,9 @@ bool CT_ColorMappingOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorMappingOverride::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMappingOverride::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ColorMappingOverrideData__::CT_ColorMappingOverrideData__()
     : m_MasterClrMapping(nullptr),
@@ -1579,7 +1823,8 @@ CT_ColorMappingOverrideData__::~CT_ColorMappingOverrideData__()
     delete m_OverrideClrMapping;
 }
 
-bool CT_ColorMappingOverrideData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMappingOverrideData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1592,7 +1837,11 @@ bool CT_ColorMappingOverrideData__::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
-bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ColorMappingOverrideData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMappingOverrideData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ColorMappingOverrideData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_masterClrMapping))
@@ -1610,13 +1859,20 @@ bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, wxXmlNode*
     return false;
 }
 
-bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ColorMappingOverrideData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ColorMappingOverrideData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ColorMappingOverrideData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1638,7 +1894,8 @@ CT_ColorSchemeAndMapping::~CT_ColorSchemeAndMapping()
     delete m_ClrMap;
 }
 
-bool CT_ColorSchemeAndMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorSchemeAndMapping::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1651,6 +1908,9 @@ bool CT_ColorSchemeAndMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColorSchemeAndMapping::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorSchemeAndMapping::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ColorSchemeList::CT_ColorSchemeList()
     : m_presence(0)
 {
@@ -1661,7 +1921,8 @@ CT_ColorSchemeList::~CT_ColorSchemeList()
     DeleteAll(m_ExtraClrScheme);
 }
 
-bool CT_ColorSchemeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorSchemeList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1671,6 +1932,9 @@ bool CT_ColorSchemeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorSchemeList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorSchemeList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ColorSchemeAndMapping> CT_ColorSchemeList::GetExtraClrScheme() const { return m_ExtraClrScheme; }
 void CT_ColorSchemeList::SetExtraClrScheme(XMLPtrArray<CT_ColorSchemeAndMapping> value) { m_ExtraClrScheme = std::move(value); m_presence |= (1u << 0); }
@@ -1695,7 +1959,8 @@ CT_OfficeStyleSheet::~CT_OfficeStyleSheet()
     delete m_ExtLst;
 }
 
-bool CT_OfficeStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OfficeStyleSheet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1718,6 +1983,9 @@ bool CT_OfficeStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OfficeStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OfficeStyleSheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_OfficeStyleSheet::GetName() const { return m_Name; }
 void CT_OfficeStyleSheet::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 5); }
 
@@ -1736,7 +2004,8 @@ CT_BaseStylesOverride::~CT_BaseStylesOverride()
     delete m_FmtScheme;
 }
 
-bool CT_BaseStylesOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BaseStylesOverride::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1751,6 +2020,9 @@ bool CT_BaseStylesOverride::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BaseStylesOverride::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BaseStylesOverride::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ClipboardStyleSheet::CT_ClipboardStyleSheet()
     : m_ThemeElements(nullptr),
       m_ClrMap(nullptr),
@@ -1764,7 +2036,8 @@ CT_ClipboardStyleSheet::~CT_ClipboardStyleSheet()
     delete m_ClrMap;
 }
 
-bool CT_ClipboardStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ClipboardStyleSheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1776,6 +2049,9 @@ bool CT_ClipboardStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ClipboardStyleSheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ClipboardStyleSheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TableCellProperties::CT_TableCellProperties()
     : m_LnL(nullptr),
@@ -1814,7 +2090,8 @@ CT_TableCellProperties::~CT_TableCellProperties()
     delete m_ExtLst;
 }
 
-bool CT_TableCellProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableCellProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1861,6 +2138,9 @@ bool CT_TableCellProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableCellProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableCellProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TableCellProperties::GetMarL() const { return m_MarL; }
 void CT_TableCellProperties::SetMarL(wxAny value) { m_MarL = std::move(value); m_presence |= (1u << 10); }
 wxAny CT_TableCellProperties::GetMarR() const { return m_MarR; }
@@ -1885,7 +2165,8 @@ CT_Headers::~CT_Headers()
 {
 }
 
-bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Headers::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1895,6 +2176,9 @@ bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Headers::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_Headers::GetHeader() const { return m_Header; }
 void CT_Headers::SetHeader(std::vector<wxString> value) { m_Header = std::move(value); m_presence |= (1u << 0); }
@@ -1910,7 +2194,8 @@ CT_TableCol::~CT_TableCol()
     delete m_ExtLst;
 }
 
-bool CT_TableCol::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableCol::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1925,6 +2210,9 @@ bool CT_TableCol::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableCol::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableCol::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TableCol::GetW() const { return m_W; }
 void CT_TableCol::SetW(wxAny value) { m_W = std::move(value); m_presence |= (1u << 1); }
 
@@ -1938,7 +2226,8 @@ CT_TableGrid::~CT_TableGrid()
     DeleteAll(m_GridCol);
 }
 
-bool CT_TableGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableGrid::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1948,6 +2237,9 @@ bool CT_TableGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableGrid::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableGrid::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableCol> CT_TableGrid::GetGridCol() const { return m_GridCol; }
 void CT_TableGrid::SetGridCol(XMLPtrArray<CT_TableCol> value) { m_GridCol = std::move(value); m_presence |= (1u << 0); }
@@ -1971,7 +2263,8 @@ CT_TableCell::~CT_TableCell()
     delete m_ExtLst;
 }
 
-bool CT_TableCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1998,6 +2291,9 @@ bool CT_TableCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TableCell::GetId() const { return m_Id; }
 void CT_TableCell::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 7); }
 
@@ -2013,7 +2309,8 @@ CT_TableRow::~CT_TableRow()
     delete m_ExtLst;
 }
 
-bool CT_TableRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableRow::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2029,6 +2326,9 @@ bool CT_TableRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableRow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableRow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableCell> CT_TableRow::GetTc() const { return m_Tc; }
 void CT_TableRow::SetTc(XMLPtrArray<CT_TableCell> value) { m_Tc = std::move(value); m_presence |= (1u << 0); }
@@ -2059,7 +2359,8 @@ CT_TableProperties::~CT_TableProperties()
     delete m_ExtLst;
 }
 
-bool CT_TableProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2092,6 +2393,9 @@ bool CT_TableProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TablePropertiesData__::CT_TablePropertiesData__()
     : m_TableStyle(nullptr),
       m_presence(0)
@@ -2103,7 +2407,8 @@ CT_TablePropertiesData__::~CT_TablePropertiesData__()
     delete m_TableStyle;
 }
 
-bool CT_TablePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TablePropertiesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2116,10 +2421,14 @@ bool CT_TablePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TablePropertiesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TablePropertiesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TablePropertiesData__::GetTableStyleId() const { return m_TableStyleId; }
 void CT_TablePropertiesData__::SetTableStyleId(wxString value) { m_TableStyleId = std::move(value); m_presence |= (1u << 1); }
 
-bool CT_TablePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TablePropertiesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tableStyle))
@@ -2137,13 +2446,20 @@ bool CT_TablePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool CT_TablePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TablePropertiesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TablePropertiesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TablePropertiesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TablePropertiesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TablePropertiesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TablePropertiesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2166,7 +2482,8 @@ CT_Table::~CT_Table()
     DeleteAll(m_Tr);
 }
 
-bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Table::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2180,6 +2497,9 @@ bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Table::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableRow> CT_Table::GetTr() const { return m_Tr; }
 void CT_Table::SetTr(XMLPtrArray<CT_TableRow> value) { m_Tr = std::move(value); m_presence |= (1u << 2); }
@@ -2200,7 +2520,8 @@ CT_Cell3D::~CT_Cell3D()
     delete m_ExtLst;
 }
 
-bool CT_Cell3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cell3D::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2219,6 +2540,9 @@ bool CT_Cell3D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Cell3D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cell3D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Cell3D::GetPrstMaterial() const { return m_PrstMaterial; }
 void CT_Cell3D::SetPrstMaterial(wxString value) { m_PrstMaterial = std::move(value); m_presence |= (1u << 3); }
 
@@ -2233,7 +2557,8 @@ EG_ThemeableFillStyle::~EG_ThemeableFillStyle()
     delete m_Data__;
 }
 
-bool EG_ThemeableFillStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableFillStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2244,7 +2569,11 @@ bool EG_ThemeableFillStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ThemeableFillStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableFillStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableFillStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableFillStyle::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ThemeableFillStyleData__::HasProperty(name, context))
     {
@@ -2255,13 +2584,20 @@ bool EG_ThemeableFillStyle::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_ThemeableFillStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableFillStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableFillStyle::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableFillStyle::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableFillStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableFillStyle::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableFillStyle::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2281,7 +2617,8 @@ EG_ThemeableFillStyleData__::~EG_ThemeableFillStyleData__()
     delete m_FillRef;
 }
 
-bool EG_ThemeableFillStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableFillStyleData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2294,7 +2631,11 @@ bool EG_ThemeableFillStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableFillStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableFillStyleData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableFillStyleData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_fill))
@@ -2312,13 +2653,20 @@ bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableFillStyleData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableFillStyleData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableFillStyleData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2338,7 +2686,8 @@ CT_ThemeableLineStyle::~CT_ThemeableLineStyle()
     delete m_Data__;
 }
 
-bool CT_ThemeableLineStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ThemeableLineStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2348,6 +2697,9 @@ bool CT_ThemeableLineStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ThemeableLineStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ThemeableLineStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ThemeableLineStyleData__::CT_ThemeableLineStyleData__()
     : m_Ln(nullptr),
@@ -2362,7 +2714,8 @@ CT_ThemeableLineStyleData__::~CT_ThemeableLineStyleData__()
     delete m_LnRef;
 }
 
-bool CT_ThemeableLineStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ThemeableLineStyleData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2375,7 +2728,11 @@ bool CT_ThemeableLineStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ThemeableLineStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ThemeableLineStyleData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ThemeableLineStyleData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ln))
@@ -2393,13 +2750,20 @@ bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ThemeableLineStyleData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ThemeableLineStyleData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ThemeableLineStyleData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

@@ -24,7 +24,8 @@ EG_ThemeableEffectStyle::~EG_ThemeableEffectStyle()
     delete m_Data__;
 }
 
-bool EG_ThemeableEffectStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableEffectStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -35,7 +36,11 @@ bool EG_ThemeableEffectStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableEffectStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableEffectStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableEffectStyle::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ThemeableEffectStyleData__::HasProperty(name, context))
     {
@@ -46,13 +51,20 @@ bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableEffectStyle::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableEffectStyle::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableEffectStyle::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -72,7 +84,8 @@ EG_ThemeableEffectStyleData__::~EG_ThemeableEffectStyleData__()
     delete m_EffectRef;
 }
 
-bool EG_ThemeableEffectStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableEffectStyleData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -85,7 +98,11 @@ bool EG_ThemeableEffectStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
-bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableEffectStyleData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableEffectStyleData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableEffectStyleData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_effect))
@@ -103,13 +120,20 @@ bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, wxXmlNode*
     return false;
 }
 
-bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableEffectStyleData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableEffectStyleData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableEffectStyleData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -129,7 +153,8 @@ EG_ThemeableFontStyles::~EG_ThemeableFontStyles()
     delete m_Data__;
 }
 
-bool EG_ThemeableFontStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableFontStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -140,7 +165,11 @@ bool EG_ThemeableFontStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ThemeableFontStyles::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableFontStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableFontStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableFontStyles::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ThemeableFontStylesData__::HasProperty(name, context))
     {
@@ -151,13 +180,20 @@ bool EG_ThemeableFontStyles::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ThemeableFontStyles::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableFontStyles::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableFontStyles::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableFontStyles::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableFontStyles::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableFontStyles::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableFontStyles::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -177,7 +213,8 @@ EG_ThemeableFontStylesData__::~EG_ThemeableFontStylesData__()
     delete m_FontRef;
 }
 
-bool EG_ThemeableFontStylesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ThemeableFontStylesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -190,7 +227,11 @@ bool EG_ThemeableFontStylesData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ThemeableFontStylesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ThemeableFontStylesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ThemeableFontStylesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_font))
@@ -208,13 +249,20 @@ bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ThemeableFontStylesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ThemeableFontStylesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ThemeableFontStylesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -240,7 +288,8 @@ CT_TableStyleTextStyle::~CT_TableStyleTextStyle()
     delete m_ExtLst;
 }
 
-bool CT_TableStyleTextStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyleTextStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -260,6 +309,9 @@ bool CT_TableStyleTextStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableStyleTextStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyleTextStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TableStyleTextStyle::GetB() const { return m_B; }
 void CT_TableStyleTextStyle::SetB(wxString value) { m_B = std::move(value); m_presence |= (1u << 3); }
@@ -293,7 +345,8 @@ CT_TableCellBorderStyle::~CT_TableCellBorderStyle()
     delete m_ExtLst;
 }
 
-bool CT_TableCellBorderStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableCellBorderStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -320,6 +373,9 @@ bool CT_TableCellBorderStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableCellBorderStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableCellBorderStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TableBackgroundStyle::CT_TableBackgroundStyle()
     : m_EG_ThemeableFillStyle(nullptr),
       m_EG_ThemeableEffectStyle(nullptr),
@@ -333,7 +389,8 @@ CT_TableBackgroundStyle::~CT_TableBackgroundStyle()
     delete m_EG_ThemeableEffectStyle;
 }
 
-bool CT_TableBackgroundStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableBackgroundStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -345,6 +402,9 @@ bool CT_TableBackgroundStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableBackgroundStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableBackgroundStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TableStyleCellStyle::CT_TableStyleCellStyle()
     : m_TcBdr(nullptr),
@@ -361,7 +421,8 @@ CT_TableStyleCellStyle::~CT_TableStyleCellStyle()
     delete m_Cell3D;
 }
 
-bool CT_TableStyleCellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyleCellStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -376,6 +437,9 @@ bool CT_TableStyleCellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableStyleCellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyleCellStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TablePartStyle::CT_TablePartStyle()
     : m_TcTxStyle(nullptr),
       m_TcStyle(nullptr),
@@ -389,7 +453,8 @@ CT_TablePartStyle::~CT_TablePartStyle()
     delete m_TcStyle;
 }
 
-bool CT_TablePartStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TablePartStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -401,6 +466,9 @@ bool CT_TablePartStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TablePartStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TablePartStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TableStyle::CT_TableStyle()
     : m_TblBg(nullptr),
@@ -441,7 +509,8 @@ CT_TableStyle::~CT_TableStyle()
     delete m_ExtLst;
 }
 
-bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -486,6 +555,9 @@ bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TableStyle::GetStyleId() const { return m_StyleId; }
 void CT_TableStyle::SetStyleId(wxString value) { m_StyleId = std::move(value); m_presence |= (1u << 15); }
 wxString CT_TableStyle::GetStyleName() const { return m_StyleName; }
@@ -501,7 +573,8 @@ CT_TableStyleList::~CT_TableStyleList()
     DeleteAll(m_TblStyle);
 }
 
-bool CT_TableStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyleList::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -515,6 +588,9 @@ bool CT_TableStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableStyleList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyleList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableStyle> CT_TableStyleList::GetTblStyle() const { return m_TblStyle; }
 void CT_TableStyleList::SetTblStyle(XMLPtrArray<CT_TableStyle> value) { m_TblStyle = std::move(value); m_presence |= (1u << 0); }
@@ -535,7 +611,8 @@ CT_TextParagraph::~CT_TextParagraph()
     delete m_EndParaRPr;
 }
 
-bool CT_TextParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextParagraph::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -549,6 +626,9 @@ bool CT_TextParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextParagraph::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_TextRun> CT_TextParagraph::GetEG_TextRun() const { return m_EG_TextRun; }
 void CT_TextParagraph::SetEG_TextRun(XMLPtrArray<EG_TextRun> value) { m_EG_TextRun = std::move(value); m_presence |= (1u << 1); }
@@ -584,7 +664,8 @@ CT_TextListStyle::~CT_TextListStyle()
     delete m_ExtLst;
 }
 
-bool CT_TextListStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextListStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -615,6 +696,9 @@ bool CT_TextListStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextListStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextListStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TextNormalAutofit::CT_TextNormalAutofit()
     : m_FontScale(wxAny(s_100_x25_)),
       m_LnSpcReduction(wxAny(s_0_x25_)),
@@ -626,7 +710,8 @@ CT_TextNormalAutofit::~CT_TextNormalAutofit()
 {
 }
 
-bool CT_TextNormalAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextNormalAutofit::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -639,6 +724,9 @@ bool CT_TextNormalAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextNormalAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextNormalAutofit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TextNormalAutofit::GetFontScale() const { return m_FontScale; }
 void CT_TextNormalAutofit::SetFontScale(wxAny value) { m_FontScale = std::move(value); m_presence |= (1u << 0); }
@@ -654,13 +742,17 @@ CT_TextShapeAutofit::~CT_TextShapeAutofit()
 {
 }
 
-bool CT_TextShapeAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextShapeAutofit::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextShapeAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextShapeAutofit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextNoAutofit::CT_TextNoAutofit()
     : m_presence(0)
@@ -671,13 +763,17 @@ CT_TextNoAutofit::~CT_TextNoAutofit()
 {
 }
 
-bool CT_TextNoAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextNoAutofit::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextNoAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextNoAutofit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextAutofit::EG_TextAutofit()
     : m_Data__(nullptr),
@@ -690,7 +786,8 @@ EG_TextAutofit::~EG_TextAutofit()
     delete m_Data__;
 }
 
-bool EG_TextAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextAutofit::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -701,7 +798,11 @@ bool EG_TextAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextAutofit::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextAutofit::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextAutofit::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextAutofit::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextAutofitData__::HasProperty(name, context))
     {
@@ -712,13 +813,20 @@ bool EG_TextAutofit::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_TextAutofit::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextAutofit::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextAutofit::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextAutofit::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextAutofit::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextAutofit::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextAutofit::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -740,7 +848,8 @@ EG_TextAutofitData__::~EG_TextAutofitData__()
     delete m_SpAutoFit;
 }
 
-bool EG_TextAutofitData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextAutofitData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -755,7 +864,11 @@ bool EG_TextAutofitData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextAutofitData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextAutofitData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextAutofitData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextAutofitData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_noAutofit))
@@ -779,13 +892,20 @@ bool EG_TextAutofitData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_TextAutofitData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextAutofitData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextAutofitData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextAutofitData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextAutofitData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextAutofitData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextAutofitData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -824,7 +944,8 @@ CT_TextBodyProperties::~CT_TextBodyProperties()
     delete m_ExtLst;
 }
 
-bool CT_TextBodyProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBodyProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -883,6 +1004,9 @@ bool CT_TextBodyProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextBodyProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBodyProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextBodyProperties::GetVertOverflow() const { return m_VertOverflow; }
 void CT_TextBodyProperties::SetVertOverflow(wxString value) { m_VertOverflow = std::move(value); m_presence |= (1u << 7); }
 wxString CT_TextBodyProperties::GetHorzOverflow() const { return m_HorzOverflow; }
@@ -916,7 +1040,8 @@ CT_TextBody::~CT_TextBody()
     DeleteAll(m_P);
 }
 
-bool CT_TextBody::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBody::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -931,6 +1056,9 @@ bool CT_TextBody::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextBody::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBody::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_TextParagraph> CT_TextBody::GetP() const { return m_P; }
 void CT_TextBody::SetP(XMLPtrArray<CT_TextParagraph> value) { m_P = std::move(value); m_presence |= (1u << 2); }
 
@@ -943,13 +1071,17 @@ CT_TextBulletColorFollowText::~CT_TextBulletColorFollowText()
 {
 }
 
-bool CT_TextBulletColorFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBulletColorFollowText::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextBulletColorFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBulletColorFollowText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextBulletColor::EG_TextBulletColor()
     : m_Data__(nullptr),
@@ -962,7 +1094,8 @@ EG_TextBulletColor::~EG_TextBulletColor()
     delete m_Data__;
 }
 
-bool EG_TextBulletColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletColor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -973,7 +1106,11 @@ bool EG_TextBulletColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletColor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletColor::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextBulletColorData__::HasProperty(name, context))
     {
@@ -984,13 +1121,20 @@ bool EG_TextBulletColor::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_TextBulletColor::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletColor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletColor::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletColor::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletColor::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletColor::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletColor::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1010,7 +1154,8 @@ EG_TextBulletColorData__::~EG_TextBulletColorData__()
     delete m_BuClr;
 }
 
-bool EG_TextBulletColorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletColorData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1023,7 +1168,11 @@ bool EG_TextBulletColorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletColorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletColorData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletColorData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletColorData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_buClrTx))
@@ -1041,13 +1190,20 @@ bool EG_TextBulletColorData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool EG_TextBulletColorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletColorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletColorData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletColorData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletColorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletColorData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletColorData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1065,13 +1221,17 @@ CT_TextBulletSizeFollowText::~CT_TextBulletSizeFollowText()
 {
 }
 
-bool CT_TextBulletSizeFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBulletSizeFollowText::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextBulletSizeFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBulletSizeFollowText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextBulletSizePercent::CT_TextBulletSizePercent()
     : m_presence(0)
@@ -1082,7 +1242,8 @@ CT_TextBulletSizePercent::~CT_TextBulletSizePercent()
 {
 }
 
-bool CT_TextBulletSizePercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBulletSizePercent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1093,6 +1254,9 @@ bool CT_TextBulletSizePercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextBulletSizePercent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBulletSizePercent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextBulletSizePercent::GetVal() const { return m_Val; }
 void CT_TextBulletSizePercent::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1107,7 +1271,8 @@ CT_TextBulletSizePoint::~CT_TextBulletSizePoint()
 {
 }
 
-bool CT_TextBulletSizePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBulletSizePoint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1118,6 +1283,9 @@ bool CT_TextBulletSizePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextBulletSizePoint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBulletSizePoint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextBulletSize::EG_TextBulletSize()
     : m_Data__(nullptr),
@@ -1130,7 +1298,8 @@ EG_TextBulletSize::~EG_TextBulletSize()
     delete m_Data__;
 }
 
-bool EG_TextBulletSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletSize::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1141,7 +1310,11 @@ bool EG_TextBulletSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletSize::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletSize::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextBulletSizeData__::HasProperty(name, context))
     {
@@ -1152,13 +1325,20 @@ bool EG_TextBulletSize::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_TextBulletSize::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletSize::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletSize::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletSize::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletSize::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletSize::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletSize::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1180,7 +1360,8 @@ EG_TextBulletSizeData__::~EG_TextBulletSizeData__()
     delete m_BuSzPts;
 }
 
-bool EG_TextBulletSizeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletSizeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1195,7 +1376,11 @@ bool EG_TextBulletSizeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletSizeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletSizeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletSizeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletSizeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_buSzTx))
@@ -1219,13 +1404,20 @@ bool EG_TextBulletSizeData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool EG_TextBulletSizeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletSizeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletSizeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletSizeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletSizeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletSizeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletSizeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1244,13 +1436,17 @@ CT_TextBulletTypefaceFollowText::~CT_TextBulletTypefaceFollowText()
 {
 }
 
-bool CT_TextBulletTypefaceFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBulletTypefaceFollowText::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextBulletTypefaceFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBulletTypefaceFollowText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextBulletTypeface::EG_TextBulletTypeface()
     : m_Data__(nullptr),
@@ -1263,7 +1459,8 @@ EG_TextBulletTypeface::~EG_TextBulletTypeface()
     delete m_Data__;
 }
 
-bool EG_TextBulletTypeface::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletTypeface::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1274,7 +1471,11 @@ bool EG_TextBulletTypeface::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletTypeface::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletTypeface::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletTypeface::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletTypeface::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextBulletTypefaceData__::HasProperty(name, context))
     {
@@ -1285,13 +1486,20 @@ bool EG_TextBulletTypeface::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_TextBulletTypeface::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletTypeface::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletTypeface::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletTypeface::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletTypeface::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletTypeface::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletTypeface::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1311,7 +1519,8 @@ EG_TextBulletTypefaceData__::~EG_TextBulletTypefaceData__()
     delete m_BuFont;
 }
 
-bool EG_TextBulletTypefaceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletTypefaceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1324,7 +1533,11 @@ bool EG_TextBulletTypefaceData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletTypefaceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletTypefaceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletTypefaceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_buFontTx))
@@ -1342,13 +1555,20 @@ bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletTypefaceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletTypefaceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletTypefaceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1367,7 +1587,8 @@ CT_TextAutonumberBullet::~CT_TextAutonumberBullet()
 {
 }
 
-bool CT_TextAutonumberBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextAutonumberBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1381,6 +1602,9 @@ bool CT_TextAutonumberBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextAutonumberBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextAutonumberBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextAutonumberBullet::GetType() const { return m_Type; }
 void CT_TextAutonumberBullet::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 
@@ -1393,7 +1617,8 @@ CT_TextCharBullet::~CT_TextCharBullet()
 {
 }
 
-bool CT_TextCharBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextCharBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1404,6 +1629,9 @@ bool CT_TextCharBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextCharBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextCharBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextCharBullet::GetChar() const { return m_Char; }
 void CT_TextCharBullet::SetChar(wxString value) { m_Char = std::move(value); m_presence |= (1u << 0); }
@@ -1419,7 +1647,8 @@ CT_TextBlipBullet::~CT_TextBlipBullet()
     delete m_Blip;
 }
 
-bool CT_TextBlipBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextBlipBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1430,6 +1659,9 @@ bool CT_TextBlipBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextBlipBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextBlipBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TextNoBullet::CT_TextNoBullet()
     : m_presence(0)
 {
@@ -1439,13 +1671,17 @@ CT_TextNoBullet::~CT_TextNoBullet()
 {
 }
 
-bool CT_TextNoBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextNoBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextNoBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextNoBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextBullet::EG_TextBullet()
     : m_Data__(nullptr),
@@ -1458,7 +1694,8 @@ EG_TextBullet::~EG_TextBullet()
     delete m_Data__;
 }
 
-bool EG_TextBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1469,7 +1706,11 @@ bool EG_TextBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBullet::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBullet::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextBulletData__::HasProperty(name, context))
     {
@@ -1480,13 +1721,20 @@ bool EG_TextBullet::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool EG_TextBullet::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBullet::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBullet::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBullet::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBullet::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBullet::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBullet::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1510,7 +1758,8 @@ EG_TextBulletData__::~EG_TextBulletData__()
     delete m_BuBlip;
 }
 
-bool EG_TextBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextBulletData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1527,7 +1776,11 @@ bool EG_TextBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextBulletData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextBulletData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextBulletData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_buNone))
@@ -1557,13 +1810,20 @@ bool EG_TextBulletData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool EG_TextBulletData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextBulletData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextBulletData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextBulletData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextBulletData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextBulletData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextBulletData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1585,7 +1845,8 @@ CT_TextFont::~CT_TextFont()
 {
 }
 
-bool CT_TextFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextFont::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1603,6 +1864,9 @@ bool CT_TextFont::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextFont::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextFont::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextFont::GetTypeface() const { return m_Typeface; }
 void CT_TextFont::SetTypeface(wxString value) { m_Typeface = std::move(value); m_presence |= (1u << 0); }
 wxString CT_TextFont::GetPanose() const { return m_Panose; }
@@ -1617,13 +1881,17 @@ CT_TextUnderlineLineFollowText::~CT_TextUnderlineLineFollowText()
 {
 }
 
-bool CT_TextUnderlineLineFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextUnderlineLineFollowText::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextUnderlineLineFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextUnderlineLineFollowText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextUnderlineFillFollowText::CT_TextUnderlineFillFollowText()
     : m_presence(0)
@@ -1634,13 +1902,17 @@ CT_TextUnderlineFillFollowText::~CT_TextUnderlineFillFollowText()
 {
 }
 
-bool CT_TextUnderlineFillFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextUnderlineFillFollowText::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextUnderlineFillFollowText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextUnderlineFillFollowText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextUnderlineFillGroupWrapper::CT_TextUnderlineFillGroupWrapper()
     : m_EG_FillProperties(nullptr),
@@ -1653,7 +1925,8 @@ CT_TextUnderlineFillGroupWrapper::~CT_TextUnderlineFillGroupWrapper()
     delete m_EG_FillProperties;
 }
 
-bool CT_TextUnderlineFillGroupWrapper::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextUnderlineFillGroupWrapper::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1663,6 +1936,9 @@ bool CT_TextUnderlineFillGroupWrapper::ReadXML(wxXmlNode* node, XMLNSContext* co
     }
     return true;
 }
+
+bool CT_TextUnderlineFillGroupWrapper::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextUnderlineFillGroupWrapper::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_TextUnderlineLine::EG_TextUnderlineLine()
     : m_Data__(nullptr),
@@ -1675,7 +1951,8 @@ EG_TextUnderlineLine::~EG_TextUnderlineLine()
     delete m_Data__;
 }
 
-bool EG_TextUnderlineLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextUnderlineLine::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1686,7 +1963,11 @@ bool EG_TextUnderlineLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextUnderlineLine::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextUnderlineLine::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextUnderlineLine::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextUnderlineLine::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextUnderlineLineData__::HasProperty(name, context))
     {
@@ -1697,13 +1978,20 @@ bool EG_TextUnderlineLine::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_TextUnderlineLine::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextUnderlineLine::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextUnderlineLine::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextUnderlineLine::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextUnderlineLine::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextUnderlineLine::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextUnderlineLine::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1723,7 +2011,8 @@ EG_TextUnderlineLineData__::~EG_TextUnderlineLineData__()
     delete m_ULn;
 }
 
-bool EG_TextUnderlineLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextUnderlineLineData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1736,7 +2025,11 @@ bool EG_TextUnderlineLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextUnderlineLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextUnderlineLineData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextUnderlineLineData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_uLnTx))
@@ -1754,13 +2047,20 @@ bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextUnderlineLineData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextUnderlineLineData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextUnderlineLineData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1780,7 +2080,8 @@ EG_TextUnderlineFill::~EG_TextUnderlineFill()
     delete m_Data__;
 }
 
-bool EG_TextUnderlineFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextUnderlineFill::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1791,7 +2092,11 @@ bool EG_TextUnderlineFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextUnderlineFill::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextUnderlineFill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextUnderlineFill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextUnderlineFill::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextUnderlineFillData__::HasProperty(name, context))
     {
@@ -1802,13 +2107,20 @@ bool EG_TextUnderlineFill::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_TextUnderlineFill::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextUnderlineFill::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextUnderlineFill::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextUnderlineFill::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextUnderlineFill::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextUnderlineFill::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextUnderlineFill::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1828,7 +2140,8 @@ EG_TextUnderlineFillData__::~EG_TextUnderlineFillData__()
     delete m_UFill;
 }
 
-bool EG_TextUnderlineFillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextUnderlineFillData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1841,7 +2154,11 @@ bool EG_TextUnderlineFillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextUnderlineFillData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextUnderlineFillData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextUnderlineFillData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_uFillTx))
@@ -1859,13 +2176,20 @@ bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextUnderlineFillData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextUnderlineFillData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextUnderlineFillData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1921,7 +2245,8 @@ CT_TextCharacterProperties::~CT_TextCharacterProperties()
     delete m_ExtLst;
 }
 
-bool CT_TextCharacterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextCharacterProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1998,6 +2323,9 @@ bool CT_TextCharacterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextCharacterProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextCharacterProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextCharacterProperties::GetLang() const { return m_Lang; }
 void CT_TextCharacterProperties::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (std::uint64_t(1) << 15); }
 wxString CT_TextCharacterProperties::GetAltLang() const { return m_AltLang; }
@@ -2029,7 +2357,8 @@ CT_Boolean::~CT_Boolean()
 {
 }
 
-bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Boolean::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2040,6 +2369,9 @@ bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Boolean::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Boolean::GetVal() const { return m_Val; }
 void CT_Boolean::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2053,7 +2385,8 @@ CT_TextSpacingPercent::~CT_TextSpacingPercent()
 {
 }
 
-bool CT_TextSpacingPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextSpacingPercent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2064,6 +2397,9 @@ bool CT_TextSpacingPercent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextSpacingPercent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextSpacingPercent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TextSpacingPercent::GetVal() const { return m_Val; }
 void CT_TextSpacingPercent::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2078,7 +2414,8 @@ CT_TextSpacingPoint::~CT_TextSpacingPoint()
 {
 }
 
-bool CT_TextSpacingPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextSpacingPoint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2090,6 +2427,9 @@ bool CT_TextSpacingPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextSpacingPoint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextSpacingPoint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TextTabStop::CT_TextTabStop()
     : m_presence(0)
 {
@@ -2099,7 +2439,8 @@ CT_TextTabStop::~CT_TextTabStop()
 {
 }
 
-bool CT_TextTabStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextTabStop::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2112,6 +2453,9 @@ bool CT_TextTabStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextTabStop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextTabStop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TextTabStop::GetPos() const { return m_Pos; }
 void CT_TextTabStop::SetPos(wxAny value) { m_Pos = std::move(value); m_presence |= (1u << 0); }
@@ -2128,7 +2472,8 @@ CT_TextTabStopList::~CT_TextTabStopList()
     DeleteAll(m_Tab);
 }
 
-bool CT_TextTabStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextTabStopList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2138,6 +2483,9 @@ bool CT_TextTabStopList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextTabStopList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextTabStopList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TextTabStop> CT_TextTabStopList::GetTab() const { return m_Tab; }
 void CT_TextTabStopList::SetTab(XMLPtrArray<CT_TextTabStop> value) { m_Tab = std::move(value); m_presence |= (1u << 0); }
@@ -2153,7 +2501,8 @@ CT_TextLineBreak::~CT_TextLineBreak()
     delete m_RPr;
 }
 
-bool CT_TextLineBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextLineBreak::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2163,6 +2512,9 @@ bool CT_TextLineBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextLineBreak::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextLineBreak::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextSpacing::CT_TextSpacing()
     : m_Data__(nullptr),
@@ -2175,7 +2527,8 @@ CT_TextSpacing::~CT_TextSpacing()
     delete m_Data__;
 }
 
-bool CT_TextSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextSpacing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2185,6 +2538,9 @@ bool CT_TextSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextSpacing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextSpacingData__::CT_TextSpacingData__()
     : m_SpcPct(nullptr),
@@ -2199,7 +2555,8 @@ CT_TextSpacingData__::~CT_TextSpacingData__()
     delete m_SpcPts;
 }
 
-bool CT_TextSpacingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextSpacingData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2212,7 +2569,11 @@ bool CT_TextSpacingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TextSpacingData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TextSpacingData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextSpacingData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TextSpacingData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_spcPct))
@@ -2230,13 +2591,20 @@ bool CT_TextSpacingData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_TextSpacingData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TextSpacingData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TextSpacingData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TextSpacingData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TextSpacingData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TextSpacingData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TextSpacingData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2280,7 +2648,8 @@ CT_TextParagraphProperties::~CT_TextParagraphProperties()
     delete m_ExtLst;
 }
 
-bool CT_TextParagraphProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextParagraphProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2333,6 +2702,9 @@ bool CT_TextParagraphProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextParagraphProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextParagraphProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TextParagraphProperties::GetMarL() const { return m_MarL; }
 void CT_TextParagraphProperties::SetMarL(wxAny value) { m_MarL = std::move(value); m_presence |= (1u << 10); }
 wxAny CT_TextParagraphProperties::GetMarR() const { return m_MarR; }
@@ -2357,7 +2729,8 @@ CT_TextField::~CT_TextField()
     delete m_PPr;
 }
 
-bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2378,6 +2751,9 @@ bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextField::GetT() const { return m_T; }
 void CT_TextField::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 2); }
 wxString CT_TextField::GetId() const { return m_Id; }
@@ -2396,7 +2772,8 @@ EG_TextRun::~EG_TextRun()
     delete m_Data__;
 }
 
-bool EG_TextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextRun::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2407,7 +2784,11 @@ bool EG_TextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextRun::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextRun::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_TextRunData__::HasProperty(name, context))
     {
@@ -2418,13 +2799,20 @@ bool EG_TextRun::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext
     return false;
 }
 
-bool EG_TextRun::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextRun::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextRun::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextRun::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextRun::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextRun::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextRun::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2448,7 +2836,8 @@ EG_TextRunData__::~EG_TextRunData__()
     delete m_A14_m;
 }
 
-bool EG_TextRunData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TextRunData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2465,7 +2854,11 @@ bool EG_TextRunData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TextRunData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TextRunData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TextRunData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TextRunData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_r))
@@ -2495,13 +2888,20 @@ bool EG_TextRunData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_TextRunData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TextRunData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TextRunData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TextRunData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TextRunData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TextRunData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TextRunData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2523,7 +2923,8 @@ CT_RegularTextRun::~CT_RegularTextRun()
     delete m_RPr;
 }
 
-bool CT_RegularTextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RegularTextRun::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2535,6 +2936,9 @@ bool CT_RegularTextRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RegularTextRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RegularTextRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RegularTextRun::GetT() const { return m_T; }
 void CT_RegularTextRun::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 1); }

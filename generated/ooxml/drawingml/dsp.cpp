@@ -26,7 +26,8 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
     delete m_CNvSpPr;
 }
 
-bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -38,6 +39,9 @@ bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Shape::CT_Shape()
     : m_NvSpPr(nullptr),
@@ -60,7 +64,8 @@ CT_Shape::~CT_Shape()
     delete m_ExtLst;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -85,6 +90,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Shape::GetModelId() const { return m_ModelId; }
 void CT_Shape::SetModelId(wxAny value) { m_ModelId = std::move(value); m_presence |= (1u << 6); }
 
@@ -101,7 +109,8 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
     delete m_CNvGrpSpPr;
 }
 
-bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -113,6 +122,9 @@ bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupShape::CT_GroupShape()
     : m_NvGrpSpPr(nullptr),
@@ -130,7 +142,8 @@ CT_GroupShape::~CT_GroupShape()
     delete m_ExtLst;
 }
 
-bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -146,6 +159,9 @@ bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupShapeData__> CT_GroupShape::GetData__() const { return m_Data__; }
 void CT_GroupShape::SetData__(XMLPtrArray<CT_GroupShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -163,7 +179,8 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
     delete m_GrpSp;
 }
 
-bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -176,7 +193,11 @@ bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -194,13 +215,20 @@ bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -220,7 +248,8 @@ CT_Drawing::~CT_Drawing()
     delete m_SpTree;
 }
 
-bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Drawing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -231,6 +260,9 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Drawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DataModelExtBlock::CT_DataModelExtBlock()
     : m_presence(0)
 {
@@ -240,7 +272,8 @@ CT_DataModelExtBlock::~CT_DataModelExtBlock()
 {
 }
 
-bool CT_DataModelExtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataModelExtBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -253,6 +286,9 @@ bool CT_DataModelExtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DataModelExtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataModelExtBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DataModelExtBlock::GetRelId() const { return m_RelId; }
 void CT_DataModelExtBlock::SetRelId(wxString value) { m_RelId = std::move(value); m_presence |= (1u << 0); }

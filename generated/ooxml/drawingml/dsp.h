@@ -34,6 +34,7 @@ public:
     virtual ~CT_ShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -46,6 +47,7 @@ public:
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     std::uint32_t m_presence;
@@ -60,6 +62,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvSpPr": child element
@@ -92,6 +95,7 @@ public:
     bool CheckModelId() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeNonVisual* m_NvSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -111,6 +115,7 @@ public:
     virtual ~CT_GroupShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -123,6 +128,7 @@ public:
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     std::uint32_t m_presence;
@@ -137,6 +143,7 @@ public:
     virtual ~CT_GroupShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGrpSpPr": child element
@@ -157,6 +164,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupShapeNonVisual* m_NvGrpSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* m_GrpSpPr;
     XMLPtrArray<CT_GroupShapeData__> m_Data__;
@@ -173,9 +181,12 @@ public:
     virtual ~CT_GroupShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -190,6 +201,9 @@ public:
     bool CheckGrpSp() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     std::uint32_t m_presence;
@@ -204,6 +218,7 @@ public:
     virtual ~CT_Drawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spTree": child element
@@ -212,6 +227,7 @@ public:
     bool CheckSpTree() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupShape* m_SpTree;
     std::uint32_t m_presence;
 };
@@ -225,6 +241,7 @@ public:
     virtual ~CT_DataModelExtBlock();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "relId": attribute, wxString
@@ -237,6 +254,7 @@ public:
     bool CheckMinVer() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_RelId;
     wxString m_MinVer;
     std::uint32_t m_presence;

@@ -26,7 +26,8 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
     delete m_CNvPicPr;
 }
 
-bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -38,6 +39,9 @@ bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Picture::CT_Picture()
     : m_NvPicPr(nullptr),
@@ -54,7 +58,8 @@ CT_Picture::~CT_Picture()
     delete m_SpPr;
 }
 
-bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Picture::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -68,5 +73,8 @@ bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Picture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_drawingml_x2006_picture

@@ -29,6 +29,7 @@ public:
     virtual ~CT_PictureNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -41,6 +42,7 @@ public:
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* m_CNvPicPr;
     std::uint32_t m_presence;
@@ -55,6 +57,7 @@ public:
     virtual ~CT_Picture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvPicPr": child element
@@ -71,6 +74,7 @@ public:
     bool CheckSpPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureNonVisual* m_NvPicPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* m_BlipFill;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;

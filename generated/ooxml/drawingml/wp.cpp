@@ -24,7 +24,8 @@ CT_EffectExtent::~CT_EffectExtent()
 {
 }
 
-bool CT_EffectExtent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EffectExtent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -41,6 +42,9 @@ bool CT_EffectExtent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EffectExtent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EffectExtent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_EffectExtent::GetL() const { return m_L; }
 void CT_EffectExtent::SetL(wxAny value) { m_L = std::move(value); m_presence |= (1u << 0); }
@@ -74,7 +78,8 @@ CT_Inline::~CT_Inline()
     delete m_A_graphic;
 }
 
-bool CT_Inline::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Inline::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -103,6 +108,9 @@ bool CT_Inline::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Inline::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Inline::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_WrapPath::CT_WrapPath()
     : m_Start(nullptr),
       m_Edited(false),
@@ -116,7 +124,8 @@ CT_WrapPath::~CT_WrapPath()
     DeleteAll(m_LineTo);
 }
 
-bool CT_WrapPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapPath::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -133,6 +142,9 @@ bool CT_WrapPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WrapPath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapPath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D> CT_WrapPath::GetLineTo() const { return m_LineTo; }
 void CT_WrapPath::SetLineTo(XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D> value) { m_LineTo = std::move(value); m_presence |= (1u << 1); }
 
@@ -145,13 +157,17 @@ CT_WrapNone::~CT_WrapNone()
 {
 }
 
-bool CT_WrapNone::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapNone::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WrapNone::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapNone::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_WrapSquare::CT_WrapSquare()
     : m_EffectExtent(nullptr),
@@ -168,7 +184,8 @@ CT_WrapSquare::~CT_WrapSquare()
     delete m_EffectExtent;
 }
 
-bool CT_WrapSquare::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapSquare::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -191,6 +208,9 @@ bool CT_WrapSquare::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WrapSquare::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapSquare::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WrapSquare::GetWrapText() const { return m_WrapText; }
 void CT_WrapSquare::SetWrapText(wxString value) { m_WrapText = std::move(value); m_presence |= (1u << 1); }
 
@@ -207,7 +227,8 @@ CT_WrapTight::~CT_WrapTight()
     delete m_WrapPolygon;
 }
 
-bool CT_WrapTight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapTight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -225,6 +246,9 @@ bool CT_WrapTight::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WrapTight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapTight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_WrapTight::GetWrapText() const { return m_WrapText; }
 void CT_WrapTight::SetWrapText(wxString value) { m_WrapText = std::move(value); m_presence |= (1u << 1); }
@@ -242,7 +266,8 @@ CT_WrapThrough::~CT_WrapThrough()
     delete m_WrapPolygon;
 }
 
-bool CT_WrapThrough::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapThrough::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -261,6 +286,9 @@ bool CT_WrapThrough::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WrapThrough::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapThrough::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WrapThrough::GetWrapText() const { return m_WrapText; }
 void CT_WrapThrough::SetWrapText(wxString value) { m_WrapText = std::move(value); m_presence |= (1u << 1); }
 
@@ -277,7 +305,8 @@ CT_WrapTopBottom::~CT_WrapTopBottom()
     delete m_EffectExtent;
 }
 
-bool CT_WrapTopBottom::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WrapTopBottom::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -294,6 +323,9 @@ bool CT_WrapTopBottom::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WrapTopBottom::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WrapTopBottom::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_WrapType::EG_WrapType()
     : m_Data__(nullptr),
       m_presence(0)
@@ -305,7 +337,8 @@ EG_WrapType::~EG_WrapType()
     delete m_Data__;
 }
 
-bool EG_WrapType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_WrapType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -316,7 +349,11 @@ bool EG_WrapType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_WrapType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_WrapType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_WrapType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_WrapType::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_WrapTypeData__::HasProperty(name, context))
     {
@@ -327,13 +364,20 @@ bool EG_WrapType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool EG_WrapType::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_WrapType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_WrapType::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_WrapType::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_WrapType::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_WrapType::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_WrapType::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -359,7 +403,8 @@ EG_WrapTypeData__::~EG_WrapTypeData__()
     delete m_WrapTopAndBottom;
 }
 
-bool EG_WrapTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_WrapTypeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -378,7 +423,11 @@ bool EG_WrapTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_WrapTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_WrapTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_WrapTypeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_WrapTypeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wrapNone))
@@ -414,13 +463,20 @@ bool EG_WrapTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_WrapTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_WrapTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_WrapTypeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_WrapTypeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_WrapTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_WrapTypeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_WrapTypeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -443,7 +499,8 @@ CT_PosH::~CT_PosH()
     delete m_Data__;
 }
 
-bool CT_PosH::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosH::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -458,6 +515,9 @@ bool CT_PosH::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PosH::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PosH::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PosH::GetRelativeFrom() const { return m_RelativeFrom; }
 void CT_PosH::SetRelativeFrom(wxString value) { m_RelativeFrom = std::move(value); m_presence |= (1u << 1); }
 
@@ -471,7 +531,8 @@ CT_PosHData__::~CT_PosHData__()
 {
 }
 
-bool CT_PosHData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosHData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -484,10 +545,14 @@ bool CT_PosHData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PosHData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PosHData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PosHData__::GetAlign() const { return m_Align; }
 void CT_PosHData__::SetAlign(wxString value) { m_Align = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_PosHData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosHData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_align))
@@ -505,13 +570,20 @@ bool CT_PosHData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_PosHData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PosHData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PosHData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PosHData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PosHData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PosHData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PosHData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -531,7 +603,8 @@ CT_PosV::~CT_PosV()
     delete m_Data__;
 }
 
-bool CT_PosV::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosV::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -546,6 +619,9 @@ bool CT_PosV::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PosV::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PosV::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PosV::GetRelativeFrom() const { return m_RelativeFrom; }
 void CT_PosV::SetRelativeFrom(wxString value) { m_RelativeFrom = std::move(value); m_presence |= (1u << 1); }
 
@@ -559,7 +635,8 @@ CT_PosVData__::~CT_PosVData__()
 {
 }
 
-bool CT_PosVData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosVData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -572,10 +649,14 @@ bool CT_PosVData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PosVData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PosVData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PosVData__::GetAlign() const { return m_Align; }
 void CT_PosVData__::SetAlign(wxString value) { m_Align = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_PosVData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PosVData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_align))
@@ -593,13 +674,20 @@ bool CT_PosVData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_PosVData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PosVData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PosVData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PosVData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PosVData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PosVData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PosVData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -646,7 +734,8 @@ CT_Anchor::~CT_Anchor()
     delete m_A_graphic;
 }
 
-bool CT_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Anchor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -697,6 +786,9 @@ bool CT_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Anchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TxbxContent::CT_TxbxContent()
     : m_presence(0)
 {
@@ -707,7 +799,8 @@ CT_TxbxContent::~CT_TxbxContent()
     DeleteAll(m_W_EG_BlockLevelElts);
 }
 
-bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TxbxContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -717,6 +810,9 @@ bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TxbxContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts> CT_TxbxContent::GetW_EG_BlockLevelElts() const { return m_W_EG_BlockLevelElts; }
 void CT_TxbxContent::SetW_EG_BlockLevelElts(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts> value) { m_W_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -735,7 +831,8 @@ CT_TextboxInfo::~CT_TextboxInfo()
     delete m_ExtLst;
 }
 
-bool CT_TextboxInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextboxInfo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -752,6 +849,9 @@ bool CT_TextboxInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextboxInfo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextboxInfo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LinkedTextboxInformation::CT_LinkedTextboxInformation()
     : m_ExtLst(nullptr),
       m_Id(0),
@@ -765,7 +865,8 @@ CT_LinkedTextboxInformation::~CT_LinkedTextboxInformation()
     delete m_ExtLst;
 }
 
-bool CT_LinkedTextboxInformation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LinkedTextboxInformation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -781,6 +882,9 @@ bool CT_LinkedTextboxInformation::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_LinkedTextboxInformation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LinkedTextboxInformation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_WordprocessingShape::CT_WordprocessingShape()
     : m_CNvPr(nullptr),
@@ -806,7 +910,8 @@ CT_WordprocessingShape::~CT_WordprocessingShape()
     delete m_BodyPr;
 }
 
-bool CT_WordprocessingShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingShape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -833,6 +938,9 @@ bool CT_WordprocessingShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WordprocessingShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_WordprocessingShapeData__::CT_WordprocessingShapeData__()
     : m_CNvSpPr(nullptr),
       m_CNvCnPr(nullptr),
@@ -846,7 +954,8 @@ CT_WordprocessingShapeData__::~CT_WordprocessingShapeData__()
     delete m_CNvCnPr;
 }
 
-bool CT_WordprocessingShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -859,7 +968,11 @@ bool CT_WordprocessingShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_WordprocessingShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_WordprocessingShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_cNvSpPr))
@@ -877,13 +990,20 @@ bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_WordprocessingShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_WordprocessingShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_WordprocessingShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -905,7 +1025,8 @@ CT_WordprocessingShapeData__1::~CT_WordprocessingShapeData__1()
     delete m_LinkedTxbx;
 }
 
-bool CT_WordprocessingShapeData__1::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingShapeData__1::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -918,7 +1039,11 @@ bool CT_WordprocessingShapeData__1::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
-bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_WordprocessingShapeData__1::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingShapeData__1::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_WordprocessingShapeData__1::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_txbx))
@@ -936,13 +1061,20 @@ bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, wxXmlNode*
     return false;
 }
 
-bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_WordprocessingShapeData__1::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_WordprocessingShapeData__1::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_WordprocessingShapeData__1::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -970,7 +1102,8 @@ CT_GraphicFrame::~CT_GraphicFrame()
     delete m_ExtLst;
 }
 
-bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -989,6 +1122,9 @@ bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GraphicFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_WordprocessingContentPartNonVisual::CT_WordprocessingContentPartNonVisual()
     : m_CNvPr(nullptr),
       m_CNvContentPartPr(nullptr),
@@ -1002,7 +1138,8 @@ CT_WordprocessingContentPartNonVisual::~CT_WordprocessingContentPartNonVisual()
     delete m_CNvContentPartPr;
 }
 
-bool CT_WordprocessingContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingContentPartNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1014,6 +1151,9 @@ bool CT_WordprocessingContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContex
     }
     return true;
 }
+
+bool CT_WordprocessingContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingContentPartNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_WordprocessingContentPart::CT_WordprocessingContentPart()
     : m_NvContentPartPr(nullptr),
@@ -1030,7 +1170,8 @@ CT_WordprocessingContentPart::~CT_WordprocessingContentPart()
     delete m_ExtLst;
 }
 
-bool CT_WordprocessingContentPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingContentPart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1050,6 +1191,9 @@ bool CT_WordprocessingContentPart::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_WordprocessingContentPart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingContentPart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_WordprocessingContentPart::GetBwMode() const { return m_BwMode; }
 void CT_WordprocessingContentPart::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 3); }
@@ -1074,7 +1218,8 @@ CT_WordprocessingGroup::~CT_WordprocessingGroup()
     delete m_ExtLst;
 }
 
-bool CT_WordprocessingGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1092,6 +1237,9 @@ bool CT_WordprocessingGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WordprocessingGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_WordprocessingGroupData__> CT_WordprocessingGroup::GetData__() const { return m_Data__; }
 void CT_WordprocessingGroup::SetData__(XMLPtrArray<CT_WordprocessingGroupData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 3); }
@@ -1115,7 +1263,8 @@ CT_WordprocessingGroupData__::~CT_WordprocessingGroupData__()
     delete m_ContentPart;
 }
 
-bool CT_WordprocessingGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingGroupData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1134,7 +1283,11 @@ bool CT_WordprocessingGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_WordprocessingGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingGroupData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_WordprocessingGroupData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wsp))
@@ -1170,13 +1323,20 @@ bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_WordprocessingGroupData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_WordprocessingGroupData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_WordprocessingGroupData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1204,7 +1364,8 @@ CT_WordprocessingCanvas::~CT_WordprocessingCanvas()
     delete m_ExtLst;
 }
 
-bool CT_WordprocessingCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingCanvas::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1220,6 +1381,9 @@ bool CT_WordprocessingCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WordprocessingCanvas::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingCanvas::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_WordprocessingCanvasData__> CT_WordprocessingCanvas::GetData__() const { return m_Data__; }
 void CT_WordprocessingCanvas::SetData__(XMLPtrArray<CT_WordprocessingCanvasData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -1243,7 +1407,8 @@ CT_WordprocessingCanvasData__::~CT_WordprocessingCanvasData__()
     delete m_GraphicFrame;
 }
 
-bool CT_WordprocessingCanvasData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WordprocessingCanvasData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1262,7 +1427,11 @@ bool CT_WordprocessingCanvasData__::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
-bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_WordprocessingCanvasData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WordprocessingCanvasData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_WordprocessingCanvasData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wsp))
@@ -1298,13 +1467,20 @@ bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, wxXmlNode*
     return false;
 }
 
-bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_WordprocessingCanvasData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_WordprocessingCanvasData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_WordprocessingCanvasData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

@@ -57,6 +57,7 @@ public:
     virtual ~CT_EffectExtent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "l": attribute, wxAny
@@ -77,6 +78,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_L;
     wxAny m_T;
     wxAny m_R;
@@ -93,6 +95,7 @@ public:
     virtual ~CT_Inline();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extent": child element
@@ -133,6 +136,7 @@ public:
     bool CheckDistR() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* m_Extent;
     CT_EffectExtent* m_EffectExtent;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_DocPr;
@@ -154,6 +158,7 @@ public:
     virtual ~CT_WrapPath();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "start": child element
@@ -170,6 +175,7 @@ public:
     bool CheckEdited() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* m_Start;
     XMLPtrArray<schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D> m_LineTo;
     bool m_Edited;
@@ -185,9 +191,11 @@ public:
     virtual ~CT_WrapNone();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -200,6 +208,7 @@ public:
     virtual ~CT_WrapSquare();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "effectExtent": child element
@@ -228,6 +237,7 @@ public:
     bool CheckDistR() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EffectExtent* m_EffectExtent;
     wxString m_WrapText;
     unsigned int m_DistT;
@@ -246,6 +256,7 @@ public:
     virtual ~CT_WrapTight();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "wrapPolygon": child element
@@ -266,6 +277,7 @@ public:
     bool CheckDistR() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_WrapPath* m_WrapPolygon;
     wxString m_WrapText;
     unsigned int m_DistL;
@@ -282,6 +294,7 @@ public:
     virtual ~CT_WrapThrough();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "wrapPolygon": child element
@@ -302,6 +315,7 @@ public:
     bool CheckDistR() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_WrapPath* m_WrapPolygon;
     wxString m_WrapText;
     unsigned int m_DistL;
@@ -318,6 +332,7 @@ public:
     virtual ~CT_WrapTopBottom();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "effectExtent": child element
@@ -334,6 +349,7 @@ public:
     bool CheckDistB() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EffectExtent* m_EffectExtent;
     unsigned int m_DistT;
     unsigned int m_DistB;
@@ -349,9 +365,12 @@ public:
     virtual ~EG_WrapType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -362,6 +381,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_WrapTypeData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -375,9 +397,12 @@ public:
     virtual ~EG_WrapTypeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -404,6 +429,9 @@ public:
     bool CheckWrapTopAndBottom() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_WrapNone* m_WrapNone;
     CT_WrapSquare* m_WrapSquare;
     CT_WrapTight* m_WrapTight;
@@ -421,6 +449,7 @@ public:
     virtual ~CT_PosH();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -433,6 +462,7 @@ public:
     bool CheckRelativeFrom() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PosHData__* m_Data__;
     wxString m_RelativeFrom;
     std::uint32_t m_presence;
@@ -447,9 +477,12 @@ public:
     virtual ~CT_PosHData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -464,6 +497,9 @@ public:
     bool CheckPosOffset() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_Align;
     int m_PosOffset;
     std::uint32_t m_presence;
@@ -478,6 +514,7 @@ public:
     virtual ~CT_PosV();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -490,6 +527,7 @@ public:
     bool CheckRelativeFrom() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PosVData__* m_Data__;
     wxString m_RelativeFrom;
     std::uint32_t m_presence;
@@ -504,9 +542,12 @@ public:
     virtual ~CT_PosVData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -521,6 +562,9 @@ public:
     bool CheckPosOffset() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_Align;
     int m_PosOffset;
     std::uint32_t m_presence;
@@ -535,6 +579,7 @@ public:
     virtual ~CT_Anchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "simplePos": child element
@@ -619,6 +664,7 @@ public:
     bool CheckAllowOverlap() const { return (m_presence & (1u << 19)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* m_SimplePos;
     CT_PosH* m_PositionH;
     CT_PosV* m_PositionV;
@@ -651,6 +697,7 @@ public:
     virtual ~CT_TxbxContent();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group w:EG_BlockLevelElts, repeated
@@ -659,6 +706,7 @@ public:
     bool CheckW_EG_BlockLevelElts() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_BlockLevelElts> m_W_EG_BlockLevelElts;
     std::uint32_t m_presence;
 };
@@ -672,6 +720,7 @@ public:
     virtual ~CT_TextboxInfo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "txbxContent": child element
@@ -688,6 +737,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TxbxContent* m_TxbxContent;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     unsigned short m_Id;
@@ -703,6 +753,7 @@ public:
     virtual ~CT_LinkedTextboxInformation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -719,6 +770,7 @@ public:
     bool CheckSeq() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
     unsigned short m_Id;
     unsigned short m_Seq;
@@ -734,6 +786,7 @@ public:
     virtual ~CT_WordprocessingShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -770,6 +823,7 @@ public:
     bool CheckNormalEastAsianFlow() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     CT_WordprocessingShapeData__* m_Data__;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -790,9 +844,12 @@ public:
     virtual ~CT_WordprocessingShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -807,6 +864,9 @@ public:
     bool CheckCNvCnPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* m_CNvCnPr;
     std::uint32_t m_presence;
@@ -821,9 +881,12 @@ public:
     virtual ~CT_WordprocessingShapeData__1();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -838,6 +901,9 @@ public:
     bool CheckLinkedTxbx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TextboxInfo* m_Txbx;
     CT_LinkedTextboxInformation* m_LinkedTxbx;
     std::uint32_t m_presence;
@@ -852,6 +918,7 @@ public:
     virtual ~CT_GraphicFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -876,6 +943,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* m_CNvFrPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
@@ -893,6 +961,7 @@ public:
     virtual ~CT_WordprocessingContentPartNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -905,6 +974,7 @@ public:
     bool CheckCNvContentPartPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualContentPartProperties* m_CNvContentPartPr;
     std::uint32_t m_presence;
@@ -919,6 +989,7 @@ public:
     virtual ~CT_WordprocessingContentPart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvContentPartPr": child element
@@ -943,6 +1014,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_WordprocessingContentPartNonVisual* m_NvContentPartPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_OfficeArtExtensionList* m_ExtLst;
@@ -960,6 +1032,7 @@ public:
     virtual ~CT_WordprocessingGroup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -984,6 +1057,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* m_GrpSpPr;
@@ -1001,9 +1075,12 @@ public:
     virtual ~CT_WordprocessingGroupData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1030,6 +1107,9 @@ public:
     bool CheckContentPart() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_WordprocessingShape* m_Wsp;
     CT_WordprocessingGroup* m_GrpSp;
     CT_GraphicFrame* m_GraphicFrame;
@@ -1047,6 +1127,7 @@ public:
     virtual ~CT_WordprocessingCanvas();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bg": child element
@@ -1067,6 +1148,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BackgroundFormatting* m_Bg;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_WholeE2oFormatting* m_Whole;
     XMLPtrArray<CT_WordprocessingCanvasData__> m_Data__;
@@ -1083,9 +1165,12 @@ public:
     virtual ~CT_WordprocessingCanvasData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1112,6 +1197,9 @@ public:
     bool CheckGraphicFrame() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_WordprocessingShape* m_Wsp;
     schemas_openxmlformats_org_drawingml_x2006_picture::CT_Picture* m_Dpct_pic;
     CT_WordprocessingContentPart* m_ContentPart;

@@ -24,7 +24,8 @@ CT_AnchorClientData::~CT_AnchorClientData()
 {
 }
 
-bool CT_AnchorClientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnchorClientData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -37,6 +38,9 @@ bool CT_AnchorClientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnchorClientData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnchorClientData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ShapeNonVisual::CT_ShapeNonVisual()
     : m_CNvPr(nullptr),
@@ -51,7 +55,8 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
     delete m_CNvSpPr;
 }
 
-bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -63,6 +68,9 @@ bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Shape::CT_Shape()
     : m_NvSpPr(nullptr),
@@ -83,7 +91,8 @@ CT_Shape::~CT_Shape()
     delete m_TxBody;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -110,6 +119,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Shape::GetMacro() const { return m_Macro; }
 void CT_Shape::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 4); }
 wxString CT_Shape::GetTextlink() const { return m_Textlink; }
@@ -128,7 +140,8 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
     delete m_CNvCxnSpPr;
 }
 
-bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectorNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -140,6 +153,9 @@ bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectorNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Connector::CT_Connector()
     : m_NvCxnSpPr(nullptr),
@@ -157,7 +173,8 @@ CT_Connector::~CT_Connector()
     delete m_Style;
 }
 
-bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connector::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -178,6 +195,9 @@ bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connector::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Connector::GetMacro() const { return m_Macro; }
 void CT_Connector::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 3); }
 
@@ -194,7 +214,8 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
     delete m_CNvPicPr;
 }
 
-bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -206,6 +227,9 @@ bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Picture::CT_Picture()
     : m_NvPicPr(nullptr),
@@ -226,7 +250,8 @@ CT_Picture::~CT_Picture()
     delete m_Style;
 }
 
-bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Picture::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -249,6 +274,9 @@ bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Picture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Picture::GetMacro() const { return m_Macro; }
 void CT_Picture::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 4); }
 
@@ -265,7 +293,8 @@ CT_GraphicalObjectFrameNonVisual::~CT_GraphicalObjectFrameNonVisual()
     delete m_CNvGraphicFramePr;
 }
 
-bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectFrameNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -277,6 +306,9 @@ bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* co
     }
     return true;
 }
+
+bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectFrameNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GraphicalObjectFrame::CT_GraphicalObjectFrame()
     : m_NvGraphicFramePr(nullptr),
@@ -294,7 +326,8 @@ CT_GraphicalObjectFrame::~CT_GraphicalObjectFrame()
     delete m_A_graphic;
 }
 
-bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -315,6 +348,9 @@ bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GraphicalObjectFrame::GetMacro() const { return m_Macro; }
 void CT_GraphicalObjectFrame::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 3); }
 
@@ -331,7 +367,8 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
     delete m_CNvGrpSpPr;
 }
 
-bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -343,6 +380,9 @@ bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupShape::CT_GroupShape()
     : m_NvGrpSpPr(nullptr),
@@ -358,7 +398,8 @@ CT_GroupShape::~CT_GroupShape()
     DeleteAll(m_Data__);
 }
 
-bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -372,6 +413,9 @@ bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupShapeData__> CT_GroupShape::GetData__() const { return m_Data__; }
 void CT_GroupShape::SetData__(XMLPtrArray<CT_GroupShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -395,7 +439,8 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
     delete m_Pic;
 }
 
-bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -414,7 +459,11 @@ bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -450,13 +499,20 @@ bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -479,7 +535,8 @@ EG_ObjectChoices::~EG_ObjectChoices()
     delete m_Data__;
 }
 
-bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ObjectChoices::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -490,7 +547,11 @@ bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ObjectChoices::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ObjectChoices::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ObjectChoices::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ObjectChoicesData__::HasProperty(name, context))
     {
@@ -501,13 +562,20 @@ bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_ObjectChoices::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ObjectChoices::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ObjectChoices::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ObjectChoices::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ObjectChoices::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ObjectChoices::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ObjectChoices::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -535,7 +603,8 @@ EG_ObjectChoicesData__::~EG_ObjectChoicesData__()
     delete m_ContentPart;
 }
 
-bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ObjectChoicesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -556,7 +625,11 @@ bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ObjectChoicesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ObjectChoicesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ObjectChoicesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -598,13 +671,20 @@ bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ObjectChoicesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ObjectChoicesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ObjectChoicesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -626,7 +706,8 @@ CT_Rel::~CT_Rel()
 {
 }
 
-bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -637,6 +718,9 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Rel::GetR_id() const { return m_R_id; }
 void CT_Rel::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -652,7 +736,8 @@ CT_Marker::~CT_Marker()
 {
 }
 
-bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Marker::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -668,6 +753,9 @@ bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Marker::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Marker::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Marker::GetColOff() const { return m_ColOff; }
 void CT_Marker::SetColOff(wxAny value) { m_ColOff = std::move(value); m_presence |= (1u << 1); }
@@ -692,7 +780,8 @@ CT_TwoCellAnchor::~CT_TwoCellAnchor()
     delete m_ClientData;
 }
 
-bool CT_TwoCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TwoCellAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -712,6 +801,9 @@ bool CT_TwoCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TwoCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TwoCellAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TwoCellAnchor::GetEditAs() const { return m_EditAs; }
 void CT_TwoCellAnchor::SetEditAs(wxString value) { m_EditAs = std::move(value); m_presence |= (1u << 4); }
@@ -733,7 +825,8 @@ CT_OneCellAnchor::~CT_OneCellAnchor()
     delete m_ClientData;
 }
 
-bool CT_OneCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OneCellAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -749,6 +842,9 @@ bool CT_OneCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OneCellAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OneCellAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AbsoluteAnchor::CT_AbsoluteAnchor()
     : m_Pos(nullptr),
@@ -767,7 +863,8 @@ CT_AbsoluteAnchor::~CT_AbsoluteAnchor()
     delete m_ClientData;
 }
 
-bool CT_AbsoluteAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AbsoluteAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -784,6 +881,9 @@ bool CT_AbsoluteAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AbsoluteAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AbsoluteAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_Anchor::EG_Anchor()
     : m_Data__(nullptr),
       m_presence(0)
@@ -795,7 +895,8 @@ EG_Anchor::~EG_Anchor()
     delete m_Data__;
 }
 
-bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Anchor::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -806,7 +907,11 @@ bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Anchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Anchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Anchor::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_AnchorData__::HasProperty(name, context))
     {
@@ -817,13 +922,20 @@ bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext*
     return false;
 }
 
-bool EG_Anchor::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Anchor::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Anchor::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Anchor::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Anchor::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Anchor::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Anchor::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -845,7 +957,8 @@ EG_AnchorData__::~EG_AnchorData__()
     delete m_AbsoluteAnchor;
 }
 
-bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_AnchorData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -860,7 +973,11 @@ bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_AnchorData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_AnchorData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_AnchorData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_twoCellAnchor))
@@ -884,13 +1001,20 @@ bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_AnchorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_AnchorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_AnchorData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_AnchorData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_AnchorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_AnchorData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_AnchorData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -910,7 +1034,8 @@ CT_Drawing::~CT_Drawing()
     DeleteAll(m_EG_Anchor);
 }
 
-bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Drawing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -920,6 +1045,9 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Drawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_Anchor> CT_Drawing::GetEG_Anchor() const { return m_EG_Anchor; }
 void CT_Drawing::SetEG_Anchor(XMLPtrArray<EG_Anchor> value) { m_EG_Anchor = std::move(value); m_presence |= (1u << 0); }

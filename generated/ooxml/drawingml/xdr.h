@@ -49,6 +49,7 @@ public:
     virtual ~CT_AnchorClientData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fLocksWithSheet": attribute, bool, default "true"
@@ -61,6 +62,7 @@ public:
     bool CheckFPrintsWithSheet() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_FLocksWithSheet;
     bool m_FPrintsWithSheet;
     std::uint32_t m_presence;
@@ -75,6 +77,7 @@ public:
     virtual ~CT_ShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -87,6 +90,7 @@ public:
     bool CheckCNvSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     std::uint32_t m_presence;
@@ -101,6 +105,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvSpPr": child element
@@ -137,6 +142,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeNonVisual* m_NvSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -157,6 +163,7 @@ public:
     virtual ~CT_ConnectorNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -169,6 +176,7 @@ public:
     bool CheckCNvCxnSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* m_CNvCxnSpPr;
     std::uint32_t m_presence;
@@ -183,6 +191,7 @@ public:
     virtual ~CT_Connector();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvCxnSpPr": child element
@@ -207,6 +216,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ConnectorNonVisual* m_NvCxnSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -224,6 +234,7 @@ public:
     virtual ~CT_PictureNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -236,6 +247,7 @@ public:
     bool CheckCNvPicPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* m_CNvPicPr;
     std::uint32_t m_presence;
@@ -250,6 +262,7 @@ public:
     virtual ~CT_Picture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvPicPr": child element
@@ -278,6 +291,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureNonVisual* m_NvPicPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* m_BlipFill;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -296,6 +310,7 @@ public:
     virtual ~CT_GraphicalObjectFrameNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -308,6 +323,7 @@ public:
     bool CheckCNvGraphicFramePr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* m_CNvGraphicFramePr;
     std::uint32_t m_presence;
@@ -322,6 +338,7 @@ public:
     virtual ~CT_GraphicalObjectFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGraphicFramePr": child element
@@ -346,6 +363,7 @@ public:
     bool CheckFPublished() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GraphicalObjectFrameNonVisual* m_NvGraphicFramePr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* m_A_graphic;
@@ -363,6 +381,7 @@ public:
     virtual ~CT_GroupShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -375,6 +394,7 @@ public:
     bool CheckCNvGrpSpPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     std::uint32_t m_presence;
@@ -389,6 +409,7 @@ public:
     virtual ~CT_GroupShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGrpSpPr": child element
@@ -405,6 +426,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupShapeNonVisual* m_NvGrpSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* m_GrpSpPr;
     XMLPtrArray<CT_GroupShapeData__> m_Data__;
@@ -420,9 +442,12 @@ public:
     virtual ~CT_GroupShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -449,6 +474,9 @@ public:
     bool CheckPic() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     CT_GraphicalObjectFrame* m_GraphicFrame;
@@ -466,9 +494,12 @@ public:
     virtual ~EG_ObjectChoices();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -479,6 +510,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ObjectChoicesData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -492,9 +526,12 @@ public:
     virtual ~EG_ObjectChoicesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -525,6 +562,9 @@ public:
     bool CheckContentPart() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     CT_GraphicalObjectFrame* m_GraphicFrame;
@@ -543,6 +583,7 @@ public:
     virtual ~CT_Rel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -551,6 +592,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -564,6 +606,7 @@ public:
     virtual ~CT_Marker();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "col": value element, int
@@ -584,6 +627,7 @@ public:
     bool CheckRowOff() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Col;
     wxAny m_ColOff;
     int m_Row;
@@ -600,6 +644,7 @@ public:
     virtual ~CT_TwoCellAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "from": child element
@@ -624,6 +669,7 @@ public:
     bool CheckEditAs() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Marker* m_From;
     CT_Marker* m_To;
     EG_ObjectChoices* m_EG_ObjectChoices;
@@ -641,6 +687,7 @@ public:
     virtual ~CT_OneCellAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "from": child element
@@ -661,6 +708,7 @@ public:
     bool CheckClientData() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Marker* m_From;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* m_Ext;
     EG_ObjectChoices* m_EG_ObjectChoices;
@@ -677,6 +725,7 @@ public:
     virtual ~CT_AbsoluteAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -697,6 +746,7 @@ public:
     bool CheckClientData() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* m_Pos;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_PositiveSize2D* m_Ext;
     EG_ObjectChoices* m_EG_ObjectChoices;
@@ -713,9 +763,12 @@ public:
     virtual ~EG_Anchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -726,6 +779,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_AnchorData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -739,9 +795,12 @@ public:
     virtual ~EG_AnchorData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -760,6 +819,9 @@ public:
     bool CheckAbsoluteAnchor() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TwoCellAnchor* m_TwoCellAnchor;
     CT_OneCellAnchor* m_OneCellAnchor;
     CT_AbsoluteAnchor* m_AbsoluteAnchor;
@@ -775,6 +837,7 @@ public:
     virtual ~CT_Drawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_Anchor, repeated
@@ -783,6 +846,7 @@ public:
     bool CheckEG_Anchor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_Anchor> m_EG_Anchor;
     std::uint32_t m_presence;
 };

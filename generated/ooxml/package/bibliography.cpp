@@ -22,7 +22,8 @@ CT_NameListType::~CT_NameListType()
     DeleteAll(m_Person);
 }
 
-bool CT_NameListType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NameListType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -32,6 +33,9 @@ bool CT_NameListType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NameListType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NameListType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PersonType> CT_NameListType::GetPerson() const { return m_Person; }
 void CT_NameListType::SetPerson(XMLPtrArray<CT_PersonType> value) { m_Person = std::move(value); m_presence |= (1u << 0); }
@@ -45,7 +49,8 @@ CT_PersonType::~CT_PersonType()
 {
 }
 
-bool CT_PersonType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PersonType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -59,6 +64,9 @@ bool CT_PersonType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PersonType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PersonType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_PersonType::GetLast() const { return m_Last; }
 void CT_PersonType::SetLast(std::vector<wxString> value) { m_Last = std::move(value); m_presence |= (1u << 0); }
@@ -78,7 +86,8 @@ CT_NameType::~CT_NameType()
     delete m_NameList;
 }
 
-bool CT_NameType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NameType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -88,6 +97,9 @@ bool CT_NameType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NameType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NameType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NameOrCorporateType::CT_NameOrCorporateType()
     : m_Data__(nullptr),
@@ -100,7 +112,8 @@ CT_NameOrCorporateType::~CT_NameOrCorporateType()
     delete m_Data__;
 }
 
-bool CT_NameOrCorporateType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NameOrCorporateType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -110,6 +123,9 @@ bool CT_NameOrCorporateType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NameOrCorporateType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NameOrCorporateType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NameOrCorporateTypeData__::CT_NameOrCorporateTypeData__()
     : m_NameList(nullptr),
@@ -122,7 +138,8 @@ CT_NameOrCorporateTypeData__::~CT_NameOrCorporateTypeData__()
     delete m_NameList;
 }
 
-bool CT_NameOrCorporateTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NameOrCorporateTypeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -135,10 +152,14 @@ bool CT_NameOrCorporateTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool CT_NameOrCorporateTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NameOrCorporateTypeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_NameOrCorporateTypeData__::GetCorporate() const { return m_Corporate; }
 void CT_NameOrCorporateTypeData__::SetCorporate(wxString value) { m_Corporate = std::move(value); m_presence |= (1u << 1); }
 
-bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NameOrCorporateTypeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_NameList))
@@ -156,13 +177,20 @@ bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_NameOrCorporateTypeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_NameOrCorporateTypeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_NameOrCorporateTypeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -181,7 +209,8 @@ CT_AuthorType::~CT_AuthorType()
     DeleteAll(m_Data__);
 }
 
-bool CT_AuthorType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AuthorType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -191,6 +220,9 @@ bool CT_AuthorType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AuthorType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AuthorType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_AuthorTypeData__> CT_AuthorType::GetData__() const { return m_Data__; }
 void CT_AuthorType::SetData__(XMLPtrArray<CT_AuthorTypeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -236,7 +268,8 @@ CT_AuthorTypeData__::~CT_AuthorTypeData__()
     delete m_Writer;
 }
 
-bool CT_AuthorTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AuthorTypeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -277,7 +310,11 @@ bool CT_AuthorTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_AuthorTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_AuthorTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AuthorTypeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_AuthorTypeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_Artist))
@@ -379,13 +416,20 @@ bool CT_AuthorTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_AuthorTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_AuthorTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_AuthorTypeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_AuthorTypeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_AuthorTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_AuthorTypeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_AuthorTypeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -418,7 +462,8 @@ CT_SourceType::~CT_SourceType()
     DeleteAll(m_Data__);
 }
 
-bool CT_SourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SourceType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -428,6 +473,9 @@ bool CT_SourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SourceType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SourceType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SourceTypeData__> CT_SourceType::GetData__() const { return m_Data__; }
 void CT_SourceType::SetData__(XMLPtrArray<CT_SourceTypeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -443,7 +491,8 @@ CT_SourceTypeData__::~CT_SourceTypeData__()
     delete m_Author;
 }
 
-bool CT_SourceTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SourceTypeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -556,6 +605,9 @@ bool CT_SourceTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SourceTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SourceTypeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SourceTypeData__::GetAbbreviatedCaseNumber() const { return m_AbbreviatedCaseNumber; }
 void CT_SourceTypeData__::SetAbbreviatedCaseNumber(wxString value) { m_AbbreviatedCaseNumber = std::move(value); m_presence |= (std::uint64_t(1) << 0); }
 wxString CT_SourceTypeData__::GetAlbumTitle() const { return m_AlbumTitle; }
@@ -659,7 +711,8 @@ void CT_SourceTypeData__::SetYear(wxString value) { m_Year = std::move(value); m
 wxString CT_SourceTypeData__::GetYearAccessed() const { return m_YearAccessed; }
 void CT_SourceTypeData__::SetYearAccessed(wxString value) { m_YearAccessed = std::move(value); m_presence |= (std::uint64_t(1) << 51); }
 
-bool CT_SourceTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SourceTypeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_AbbreviatedCaseNumber))
@@ -977,13 +1030,20 @@ bool CT_SourceTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_SourceTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SourceTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SourceTypeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SourceTypeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SourceTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SourceTypeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SourceTypeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1052,7 +1112,8 @@ CT_Sources::~CT_Sources()
     DeleteAll(m_Source);
 }
 
-bool CT_Sources::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sources::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1070,6 +1131,9 @@ bool CT_Sources::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Sources::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sources::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SourceType> CT_Sources::GetSource() const { return m_Source; }
 void CT_Sources::SetSource(XMLPtrArray<CT_SourceType> value) { m_Source = std::move(value); m_presence |= (1u << 0); }

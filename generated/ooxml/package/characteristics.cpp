@@ -22,7 +22,8 @@ CT_AdditionalCharacteristics::~CT_AdditionalCharacteristics()
     DeleteAll(m_Characteristic);
 }
 
-bool CT_AdditionalCharacteristics::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AdditionalCharacteristics::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -32,6 +33,9 @@ bool CT_AdditionalCharacteristics::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_AdditionalCharacteristics::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AdditionalCharacteristics::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Characteristic> CT_AdditionalCharacteristics::GetCharacteristic() const { return m_Characteristic; }
 void CT_AdditionalCharacteristics::SetCharacteristic(XMLPtrArray<CT_Characteristic> value) { m_Characteristic = std::move(value); m_presence |= (1u << 0); }
@@ -45,7 +49,8 @@ CT_Characteristic::~CT_Characteristic()
 {
 }
 
-bool CT_Characteristic::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Characteristic::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -62,6 +67,9 @@ bool CT_Characteristic::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Characteristic::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Characteristic::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Characteristic::GetName() const { return m_Name; }
 void CT_Characteristic::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }

@@ -27,6 +27,7 @@ public:
     virtual ~CT_AdditionalCharacteristics();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "characteristic": child element, repeated
@@ -35,6 +36,7 @@ public:
     bool CheckCharacteristic() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Characteristic> m_Characteristic;
     std::uint32_t m_presence;
 };
@@ -48,6 +50,7 @@ public:
     virtual ~CT_Characteristic();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -68,6 +71,7 @@ public:
     bool CheckVocabulary() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_Relation;
     wxString m_Val;

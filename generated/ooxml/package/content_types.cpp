@@ -22,7 +22,8 @@ CT_Types::~CT_Types()
     DeleteAll(m_Data__);
 }
 
-bool CT_Types::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Types::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -32,6 +33,9 @@ bool CT_Types::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Types::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Types::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TypesData__> CT_Types::GetData__() const { return m_Data__; }
 void CT_Types::SetData__(XMLPtrArray<CT_TypesData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -49,7 +53,8 @@ CT_TypesData__::~CT_TypesData__()
     delete m_Override;
 }
 
-bool CT_TypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TypesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -62,7 +67,11 @@ bool CT_TypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TypesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TypesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TypesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_Default))
@@ -80,13 +89,20 @@ bool CT_TypesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_TypesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TypesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TypesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TypesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TypesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TypesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TypesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -104,7 +120,8 @@ CT_Default::~CT_Default()
 {
 }
 
-bool CT_Default::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Default::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -117,6 +134,9 @@ bool CT_Default::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Default::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Default::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Default::GetExtension() const { return m_Extension; }
 void CT_Default::SetExtension(wxString value) { m_Extension = std::move(value); m_presence |= (1u << 0); }
@@ -132,7 +152,8 @@ CT_Override::~CT_Override()
 {
 }
 
-bool CT_Override::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Override::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -145,6 +166,9 @@ bool CT_Override::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Override::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Override::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Override::GetContentType() const { return m_ContentType; }
 void CT_Override::SetContentType(wxString value) { m_ContentType = std::move(value); m_presence |= (1u << 0); }

@@ -38,7 +38,8 @@ CT_CoreProperties::~CT_CoreProperties()
     delete m_Dc_any_5;
 }
 
-bool CT_CoreProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CoreProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -78,6 +79,9 @@ bool CT_CoreProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CoreProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CoreProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CoreProperties::GetCategory() const { return m_Category; }
 void CT_CoreProperties::SetCategory(wxString value) { m_Category = std::move(value); m_presence |= (1u << 0); }

@@ -28,6 +28,7 @@ public:
     virtual ~CT_CoreProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "category": value element, wxString
@@ -96,6 +97,7 @@ public:
     bool CheckVersion() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Category;
     wxString m_ContentStatus;
     wxString m_ContentType;

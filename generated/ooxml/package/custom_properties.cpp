@@ -23,7 +23,8 @@ CT_Properties::~CT_Properties()
     DeleteAll(m_Property);
 }
 
-bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Properties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -33,6 +34,9 @@ bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Properties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Property> CT_Properties::GetProperty() const { return m_Property; }
 void CT_Properties::SetProperty(XMLPtrArray<CT_Property> value) { m_Property = std::move(value); m_presence |= (1u << 0); }
@@ -49,7 +53,8 @@ CT_Property::~CT_Property()
     delete m_Data__;
 }
 
-bool CT_Property::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Property::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -69,6 +74,9 @@ bool CT_Property::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Property::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Property::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Property::GetFmtid() const { return m_Fmtid; }
 void CT_Property::SetFmtid(wxString value) { m_Fmtid = std::move(value); m_presence |= (1u << 1); }
@@ -110,7 +118,8 @@ CT_PropertyData__::~CT_PropertyData__()
     delete m_Vt_vstream;
 }
 
-bool CT_PropertyData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PropertyData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -185,6 +194,9 @@ bool CT_PropertyData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PropertyData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PropertyData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PropertyData__::GetVt_blob() const { return m_Vt_blob; }
 void CT_PropertyData__::SetVt_blob(wxString value) { m_Vt_blob = std::move(value); m_presence |= (std::uint64_t(1) << 2); }
 wxString CT_PropertyData__::GetVt_oblob() const { return m_Vt_oblob; }
@@ -214,7 +226,8 @@ void CT_PropertyData__::SetVt_ostorage(wxString value) { m_Vt_ostorage = std::mo
 wxString CT_PropertyData__::GetVt_clsid() const { return m_Vt_clsid; }
 void CT_PropertyData__::SetVt_clsid(wxString value) { m_Vt_clsid = std::move(value); m_presence |= (std::uint64_t(1) << 32); }
 
-bool CT_PropertyData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PropertyData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_vt_vector))
@@ -418,13 +431,20 @@ bool CT_PropertyData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_PropertyData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PropertyData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PropertyData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PropertyData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PropertyData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PropertyData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PropertyData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

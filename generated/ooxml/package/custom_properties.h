@@ -30,6 +30,7 @@ public:
     virtual ~CT_Properties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "property": child element, repeated
@@ -38,6 +39,7 @@ public:
     bool CheckProperty() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Property> m_Property;
     std::uint32_t m_presence;
 };
@@ -51,6 +53,7 @@ public:
     virtual ~CT_Property();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -75,6 +78,7 @@ public:
     bool CheckLinkTarget() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PropertyData__* m_Data__;
     wxString m_Fmtid;
     int m_Pid;
@@ -92,9 +96,12 @@ public:
     virtual ~CT_PropertyData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -233,6 +240,9 @@ public:
     bool CheckVt_clsid() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* m_Vt_vector;
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Array* m_Vt_array;
     wxString m_Vt_blob;

@@ -21,7 +21,8 @@ CT_DatastoreSchemaRef::~CT_DatastoreSchemaRef()
 {
 }
 
-bool CT_DatastoreSchemaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DatastoreSchemaRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -32,6 +33,9 @@ bool CT_DatastoreSchemaRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DatastoreSchemaRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DatastoreSchemaRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DatastoreSchemaRef::GetUri() const { return m_Uri; }
 void CT_DatastoreSchemaRef::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 0); }
@@ -46,7 +50,8 @@ CT_DatastoreSchemaRefs::~CT_DatastoreSchemaRefs()
     DeleteAll(m_SchemaRef);
 }
 
-bool CT_DatastoreSchemaRefs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DatastoreSchemaRefs::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -56,6 +61,9 @@ bool CT_DatastoreSchemaRefs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DatastoreSchemaRefs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DatastoreSchemaRefs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DatastoreSchemaRef> CT_DatastoreSchemaRefs::GetSchemaRef() const { return m_SchemaRef; }
 void CT_DatastoreSchemaRefs::SetSchemaRef(XMLPtrArray<CT_DatastoreSchemaRef> value) { m_SchemaRef = std::move(value); m_presence |= (1u << 0); }
@@ -71,7 +79,8 @@ CT_DatastoreItem::~CT_DatastoreItem()
     delete m_SchemaRefs;
 }
 
-bool CT_DatastoreItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DatastoreItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -85,6 +94,9 @@ bool CT_DatastoreItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DatastoreItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DatastoreItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DatastoreItem::GetItemID() const { return m_ItemID; }
 void CT_DatastoreItem::SetItemID(wxString value) { m_ItemID = std::move(value); m_presence |= (1u << 1); }

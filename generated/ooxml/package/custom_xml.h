@@ -28,6 +28,7 @@ public:
     virtual ~CT_DatastoreSchemaRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uri": attribute, wxString
@@ -36,6 +37,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Uri;
     std::uint32_t m_presence;
 };
@@ -49,6 +51,7 @@ public:
     virtual ~CT_DatastoreSchemaRefs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "schemaRef": child element, repeated
@@ -57,6 +60,7 @@ public:
     bool CheckSchemaRef() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DatastoreSchemaRef> m_SchemaRef;
     std::uint32_t m_presence;
 };
@@ -70,6 +74,7 @@ public:
     virtual ~CT_DatastoreItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "schemaRefs": child element
@@ -82,6 +87,7 @@ public:
     bool CheckItemID() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DatastoreSchemaRefs* m_SchemaRefs;
     wxString m_ItemID;
     std::uint32_t m_presence;

@@ -21,13 +21,17 @@ SimpleLiteral::~SimpleLiteral()
 {
 }
 
-bool SimpleLiteral::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool SimpleLiteral::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool SimpleLiteral::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool SimpleLiteral::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 elementsGroup::elementsGroup()
     : m_presence(0)
@@ -39,7 +43,8 @@ elementsGroup::~elementsGroup()
     DeleteAll(m_Data__);
 }
 
-bool elementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -50,10 +55,14 @@ bool elementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool elementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementsGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<elementsGroupData__> elementsGroup::GetData__() const { return m_Data__; }
 void elementsGroup::SetData__(XMLPtrArray<elementsGroupData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 
-bool elementsGroup::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsGroup::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (elementsGroupData__::HasProperty(name, context))
     {
@@ -64,13 +73,20 @@ bool elementsGroup::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool elementsGroup::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementsGroup::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementsGroup::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementsGroup::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementsGroup::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementsGroup::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementsGroup::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -88,7 +104,8 @@ elementsGroupData__::~elementsGroupData__()
     delete m_Any;
 }
 
-bool elementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsGroupData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -99,7 +116,11 @@ bool elementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool elementsGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool elementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementsGroupData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool elementsGroupData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_any))
@@ -111,13 +132,20 @@ bool elementsGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool elementsGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementsGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementsGroupData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementsGroupData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementsGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementsGroupData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementsGroupData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -136,7 +164,8 @@ elementContainer::~elementContainer()
     delete m_Data__;
 }
 
-bool elementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementContainer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -146,6 +175,9 @@ bool elementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool elementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementContainer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 elementContainerData__::elementContainerData__()
     : m_ElementsGroup(nullptr),
@@ -158,7 +190,8 @@ elementContainerData__::~elementContainerData__()
     delete m_ElementsGroup;
 }
 
-bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementContainerData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -169,7 +202,11 @@ bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool elementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool elementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementContainerData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool elementContainerData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (elementsGroup::HasProperty(name, context))
     {
@@ -180,13 +217,20 @@ bool elementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool elementContainerData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementContainerData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementContainerData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementContainerData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementContainerData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementContainerData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

@@ -22,13 +22,17 @@ LCSH::~LCSH()
 {
 }
 
-bool LCSH::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool LCSH::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool LCSH::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool LCSH::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 MESH::MESH()
     : m_presence(0)
@@ -39,13 +43,17 @@ MESH::~MESH()
 {
 }
 
-bool MESH::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool MESH::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool MESH::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool MESH::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 DDC::DDC()
     : m_presence(0)
@@ -56,13 +64,17 @@ DDC::~DDC()
 {
 }
 
-bool DDC::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool DDC::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool DDC::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool DDC::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 LCC::LCC()
     : m_presence(0)
@@ -73,13 +85,17 @@ LCC::~LCC()
 {
 }
 
-bool LCC::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool LCC::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool LCC::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool LCC::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 UDC::UDC()
     : m_presence(0)
@@ -90,13 +106,17 @@ UDC::~UDC()
 {
 }
 
-bool UDC::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool UDC::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool UDC::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool UDC::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 Period::Period()
     : m_presence(0)
@@ -107,13 +127,17 @@ Period::~Period()
 {
 }
 
-bool Period::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool Period::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool Period::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool Period::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 W3CDTF::W3CDTF()
     : m_presence(0)
@@ -124,13 +148,17 @@ W3CDTF::~W3CDTF()
 {
 }
 
-bool W3CDTF::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool W3CDTF::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool W3CDTF::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool W3CDTF::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 DCMIType::DCMIType()
     : m_presence(0)
@@ -141,13 +169,17 @@ DCMIType::~DCMIType()
 {
 }
 
-bool DCMIType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool DCMIType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool DCMIType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool DCMIType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 IMT::IMT()
     : m_presence(0)
@@ -158,13 +190,17 @@ IMT::~IMT()
 {
 }
 
-bool IMT::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool IMT::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool IMT::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool IMT::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 URI::URI()
     : m_presence(0)
@@ -175,13 +211,17 @@ URI::~URI()
 {
 }
 
-bool URI::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool URI::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool URI::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool URI::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 ISO639_2::ISO639_2()
     : m_presence(0)
@@ -192,13 +232,17 @@ ISO639_2::~ISO639_2()
 {
 }
 
-bool ISO639_2::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool ISO639_2::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool ISO639_2::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool ISO639_2::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 RFC1766::RFC1766()
     : m_presence(0)
@@ -209,13 +253,17 @@ RFC1766::~RFC1766()
 {
 }
 
-bool RFC1766::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool RFC1766::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool RFC1766::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool RFC1766::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 RFC3066::RFC3066()
     : m_presence(0)
@@ -226,13 +274,17 @@ RFC3066::~RFC3066()
 {
 }
 
-bool RFC3066::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool RFC3066::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool RFC3066::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool RFC3066::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 Point::Point()
     : m_presence(0)
@@ -243,13 +295,17 @@ Point::~Point()
 {
 }
 
-bool Point::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool Point::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool Point::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool Point::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 ISO3166::ISO3166()
     : m_presence(0)
@@ -260,13 +316,17 @@ ISO3166::~ISO3166()
 {
 }
 
-bool ISO3166::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool ISO3166::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool ISO3166::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool ISO3166::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 Box::Box()
     : m_presence(0)
@@ -277,13 +337,17 @@ Box::~Box()
 {
 }
 
-bool Box::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool Box::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool Box::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool Box::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 TGN::TGN()
     : m_presence(0)
@@ -294,13 +358,17 @@ TGN::~TGN()
 {
 }
 
-bool TGN::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool TGN::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool TGN::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool TGN::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 elementsAndRefinementsGroup::elementsAndRefinementsGroup()
     : m_presence(0)
@@ -312,7 +380,8 @@ elementsAndRefinementsGroup::~elementsAndRefinementsGroup()
     DeleteAll(m_Data__);
 }
 
-bool elementsAndRefinementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsAndRefinementsGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -323,10 +392,14 @@ bool elementsAndRefinementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
+bool elementsAndRefinementsGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementsAndRefinementsGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<elementsAndRefinementsGroupData__> elementsAndRefinementsGroup::GetData__() const { return m_Data__; }
 void elementsAndRefinementsGroup::SetData__(XMLPtrArray<elementsAndRefinementsGroupData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 
-bool elementsAndRefinementsGroup::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsAndRefinementsGroup::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (elementsAndRefinementsGroupData__::HasProperty(name, context))
     {
@@ -337,13 +410,20 @@ bool elementsAndRefinementsGroup::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool elementsAndRefinementsGroup::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementsAndRefinementsGroup::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementsAndRefinementsGroup::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementsAndRefinementsGroup::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementsAndRefinementsGroup::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementsAndRefinementsGroup::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementsAndRefinementsGroup::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -361,7 +441,8 @@ elementsAndRefinementsGroupData__::~elementsAndRefinementsGroupData__()
     delete m_Dc_any;
 }
 
-bool elementsAndRefinementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementsAndRefinementsGroupData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -372,7 +453,11 @@ bool elementsAndRefinementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* c
     return true;
 }
 
-bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool elementsAndRefinementsGroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementsAndRefinementsGroupData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool elementsAndRefinementsGroupData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_dc_any))
@@ -384,13 +469,20 @@ bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, wxXmlN
     return false;
 }
 
-bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementsAndRefinementsGroupData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementsAndRefinementsGroupData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementsAndRefinementsGroupData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -409,7 +501,8 @@ elementOrRefinementContainer::~elementOrRefinementContainer()
     delete m_Data__;
 }
 
-bool elementOrRefinementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementOrRefinementContainer::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -419,6 +512,9 @@ bool elementOrRefinementContainer::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool elementOrRefinementContainer::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementOrRefinementContainer::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 elementOrRefinementContainerData__::elementOrRefinementContainerData__()
     : m_ElementsAndRefinementsGroup(nullptr),
@@ -431,7 +527,8 @@ elementOrRefinementContainerData__::~elementOrRefinementContainerData__()
     delete m_ElementsAndRefinementsGroup;
 }
 
-bool elementOrRefinementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool elementOrRefinementContainerData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -442,7 +539,11 @@ bool elementOrRefinementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* 
     return true;
 }
 
-bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool elementOrRefinementContainerData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool elementOrRefinementContainerData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool elementOrRefinementContainerData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (elementsAndRefinementsGroup::HasProperty(name, context))
     {
@@ -453,13 +554,20 @@ bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxXml
     return false;
 }
 
-bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool elementOrRefinementContainerData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool elementOrRefinementContainerData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool elementOrRefinementContainerData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool elementOrRefinementContainerData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool elementOrRefinementContainerData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

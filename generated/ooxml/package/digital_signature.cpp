@@ -21,7 +21,8 @@ CT_SignatureTime::~CT_SignatureTime()
 {
 }
 
-bool CT_SignatureTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SignatureTime::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -33,6 +34,9 @@ bool CT_SignatureTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SignatureTime::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SignatureTime::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SignatureTime::GetFormat() const { return m_Format; }
 void CT_SignatureTime::SetFormat(wxString value) { m_Format = std::move(value); m_presence |= (1u << 0); }
@@ -48,7 +52,8 @@ CT_RelationshipReference::~CT_RelationshipReference()
 {
 }
 
-bool CT_RelationshipReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelationshipReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -61,6 +66,9 @@ bool CT_RelationshipReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelationshipReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelationshipReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RelationshipReference::GetValue() const { return m_Value; }
 void CT_RelationshipReference::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -76,7 +84,8 @@ CT_RelationshipsGroupReference::~CT_RelationshipsGroupReference()
 {
 }
 
-bool CT_RelationshipsGroupReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelationshipsGroupReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -89,6 +98,9 @@ bool CT_RelationshipsGroupReference::ReadXML(wxXmlNode* node, XMLNSContext* cont
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RelationshipsGroupReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelationshipsGroupReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RelationshipsGroupReference::GetValue() const { return m_Value; }
 void CT_RelationshipsGroupReference::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }

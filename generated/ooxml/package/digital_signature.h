@@ -28,6 +28,7 @@ public:
     virtual ~CT_SignatureTime();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "Format": value element, wxString
@@ -40,6 +41,7 @@ public:
     bool CheckValue() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Format;
     wxString m_Value;
     std::uint32_t m_presence;
@@ -54,6 +56,7 @@ public:
     virtual ~CT_RelationshipReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -66,6 +69,7 @@ public:
     bool CheckSourceId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_SourceId;
     std::uint32_t m_presence;
@@ -80,6 +84,7 @@ public:
     virtual ~CT_RelationshipsGroupReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -92,6 +97,7 @@ public:
     bool CheckSourceType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_SourceType;
     std::uint32_t m_presence;

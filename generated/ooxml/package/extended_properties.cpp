@@ -46,7 +46,8 @@ CT_Properties::~CT_Properties()
     delete m_DigSig;
 }
 
-bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Properties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -109,6 +110,9 @@ bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Properties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Properties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Properties::GetTemplate() const { return m_Template; }
 void CT_Properties::SetTemplate(wxString value) { m_Template = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Properties::GetManager() const { return m_Manager; }
@@ -135,7 +139,8 @@ CT_VectorVariant::~CT_VectorVariant()
     delete m_Vt_vector;
 }
 
-bool CT_VectorVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VectorVariant::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -145,6 +150,9 @@ bool CT_VectorVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VectorVariant::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VectorVariant::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_VectorLpstr::CT_VectorLpstr()
     : m_Vt_vector(nullptr),
@@ -157,7 +165,8 @@ CT_VectorLpstr::~CT_VectorLpstr()
     delete m_Vt_vector;
 }
 
-bool CT_VectorLpstr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VectorLpstr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -168,6 +177,9 @@ bool CT_VectorLpstr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_VectorLpstr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VectorLpstr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DigSigBlob::CT_DigSigBlob()
     : m_presence(0)
 {
@@ -177,7 +189,8 @@ CT_DigSigBlob::~CT_DigSigBlob()
 {
 }
 
-bool CT_DigSigBlob::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DigSigBlob::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -187,6 +200,9 @@ bool CT_DigSigBlob::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DigSigBlob::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DigSigBlob::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DigSigBlob::GetVt_blob() const { return m_Vt_blob; }
 void CT_DigSigBlob::SetVt_blob(wxString value) { m_Vt_blob = std::move(value); m_presence |= (1u << 0); }

@@ -31,6 +31,7 @@ public:
     virtual ~CT_Properties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "Template": value element, wxString
@@ -143,6 +144,7 @@ public:
     bool CheckDocSecurity() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Template;
     wxString m_Manager;
     wxString m_Company;
@@ -182,6 +184,7 @@ public:
     virtual ~CT_VectorVariant();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "vt:vector": child element
@@ -190,6 +193,7 @@ public:
     bool CheckVt_vector() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* m_Vt_vector;
     std::uint32_t m_presence;
 };
@@ -203,6 +207,7 @@ public:
     virtual ~CT_VectorLpstr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "vt:vector": child element
@@ -211,6 +216,7 @@ public:
     bool CheckVt_vector() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_officeDocument_x2006_docPropsVTypes::CT_Vector* m_Vt_vector;
     std::uint32_t m_presence;
 };
@@ -224,6 +230,7 @@ public:
     virtual ~CT_DigSigBlob();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "vt:blob": value element, wxString
@@ -232,6 +239,7 @@ public:
     bool CheckVt_blob() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Vt_blob;
     std::uint32_t m_presence;
 };

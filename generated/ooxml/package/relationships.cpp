@@ -22,7 +22,8 @@ CT_Relationships::~CT_Relationships()
     DeleteAll(m_Relationship);
 }
 
-bool CT_Relationships::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Relationships::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -32,6 +33,9 @@ bool CT_Relationships::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Relationships::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Relationships::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Relationship> CT_Relationships::GetRelationship() const { return m_Relationship; }
 void CT_Relationships::SetRelationship(XMLPtrArray<CT_Relationship> value) { m_Relationship = std::move(value); m_presence |= (1u << 0); }
@@ -45,7 +49,8 @@ CT_Relationship::~CT_Relationship()
 {
 }
 
-bool CT_Relationship::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Relationship::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -64,6 +69,9 @@ bool CT_Relationship::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Relationship::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Relationship::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Relationship::GetValue() const { return m_Value; }
 void CT_Relationship::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }

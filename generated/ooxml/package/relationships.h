@@ -27,6 +27,7 @@ public:
     virtual ~CT_Relationships();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "Relationship": child element, repeated
@@ -35,6 +36,7 @@ public:
     bool CheckRelationship() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Relationship> m_Relationship;
     std::uint32_t m_presence;
 };
@@ -48,6 +50,7 @@ public:
     virtual ~CT_Relationship();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -72,6 +75,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_TargetMode;
     wxString m_Target;

@@ -22,7 +22,8 @@ CT_Schema::~CT_Schema()
 {
 }
 
-bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Schema::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -39,6 +40,9 @@ bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Schema::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Schema::GetUri() const { return m_Uri; }
 void CT_Schema::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 0); }
@@ -59,7 +63,8 @@ CT_SchemaLibrary::~CT_SchemaLibrary()
     DeleteAll(m_Schema);
 }
 
-bool CT_SchemaLibrary::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SchemaLibrary::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -69,6 +74,9 @@ bool CT_SchemaLibrary::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SchemaLibrary::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SchemaLibrary::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Schema> CT_SchemaLibrary::GetSchema() const { return m_Schema; }
 void CT_SchemaLibrary::SetSchema(XMLPtrArray<CT_Schema> value) { m_Schema = std::move(value); m_presence |= (1u << 0); }

@@ -27,6 +27,7 @@ public:
     virtual ~CT_Schema();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uri": attribute, wxString, default ""
@@ -47,6 +48,7 @@ public:
     bool CheckSchemaLanguage() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Uri;
     wxString m_ManifestLocation;
     wxString m_SchemaLocation;
@@ -63,6 +65,7 @@ public:
     virtual ~CT_SchemaLibrary();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "schema": child element, repeated
@@ -71,6 +74,7 @@ public:
     bool CheckSchema() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Schema> m_Schema;
     std::uint32_t m_presence;
 };

@@ -21,13 +21,17 @@ CT_Empty::~CT_Empty()
 {
 }
 
-bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Empty::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Empty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Null::CT_Null()
     : m_presence(0)
@@ -38,13 +42,17 @@ CT_Null::~CT_Null()
 {
 }
 
-bool CT_Null::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Null::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Null::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Null::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Vector::CT_Vector()
     : m_Size(0),
@@ -57,7 +65,8 @@ CT_Vector::~CT_Vector()
     DeleteAll(m_Data__);
 }
 
-bool CT_Vector::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Vector::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -73,6 +82,9 @@ bool CT_Vector::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Vector::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Vector::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_VectorData__> CT_Vector::GetData__() const { return m_Data__; }
 void CT_Vector::SetData__(XMLPtrArray<CT_VectorData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -101,7 +113,8 @@ CT_VectorData__::~CT_VectorData__()
     delete m_Variant;
 }
 
-bool CT_VectorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VectorData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -150,6 +163,9 @@ bool CT_VectorData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_VectorData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VectorData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_VectorData__::GetLpstr() const { return m_Lpstr; }
 void CT_VectorData__::SetLpstr(wxString value) { m_Lpstr = std::move(value); m_presence |= (1u << 11); }
 wxString CT_VectorData__::GetLpwstr() const { return m_Lpwstr; }
@@ -167,7 +183,8 @@ void CT_VectorData__::SetError(wxString value) { m_Error = std::move(value); m_p
 wxString CT_VectorData__::GetClsid() const { return m_Clsid; }
 void CT_VectorData__::SetClsid(wxString value) { m_Clsid = std::move(value); m_presence |= (1u << 19); }
 
-bool CT_VectorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VectorData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_variant))
@@ -293,13 +310,20 @@ bool CT_VectorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_VectorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_VectorData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_VectorData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_VectorData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_VectorData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_VectorData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_VectorData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -338,7 +362,8 @@ CT_Array::~CT_Array()
     DeleteAll(m_Data__);
 }
 
-bool CT_Array::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Array::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -356,6 +381,9 @@ bool CT_Array::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Array::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Array::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ArrayData__> CT_Array::GetData__() const { return m_Data__; }
 void CT_Array::SetData__(XMLPtrArray<CT_ArrayData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -385,7 +413,8 @@ CT_ArrayData__::~CT_ArrayData__()
     delete m_Variant;
 }
 
-bool CT_ArrayData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ArrayData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -428,6 +457,9 @@ bool CT_ArrayData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ArrayData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ArrayData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ArrayData__::GetBstr() const { return m_Bstr; }
 void CT_ArrayData__::SetBstr(wxString value) { m_Bstr = std::move(value); m_presence |= (1u << 12); }
 wxString CT_ArrayData__::GetDate() const { return m_Date; }
@@ -437,7 +469,8 @@ void CT_ArrayData__::SetError(wxString value) { m_Error = std::move(value); m_pr
 wxString CT_ArrayData__::GetCy() const { return m_Cy; }
 void CT_ArrayData__::SetCy(wxString value) { m_Cy = std::move(value); m_presence |= (1u << 16); }
 
-bool CT_ArrayData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ArrayData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_variant))
@@ -545,13 +578,20 @@ bool CT_ArrayData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_ArrayData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ArrayData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ArrayData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ArrayData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ArrayData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ArrayData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ArrayData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -586,7 +626,8 @@ CT_Variant::~CT_Variant()
     delete m_Data__;
 }
 
-bool CT_Variant::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Variant::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -596,6 +637,9 @@ bool CT_Variant::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Variant::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Variant::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_VariantData__::CT_VariantData__()
     : m_Variant(nullptr),
@@ -632,7 +676,8 @@ CT_VariantData__::~CT_VariantData__()
     delete m_Vstream;
 }
 
-bool CT_VariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VariantData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -709,6 +754,9 @@ bool CT_VariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_VariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VariantData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_VariantData__::GetBlob() const { return m_Blob; }
 void CT_VariantData__::SetBlob(wxString value) { m_Blob = std::move(value); m_presence |= (std::uint64_t(1) << 3); }
 wxString CT_VariantData__::GetOblob() const { return m_Oblob; }
@@ -738,7 +786,8 @@ void CT_VariantData__::SetOstorage(wxString value) { m_Ostorage = std::move(valu
 wxString CT_VariantData__::GetClsid() const { return m_Clsid; }
 void CT_VariantData__::SetClsid(wxString value) { m_Clsid = std::move(value); m_presence |= (std::uint64_t(1) << 33); }
 
-bool CT_VariantData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VariantData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_variant))
@@ -948,13 +997,20 @@ bool CT_VariantData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_VariantData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_VariantData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_VariantData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_VariantData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_VariantData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_VariantData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_VariantData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1004,7 +1060,8 @@ CT_Vstream::~CT_Vstream()
 {
 }
 
-bool CT_Vstream::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Vstream::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1017,6 +1074,9 @@ bool CT_Vstream::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Vstream::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Vstream::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Vstream::GetValue() const { return m_Value; }
 void CT_Vstream::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }

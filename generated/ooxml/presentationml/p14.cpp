@@ -24,7 +24,8 @@ CT_LeftRightDirectionTransition::~CT_LeftRightDirectionTransition()
 {
 }
 
-bool CT_LeftRightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LeftRightDirectionTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -35,6 +36,9 @@ bool CT_LeftRightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* con
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LeftRightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LeftRightDirectionTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LeftRightDirectionTransition::GetDir() const { return m_Dir; }
 void CT_LeftRightDirectionTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -49,7 +53,8 @@ CT_RippleTransition::~CT_RippleTransition()
 {
 }
 
-bool CT_RippleTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RippleTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -60,6 +65,9 @@ bool CT_RippleTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RippleTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RippleTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_RippleTransition::GetDir() const { return m_Dir; }
 void CT_RippleTransition::SetDir(wxAny value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -76,7 +84,8 @@ CT_PrismTransition::~CT_PrismTransition()
 {
 }
 
-bool CT_PrismTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PrismTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -92,6 +101,9 @@ bool CT_PrismTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PrismTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PrismTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PrismTransition::GetDir() const { return m_Dir; }
 void CT_PrismTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
 
@@ -106,7 +118,8 @@ CT_GlitterTransition::~CT_GlitterTransition()
 {
 }
 
-bool CT_GlitterTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GlitterTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -119,6 +132,9 @@ bool CT_GlitterTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GlitterTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GlitterTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GlitterTransition::GetDir() const { return m_Dir; }
 void CT_GlitterTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -136,7 +152,8 @@ CT_FlyThroughTransition::~CT_FlyThroughTransition()
 {
 }
 
-bool CT_FlyThroughTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FlyThroughTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -149,6 +166,9 @@ bool CT_FlyThroughTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FlyThroughTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FlyThroughTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FlyThroughTransition::GetDir() const { return m_Dir; }
 void CT_FlyThroughTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -164,7 +184,8 @@ CT_ShredTransition::~CT_ShredTransition()
 {
 }
 
-bool CT_ShredTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShredTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -177,6 +198,9 @@ bool CT_ShredTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ShredTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShredTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ShredTransition::GetPattern() const { return m_Pattern; }
 void CT_ShredTransition::SetPattern(wxString value) { m_Pattern = std::move(value); m_presence |= (1u << 0); }
@@ -194,7 +218,8 @@ CT_RevealTransition::~CT_RevealTransition()
 {
 }
 
-bool CT_RevealTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevealTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -207,6 +232,9 @@ bool CT_RevealTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RevealTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevealTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RevealTransition::GetDir() const { return m_Dir; }
 void CT_RevealTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 1); }
@@ -221,7 +249,8 @@ CT_MediaBookmarkTarget::~CT_MediaBookmarkTarget()
 {
 }
 
-bool CT_MediaBookmarkTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaBookmarkTarget::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -234,6 +263,9 @@ bool CT_MediaBookmarkTarget::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaBookmarkTarget::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaBookmarkTarget::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaBookmarkTarget::GetBmkName() const { return m_BmkName; }
 void CT_MediaBookmarkTarget::SetBmkName(wxString value) { m_BmkName = std::move(value); m_presence |= (1u << 1); }
@@ -253,7 +285,8 @@ CT_ContentPartNonVisual::~CT_ContentPartNonVisual()
     delete m_NvPr;
 }
 
-bool CT_ContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ContentPartNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -268,6 +301,9 @@ bool CT_ContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ContentPartNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ContentPartNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MediaTrim::CT_MediaTrim()
     : m_St(s_0),
       m_End(s_0),
@@ -279,7 +315,8 @@ CT_MediaTrim::~CT_MediaTrim()
 {
 }
 
-bool CT_MediaTrim::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaTrim::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -292,6 +329,9 @@ bool CT_MediaTrim::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaTrim::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaTrim::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaTrim::GetSt() const { return m_St; }
 void CT_MediaTrim::SetSt(wxString value) { m_St = std::move(value); m_presence |= (1u << 0); }
@@ -309,7 +349,8 @@ CT_MediaFade::~CT_MediaFade()
 {
 }
 
-bool CT_MediaFade::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaFade::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -322,6 +363,9 @@ bool CT_MediaFade::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaFade::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaFade::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaFade::GetIn() const { return m_In; }
 void CT_MediaFade::SetIn(wxString value) { m_In = std::move(value); m_presence |= (1u << 0); }
@@ -337,7 +381,8 @@ CT_MediaBookmark::~CT_MediaBookmark()
 {
 }
 
-bool CT_MediaBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaBookmark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -350,6 +395,9 @@ bool CT_MediaBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaBookmark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaBookmark::GetName() const { return m_Name; }
 void CT_MediaBookmark::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -366,7 +414,8 @@ CT_MediaBookmarkList::~CT_MediaBookmarkList()
     DeleteAll(m_Bmk);
 }
 
-bool CT_MediaBookmarkList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaBookmarkList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -376,6 +425,9 @@ bool CT_MediaBookmarkList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MediaBookmarkList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaBookmarkList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MediaBookmark> CT_MediaBookmarkList::GetBmk() const { return m_Bmk; }
 void CT_MediaBookmarkList::SetBmk(XMLPtrArray<CT_MediaBookmark> value) { m_Bmk = std::move(value); m_presence |= (1u << 0); }
@@ -399,7 +451,8 @@ CT_Media::~CT_Media()
     delete m_A_AG_Blob;
 }
 
-bool CT_Media::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Media::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -420,6 +473,9 @@ bool CT_Media::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Media::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Media::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SectionSlideIdListEntry::CT_SectionSlideIdListEntry()
     : m_Id(0),
       m_presence(0)
@@ -430,7 +486,8 @@ CT_SectionSlideIdListEntry::~CT_SectionSlideIdListEntry()
 {
 }
 
-bool CT_SectionSlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectionSlideIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -442,6 +499,9 @@ bool CT_SectionSlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SectionSlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectionSlideIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SectionSlideIdList::CT_SectionSlideIdList()
     : m_presence(0)
 {
@@ -452,7 +512,8 @@ CT_SectionSlideIdList::~CT_SectionSlideIdList()
     DeleteAll(m_SldId);
 }
 
-bool CT_SectionSlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectionSlideIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -462,6 +523,9 @@ bool CT_SectionSlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SectionSlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectionSlideIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SectionSlideIdListEntry> CT_SectionSlideIdList::GetSldId() const { return m_SldId; }
 void CT_SectionSlideIdList::SetSldId(XMLPtrArray<CT_SectionSlideIdListEntry> value) { m_SldId = std::move(value); m_presence |= (1u << 0); }
@@ -479,7 +543,8 @@ CT_Section::~CT_Section()
     delete m_ExtLst;
 }
 
-bool CT_Section::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Section::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -498,6 +563,9 @@ bool CT_Section::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Section::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Section::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Section::GetName() const { return m_Name; }
 void CT_Section::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 wxString CT_Section::GetId() const { return m_Id; }
@@ -513,7 +581,8 @@ CT_SectionList::~CT_SectionList()
     DeleteAll(m_Section);
 }
 
-bool CT_SectionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -523,6 +592,9 @@ bool CT_SectionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SectionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Section> CT_SectionList::GetSection() const { return m_Section; }
 void CT_SectionList::SetSection(XMLPtrArray<CT_Section> value) { m_Section = std::move(value); m_presence |= (1u << 0); }
@@ -537,7 +609,8 @@ CT_BrowseMode::~CT_BrowseMode()
 {
 }
 
-bool CT_BrowseMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BrowseMode::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -549,6 +622,9 @@ bool CT_BrowseMode::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BrowseMode::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BrowseMode::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DefaultImageDpi::CT_DefaultImageDpi()
     : m_Val(0),
       m_presence(0)
@@ -559,7 +635,8 @@ CT_DefaultImageDpi::~CT_DefaultImageDpi()
 {
 }
 
-bool CT_DefaultImageDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DefaultImageDpi::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -571,6 +648,9 @@ bool CT_DefaultImageDpi::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DefaultImageDpi::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DefaultImageDpi::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DiscardImageEditData::CT_DiscardImageEditData()
     : m_Val(false),
       m_presence(0)
@@ -581,7 +661,8 @@ CT_DiscardImageEditData::~CT_DiscardImageEditData()
 {
 }
 
-bool CT_DiscardImageEditData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DiscardImageEditData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -592,6 +673,9 @@ bool CT_DiscardImageEditData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DiscardImageEditData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DiscardImageEditData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ShowMediaControls::CT_ShowMediaControls()
     : m_Val(false),
@@ -603,7 +687,8 @@ CT_ShowMediaControls::~CT_ShowMediaControls()
 {
 }
 
-bool CT_ShowMediaControls::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowMediaControls::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -615,6 +700,9 @@ bool CT_ShowMediaControls::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShowMediaControls::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowMediaControls::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LaserTracePoint::CT_LaserTracePoint()
     : m_presence(0)
 {
@@ -624,7 +712,8 @@ CT_LaserTracePoint::~CT_LaserTracePoint()
 {
 }
 
-bool CT_LaserTracePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LaserTracePoint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -639,6 +728,9 @@ bool CT_LaserTracePoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LaserTracePoint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LaserTracePoint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LaserTracePoint::GetT() const { return m_T; }
 void CT_LaserTracePoint::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 0); }
@@ -657,7 +749,8 @@ CT_LaserTrace::~CT_LaserTrace()
     DeleteAll(m_TracePt);
 }
 
-bool CT_LaserTrace::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LaserTrace::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -667,6 +760,9 @@ bool CT_LaserTrace::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LaserTrace::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LaserTrace::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LaserTracePoint> CT_LaserTrace::GetTracePt() const { return m_TracePt; }
 void CT_LaserTrace::SetTracePt(XMLPtrArray<CT_LaserTracePoint> value) { m_TracePt = std::move(value); m_presence |= (1u << 0); }
@@ -681,7 +777,8 @@ CT_LaserTraceList::~CT_LaserTraceList()
     DeleteAll(m_TracePtLst);
 }
 
-bool CT_LaserTraceList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LaserTraceList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -691,6 +788,9 @@ bool CT_LaserTraceList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LaserTraceList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LaserTraceList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LaserTrace> CT_LaserTraceList::GetTracePtLst() const { return m_TracePtLst; }
 void CT_LaserTraceList::SetTracePtLst(XMLPtrArray<CT_LaserTrace> value) { m_TracePtLst = std::move(value); m_presence |= (1u << 0); }
@@ -705,7 +805,8 @@ CT_RandomId::~CT_RandomId()
 {
 }
 
-bool CT_RandomId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RandomId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -717,6 +818,9 @@ bool CT_RandomId::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RandomId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RandomId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TriggerEventRecord::CT_TriggerEventRecord()
     : m_ObjId(0),
       m_presence(0)
@@ -727,7 +831,8 @@ CT_TriggerEventRecord::~CT_TriggerEventRecord()
 {
 }
 
-bool CT_TriggerEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TriggerEventRecord::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -742,6 +847,9 @@ bool CT_TriggerEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TriggerEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TriggerEventRecord::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TriggerEventRecord::GetType() const { return m_Type; }
 void CT_TriggerEventRecord::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -758,7 +866,8 @@ CT_NullEventRecord::~CT_NullEventRecord()
 {
 }
 
-bool CT_NullEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NullEventRecord::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -771,6 +880,9 @@ bool CT_NullEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NullEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NullEventRecord::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NullEventRecord::GetTime() const { return m_Time; }
 void CT_NullEventRecord::SetTime(wxString value) { m_Time = std::move(value); m_presence |= (1u << 0); }
@@ -785,7 +897,8 @@ CT_MediaPlaybackEventRecord::~CT_MediaPlaybackEventRecord()
 {
 }
 
-bool CT_MediaPlaybackEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaPlaybackEventRecord::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -798,6 +911,9 @@ bool CT_MediaPlaybackEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaPlaybackEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaPlaybackEventRecord::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaPlaybackEventRecord::GetTime() const { return m_Time; }
 void CT_MediaPlaybackEventRecord::SetTime(wxString value) { m_Time = std::move(value); m_presence |= (1u << 0); }
@@ -812,7 +928,8 @@ CT_MediaSeekEventRecord::~CT_MediaSeekEventRecord()
 {
 }
 
-bool CT_MediaSeekEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MediaSeekEventRecord::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -827,6 +944,9 @@ bool CT_MediaSeekEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MediaSeekEventRecord::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MediaSeekEventRecord::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MediaSeekEventRecord::GetTime() const { return m_Time; }
 void CT_MediaSeekEventRecord::SetTime(wxString value) { m_Time = std::move(value); m_presence |= (1u << 0); }
@@ -843,7 +963,8 @@ CT_ShowEventRecordList::~CT_ShowEventRecordList()
     DeleteAll(m_Data__);
 }
 
-bool CT_ShowEventRecordList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowEventRecordList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -853,6 +974,9 @@ bool CT_ShowEventRecordList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShowEventRecordList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowEventRecordList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ShowEventRecordListData__> CT_ShowEventRecordList::GetData__() const { return m_Data__; }
 void CT_ShowEventRecordList::SetData__(XMLPtrArray<CT_ShowEventRecordListData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -880,7 +1004,8 @@ CT_ShowEventRecordListData__::~CT_ShowEventRecordListData__()
     delete m_NullEvt;
 }
 
-bool CT_ShowEventRecordListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowEventRecordListData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -903,7 +1028,11 @@ bool CT_ShowEventRecordListData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ShowEventRecordListData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowEventRecordListData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ShowEventRecordListData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_triggerEvt))
@@ -951,13 +1080,20 @@ bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ShowEventRecordListData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ShowEventRecordListData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ShowEventRecordListData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

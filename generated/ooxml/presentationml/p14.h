@@ -61,6 +61,7 @@ public:
     virtual ~CT_LeftRightDirectionTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString
@@ -69,6 +70,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     std::uint32_t m_presence;
 };
@@ -82,6 +84,7 @@ public:
     virtual ~CT_RippleTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxAny, default "center"
@@ -90,6 +93,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Dir;
     std::uint32_t m_presence;
 };
@@ -103,6 +107,7 @@ public:
     virtual ~CT_PrismTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "l"
@@ -119,6 +124,7 @@ public:
     bool CheckIsInverted() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     bool m_IsContent;
     bool m_IsInverted;
@@ -134,6 +140,7 @@ public:
     virtual ~CT_GlitterTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "l"
@@ -146,6 +153,7 @@ public:
     bool CheckPattern() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     wxString m_Pattern;
     std::uint32_t m_presence;
@@ -160,6 +168,7 @@ public:
     virtual ~CT_FlyThroughTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "in"
@@ -172,6 +181,7 @@ public:
     bool CheckHasBounce() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     bool m_HasBounce;
     std::uint32_t m_presence;
@@ -186,6 +196,7 @@ public:
     virtual ~CT_ShredTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pattern": attribute, wxString, default "strip"
@@ -198,6 +209,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Pattern;
     wxString m_Dir;
     std::uint32_t m_presence;
@@ -212,6 +224,7 @@ public:
     virtual ~CT_RevealTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "thruBlk": attribute, bool, default "false"
@@ -224,6 +237,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ThruBlk;
     wxString m_Dir;
     std::uint32_t m_presence;
@@ -238,6 +252,7 @@ public:
     virtual ~CT_MediaBookmarkTarget();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spid": attribute, unsigned int
@@ -250,6 +265,7 @@ public:
     bool CheckBmkName() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Spid;
     wxString m_BmkName;
     std::uint32_t m_presence;
@@ -264,6 +280,7 @@ public:
     virtual ~CT_ContentPartNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -280,6 +297,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_microsoft_com_office_drawing_x2010_main::CT_NonVisualInkContentPartProperties* m_CNvContentPartPr;
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -295,6 +313,7 @@ public:
     virtual ~CT_MediaTrim();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "st": attribute, wxString, default "0"
@@ -307,6 +326,7 @@ public:
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_St;
     wxString m_End;
     std::uint32_t m_presence;
@@ -321,6 +341,7 @@ public:
     virtual ~CT_MediaFade();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "in": attribute, wxString, default "0"
@@ -333,6 +354,7 @@ public:
     bool CheckOut() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_In;
     wxString m_Out;
     std::uint32_t m_presence;
@@ -347,6 +369,7 @@ public:
     virtual ~CT_MediaBookmark();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -359,6 +382,7 @@ public:
     bool CheckTime() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_Time;
     std::uint32_t m_presence;
@@ -373,6 +397,7 @@ public:
     virtual ~CT_MediaBookmarkList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bmk": child element, repeated
@@ -381,6 +406,7 @@ public:
     bool CheckBmk() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MediaBookmark> m_Bmk;
     std::uint32_t m_presence;
 };
@@ -394,6 +420,7 @@ public:
     virtual ~CT_Media();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "trim": child element
@@ -418,6 +445,7 @@ public:
     bool CheckA_AG_Blob() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MediaTrim* m_Trim;
     CT_MediaFade* m_Fade;
     CT_MediaBookmarkList* m_BmkLst;
@@ -435,6 +463,7 @@ public:
     virtual ~CT_SectionSlideIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int
@@ -443,6 +472,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     std::uint32_t m_presence;
 };
@@ -456,6 +486,7 @@ public:
     virtual ~CT_SectionSlideIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldId": child element, repeated
@@ -464,6 +495,7 @@ public:
     bool CheckSldId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SectionSlideIdListEntry> m_SldId;
     std::uint32_t m_presence;
 };
@@ -477,6 +509,7 @@ public:
     virtual ~CT_Section();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldIdLst": child element
@@ -497,6 +530,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SectionSlideIdList* m_SldIdLst;
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* m_ExtLst;
     wxString m_Name;
@@ -513,6 +547,7 @@ public:
     virtual ~CT_SectionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "section": child element, repeated
@@ -521,6 +556,7 @@ public:
     bool CheckSection() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Section> m_Section;
     std::uint32_t m_presence;
 };
@@ -534,6 +570,7 @@ public:
     virtual ~CT_BrowseMode();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "showStatus": attribute, bool, default "true"
@@ -542,6 +579,7 @@ public:
     bool CheckShowStatus() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ShowStatus;
     std::uint32_t m_presence;
 };
@@ -555,6 +593,7 @@ public:
     virtual ~CT_DefaultImageDpi();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -563,6 +602,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -576,6 +616,7 @@ public:
     virtual ~CT_DiscardImageEditData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool
@@ -584,6 +625,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -597,6 +639,7 @@ public:
     virtual ~CT_ShowMediaControls();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool
@@ -605,6 +648,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -618,6 +662,7 @@ public:
     virtual ~CT_LaserTracePoint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "t": attribute, wxString
@@ -634,6 +679,7 @@ public:
     bool CheckY() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_T;
     wxAny m_X;
     wxAny m_Y;
@@ -649,6 +695,7 @@ public:
     virtual ~CT_LaserTrace();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tracePt": child element, repeated
@@ -657,6 +704,7 @@ public:
     bool CheckTracePt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LaserTracePoint> m_TracePt;
     std::uint32_t m_presence;
 };
@@ -670,6 +718,7 @@ public:
     virtual ~CT_LaserTraceList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tracePtLst": child element, repeated
@@ -678,6 +727,7 @@ public:
     bool CheckTracePtLst() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LaserTrace> m_TracePtLst;
     std::uint32_t m_presence;
 };
@@ -691,6 +741,7 @@ public:
     virtual ~CT_RandomId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -699,6 +750,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -712,6 +764,7 @@ public:
     virtual ~CT_TriggerEventRecord();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -728,6 +781,7 @@ public:
     bool CheckObjId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     wxString m_Time;
     unsigned int m_ObjId;
@@ -743,6 +797,7 @@ public:
     virtual ~CT_NullEventRecord();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "time": attribute, wxString
@@ -755,6 +810,7 @@ public:
     bool CheckObjId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Time;
     unsigned int m_ObjId;
     std::uint32_t m_presence;
@@ -769,6 +825,7 @@ public:
     virtual ~CT_MediaPlaybackEventRecord();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "time": attribute, wxString
@@ -781,6 +838,7 @@ public:
     bool CheckObjId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Time;
     unsigned int m_ObjId;
     std::uint32_t m_presence;
@@ -795,6 +853,7 @@ public:
     virtual ~CT_MediaSeekEventRecord();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "time": attribute, wxString
@@ -811,6 +870,7 @@ public:
     bool CheckSeek() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Time;
     unsigned int m_ObjId;
     wxString m_Seek;
@@ -826,6 +886,7 @@ public:
     virtual ~CT_ShowEventRecordList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -834,6 +895,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ShowEventRecordListData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -847,9 +909,12 @@ public:
     virtual ~CT_ShowEventRecordListData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -884,6 +949,9 @@ public:
     bool CheckNullEvt() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TriggerEventRecord* m_TriggerEvt;
     CT_MediaPlaybackEventRecord* m_PlayEvt;
     CT_MediaPlaybackEventRecord* m_StopEvt;

@@ -25,7 +25,8 @@ CT_PresetTransition::~CT_PresetTransition()
 {
 }
 
-bool CT_PresetTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresetTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -41,6 +42,9 @@ bool CT_PresetTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PresetTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresetTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PresetTransition::GetPrst() const { return m_Prst; }
 void CT_PresetTransition::SetPrst(wxString value) { m_Prst = std::move(value); m_presence |= (1u << 0); }
 
@@ -53,7 +57,8 @@ CT_PresenceInfo::~CT_PresenceInfo()
 {
 }
 
-bool CT_PresenceInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresenceInfo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -66,6 +71,9 @@ bool CT_PresenceInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PresenceInfo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresenceInfo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PresenceInfo::GetUserId() const { return m_UserId; }
 void CT_PresenceInfo::SetUserId(wxString value) { m_UserId = std::move(value); m_presence |= (1u << 0); }
@@ -83,7 +91,8 @@ CT_ParentCommentIdentifier::~CT_ParentCommentIdentifier()
 {
 }
 
-bool CT_ParentCommentIdentifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ParentCommentIdentifier::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -97,6 +106,9 @@ bool CT_ParentCommentIdentifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ParentCommentIdentifier::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ParentCommentIdentifier::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_CommentThreading::CT_CommentThreading()
     : m_ParentCm(nullptr),
       m_TimeZoneBias(0),
@@ -109,7 +121,8 @@ CT_CommentThreading::~CT_CommentThreading()
     delete m_ParentCm;
 }
 
-bool CT_CommentThreading::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentThreading::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -123,6 +136,9 @@ bool CT_CommentThreading::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CommentThreading::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentThreading::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ExtendedGuide::CT_ExtendedGuide()
     : m_Clr(nullptr),
@@ -142,7 +158,8 @@ CT_ExtendedGuide::~CT_ExtendedGuide()
     delete m_ExtLst;
 }
 
-bool CT_ExtendedGuide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtendedGuide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -167,6 +184,9 @@ bool CT_ExtendedGuide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ExtendedGuide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtendedGuide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ExtendedGuide::GetName() const { return m_Name; }
 void CT_ExtendedGuide::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 3); }
 wxString CT_ExtendedGuide::GetOrient() const { return m_Orient; }
@@ -186,7 +206,8 @@ CT_ExtendedGuideList::~CT_ExtendedGuideList()
     delete m_ExtLst;
 }
 
-bool CT_ExtendedGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtendedGuideList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -198,6 +219,9 @@ bool CT_ExtendedGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtendedGuideList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtendedGuideList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExtendedGuide> CT_ExtendedGuideList::GetGuide() const { return m_Guide; }
 void CT_ExtendedGuideList::SetGuide(XMLPtrArray<CT_ExtendedGuide> value) { m_Guide = std::move(value); m_presence |= (1u << 0); }
@@ -212,7 +236,8 @@ CT_ChartTrackingRefBased::~CT_ChartTrackingRefBased()
 {
 }
 
-bool CT_ChartTrackingRefBased::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartTrackingRefBased::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -223,5 +248,8 @@ bool CT_ChartTrackingRefBased::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ChartTrackingRefBased::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartTrackingRefBased::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_microsoft_com_office_powerpoint_x2012_main

@@ -35,6 +35,7 @@ public:
     virtual ~CT_PresetTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "prst": attribute, wxString
@@ -51,6 +52,7 @@ public:
     bool CheckInvY() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Prst;
     bool m_InvX;
     bool m_InvY;
@@ -66,6 +68,7 @@ public:
     virtual ~CT_PresenceInfo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "userId": attribute, wxString
@@ -78,6 +81,7 @@ public:
     bool CheckProviderId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_UserId;
     wxString m_ProviderId;
     std::uint32_t m_presence;
@@ -92,6 +96,7 @@ public:
     virtual ~CT_ParentCommentIdentifier();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "authorId": attribute, unsigned int
@@ -104,6 +109,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_AuthorId;
     unsigned int m_Idx;
     std::uint32_t m_presence;
@@ -118,6 +124,7 @@ public:
     virtual ~CT_CommentThreading();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "parentCm": child element
@@ -130,6 +137,7 @@ public:
     bool CheckTimeZoneBias() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ParentCommentIdentifier* m_ParentCm;
     int m_TimeZoneBias;
     std::uint32_t m_presence;
@@ -144,6 +152,7 @@ public:
     virtual ~CT_ExtendedGuide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "clr": child element
@@ -176,6 +185,7 @@ public:
     bool CheckUserDrawn() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_Clr;
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
@@ -195,6 +205,7 @@ public:
     virtual ~CT_ExtendedGuideList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "guide": child element, repeated
@@ -207,6 +218,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExtendedGuide> m_Guide;
     schemas_openxmlformats_org_presentationml_x2006_main::CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -221,6 +233,7 @@ public:
     virtual ~CT_ChartTrackingRefBased();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool
@@ -229,6 +242,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };

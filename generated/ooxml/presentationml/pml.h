@@ -204,6 +204,7 @@ public:
     virtual ~CT_SideDirectionTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "l"
@@ -212,6 +213,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     std::uint32_t m_presence;
 };
@@ -225,6 +227,7 @@ public:
     virtual ~CT_CornerDirectionTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "lu"
@@ -233,6 +236,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     std::uint32_t m_presence;
 };
@@ -246,6 +250,7 @@ public:
     virtual ~CT_EightDirectionTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxAny, default "l"
@@ -254,6 +259,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Dir;
     std::uint32_t m_presence;
 };
@@ -267,6 +273,7 @@ public:
     virtual ~CT_OrientationTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "horz"
@@ -275,6 +282,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     std::uint32_t m_presence;
 };
@@ -288,6 +296,7 @@ public:
     virtual ~CT_InOutTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dir": attribute, wxString, default "out"
@@ -296,6 +305,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Dir;
     std::uint32_t m_presence;
 };
@@ -309,6 +319,7 @@ public:
     virtual ~CT_OptionalBlackTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "thruBlk": attribute, bool, default "false"
@@ -317,6 +328,7 @@ public:
     bool CheckThruBlk() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ThruBlk;
     std::uint32_t m_presence;
 };
@@ -330,6 +342,7 @@ public:
     virtual ~CT_SplitTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "orient": attribute, wxString, default "horz"
@@ -342,6 +355,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Orient;
     wxString m_Dir;
     std::uint32_t m_presence;
@@ -356,6 +370,7 @@ public:
     virtual ~CT_WheelTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spokes": attribute, unsigned int, default "4"
@@ -364,6 +379,7 @@ public:
     bool CheckSpokes() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Spokes;
     std::uint32_t m_presence;
 };
@@ -377,6 +393,7 @@ public:
     virtual ~CT_TransitionStartSoundAction();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "snd": child element
@@ -389,6 +406,7 @@ public:
     bool CheckLoop() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* m_Snd;
     bool m_Loop;
     std::uint32_t m_presence;
@@ -403,6 +421,7 @@ public:
     virtual ~CT_TransitionSoundAction();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -411,6 +430,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TransitionSoundActionData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -424,9 +444,12 @@ public:
     virtual ~CT_TransitionSoundActionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -441,6 +464,9 @@ public:
     bool CheckEndSnd() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TransitionStartSoundAction* m_StSnd;
     CT_Empty* m_EndSnd;
     std::uint32_t m_presence;
@@ -455,6 +481,7 @@ public:
     virtual ~CT_SlideTransition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -491,6 +518,7 @@ public:
     bool CheckP15_prstTrans() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SlideTransitionData__* m_Data__;
     CT_TransitionSoundAction* m_SndAc;
     CT_ExtensionListModify* m_ExtLst;
@@ -511,9 +539,12 @@ public:
     virtual ~CT_SlideTransitionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -680,6 +711,9 @@ public:
     bool CheckP14_wheelReverse() const { return (m_presence & (std::uint64_t(1) << 39)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_OrientationTransition* m_Blinds;
     CT_OrientationTransition* m_Checker;
     CT_Empty* m_Circle;
@@ -732,6 +766,7 @@ public:
     virtual ~CT_TLIterateIntervalTime();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -740,6 +775,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -753,6 +789,7 @@ public:
     virtual ~CT_TLIterateIntervalPercentage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -761,6 +798,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -774,6 +812,7 @@ public:
     virtual ~CT_TLIterateData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -790,6 +829,7 @@ public:
     bool CheckBackwards() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLIterateDataData__* m_Data__;
     wxString m_Type;
     bool m_Backwards;
@@ -805,9 +845,12 @@ public:
     virtual ~CT_TLIterateDataData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -822,6 +865,9 @@ public:
     bool CheckTmPct() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLIterateIntervalTime* m_TmAbs;
     CT_TLIterateIntervalPercentage* m_TmPct;
     std::uint32_t m_presence;
@@ -836,6 +882,7 @@ public:
     virtual ~CT_TLSubShapeId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "spid": attribute, wxString
@@ -844,6 +891,7 @@ public:
     bool CheckSpid() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Spid;
     std::uint32_t m_presence;
 };
@@ -857,6 +905,7 @@ public:
     virtual ~CT_TLTextTargetElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -865,6 +914,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLTextTargetElementData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -878,9 +928,12 @@ public:
     virtual ~CT_TLTextTargetElementData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -895,6 +948,9 @@ public:
     bool CheckPRg() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_IndexRange* m_CharRg;
     CT_IndexRange* m_PRg;
     std::uint32_t m_presence;
@@ -909,6 +965,7 @@ public:
     virtual ~CT_TLOleChartTargetElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -921,6 +978,7 @@ public:
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Lvl;
     std::uint32_t m_presence;
@@ -935,6 +993,7 @@ public:
     virtual ~CT_TLShapeTargetElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -947,6 +1006,7 @@ public:
     bool CheckSpid() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLShapeTargetElementData__* m_Data__;
     unsigned int m_Spid;
     std::uint32_t m_presence;
@@ -961,9 +1021,12 @@ public:
     virtual ~CT_TLShapeTargetElementData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -990,6 +1053,9 @@ public:
     bool CheckGraphicEl() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Empty* m_Bg;
     CT_TLSubShapeId* m_SubSp;
     CT_TLOleChartTargetElement* m_OleChartEl;
@@ -1007,6 +1073,7 @@ public:
     virtual ~CT_TLTimeTargetElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1015,6 +1082,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLTimeTargetElementData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1028,9 +1096,12 @@ public:
     virtual ~CT_TLTimeTargetElementData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1053,6 +1124,9 @@ public:
     bool CheckInkTgt() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Empty* m_SldTgt;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_EmbeddedWAVAudioFile* m_SndTgt;
     CT_TLShapeTargetElement* m_SpTgt;
@@ -1069,6 +1143,7 @@ public:
     virtual ~CT_TLTriggerTimeNodeID();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -1077,6 +1152,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -1090,6 +1166,7 @@ public:
     virtual ~CT_TLTriggerRuntimeNode();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1098,6 +1175,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1111,6 +1189,7 @@ public:
     virtual ~CT_TLTimeCondition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1127,6 +1206,7 @@ public:
     bool CheckDelay() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLTimeConditionData__* m_Data__;
     wxString m_Evt;
     wxAny m_Delay;
@@ -1142,9 +1222,12 @@ public:
     virtual ~CT_TLTimeConditionData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1163,6 +1246,9 @@ public:
     bool CheckRtn() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLTimeTargetElement* m_TgtEl;
     CT_TLTriggerTimeNodeID* m_Tn;
     CT_TLTriggerRuntimeNode* m_Rtn;
@@ -1178,6 +1264,7 @@ public:
     virtual ~CT_TLTimeConditionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cond": child element, repeated
@@ -1186,6 +1273,7 @@ public:
     bool CheckCond() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TLTimeCondition> m_Cond;
     std::uint32_t m_presence;
 };
@@ -1199,6 +1287,7 @@ public:
     virtual ~CT_TimeNodeList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1207,6 +1296,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TimeNodeListData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -1220,9 +1310,12 @@ public:
     virtual ~CT_TimeNodeListData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1281,6 +1374,9 @@ public:
     bool CheckVideo() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLTimeNodeParallel* m_Par;
     CT_TLTimeNodeSequence* m_Seq;
     CT_TLTimeNodeExclusive* m_Excl;
@@ -1306,6 +1402,7 @@ public:
     virtual ~CT_TLCommonTimeNodeData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "stCondLst": child element
@@ -1426,6 +1523,7 @@ public:
     bool CheckNodePh() const { return (m_presence & (1u << 28)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLTimeConditionList* m_StCondLst;
     CT_TLTimeConditionList* m_EndCondLst;
     CT_TLTimeCondition* m_EndSync;
@@ -1467,6 +1565,7 @@ public:
     virtual ~CT_TLTimeNodeParallel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cTn": child element
@@ -1475,6 +1574,7 @@ public:
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonTimeNodeData* m_CTn;
     std::uint32_t m_presence;
 };
@@ -1488,6 +1588,7 @@ public:
     virtual ~CT_TLTimeNodeSequence();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cTn": child element
@@ -1516,6 +1617,7 @@ public:
     bool CheckNextAc() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonTimeNodeData* m_CTn;
     CT_TLTimeConditionList* m_PrevCondLst;
     CT_TLTimeConditionList* m_NextCondLst;
@@ -1534,6 +1636,7 @@ public:
     virtual ~CT_TLTimeNodeExclusive();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cTn": child element
@@ -1542,6 +1645,7 @@ public:
     bool CheckCTn() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonTimeNodeData* m_CTn;
     std::uint32_t m_presence;
 };
@@ -1555,6 +1659,7 @@ public:
     virtual ~CT_TLBehaviorAttributeNameList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "attrName": value element, wxString, repeated
@@ -1563,6 +1668,7 @@ public:
     bool CheckAttrName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_AttrName;
     std::uint32_t m_presence;
 };
@@ -1576,6 +1682,7 @@ public:
     virtual ~CT_TLCommonBehaviorData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cTn": child element
@@ -1624,6 +1731,7 @@ public:
     bool CheckOverride() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonTimeNodeData* m_CTn;
     CT_TLTimeTargetElement* m_TgtEl;
     CT_TLBehaviorAttributeNameList* m_AttrNameLst;
@@ -1647,6 +1755,7 @@ public:
     virtual ~CT_TLAnimVariantBooleanVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool
@@ -1655,6 +1764,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -1668,6 +1778,7 @@ public:
     virtual ~CT_TLAnimVariantIntegerVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -1676,6 +1787,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -1689,6 +1801,7 @@ public:
     virtual ~CT_TLAnimVariantFloatVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, float
@@ -1697,6 +1810,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     float m_Val;
     std::uint32_t m_presence;
 };
@@ -1710,6 +1824,7 @@ public:
     virtual ~CT_TLAnimVariantStringVal();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -1718,6 +1833,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -1731,6 +1847,7 @@ public:
     virtual ~CT_TLAnimVariant();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1739,6 +1856,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLAnimVariantData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1752,9 +1870,12 @@ public:
     virtual ~CT_TLAnimVariantData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1781,6 +1902,9 @@ public:
     bool CheckClrVal() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLAnimVariantBooleanVal* m_BoolVal;
     CT_TLAnimVariantIntegerVal* m_IntVal;
     CT_TLAnimVariantFloatVal* m_FltVal;
@@ -1798,6 +1922,7 @@ public:
     virtual ~CT_TLTimeAnimateValue();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": child element
@@ -1814,6 +1939,7 @@ public:
     bool CheckFmla() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLAnimVariant* m_Val;
     wxAny m_Tm;
     wxString m_Fmla;
@@ -1829,6 +1955,7 @@ public:
     virtual ~CT_TLTimeAnimateValueList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tav": child element, repeated
@@ -1837,6 +1964,7 @@ public:
     bool CheckTav() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TLTimeAnimateValue> m_Tav;
     std::uint32_t m_presence;
 };
@@ -1850,6 +1978,7 @@ public:
     virtual ~CT_TLAnimateBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -1882,6 +2011,7 @@ public:
     bool CheckValueType() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLTimeAnimateValueList* m_TavLst;
     wxString m_By;
@@ -1901,6 +2031,7 @@ public:
     virtual ~CT_TLByRgbColorTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": attribute, wxAny
@@ -1917,6 +2048,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_R;
     wxAny m_G;
     wxAny m_B;
@@ -1932,6 +2064,7 @@ public:
     virtual ~CT_TLByHslColorTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "h": attribute, int
@@ -1948,6 +2081,7 @@ public:
     bool CheckL() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_H;
     wxAny m_S;
     wxAny m_L;
@@ -1963,6 +2097,7 @@ public:
     virtual ~CT_TLByAnimateColorTransform();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -1971,6 +2106,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLByAnimateColorTransformData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1984,9 +2120,12 @@ public:
     virtual ~CT_TLByAnimateColorTransformData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2001,6 +2140,9 @@ public:
     bool CheckHsl() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLByRgbColorTransform* m_Rgb;
     CT_TLByHslColorTransform* m_Hsl;
     std::uint32_t m_presence;
@@ -2015,6 +2157,7 @@ public:
     virtual ~CT_TLAnimateColorBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2043,6 +2186,7 @@ public:
     bool CheckDir() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLByAnimateColorTransform* m_By;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_From;
@@ -2061,6 +2205,7 @@ public:
     virtual ~CT_TLAnimateEffectBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2085,6 +2230,7 @@ public:
     bool CheckPrLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLAnimVariant* m_Progress;
     wxString m_Transition;
@@ -2102,6 +2248,7 @@ public:
     virtual ~CT_TLPoint();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, wxAny
@@ -2114,6 +2261,7 @@ public:
     bool CheckY() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_X;
     wxAny m_Y;
     std::uint32_t m_presence;
@@ -2128,6 +2276,7 @@ public:
     virtual ~CT_TLAnimateMotionBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2172,6 +2321,7 @@ public:
     bool CheckPtsTypes() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLPoint* m_By;
     CT_TLPoint* m_From;
@@ -2194,6 +2344,7 @@ public:
     virtual ~CT_TLAnimateRotationBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2214,6 +2365,7 @@ public:
     bool CheckTo() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     int m_By;
     int m_From;
@@ -2230,6 +2382,7 @@ public:
     virtual ~CT_TLAnimateScaleBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2254,6 +2407,7 @@ public:
     bool CheckZoomContents() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLPoint* m_By;
     CT_TLPoint* m_From;
@@ -2271,6 +2425,7 @@ public:
     virtual ~CT_TLCommandBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2287,6 +2442,7 @@ public:
     bool CheckCmd() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     wxString m_Type;
     wxString m_Cmd;
@@ -2302,6 +2458,7 @@ public:
     virtual ~CT_TLSetBehavior();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cBhvr": child element
@@ -2314,6 +2471,7 @@ public:
     bool CheckTo() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonBehaviorData* m_CBhvr;
     CT_TLAnimVariant* m_To;
     std::uint32_t m_presence;
@@ -2328,6 +2486,7 @@ public:
     virtual ~CT_TLCommonMediaNodeData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cTn": child element
@@ -2356,6 +2515,7 @@ public:
     bool CheckShowWhenStopped() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonTimeNodeData* m_CTn;
     CT_TLTimeTargetElement* m_TgtEl;
     wxAny m_Vol;
@@ -2374,6 +2534,7 @@ public:
     virtual ~CT_TLMediaNodeAudio();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cMediaNode": child element
@@ -2386,6 +2547,7 @@ public:
     bool CheckIsNarration() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonMediaNodeData* m_CMediaNode;
     bool m_IsNarration;
     std::uint32_t m_presence;
@@ -2400,6 +2562,7 @@ public:
     virtual ~CT_TLMediaNodeVideo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cMediaNode": child element
@@ -2412,6 +2575,7 @@ public:
     bool CheckFullScrn() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLCommonMediaNodeData* m_CMediaNode;
     bool m_FullScrn;
     std::uint32_t m_presence;
@@ -2426,9 +2590,12 @@ public:
     virtual ~AG_TLBuild();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2447,6 +2614,9 @@ public:
     bool CheckUiExpand() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     unsigned int m_Spid;
     unsigned int m_GrpId;
     bool m_UiExpand;
@@ -2462,6 +2632,7 @@ public:
     virtual ~CT_TLTemplate();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tnLst": child element
@@ -2474,6 +2645,7 @@ public:
     bool CheckLvl() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TimeNodeList* m_TnLst;
     unsigned int m_Lvl;
     std::uint32_t m_presence;
@@ -2488,6 +2660,7 @@ public:
     virtual ~CT_TLTemplateList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tmpl": child element, repeated
@@ -2496,6 +2669,7 @@ public:
     bool CheckTmpl() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TLTemplate> m_Tmpl;
     std::uint32_t m_presence;
 };
@@ -2509,6 +2683,7 @@ public:
     virtual ~CT_TLBuildParagraph();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tmplLst": child element
@@ -2545,6 +2720,7 @@ public:
     bool CheckAdvAuto() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLTemplateList* m_TmplLst;
     AG_TLBuild* m_AG_TLBuild;
     wxString m_Build;
@@ -2565,6 +2741,7 @@ public:
     virtual ~CT_TLBuildDiagram();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group AG_TLBuild
@@ -2577,6 +2754,7 @@ public:
     bool CheckBld() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     AG_TLBuild* m_AG_TLBuild;
     wxString m_Bld;
     std::uint32_t m_presence;
@@ -2591,6 +2769,7 @@ public:
     virtual ~CT_TLOleBuildChart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group AG_TLBuild
@@ -2607,6 +2786,7 @@ public:
     bool CheckAnimBg() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     AG_TLBuild* m_AG_TLBuild;
     wxString m_Bld;
     bool m_AnimBg;
@@ -2622,6 +2802,7 @@ public:
     virtual ~CT_TLGraphicalObjectBuild();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2634,6 +2815,7 @@ public:
     bool CheckAG_TLBuild() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TLGraphicalObjectBuildData__* m_Data__;
     AG_TLBuild* m_AG_TLBuild;
     std::uint32_t m_presence;
@@ -2648,9 +2830,12 @@ public:
     virtual ~CT_TLGraphicalObjectBuildData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2665,6 +2850,9 @@ public:
     bool CheckBldSub() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Empty* m_BldAsOne;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_AnimationGraphicalObjectBuildProperties* m_BldSub;
     std::uint32_t m_presence;
@@ -2679,6 +2867,7 @@ public:
     virtual ~CT_BuildList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -2687,6 +2876,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_BuildListData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -2700,9 +2890,12 @@ public:
     virtual ~CT_BuildListData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2725,6 +2918,9 @@ public:
     bool CheckBldGraphic() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TLBuildParagraph* m_BldP;
     CT_TLBuildDiagram* m_BldDgm;
     CT_TLOleBuildChart* m_BldOleChart;
@@ -2741,6 +2937,7 @@ public:
     virtual ~CT_SlideTiming();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tnLst": child element
@@ -2757,6 +2954,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TimeNodeList* m_TnLst;
     CT_BuildList* m_BldLst;
     CT_ExtensionListModify* m_ExtLst;
@@ -2772,9 +2970,11 @@ public:
     virtual ~CT_Empty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -2787,6 +2987,7 @@ public:
     virtual ~CT_IndexRange();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "st": attribute, unsigned int
@@ -2799,6 +3000,7 @@ public:
     bool CheckEnd() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_St;
     unsigned int m_End;
     std::uint32_t m_presence;
@@ -2813,6 +3015,7 @@ public:
     virtual ~CT_SlideRelationshipListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -2821,6 +3024,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -2834,6 +3038,7 @@ public:
     virtual ~CT_SlideRelationshipList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sld": child element, repeated
@@ -2842,6 +3047,7 @@ public:
     bool CheckSld() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SlideRelationshipListEntry> m_Sld;
     std::uint32_t m_presence;
 };
@@ -2855,6 +3061,7 @@ public:
     virtual ~CT_CustomShowId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int
@@ -2863,6 +3070,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     std::uint32_t m_presence;
 };
@@ -2876,9 +3084,12 @@ public:
     virtual ~EG_SlideListChoice();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2889,6 +3100,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_SlideListChoiceData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2902,9 +3116,12 @@ public:
     virtual ~EG_SlideListChoiceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2923,6 +3140,9 @@ public:
     bool CheckCustShow() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Empty* m_SldAll;
     CT_IndexRange* m_SldRg;
     CT_CustomShowId* m_CustShow;
@@ -2938,6 +3158,7 @@ public:
     virtual ~CT_CustomerData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -2946,6 +3167,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -2959,6 +3181,7 @@ public:
     virtual ~CT_TagsData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -2967,6 +3190,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -2980,6 +3204,7 @@ public:
     virtual ~CT_CustomerDataList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "custData": child element, repeated
@@ -2992,6 +3217,7 @@ public:
     bool CheckTags() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomerData> m_CustData;
     CT_TagsData* m_Tags;
     std::uint32_t m_presence;
@@ -3006,6 +3232,7 @@ public:
     virtual ~CT_Extension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "p14:media": child element
@@ -3026,6 +3253,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_Media* m_P14_media;
     schemas_microsoft_com_office_powerpoint_x2010_main::CT_LaserTraceList* m_P14_laserTraceLst;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_P14_laserClr;
@@ -3042,9 +3270,12 @@ public:
     virtual ~EG_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3055,6 +3286,9 @@ public:
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_Extension> m_Ext;
     std::uint32_t m_presence;
 };
@@ -3068,6 +3302,7 @@ public:
     virtual ~CT_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ExtensionList
@@ -3076,6 +3311,7 @@ public:
     bool CheckEG_ExtensionList() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ExtensionList* m_EG_ExtensionList;
     std::uint32_t m_presence;
 };
@@ -3089,6 +3325,7 @@ public:
     virtual ~CT_ExtensionListModify();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ExtensionList
@@ -3101,6 +3338,7 @@ public:
     bool CheckMod() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ExtensionList* m_EG_ExtensionList;
     bool m_Mod;
     std::uint32_t m_presence;
@@ -3115,6 +3353,7 @@ public:
     virtual ~CT_CommentAuthor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3143,6 +3382,7 @@ public:
     bool CheckClrIdx() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
     wxString m_Name;
@@ -3161,6 +3401,7 @@ public:
     virtual ~CT_CommentAuthorList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cmAuthor": child element, repeated
@@ -3169,6 +3410,7 @@ public:
     bool CheckCmAuthor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CommentAuthor> m_CmAuthor;
     std::uint32_t m_presence;
 };
@@ -3182,6 +3424,7 @@ public:
     virtual ~CT_Comment();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -3210,6 +3453,7 @@ public:
     bool CheckIdx() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* m_Pos;
     wxString m_Text;
     CT_ExtensionListModify* m_ExtLst;
@@ -3228,6 +3472,7 @@ public:
     virtual ~CT_CommentList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cm": child element, repeated
@@ -3236,6 +3481,7 @@ public:
     bool CheckCm() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Comment> m_Cm;
     std::uint32_t m_presence;
 };
@@ -3249,9 +3495,12 @@ public:
     virtual ~AG_Ole();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3282,6 +3531,9 @@ public:
     bool CheckImgH() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     wxString m_Spid;
     wxString m_Name;
     bool m_ShowAsIcon;
@@ -3300,6 +3552,7 @@ public:
     virtual ~CT_OleObjectEmbed();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3312,6 +3565,7 @@ public:
     bool CheckFollowColorScheme() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_FollowColorScheme;
     std::uint32_t m_presence;
@@ -3326,6 +3580,7 @@ public:
     virtual ~CT_OleObjectLink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3338,6 +3593,7 @@ public:
     bool CheckUpdateAutomatic() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     bool m_UpdateAutomatic;
     std::uint32_t m_presence;
@@ -3352,6 +3608,7 @@ public:
     virtual ~CT_OleObject();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -3372,6 +3629,7 @@ public:
     bool CheckProgId() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OleObjectData__* m_Data__;
     CT_Picture* m_Pic;
     AG_Ole* m_AG_Ole;
@@ -3388,9 +3646,12 @@ public:
     virtual ~CT_OleObjectData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3405,6 +3666,9 @@ public:
     bool CheckLink() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_OleObjectEmbed* m_Embed;
     CT_OleObjectLink* m_Link;
     std::uint32_t m_presence;
@@ -3419,6 +3683,7 @@ public:
     virtual ~CT_Control();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3435,6 +3700,7 @@ public:
     bool CheckAG_Ole() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     CT_Picture* m_Pic;
     AG_Ole* m_AG_Ole;
@@ -3450,6 +3716,7 @@ public:
     virtual ~CT_ControlList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "control": child element, repeated
@@ -3458,6 +3725,7 @@ public:
     bool CheckControl() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Control> m_Control;
     std::uint32_t m_presence;
 };
@@ -3471,6 +3739,7 @@ public:
     virtual ~CT_SlideIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3487,6 +3756,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
     wxString m_R_id;
@@ -3502,6 +3772,7 @@ public:
     virtual ~CT_SlideIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldId": child element, repeated
@@ -3510,6 +3781,7 @@ public:
     bool CheckSldId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SlideIdListEntry> m_SldId;
     std::uint32_t m_presence;
 };
@@ -3523,6 +3795,7 @@ public:
     virtual ~CT_SlideMasterIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3539,6 +3812,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
     wxString m_R_id;
@@ -3554,6 +3828,7 @@ public:
     virtual ~CT_SlideMasterIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldMasterId": child element, repeated
@@ -3562,6 +3837,7 @@ public:
     bool CheckSldMasterId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SlideMasterIdListEntry> m_SldMasterId;
     std::uint32_t m_presence;
 };
@@ -3575,6 +3851,7 @@ public:
     virtual ~CT_NotesMasterIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3587,6 +3864,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_R_id;
     std::uint32_t m_presence;
@@ -3601,6 +3879,7 @@ public:
     virtual ~CT_NotesMasterIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "notesMasterId": child element
@@ -3609,6 +3888,7 @@ public:
     bool CheckNotesMasterId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NotesMasterIdListEntry* m_NotesMasterId;
     std::uint32_t m_presence;
 };
@@ -3622,6 +3902,7 @@ public:
     virtual ~CT_HandoutMasterIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3634,6 +3915,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_R_id;
     std::uint32_t m_presence;
@@ -3648,6 +3930,7 @@ public:
     virtual ~CT_HandoutMasterIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "handoutMasterId": child element
@@ -3656,6 +3939,7 @@ public:
     bool CheckHandoutMasterId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_HandoutMasterIdListEntry* m_HandoutMasterId;
     std::uint32_t m_presence;
 };
@@ -3669,6 +3953,7 @@ public:
     virtual ~CT_EmbeddedFontDataId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -3677,6 +3962,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -3690,6 +3976,7 @@ public:
     virtual ~CT_EmbeddedFontListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "font": child element
@@ -3714,6 +4001,7 @@ public:
     bool CheckBoldItalic() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextFont* m_Font;
     CT_EmbeddedFontDataId* m_Regular;
     CT_EmbeddedFontDataId* m_Bold;
@@ -3731,6 +4019,7 @@ public:
     virtual ~CT_EmbeddedFontList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "embeddedFont": child element, repeated
@@ -3739,6 +4028,7 @@ public:
     bool CheckEmbeddedFont() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_EmbeddedFontListEntry> m_EmbeddedFont;
     std::uint32_t m_presence;
 };
@@ -3752,6 +4042,7 @@ public:
     virtual ~CT_SmartTags();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -3760,6 +4051,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -3773,6 +4065,7 @@ public:
     virtual ~CT_CustomShow();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldLst": child element
@@ -3793,6 +4086,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SlideRelationshipList* m_SldLst;
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
@@ -3809,6 +4103,7 @@ public:
     virtual ~CT_CustomShowList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "custShow": child element, repeated
@@ -3817,6 +4112,7 @@ public:
     bool CheckCustShow() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomShow> m_CustShow;
     std::uint32_t m_presence;
 };
@@ -3830,6 +4126,7 @@ public:
     virtual ~CT_PhotoAlbum();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -3854,6 +4151,7 @@ public:
     bool CheckFrame() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     bool m_Bw;
     bool m_ShowCaptions;
@@ -3871,6 +4169,7 @@ public:
     virtual ~CT_SlideSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cx": attribute, int
@@ -3887,6 +4186,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Cx;
     int m_Cy;
     wxString m_Type;
@@ -3902,6 +4202,7 @@ public:
     virtual ~CT_Kinsoku();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lang": attribute, wxString
@@ -3918,6 +4219,7 @@ public:
     bool CheckInvalEndChars() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Lang;
     wxString m_InvalStChars;
     wxString m_InvalEndChars;
@@ -3933,6 +4235,7 @@ public:
     virtual ~CT_ModifyVerifier();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "algorithmName": attribute, wxString
@@ -4001,6 +4304,7 @@ public:
     bool CheckCryptProviderTypeExtSource() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_AlgorithmName;
     wxString m_HashValue;
     wxString m_SaltValue;
@@ -4029,6 +4333,7 @@ public:
     virtual ~CT_Presentation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldMasterIdLst": child element
@@ -4141,6 +4446,7 @@ public:
     bool CheckConformance() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SlideMasterIdList* m_SldMasterIdLst;
     CT_NotesMasterIdList* m_NotesMasterIdLst;
     CT_HandoutMasterIdList* m_HandoutMasterIdLst;
@@ -4180,6 +4486,7 @@ public:
     virtual ~CT_HtmlPublishProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_SlideListChoice
@@ -4208,6 +4515,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_SlideListChoice* m_EG_SlideListChoice;
     CT_ExtensionList* m_ExtLst;
     bool m_ShowSpeakerNotes;
@@ -4226,6 +4534,7 @@ public:
     virtual ~CT_WebProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -4270,6 +4579,7 @@ public:
     bool CheckClr() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     bool m_ShowAnimation;
     bool m_ResizeGraphics;
@@ -4292,6 +4602,7 @@ public:
     virtual ~CT_PrintProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -4320,6 +4631,7 @@ public:
     bool CheckFrameSlides() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_PrnWhat;
     wxString m_ClrMode;
@@ -4338,6 +4650,7 @@ public:
     virtual ~CT_ShowInfoBrowse();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "showScrollbar": attribute, bool, default "true"
@@ -4346,6 +4659,7 @@ public:
     bool CheckShowScrollbar() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ShowScrollbar;
     std::uint32_t m_presence;
 };
@@ -4359,6 +4673,7 @@ public:
     virtual ~CT_ShowInfoKiosk();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "restart": attribute, unsigned int, default "300000"
@@ -4367,6 +4682,7 @@ public:
     bool CheckRestart() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Restart;
     std::uint32_t m_presence;
 };
@@ -4380,9 +4696,12 @@ public:
     virtual ~EG_ShowType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4393,6 +4712,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_ShowTypeData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -4406,9 +4728,12 @@ public:
     virtual ~EG_ShowTypeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4427,6 +4752,9 @@ public:
     bool CheckKiosk() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Empty* m_Present;
     CT_ShowInfoBrowse* m_Browse;
     CT_ShowInfoKiosk* m_Kiosk;
@@ -4442,6 +4770,7 @@ public:
     virtual ~CT_ShowProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ShowType
@@ -4478,6 +4807,7 @@ public:
     bool CheckUseTimings() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ShowType* m_EG_ShowType;
     EG_SlideListChoice* m_EG_SlideListChoice;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Color* m_PenClr;
@@ -4498,6 +4828,7 @@ public:
     virtual ~CT_PresentationProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "htmlPubPr": child element
@@ -4526,6 +4857,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_HtmlPublishProperties* m_HtmlPubPr;
     CT_WebProperties* m_WebPr;
     CT_PrintProperties* m_PrnPr;
@@ -4544,6 +4876,7 @@ public:
     virtual ~CT_HeaderFooter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -4568,6 +4901,7 @@ public:
     bool CheckDt() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionListModify* m_ExtLst;
     bool m_SldNum;
     bool m_Hdr;
@@ -4585,6 +4919,7 @@ public:
     virtual ~CT_Placeholder();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -4613,6 +4948,7 @@ public:
     bool CheckHasCustomPrompt() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionListModify* m_ExtLst;
     wxString m_Type;
     wxString m_Orient;
@@ -4631,6 +4967,7 @@ public:
     virtual ~CT_ApplicationNonVisualDrawingProps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ph": child element
@@ -4659,6 +4996,7 @@ public:
     bool CheckUserDrawn() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Placeholder* m_Ph;
     schemas_openxmlformats_org_drawingml_x2006_main::EG_Media* m_A_EG_Media;
     CT_CustomerDataList* m_CustDataLst;
@@ -4677,6 +5015,7 @@ public:
     virtual ~CT_ShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -4693,6 +5032,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingShapeProps* m_CNvSpPr;
     CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -4708,6 +5048,7 @@ public:
     virtual ~CT_Shape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvSpPr": child element
@@ -4736,6 +5077,7 @@ public:
     bool CheckUseBgFill() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ShapeNonVisual* m_NvSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -4754,6 +5096,7 @@ public:
     virtual ~CT_ConnectorNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -4770,6 +5113,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualConnectorProperties* m_CNvCxnSpPr;
     CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -4785,6 +5129,7 @@ public:
     virtual ~CT_Connector();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvCxnSpPr": child element
@@ -4805,6 +5150,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ConnectorNonVisual* m_NvCxnSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeStyle* m_Style;
@@ -4821,6 +5167,7 @@ public:
     virtual ~CT_PictureNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -4837,6 +5184,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualPictureProperties* m_CNvPicPr;
     CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -4852,6 +5200,7 @@ public:
     virtual ~CT_Picture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvPicPr": child element
@@ -4876,6 +5225,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PictureNonVisual* m_NvPicPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_BlipFillProperties* m_BlipFill;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ShapeProperties* m_SpPr;
@@ -4893,6 +5243,7 @@ public:
     virtual ~CT_GraphicalObjectFrameNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -4909,6 +5260,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGraphicFrameProperties* m_CNvGraphicFramePr;
     CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -4924,6 +5276,7 @@ public:
     virtual ~CT_GraphicalObjectFrame();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGraphicFramePr": child element
@@ -4948,6 +5301,7 @@ public:
     bool CheckBwMode() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GraphicalObjectFrameNonVisual* m_NvGraphicFramePr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Transform2D* m_Xfrm;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GraphicalObject* m_A_graphic;
@@ -4965,6 +5319,7 @@ public:
     virtual ~CT_GroupShapeNonVisual();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cNvPr": child element
@@ -4981,6 +5336,7 @@ public:
     bool CheckNvPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualDrawingProps* m_CNvPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_NonVisualGroupDrawingShapeProps* m_CNvGrpSpPr;
     CT_ApplicationNonVisualDrawingProps* m_NvPr;
@@ -4996,6 +5352,7 @@ public:
     virtual ~CT_GroupShape();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "nvGrpSpPr": child element
@@ -5016,6 +5373,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupShapeNonVisual* m_NvGrpSpPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_GroupShapeProperties* m_GrpSpPr;
     XMLPtrArray<CT_GroupShapeData__> m_Data__;
@@ -5032,9 +5390,12 @@ public:
     virtual ~CT_GroupShapeData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5065,6 +5426,9 @@ public:
     bool CheckContentPart() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Shape* m_Sp;
     CT_GroupShape* m_GrpSp;
     CT_GraphicalObjectFrame* m_GraphicFrame;
@@ -5083,6 +5447,7 @@ public:
     virtual ~CT_Rel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -5091,6 +5456,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -5104,9 +5470,12 @@ public:
     virtual ~EG_TopLevelSlide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5117,6 +5486,9 @@ public:
     bool CheckClrMap() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMapping* m_ClrMap;
     std::uint32_t m_presence;
 };
@@ -5130,9 +5502,12 @@ public:
     virtual ~EG_ChildSlide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5143,6 +5518,9 @@ public:
     bool CheckClrMapOvr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_ColorMappingOverride* m_ClrMapOvr;
     std::uint32_t m_presence;
 };
@@ -5156,9 +5534,12 @@ public:
     virtual ~AG_ChildSlide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5173,6 +5554,9 @@ public:
     bool CheckShowMasterPhAnim() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     bool m_ShowMasterSp;
     bool m_ShowMasterPhAnim;
     std::uint32_t m_presence;
@@ -5187,6 +5571,7 @@ public:
     virtual ~CT_BackgroundProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group a:EG_FillProperties
@@ -5207,6 +5592,7 @@ public:
     bool CheckShadeToTitle() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::EG_FillProperties* m_A_EG_FillProperties;
     schemas_openxmlformats_org_drawingml_x2006_main::EG_EffectProperties* m_A_EG_EffectProperties;
     CT_ExtensionList* m_ExtLst;
@@ -5223,9 +5609,12 @@ public:
     virtual ~EG_Background();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5236,6 +5625,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_BackgroundData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -5249,9 +5641,12 @@ public:
     virtual ~EG_BackgroundData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -5266,6 +5661,9 @@ public:
     bool CheckBgRef() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_BackgroundProperties* m_BgPr;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_StyleMatrixReference* m_BgRef;
     std::uint32_t m_presence;
@@ -5280,6 +5678,7 @@ public:
     virtual ~CT_Background();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_Background
@@ -5292,6 +5691,7 @@ public:
     bool CheckBwMode() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_Background* m_EG_Background;
     wxString m_BwMode;
     std::uint32_t m_presence;
@@ -5306,6 +5706,7 @@ public:
     virtual ~CT_CommonSlideData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bg": child element
@@ -5334,6 +5735,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Background* m_Bg;
     CT_GroupShape* m_SpTree;
     CT_CustomerDataList* m_CustDataLst;
@@ -5352,6 +5754,7 @@ public:
     virtual ~CT_Slide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5384,6 +5787,7 @@ public:
     bool CheckShow() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_ChildSlide* m_EG_ChildSlide;
     CT_SlideTransition* m_Transition;
@@ -5403,6 +5807,7 @@ public:
     virtual ~CT_SlideLayout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5451,6 +5856,7 @@ public:
     bool CheckUserDrawn() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_ChildSlide* m_EG_ChildSlide;
     CT_SlideTransition* m_Transition;
@@ -5474,6 +5880,7 @@ public:
     virtual ~CT_SlideMasterTextStyles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "titleStyle": child element
@@ -5494,6 +5901,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* m_TitleStyle;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* m_BodyStyle;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextListStyle* m_OtherStyle;
@@ -5510,6 +5918,7 @@ public:
     virtual ~CT_SlideLayoutIdListEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -5526,6 +5935,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
     wxString m_R_id;
@@ -5541,6 +5951,7 @@ public:
     virtual ~CT_SlideLayoutIdList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sldLayoutId": child element, repeated
@@ -5549,6 +5960,7 @@ public:
     bool CheckSldLayoutId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SlideLayoutIdListEntry> m_SldLayoutId;
     std::uint32_t m_presence;
 };
@@ -5562,6 +5974,7 @@ public:
     virtual ~CT_SlideMaster();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5602,6 +6015,7 @@ public:
     bool CheckPreserve() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_TopLevelSlide* m_EG_TopLevelSlide;
     CT_SlideLayoutIdList* m_SldLayoutIdLst;
@@ -5623,6 +6037,7 @@ public:
     virtual ~CT_HandoutMaster();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5643,6 +6058,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_TopLevelSlide* m_EG_TopLevelSlide;
     CT_HeaderFooter* m_Hf;
@@ -5659,6 +6075,7 @@ public:
     virtual ~CT_NotesMaster();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5683,6 +6100,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_TopLevelSlide* m_EG_TopLevelSlide;
     CT_HeaderFooter* m_Hf;
@@ -5700,6 +6118,7 @@ public:
     virtual ~CT_NotesSlide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSld": child element
@@ -5720,6 +6139,7 @@ public:
     bool CheckAG_ChildSlide() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideData* m_CSld;
     EG_ChildSlide* m_EG_ChildSlide;
     CT_ExtensionListModify* m_ExtLst;
@@ -5736,6 +6156,7 @@ public:
     virtual ~CT_SlideSyncProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -5756,6 +6177,7 @@ public:
     bool CheckClientInsertedTime() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_ServerSldId;
     wxString m_ServerSldModifiedTime;
@@ -5772,6 +6194,7 @@ public:
     virtual ~CT_StringTag();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -5784,6 +6207,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -5798,6 +6222,7 @@ public:
     virtual ~CT_TagList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tag": child element, repeated
@@ -5806,6 +6231,7 @@ public:
     bool CheckTag() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_StringTag> m_Tag;
     std::uint32_t m_presence;
 };
@@ -5819,6 +6245,7 @@ public:
     virtual ~CT_NormalViewPortion();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sz": attribute, wxAny
@@ -5831,6 +6258,7 @@ public:
     bool CheckAutoAdjust() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Sz;
     bool m_AutoAdjust;
     std::uint32_t m_presence;
@@ -5845,6 +6273,7 @@ public:
     virtual ~CT_NormalViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "restoredLeft": child element
@@ -5881,6 +6310,7 @@ public:
     bool CheckPreferSingleView() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NormalViewPortion* m_RestoredLeft;
     CT_NormalViewPortion* m_RestoredTop;
     CT_ExtensionList* m_ExtLst;
@@ -5901,6 +6331,7 @@ public:
     virtual ~CT_CommonViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "scale": child element
@@ -5917,6 +6348,7 @@ public:
     bool CheckVarScale() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Scale2D* m_Scale;
     schemas_openxmlformats_org_drawingml_x2006_main::CT_Point2D* m_Origin;
     bool m_VarScale;
@@ -5932,6 +6364,7 @@ public:
     virtual ~CT_NotesTextViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cViewPr": child element
@@ -5944,6 +6377,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonViewProperties* m_CViewPr;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -5958,6 +6392,7 @@ public:
     virtual ~CT_OutlineViewSlideEntry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -5970,6 +6405,7 @@ public:
     bool CheckCollapse() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     bool m_Collapse;
     std::uint32_t m_presence;
@@ -5984,6 +6420,7 @@ public:
     virtual ~CT_OutlineViewSlideList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sld": child element, repeated
@@ -5992,6 +6429,7 @@ public:
     bool CheckSld() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_OutlineViewSlideEntry> m_Sld;
     std::uint32_t m_presence;
 };
@@ -6005,6 +6443,7 @@ public:
     virtual ~CT_OutlineViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cViewPr": child element
@@ -6021,6 +6460,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonViewProperties* m_CViewPr;
     CT_OutlineViewSlideList* m_SldLst;
     CT_ExtensionList* m_ExtLst;
@@ -6036,6 +6476,7 @@ public:
     virtual ~CT_SlideSorterViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cViewPr": child element
@@ -6052,6 +6493,7 @@ public:
     bool CheckShowFormatting() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonViewProperties* m_CViewPr;
     CT_ExtensionList* m_ExtLst;
     bool m_ShowFormatting;
@@ -6067,6 +6509,7 @@ public:
     virtual ~CT_Guide();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "orient": attribute, wxString, default "vert"
@@ -6079,6 +6522,7 @@ public:
     bool CheckPos() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Orient;
     wxAny m_Pos;
     std::uint32_t m_presence;
@@ -6093,6 +6537,7 @@ public:
     virtual ~CT_GuideList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "guide": child element, repeated
@@ -6101,6 +6546,7 @@ public:
     bool CheckGuide() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Guide> m_Guide;
     std::uint32_t m_presence;
 };
@@ -6114,6 +6560,7 @@ public:
     virtual ~CT_CommonSlideViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cViewPr": child element
@@ -6138,6 +6585,7 @@ public:
     bool CheckShowGuides() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonViewProperties* m_CViewPr;
     CT_GuideList* m_GuideLst;
     bool m_SnapToGrid;
@@ -6155,6 +6603,7 @@ public:
     virtual ~CT_SlideViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSldViewPr": child element
@@ -6167,6 +6616,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideViewProperties* m_CSldViewPr;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -6181,6 +6631,7 @@ public:
     virtual ~CT_NotesViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cSldViewPr": child element
@@ -6193,6 +6644,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CommonSlideViewProperties* m_CSldViewPr;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -6207,6 +6659,7 @@ public:
     virtual ~CT_ViewProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "normalViewPr": child element
@@ -6251,6 +6704,7 @@ public:
     bool CheckShowComments() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NormalViewProperties* m_NormalViewPr;
     CT_SlideViewProperties* m_SlideViewPr;
     CT_OutlineViewProperties* m_OutlineViewPr;

@@ -25,7 +25,8 @@ CT_SideDirectionTransition::~CT_SideDirectionTransition()
 {
 }
 
-bool CT_SideDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SideDirectionTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -36,6 +37,9 @@ bool CT_SideDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SideDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SideDirectionTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SideDirectionTransition::GetDir() const { return m_Dir; }
 void CT_SideDirectionTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -50,7 +54,8 @@ CT_CornerDirectionTransition::~CT_CornerDirectionTransition()
 {
 }
 
-bool CT_CornerDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CornerDirectionTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -61,6 +66,9 @@ bool CT_CornerDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CornerDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CornerDirectionTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CornerDirectionTransition::GetDir() const { return m_Dir; }
 void CT_CornerDirectionTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -75,7 +83,8 @@ CT_EightDirectionTransition::~CT_EightDirectionTransition()
 {
 }
 
-bool CT_EightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EightDirectionTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -86,6 +95,9 @@ bool CT_EightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EightDirectionTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EightDirectionTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_EightDirectionTransition::GetDir() const { return m_Dir; }
 void CT_EightDirectionTransition::SetDir(wxAny value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -100,7 +112,8 @@ CT_OrientationTransition::~CT_OrientationTransition()
 {
 }
 
-bool CT_OrientationTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OrientationTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -111,6 +124,9 @@ bool CT_OrientationTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OrientationTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OrientationTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OrientationTransition::GetDir() const { return m_Dir; }
 void CT_OrientationTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -125,7 +141,8 @@ CT_InOutTransition::~CT_InOutTransition()
 {
 }
 
-bool CT_InOutTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_InOutTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -136,6 +153,9 @@ bool CT_InOutTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_InOutTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_InOutTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_InOutTransition::GetDir() const { return m_Dir; }
 void CT_InOutTransition::SetDir(wxString value) { m_Dir = std::move(value); m_presence |= (1u << 0); }
@@ -150,7 +170,8 @@ CT_OptionalBlackTransition::~CT_OptionalBlackTransition()
 {
 }
 
-bool CT_OptionalBlackTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OptionalBlackTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -161,6 +182,9 @@ bool CT_OptionalBlackTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OptionalBlackTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OptionalBlackTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SplitTransition::CT_SplitTransition()
     : m_Orient(s_horz),
@@ -173,7 +197,8 @@ CT_SplitTransition::~CT_SplitTransition()
 {
 }
 
-bool CT_SplitTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SplitTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -186,6 +211,9 @@ bool CT_SplitTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SplitTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SplitTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SplitTransition::GetOrient() const { return m_Orient; }
 void CT_SplitTransition::SetOrient(wxString value) { m_Orient = std::move(value); m_presence |= (1u << 0); }
@@ -202,7 +230,8 @@ CT_WheelTransition::~CT_WheelTransition()
 {
 }
 
-bool CT_WheelTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WheelTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -213,6 +242,9 @@ bool CT_WheelTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WheelTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WheelTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TransitionStartSoundAction::CT_TransitionStartSoundAction()
     : m_Snd(nullptr),
@@ -226,7 +258,8 @@ CT_TransitionStartSoundAction::~CT_TransitionStartSoundAction()
     delete m_Snd;
 }
 
-bool CT_TransitionStartSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TransitionStartSoundAction::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -241,6 +274,9 @@ bool CT_TransitionStartSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
+bool CT_TransitionStartSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TransitionStartSoundAction::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TransitionSoundAction::CT_TransitionSoundAction()
     : m_Data__(nullptr),
       m_presence(0)
@@ -252,7 +288,8 @@ CT_TransitionSoundAction::~CT_TransitionSoundAction()
     delete m_Data__;
 }
 
-bool CT_TransitionSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TransitionSoundAction::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -262,6 +299,9 @@ bool CT_TransitionSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TransitionSoundAction::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TransitionSoundAction::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TransitionSoundActionData__::CT_TransitionSoundActionData__()
     : m_StSnd(nullptr),
@@ -276,7 +316,8 @@ CT_TransitionSoundActionData__::~CT_TransitionSoundActionData__()
     delete m_EndSnd;
 }
 
-bool CT_TransitionSoundActionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TransitionSoundActionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -289,7 +330,11 @@ bool CT_TransitionSoundActionData__::ReadXML(wxXmlNode* node, XMLNSContext* cont
     return true;
 }
 
-bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TransitionSoundActionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TransitionSoundActionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TransitionSoundActionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_stSnd))
@@ -307,13 +352,20 @@ bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, wxXmlNode
     return false;
 }
 
-bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TransitionSoundActionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TransitionSoundActionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TransitionSoundActionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -342,7 +394,8 @@ CT_SlideTransition::~CT_SlideTransition()
     delete m_P15_prstTrans;
 }
 
-bool CT_SlideTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideTransition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -368,6 +421,9 @@ bool CT_SlideTransition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideTransition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideTransition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SlideTransition::GetSpd() const { return m_Spd; }
 void CT_SlideTransition::SetSpd(wxString value) { m_Spd = std::move(value); m_presence |= (1u << 3); }
@@ -463,7 +519,8 @@ CT_SlideTransitionData__::~CT_SlideTransitionData__()
     delete m_P14_wheelReverse;
 }
 
-bool CT_SlideTransitionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideTransitionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -552,7 +609,11 @@ bool CT_SlideTransitionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_SlideTransitionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_SlideTransitionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideTransitionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_SlideTransitionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_blinds))
@@ -798,13 +859,20 @@ bool CT_SlideTransitionData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool CT_SlideTransitionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SlideTransitionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SlideTransitionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SlideTransitionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SlideTransitionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SlideTransitionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SlideTransitionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -860,7 +928,8 @@ CT_TLIterateIntervalTime::~CT_TLIterateIntervalTime()
 {
 }
 
-bool CT_TLIterateIntervalTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLIterateIntervalTime::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -871,6 +940,9 @@ bool CT_TLIterateIntervalTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLIterateIntervalTime::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLIterateIntervalTime::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TLIterateIntervalTime::GetVal() const { return m_Val; }
 void CT_TLIterateIntervalTime::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -884,7 +956,8 @@ CT_TLIterateIntervalPercentage::~CT_TLIterateIntervalPercentage()
 {
 }
 
-bool CT_TLIterateIntervalPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLIterateIntervalPercentage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -895,6 +968,9 @@ bool CT_TLIterateIntervalPercentage::ReadXML(wxXmlNode* node, XMLNSContext* cont
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLIterateIntervalPercentage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLIterateIntervalPercentage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TLIterateIntervalPercentage::GetVal() const { return m_Val; }
 void CT_TLIterateIntervalPercentage::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -912,7 +988,8 @@ CT_TLIterateData::~CT_TLIterateData()
     delete m_Data__;
 }
 
-bool CT_TLIterateData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLIterateData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -928,6 +1005,9 @@ bool CT_TLIterateData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLIterateData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLIterateData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLIterateData::GetType() const { return m_Type; }
 void CT_TLIterateData::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -945,7 +1025,8 @@ CT_TLIterateDataData__::~CT_TLIterateDataData__()
     delete m_TmPct;
 }
 
-bool CT_TLIterateDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLIterateDataData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -958,7 +1039,11 @@ bool CT_TLIterateDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TLIterateDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLIterateDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLIterateDataData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLIterateDataData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tmAbs))
@@ -976,13 +1061,20 @@ bool CT_TLIterateDataData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_TLIterateDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLIterateDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLIterateDataData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLIterateDataData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLIterateDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLIterateDataData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLIterateDataData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1000,7 +1092,8 @@ CT_TLSubShapeId::~CT_TLSubShapeId()
 {
 }
 
-bool CT_TLSubShapeId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLSubShapeId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1011,6 +1104,9 @@ bool CT_TLSubShapeId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLSubShapeId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLSubShapeId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLSubShapeId::GetSpid() const { return m_Spid; }
 void CT_TLSubShapeId::SetSpid(wxString value) { m_Spid = std::move(value); m_presence |= (1u << 0); }
@@ -1026,7 +1122,8 @@ CT_TLTextTargetElement::~CT_TLTextTargetElement()
     delete m_Data__;
 }
 
-bool CT_TLTextTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTextTargetElement::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1036,6 +1133,9 @@ bool CT_TLTextTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTextTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTextTargetElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLTextTargetElementData__::CT_TLTextTargetElementData__()
     : m_CharRg(nullptr),
@@ -1050,7 +1150,8 @@ CT_TLTextTargetElementData__::~CT_TLTextTargetElementData__()
     delete m_PRg;
 }
 
-bool CT_TLTextTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTextTargetElementData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1063,7 +1164,11 @@ bool CT_TLTextTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLTextTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTextTargetElementData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLTextTargetElementData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_charRg))
@@ -1081,13 +1186,20 @@ bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLTextTargetElementData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLTextTargetElementData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLTextTargetElementData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1106,7 +1218,8 @@ CT_TLOleChartTargetElement::~CT_TLOleChartTargetElement()
 {
 }
 
-bool CT_TLOleChartTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLOleChartTargetElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1119,6 +1232,9 @@ bool CT_TLOleChartTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLOleChartTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLOleChartTargetElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLOleChartTargetElement::GetType() const { return m_Type; }
 void CT_TLOleChartTargetElement::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -1135,7 +1251,8 @@ CT_TLShapeTargetElement::~CT_TLShapeTargetElement()
     delete m_Data__;
 }
 
-bool CT_TLShapeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLShapeTargetElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1149,6 +1266,9 @@ bool CT_TLShapeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLShapeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLShapeTargetElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLShapeTargetElementData__::CT_TLShapeTargetElementData__()
     : m_Bg(nullptr),
@@ -1169,7 +1289,8 @@ CT_TLShapeTargetElementData__::~CT_TLShapeTargetElementData__()
     delete m_GraphicEl;
 }
 
-bool CT_TLShapeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLShapeTargetElementData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1188,7 +1309,11 @@ bool CT_TLShapeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* conte
     return true;
 }
 
-bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLShapeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLShapeTargetElementData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLShapeTargetElementData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bg))
@@ -1224,13 +1349,20 @@ bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, wxXmlNode*
     return false;
 }
 
-bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLShapeTargetElementData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLShapeTargetElementData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLShapeTargetElementData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1253,7 +1385,8 @@ CT_TLTimeTargetElement::~CT_TLTimeTargetElement()
     delete m_Data__;
 }
 
-bool CT_TLTimeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeTargetElement::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1263,6 +1396,9 @@ bool CT_TLTimeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTimeTargetElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeTargetElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLTimeTargetElementData__::CT_TLTimeTargetElementData__()
     : m_SldTgt(nullptr),
@@ -1281,7 +1417,8 @@ CT_TLTimeTargetElementData__::~CT_TLTimeTargetElementData__()
     delete m_InkTgt;
 }
 
-bool CT_TLTimeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeTargetElementData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1298,7 +1435,11 @@ bool CT_TLTimeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLTimeTargetElementData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeTargetElementData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLTimeTargetElementData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sldTgt))
@@ -1328,13 +1469,20 @@ bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLTimeTargetElementData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLTimeTargetElementData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLTimeTargetElementData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1355,7 +1503,8 @@ CT_TLTriggerTimeNodeID::~CT_TLTriggerTimeNodeID()
 {
 }
 
-bool CT_TLTriggerTimeNodeID::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTriggerTimeNodeID::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1367,6 +1516,9 @@ bool CT_TLTriggerTimeNodeID::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLTriggerTimeNodeID::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTriggerTimeNodeID::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLTriggerRuntimeNode::CT_TLTriggerRuntimeNode()
     : m_presence(0)
 {
@@ -1376,7 +1528,8 @@ CT_TLTriggerRuntimeNode::~CT_TLTriggerRuntimeNode()
 {
 }
 
-bool CT_TLTriggerRuntimeNode::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTriggerRuntimeNode::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1387,6 +1540,9 @@ bool CT_TLTriggerRuntimeNode::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLTriggerRuntimeNode::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTriggerRuntimeNode::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLTriggerRuntimeNode::GetVal() const { return m_Val; }
 void CT_TLTriggerRuntimeNode::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1402,7 +1558,8 @@ CT_TLTimeCondition::~CT_TLTimeCondition()
     delete m_Data__;
 }
 
-bool CT_TLTimeCondition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeCondition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1418,6 +1575,9 @@ bool CT_TLTimeCondition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTimeCondition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeCondition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLTimeCondition::GetEvt() const { return m_Evt; }
 void CT_TLTimeCondition::SetEvt(wxString value) { m_Evt = std::move(value); m_presence |= (1u << 1); }
@@ -1439,7 +1599,8 @@ CT_TLTimeConditionData__::~CT_TLTimeConditionData__()
     delete m_Rtn;
 }
 
-bool CT_TLTimeConditionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeConditionData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1454,7 +1615,11 @@ bool CT_TLTimeConditionData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TLTimeConditionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLTimeConditionData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeConditionData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLTimeConditionData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tgtEl))
@@ -1478,13 +1643,20 @@ bool CT_TLTimeConditionData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool CT_TLTimeConditionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLTimeConditionData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLTimeConditionData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLTimeConditionData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLTimeConditionData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLTimeConditionData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLTimeConditionData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1504,7 +1676,8 @@ CT_TLTimeConditionList::~CT_TLTimeConditionList()
     DeleteAll(m_Cond);
 }
 
-bool CT_TLTimeConditionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeConditionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1514,6 +1687,9 @@ bool CT_TLTimeConditionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTimeConditionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeConditionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TLTimeCondition> CT_TLTimeConditionList::GetCond() const { return m_Cond; }
 void CT_TLTimeConditionList::SetCond(XMLPtrArray<CT_TLTimeCondition> value) { m_Cond = std::move(value); m_presence |= (1u << 0); }
@@ -1528,7 +1704,8 @@ CT_TimeNodeList::~CT_TimeNodeList()
     DeleteAll(m_Data__);
 }
 
-bool CT_TimeNodeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TimeNodeList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1538,6 +1715,9 @@ bool CT_TimeNodeList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TimeNodeList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TimeNodeList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TimeNodeListData__> CT_TimeNodeList::GetData__() const { return m_Data__; }
 void CT_TimeNodeList::SetData__(XMLPtrArray<CT_TimeNodeListData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1577,7 +1757,8 @@ CT_TimeNodeListData__::~CT_TimeNodeListData__()
     delete m_Video;
 }
 
-bool CT_TimeNodeListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TimeNodeListData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1612,7 +1793,11 @@ bool CT_TimeNodeListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TimeNodeListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TimeNodeListData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TimeNodeListData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TimeNodeListData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_par))
@@ -1696,13 +1881,20 @@ bool CT_TimeNodeListData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_TimeNodeListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TimeNodeListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TimeNodeListData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TimeNodeListData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TimeNodeListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TimeNodeListData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TimeNodeListData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1756,7 +1948,8 @@ CT_TLCommonTimeNodeData::~CT_TLCommonTimeNodeData()
     delete m_SubTnLst;
 }
 
-bool CT_TLCommonTimeNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLCommonTimeNodeData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1825,6 +2018,9 @@ bool CT_TLCommonTimeNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLCommonTimeNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLCommonTimeNodeData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLCommonTimeNodeData::GetPresetClass() const { return m_PresetClass; }
 void CT_TLCommonTimeNodeData::SetPresetClass(wxString value) { m_PresetClass = std::move(value); m_presence |= (1u << 8); }
 wxAny CT_TLCommonTimeNodeData::GetDur() const { return m_Dur; }
@@ -1865,7 +2061,8 @@ CT_TLTimeNodeParallel::~CT_TLTimeNodeParallel()
     delete m_CTn;
 }
 
-bool CT_TLTimeNodeParallel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeNodeParallel::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1875,6 +2072,9 @@ bool CT_TLTimeNodeParallel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTimeNodeParallel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeNodeParallel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLTimeNodeSequence::CT_TLTimeNodeSequence()
     : m_CTn(nullptr),
@@ -1892,7 +2092,8 @@ CT_TLTimeNodeSequence::~CT_TLTimeNodeSequence()
     delete m_NextCondLst;
 }
 
-bool CT_TLTimeNodeSequence::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeNodeSequence::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1915,6 +2116,9 @@ bool CT_TLTimeNodeSequence::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLTimeNodeSequence::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeNodeSequence::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLTimeNodeSequence::GetPrevAc() const { return m_PrevAc; }
 void CT_TLTimeNodeSequence::SetPrevAc(wxString value) { m_PrevAc = std::move(value); m_presence |= (1u << 4); }
 wxString CT_TLTimeNodeSequence::GetNextAc() const { return m_NextAc; }
@@ -1931,7 +2135,8 @@ CT_TLTimeNodeExclusive::~CT_TLTimeNodeExclusive()
     delete m_CTn;
 }
 
-bool CT_TLTimeNodeExclusive::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeNodeExclusive::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1942,6 +2147,9 @@ bool CT_TLTimeNodeExclusive::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLTimeNodeExclusive::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeNodeExclusive::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLBehaviorAttributeNameList::CT_TLBehaviorAttributeNameList()
     : m_presence(0)
 {
@@ -1951,7 +2159,8 @@ CT_TLBehaviorAttributeNameList::~CT_TLBehaviorAttributeNameList()
 {
 }
 
-bool CT_TLBehaviorAttributeNameList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLBehaviorAttributeNameList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1961,6 +2170,9 @@ bool CT_TLBehaviorAttributeNameList::ReadXML(wxXmlNode* node, XMLNSContext* cont
     }
     return true;
 }
+
+bool CT_TLBehaviorAttributeNameList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLBehaviorAttributeNameList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_TLBehaviorAttributeNameList::GetAttrName() const { return m_AttrName; }
 void CT_TLBehaviorAttributeNameList::SetAttrName(std::vector<wxString> value) { m_AttrName = std::move(value); m_presence |= (1u << 0); }
@@ -1980,7 +2192,8 @@ CT_TLCommonBehaviorData::~CT_TLCommonBehaviorData()
     delete m_AttrNameLst;
 }
 
-bool CT_TLCommonBehaviorData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLCommonBehaviorData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2013,6 +2226,9 @@ bool CT_TLCommonBehaviorData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLCommonBehaviorData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLCommonBehaviorData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLCommonBehaviorData::GetAdditive() const { return m_Additive; }
 void CT_TLCommonBehaviorData::SetAdditive(wxString value) { m_Additive = std::move(value); m_presence |= (1u << 3); }
 wxString CT_TLCommonBehaviorData::GetAccumulate() const { return m_Accumulate; }
@@ -2040,7 +2256,8 @@ CT_TLAnimVariantBooleanVal::~CT_TLAnimVariantBooleanVal()
 {
 }
 
-bool CT_TLAnimVariantBooleanVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariantBooleanVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2052,6 +2269,9 @@ bool CT_TLAnimVariantBooleanVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimVariantBooleanVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariantBooleanVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLAnimVariantIntegerVal::CT_TLAnimVariantIntegerVal()
     : m_Val(0),
       m_presence(0)
@@ -2062,7 +2282,8 @@ CT_TLAnimVariantIntegerVal::~CT_TLAnimVariantIntegerVal()
 {
 }
 
-bool CT_TLAnimVariantIntegerVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariantIntegerVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2074,6 +2295,9 @@ bool CT_TLAnimVariantIntegerVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimVariantIntegerVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariantIntegerVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLAnimVariantFloatVal::CT_TLAnimVariantFloatVal()
     : m_Val(0),
       m_presence(0)
@@ -2084,7 +2308,8 @@ CT_TLAnimVariantFloatVal::~CT_TLAnimVariantFloatVal()
 {
 }
 
-bool CT_TLAnimVariantFloatVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariantFloatVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2096,6 +2321,9 @@ bool CT_TLAnimVariantFloatVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimVariantFloatVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariantFloatVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLAnimVariantStringVal::CT_TLAnimVariantStringVal()
     : m_presence(0)
 {
@@ -2105,7 +2333,8 @@ CT_TLAnimVariantStringVal::~CT_TLAnimVariantStringVal()
 {
 }
 
-bool CT_TLAnimVariantStringVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariantStringVal::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2116,6 +2345,9 @@ bool CT_TLAnimVariantStringVal::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLAnimVariantStringVal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariantStringVal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLAnimVariantStringVal::GetVal() const { return m_Val; }
 void CT_TLAnimVariantStringVal::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2131,7 +2363,8 @@ CT_TLAnimVariant::~CT_TLAnimVariant()
     delete m_Data__;
 }
 
-bool CT_TLAnimVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariant::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2141,6 +2374,9 @@ bool CT_TLAnimVariant::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLAnimVariant::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariant::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLAnimVariantData__::CT_TLAnimVariantData__()
     : m_BoolVal(nullptr),
@@ -2161,7 +2397,8 @@ CT_TLAnimVariantData__::~CT_TLAnimVariantData__()
     delete m_ClrVal;
 }
 
-bool CT_TLAnimVariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimVariantData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2180,7 +2417,11 @@ bool CT_TLAnimVariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TLAnimVariantData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLAnimVariantData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimVariantData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLAnimVariantData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_boolVal))
@@ -2216,13 +2457,20 @@ bool CT_TLAnimVariantData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_TLAnimVariantData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLAnimVariantData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLAnimVariantData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLAnimVariantData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLAnimVariantData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLAnimVariantData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLAnimVariantData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2247,7 +2495,8 @@ CT_TLTimeAnimateValue::~CT_TLTimeAnimateValue()
     delete m_Val;
 }
 
-bool CT_TLTimeAnimateValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeAnimateValue::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2264,6 +2513,9 @@ bool CT_TLTimeAnimateValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLTimeAnimateValue::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeAnimateValue::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TLTimeAnimateValue::GetTm() const { return m_Tm; }
 void CT_TLTimeAnimateValue::SetTm(wxAny value) { m_Tm = std::move(value); m_presence |= (1u << 1); }
 wxString CT_TLTimeAnimateValue::GetFmla() const { return m_Fmla; }
@@ -2279,7 +2531,8 @@ CT_TLTimeAnimateValueList::~CT_TLTimeAnimateValueList()
     DeleteAll(m_Tav);
 }
 
-bool CT_TLTimeAnimateValueList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTimeAnimateValueList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2289,6 +2542,9 @@ bool CT_TLTimeAnimateValueList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTimeAnimateValueList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTimeAnimateValueList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TLTimeAnimateValue> CT_TLTimeAnimateValueList::GetTav() const { return m_Tav; }
 void CT_TLTimeAnimateValueList::SetTav(XMLPtrArray<CT_TLTimeAnimateValue> value) { m_Tav = std::move(value); m_presence |= (1u << 0); }
@@ -2306,7 +2562,8 @@ CT_TLAnimateBehavior::~CT_TLAnimateBehavior()
     delete m_TavLst;
 }
 
-bool CT_TLAnimateBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2331,6 +2588,9 @@ bool CT_TLAnimateBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimateBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLAnimateBehavior::GetBy() const { return m_By; }
 void CT_TLAnimateBehavior::SetBy(wxString value) { m_By = std::move(value); m_presence |= (1u << 2); }
 wxString CT_TLAnimateBehavior::GetFrom() const { return m_From; }
@@ -2351,7 +2611,8 @@ CT_TLByRgbColorTransform::~CT_TLByRgbColorTransform()
 {
 }
 
-bool CT_TLByRgbColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLByRgbColorTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2366,6 +2627,9 @@ bool CT_TLByRgbColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLByRgbColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLByRgbColorTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TLByRgbColorTransform::GetR() const { return m_R; }
 void CT_TLByRgbColorTransform::SetR(wxAny value) { m_R = std::move(value); m_presence |= (1u << 0); }
@@ -2384,7 +2648,8 @@ CT_TLByHslColorTransform::~CT_TLByHslColorTransform()
 {
 }
 
-bool CT_TLByHslColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLByHslColorTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2399,6 +2664,9 @@ bool CT_TLByHslColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLByHslColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLByHslColorTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TLByHslColorTransform::GetS() const { return m_S; }
 void CT_TLByHslColorTransform::SetS(wxAny value) { m_S = std::move(value); m_presence |= (1u << 1); }
@@ -2416,7 +2684,8 @@ CT_TLByAnimateColorTransform::~CT_TLByAnimateColorTransform()
     delete m_Data__;
 }
 
-bool CT_TLByAnimateColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLByAnimateColorTransform::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2426,6 +2695,9 @@ bool CT_TLByAnimateColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_TLByAnimateColorTransform::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLByAnimateColorTransform::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLByAnimateColorTransformData__::CT_TLByAnimateColorTransformData__()
     : m_Rgb(nullptr),
@@ -2440,7 +2712,8 @@ CT_TLByAnimateColorTransformData__::~CT_TLByAnimateColorTransformData__()
     delete m_Hsl;
 }
 
-bool CT_TLByAnimateColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLByAnimateColorTransformData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2453,7 +2726,11 @@ bool CT_TLByAnimateColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* 
     return true;
 }
 
-bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLByAnimateColorTransformData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLByAnimateColorTransformData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLByAnimateColorTransformData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rgb))
@@ -2471,13 +2748,20 @@ bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, wxXml
     return false;
 }
 
-bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLByAnimateColorTransformData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLByAnimateColorTransformData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLByAnimateColorTransformData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2503,7 +2787,8 @@ CT_TLAnimateColorBehavior::~CT_TLAnimateColorBehavior()
     delete m_To;
 }
 
-bool CT_TLAnimateColorBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateColorBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2526,6 +2811,9 @@ bool CT_TLAnimateColorBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimateColorBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateColorBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLAnimateColorBehavior::GetClrSpc() const { return m_ClrSpc; }
 void CT_TLAnimateColorBehavior::SetClrSpc(wxString value) { m_ClrSpc = std::move(value); m_presence |= (1u << 4); }
 wxString CT_TLAnimateColorBehavior::GetDir() const { return m_Dir; }
@@ -2545,7 +2833,8 @@ CT_TLAnimateEffectBehavior::~CT_TLAnimateEffectBehavior()
     delete m_Progress;
 }
 
-bool CT_TLAnimateEffectBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateEffectBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2566,6 +2855,9 @@ bool CT_TLAnimateEffectBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimateEffectBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateEffectBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLAnimateEffectBehavior::GetTransition() const { return m_Transition; }
 void CT_TLAnimateEffectBehavior::SetTransition(wxString value) { m_Transition = std::move(value); m_presence |= (1u << 2); }
 wxString CT_TLAnimateEffectBehavior::GetFilter() const { return m_Filter; }
@@ -2582,7 +2874,8 @@ CT_TLPoint::~CT_TLPoint()
 {
 }
 
-bool CT_TLPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLPoint::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2595,6 +2888,9 @@ bool CT_TLPoint::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLPoint::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLPoint::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TLPoint::GetX() const { return m_X; }
 void CT_TLPoint::SetX(wxAny value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -2621,7 +2917,8 @@ CT_TLAnimateMotionBehavior::~CT_TLAnimateMotionBehavior()
     delete m_RCtr;
 }
 
-bool CT_TLAnimateMotionBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateMotionBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2652,6 +2949,9 @@ bool CT_TLAnimateMotionBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimateMotionBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateMotionBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLAnimateMotionBehavior::GetOrigin() const { return m_Origin; }
 void CT_TLAnimateMotionBehavior::SetOrigin(wxString value) { m_Origin = std::move(value); m_presence |= (1u << 5); }
 wxString CT_TLAnimateMotionBehavior::GetPath() const { return m_Path; }
@@ -2675,7 +2975,8 @@ CT_TLAnimateRotationBehavior::~CT_TLAnimateRotationBehavior()
     delete m_CBhvr;
 }
 
-bool CT_TLAnimateRotationBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateRotationBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2693,6 +2994,9 @@ bool CT_TLAnimateRotationBehavior::ReadXML(wxXmlNode* node, XMLNSContext* contex
     }
     return true;
 }
+
+bool CT_TLAnimateRotationBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateRotationBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TLAnimateScaleBehavior::CT_TLAnimateScaleBehavior()
     : m_CBhvr(nullptr),
@@ -2712,7 +3016,8 @@ CT_TLAnimateScaleBehavior::~CT_TLAnimateScaleBehavior()
     delete m_To;
 }
 
-bool CT_TLAnimateScaleBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLAnimateScaleBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2733,6 +3038,9 @@ bool CT_TLAnimateScaleBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLAnimateScaleBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLAnimateScaleBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLCommandBehavior::CT_TLCommandBehavior()
     : m_CBhvr(nullptr),
       m_presence(0)
@@ -2744,7 +3052,8 @@ CT_TLCommandBehavior::~CT_TLCommandBehavior()
     delete m_CBhvr;
 }
 
-bool CT_TLCommandBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLCommandBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2760,6 +3069,9 @@ bool CT_TLCommandBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLCommandBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLCommandBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLCommandBehavior::GetType() const { return m_Type; }
 void CT_TLCommandBehavior::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -2779,7 +3091,8 @@ CT_TLSetBehavior::~CT_TLSetBehavior()
     delete m_To;
 }
 
-bool CT_TLSetBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLSetBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2791,5 +3104,8 @@ bool CT_TLSetBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLSetBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLSetBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_presentationml_x2006_main

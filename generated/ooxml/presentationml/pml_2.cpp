@@ -31,7 +31,8 @@ CT_TLCommonMediaNodeData::~CT_TLCommonMediaNodeData()
     delete m_TgtEl;
 }
 
-bool CT_TLCommonMediaNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLCommonMediaNodeData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -54,6 +55,9 @@ bool CT_TLCommonMediaNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLCommonMediaNodeData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLCommonMediaNodeData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_TLCommonMediaNodeData::GetVol() const { return m_Vol; }
 void CT_TLCommonMediaNodeData::SetVol(wxAny value) { m_Vol = std::move(value); m_presence |= (1u << 2); }
 
@@ -69,7 +73,8 @@ CT_TLMediaNodeAudio::~CT_TLMediaNodeAudio()
     delete m_CMediaNode;
 }
 
-bool CT_TLMediaNodeAudio::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLMediaNodeAudio::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -84,6 +89,9 @@ bool CT_TLMediaNodeAudio::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLMediaNodeAudio::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLMediaNodeAudio::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLMediaNodeVideo::CT_TLMediaNodeVideo()
     : m_CMediaNode(nullptr),
       m_FullScrn(false),
@@ -96,7 +104,8 @@ CT_TLMediaNodeVideo::~CT_TLMediaNodeVideo()
     delete m_CMediaNode;
 }
 
-bool CT_TLMediaNodeVideo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLMediaNodeVideo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -111,6 +120,9 @@ bool CT_TLMediaNodeVideo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLMediaNodeVideo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLMediaNodeVideo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 AG_TLBuild::AG_TLBuild()
     : m_Spid(0),
       m_GrpId(0),
@@ -123,7 +135,8 @@ AG_TLBuild::~AG_TLBuild()
 {
 }
 
-bool AG_TLBuild::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_TLBuild::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -139,14 +152,22 @@ bool AG_TLBuild::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_TLBuild::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_TLBuild::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_TLBuild::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_TLBuild::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_TLBuild::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_TLBuild::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_TLBuild::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_TLBuild::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_spid))
@@ -170,6 +191,9 @@ bool AG_TLBuild::SetProperty(const wxString& name, wxString value, XMLNSContext*
     return false;
 }
 
+bool AG_TLBuild::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_TLBuild::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_TLBuild::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -190,7 +214,8 @@ CT_TLTemplate::~CT_TLTemplate()
     delete m_TnLst;
 }
 
-bool CT_TLTemplate::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTemplate::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -205,6 +230,9 @@ bool CT_TLTemplate::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLTemplate::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTemplate::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLTemplateList::CT_TLTemplateList()
     : m_presence(0)
 {
@@ -215,7 +243,8 @@ CT_TLTemplateList::~CT_TLTemplateList()
     DeleteAll(m_Tmpl);
 }
 
-bool CT_TLTemplateList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLTemplateList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -225,6 +254,9 @@ bool CT_TLTemplateList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TLTemplateList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLTemplateList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TLTemplate> CT_TLTemplateList::GetTmpl() const { return m_Tmpl; }
 void CT_TLTemplateList::SetTmpl(XMLPtrArray<CT_TLTemplate> value) { m_Tmpl = std::move(value); m_presence |= (1u << 0); }
@@ -248,7 +280,8 @@ CT_TLBuildParagraph::~CT_TLBuildParagraph()
     delete m_AG_TLBuild;
 }
 
-bool CT_TLBuildParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLBuildParagraph::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -275,6 +308,9 @@ bool CT_TLBuildParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLBuildParagraph::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLBuildParagraph::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TLBuildParagraph::GetBuild() const { return m_Build; }
 void CT_TLBuildParagraph::SetBuild(wxString value) { m_Build = std::move(value); m_presence |= (1u << 2); }
 wxAny CT_TLBuildParagraph::GetAdvAuto() const { return m_AdvAuto; }
@@ -292,7 +328,8 @@ CT_TLBuildDiagram::~CT_TLBuildDiagram()
     delete m_AG_TLBuild;
 }
 
-bool CT_TLBuildDiagram::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLBuildDiagram::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -305,6 +342,9 @@ bool CT_TLBuildDiagram::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLBuildDiagram::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLBuildDiagram::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLBuildDiagram::GetBld() const { return m_Bld; }
 void CT_TLBuildDiagram::SetBld(wxString value) { m_Bld = std::move(value); m_presence |= (1u << 1); }
@@ -322,7 +362,8 @@ CT_TLOleBuildChart::~CT_TLOleBuildChart()
     delete m_AG_TLBuild;
 }
 
-bool CT_TLOleBuildChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLOleBuildChart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -337,6 +378,9 @@ bool CT_TLOleBuildChart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TLOleBuildChart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLOleBuildChart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TLOleBuildChart::GetBld() const { return m_Bld; }
 void CT_TLOleBuildChart::SetBld(wxString value) { m_Bld = std::move(value); m_presence |= (1u << 1); }
@@ -354,7 +398,8 @@ CT_TLGraphicalObjectBuild::~CT_TLGraphicalObjectBuild()
     delete m_AG_TLBuild;
 }
 
-bool CT_TLGraphicalObjectBuild::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLGraphicalObjectBuild::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -369,6 +414,9 @@ bool CT_TLGraphicalObjectBuild::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TLGraphicalObjectBuild::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLGraphicalObjectBuild::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TLGraphicalObjectBuildData__::CT_TLGraphicalObjectBuildData__()
     : m_BldAsOne(nullptr),
       m_BldSub(nullptr),
@@ -382,7 +430,8 @@ CT_TLGraphicalObjectBuildData__::~CT_TLGraphicalObjectBuildData__()
     delete m_BldSub;
 }
 
-bool CT_TLGraphicalObjectBuildData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TLGraphicalObjectBuildData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -395,7 +444,11 @@ bool CT_TLGraphicalObjectBuildData__::ReadXML(wxXmlNode* node, XMLNSContext* con
     return true;
 }
 
-bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TLGraphicalObjectBuildData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TLGraphicalObjectBuildData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TLGraphicalObjectBuildData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bldAsOne))
@@ -413,13 +466,20 @@ bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, wxXmlNod
     return false;
 }
 
-bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TLGraphicalObjectBuildData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TLGraphicalObjectBuildData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TLGraphicalObjectBuildData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -438,7 +498,8 @@ CT_BuildList::~CT_BuildList()
     DeleteAll(m_Data__);
 }
 
-bool CT_BuildList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BuildList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -448,6 +509,9 @@ bool CT_BuildList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BuildList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BuildList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_BuildListData__> CT_BuildList::GetData__() const { return m_Data__; }
 void CT_BuildList::SetData__(XMLPtrArray<CT_BuildListData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -469,7 +533,8 @@ CT_BuildListData__::~CT_BuildListData__()
     delete m_BldGraphic;
 }
 
-bool CT_BuildListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BuildListData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -486,7 +551,11 @@ bool CT_BuildListData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_BuildListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_BuildListData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BuildListData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_BuildListData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bldP))
@@ -516,13 +585,20 @@ bool CT_BuildListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_BuildListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_BuildListData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_BuildListData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_BuildListData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_BuildListData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_BuildListData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_BuildListData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -548,7 +624,8 @@ CT_SlideTiming::~CT_SlideTiming()
     delete m_ExtLst;
 }
 
-bool CT_SlideTiming::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideTiming::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -563,6 +640,9 @@ bool CT_SlideTiming::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideTiming::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideTiming::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Empty::CT_Empty()
     : m_presence(0)
 {
@@ -572,13 +652,17 @@ CT_Empty::~CT_Empty()
 {
 }
 
-bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Empty::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Empty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_IndexRange::CT_IndexRange()
     : m_St(0),
@@ -591,7 +675,8 @@ CT_IndexRange::~CT_IndexRange()
 {
 }
 
-bool CT_IndexRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IndexRange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -605,6 +690,9 @@ bool CT_IndexRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_IndexRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IndexRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SlideRelationshipListEntry::CT_SlideRelationshipListEntry()
     : m_presence(0)
 {
@@ -614,7 +702,8 @@ CT_SlideRelationshipListEntry::~CT_SlideRelationshipListEntry()
 {
 }
 
-bool CT_SlideRelationshipListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideRelationshipListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -625,6 +714,9 @@ bool CT_SlideRelationshipListEntry::ReadXML(wxXmlNode* node, XMLNSContext* conte
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SlideRelationshipListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideRelationshipListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SlideRelationshipListEntry::GetR_id() const { return m_R_id; }
 void CT_SlideRelationshipListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -639,7 +731,8 @@ CT_SlideRelationshipList::~CT_SlideRelationshipList()
     DeleteAll(m_Sld);
 }
 
-bool CT_SlideRelationshipList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideRelationshipList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -649,6 +742,9 @@ bool CT_SlideRelationshipList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideRelationshipList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideRelationshipList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SlideRelationshipListEntry> CT_SlideRelationshipList::GetSld() const { return m_Sld; }
 void CT_SlideRelationshipList::SetSld(XMLPtrArray<CT_SlideRelationshipListEntry> value) { m_Sld = std::move(value); m_presence |= (1u << 0); }
@@ -663,7 +759,8 @@ CT_CustomShowId::~CT_CustomShowId()
 {
 }
 
-bool CT_CustomShowId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomShowId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -674,6 +771,9 @@ bool CT_CustomShowId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CustomShowId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomShowId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_SlideListChoice::EG_SlideListChoice()
     : m_Data__(nullptr),
@@ -686,7 +786,8 @@ EG_SlideListChoice::~EG_SlideListChoice()
     delete m_Data__;
 }
 
-bool EG_SlideListChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SlideListChoice::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -697,7 +798,11 @@ bool EG_SlideListChoice::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_SlideListChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_SlideListChoice::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_SlideListChoice::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_SlideListChoice::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_SlideListChoiceData__::HasProperty(name, context))
     {
@@ -708,13 +813,20 @@ bool EG_SlideListChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_SlideListChoice::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_SlideListChoice::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_SlideListChoice::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_SlideListChoice::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_SlideListChoice::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_SlideListChoice::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_SlideListChoice::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -736,7 +848,8 @@ EG_SlideListChoiceData__::~EG_SlideListChoiceData__()
     delete m_CustShow;
 }
 
-bool EG_SlideListChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SlideListChoiceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -751,7 +864,11 @@ bool EG_SlideListChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_SlideListChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_SlideListChoiceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_SlideListChoiceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_SlideListChoiceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sldAll))
@@ -775,13 +892,20 @@ bool EG_SlideListChoiceData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool EG_SlideListChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_SlideListChoiceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_SlideListChoiceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_SlideListChoiceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_SlideListChoiceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_SlideListChoiceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_SlideListChoiceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -800,7 +924,8 @@ CT_CustomerData::~CT_CustomerData()
 {
 }
 
-bool CT_CustomerData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomerData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -811,6 +936,9 @@ bool CT_CustomerData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CustomerData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomerData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CustomerData::GetR_id() const { return m_R_id; }
 void CT_CustomerData::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -824,7 +952,8 @@ CT_TagsData::~CT_TagsData()
 {
 }
 
-bool CT_TagsData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TagsData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -835,6 +964,9 @@ bool CT_TagsData::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TagsData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TagsData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TagsData::GetR_id() const { return m_R_id; }
 void CT_TagsData::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -851,7 +983,8 @@ CT_CustomerDataList::~CT_CustomerDataList()
     delete m_Tags;
 }
 
-bool CT_CustomerDataList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomerDataList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -863,6 +996,9 @@ bool CT_CustomerDataList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomerDataList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomerDataList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomerData> CT_CustomerDataList::GetCustData() const { return m_CustData; }
 void CT_CustomerDataList::SetCustData(XMLPtrArray<CT_CustomerData> value) { m_CustData = std::move(value); m_presence |= (1u << 0); }
@@ -882,7 +1018,8 @@ CT_Extension::~CT_Extension()
     delete m_P14_laserClr;
 }
 
-bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Extension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -901,6 +1038,9 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Extension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Extension::GetUri() const { return m_Uri; }
 void CT_Extension::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 3); }
 
@@ -914,7 +1054,8 @@ EG_ExtensionList::~EG_ExtensionList()
     DeleteAll(m_Ext);
 }
 
-bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -925,10 +1066,14 @@ bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Extension> EG_ExtensionList::GetExt() const { return m_Ext; }
 void EG_ExtensionList::SetExt(XMLPtrArray<CT_Extension> value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
 
-bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ExtensionList::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ext))
@@ -940,13 +1085,20 @@ bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_ExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ExtensionList::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ExtensionList::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ExtensionList::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ExtensionList::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -965,7 +1117,8 @@ CT_ExtensionList::~CT_ExtensionList()
     delete m_EG_ExtensionList;
 }
 
-bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -975,6 +1128,9 @@ bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ExtensionListModify::CT_ExtensionListModify()
     : m_EG_ExtensionList(nullptr),
@@ -988,7 +1144,8 @@ CT_ExtensionListModify::~CT_ExtensionListModify()
     delete m_EG_ExtensionList;
 }
 
-bool CT_ExtensionListModify::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtensionListModify::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1002,6 +1159,9 @@ bool CT_ExtensionListModify::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtensionListModify::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtensionListModify::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_CommentAuthor::CT_CommentAuthor()
     : m_ExtLst(nullptr),
@@ -1017,7 +1177,8 @@ CT_CommentAuthor::~CT_CommentAuthor()
     delete m_ExtLst;
 }
 
-bool CT_CommentAuthor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentAuthor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1040,6 +1201,9 @@ bool CT_CommentAuthor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CommentAuthor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentAuthor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CommentAuthor::GetName() const { return m_Name; }
 void CT_CommentAuthor::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 wxString CT_CommentAuthor::GetInitials() const { return m_Initials; }
@@ -1055,7 +1219,8 @@ CT_CommentAuthorList::~CT_CommentAuthorList()
     DeleteAll(m_CmAuthor);
 }
 
-bool CT_CommentAuthorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentAuthorList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1065,6 +1230,9 @@ bool CT_CommentAuthorList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CommentAuthorList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentAuthorList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CommentAuthor> CT_CommentAuthorList::GetCmAuthor() const { return m_CmAuthor; }
 void CT_CommentAuthorList::SetCmAuthor(XMLPtrArray<CT_CommentAuthor> value) { m_CmAuthor = std::move(value); m_presence |= (1u << 0); }
@@ -1084,7 +1252,8 @@ CT_Comment::~CT_Comment()
     delete m_ExtLst;
 }
 
-bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Comment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1107,6 +1276,9 @@ bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Comment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Comment::GetText() const { return m_Text; }
 void CT_Comment::SetText(wxString value) { m_Text = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Comment::GetDt() const { return m_Dt; }
@@ -1122,7 +1294,8 @@ CT_CommentList::~CT_CommentList()
     DeleteAll(m_Cm);
 }
 
-bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1132,6 +1305,9 @@ bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Comment> CT_CommentList::GetCm() const { return m_Cm; }
 void CT_CommentList::SetCm(XMLPtrArray<CT_Comment> value) { m_Cm = std::move(value); m_presence |= (1u << 0); }
@@ -1149,7 +1325,8 @@ AG_Ole::~AG_Ole()
 {
 }
 
-bool AG_Ole::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Ole::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1171,6 +1348,9 @@ bool AG_Ole::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Ole::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Ole::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Ole::GetSpid() const { return m_Spid; }
 void AG_Ole::SetSpid(wxString value) { m_Spid = std::move(value); m_presence |= (1u << 0); }
 wxString AG_Ole::GetName() const { return m_Name; }
@@ -1178,14 +1358,19 @@ void AG_Ole::SetName(wxString value) { m_Name = std::move(value); m_presence |= 
 wxString AG_Ole::GetR_id() const { return m_R_id; }
 void AG_Ole::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 3); }
 
-bool AG_Ole::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Ole::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Ole::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Ole::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Ole::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Ole::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_spid))
@@ -1227,6 +1412,9 @@ bool AG_Ole::SetProperty(const wxString& name, wxString value, XMLNSContext* con
     return false;
 }
 
+bool AG_Ole::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Ole::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_Ole::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1250,7 +1438,8 @@ CT_OleObjectEmbed::~CT_OleObjectEmbed()
     delete m_ExtLst;
 }
 
-bool CT_OleObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObjectEmbed::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1264,6 +1453,9 @@ bool CT_OleObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OleObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObjectEmbed::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OleObjectEmbed::GetFollowColorScheme() const { return m_FollowColorScheme; }
 void CT_OleObjectEmbed::SetFollowColorScheme(wxString value) { m_FollowColorScheme = std::move(value); m_presence |= (1u << 1); }
@@ -1280,7 +1472,8 @@ CT_OleObjectLink::~CT_OleObjectLink()
     delete m_ExtLst;
 }
 
-bool CT_OleObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObjectLink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1294,6 +1487,9 @@ bool CT_OleObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OleObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObjectLink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_OleObject::CT_OleObject()
     : m_Data__(nullptr),
@@ -1310,7 +1506,8 @@ CT_OleObject::~CT_OleObject()
     delete m_AG_Ole;
 }
 
-bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObject::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1329,6 +1526,9 @@ bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObject::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_OleObject::GetProgId() const { return m_ProgId; }
 void CT_OleObject::SetProgId(wxString value) { m_ProgId = std::move(value); m_presence |= (1u << 3); }
 
@@ -1345,7 +1545,8 @@ CT_OleObjectData__::~CT_OleObjectData__()
     delete m_Link;
 }
 
-bool CT_OleObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObjectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1358,7 +1559,11 @@ bool CT_OleObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_OleObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_OleObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObjectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_OleObjectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_embed))
@@ -1376,13 +1581,20 @@ bool CT_OleObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_OleObjectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_OleObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_OleObjectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_OleObjectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_OleObjectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_OleObjectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_OleObjectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1406,7 +1618,8 @@ CT_Control::~CT_Control()
     delete m_AG_Ole;
 }
 
-bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Control::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1423,6 +1636,9 @@ bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Control::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ControlList::CT_ControlList()
     : m_presence(0)
 {
@@ -1433,7 +1649,8 @@ CT_ControlList::~CT_ControlList()
     DeleteAll(m_Control);
 }
 
-bool CT_ControlList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ControlList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1443,6 +1660,9 @@ bool CT_ControlList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ControlList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ControlList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Control> CT_ControlList::GetControl() const { return m_Control; }
 void CT_ControlList::SetControl(XMLPtrArray<CT_Control> value) { m_Control = std::move(value); m_presence |= (1u << 0); }
@@ -1459,7 +1679,8 @@ CT_SlideIdListEntry::~CT_SlideIdListEntry()
     delete m_ExtLst;
 }
 
-bool CT_SlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1476,6 +1697,9 @@ bool CT_SlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideIdListEntry::GetR_id() const { return m_R_id; }
 void CT_SlideIdListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 2); }
 
@@ -1489,7 +1713,8 @@ CT_SlideIdList::~CT_SlideIdList()
     DeleteAll(m_SldId);
 }
 
-bool CT_SlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1499,6 +1724,9 @@ bool CT_SlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SlideIdListEntry> CT_SlideIdList::GetSldId() const { return m_SldId; }
 void CT_SlideIdList::SetSldId(XMLPtrArray<CT_SlideIdListEntry> value) { m_SldId = std::move(value); m_presence |= (1u << 0); }
@@ -1515,7 +1743,8 @@ CT_SlideMasterIdListEntry::~CT_SlideMasterIdListEntry()
     delete m_ExtLst;
 }
 
-bool CT_SlideMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideMasterIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1532,6 +1761,9 @@ bool CT_SlideMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideMasterIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideMasterIdListEntry::GetR_id() const { return m_R_id; }
 void CT_SlideMasterIdListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 2); }
 
@@ -1545,7 +1777,8 @@ CT_SlideMasterIdList::~CT_SlideMasterIdList()
     DeleteAll(m_SldMasterId);
 }
 
-bool CT_SlideMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideMasterIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1555,6 +1788,9 @@ bool CT_SlideMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideMasterIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SlideMasterIdListEntry> CT_SlideMasterIdList::GetSldMasterId() const { return m_SldMasterId; }
 void CT_SlideMasterIdList::SetSldMasterId(XMLPtrArray<CT_SlideMasterIdListEntry> value) { m_SldMasterId = std::move(value); m_presence |= (1u << 0); }
@@ -1570,7 +1806,8 @@ CT_NotesMasterIdListEntry::~CT_NotesMasterIdListEntry()
     delete m_ExtLst;
 }
 
-bool CT_NotesMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesMasterIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1584,6 +1821,9 @@ bool CT_NotesMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NotesMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesMasterIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NotesMasterIdListEntry::GetR_id() const { return m_R_id; }
 void CT_NotesMasterIdListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
@@ -1599,7 +1839,8 @@ CT_NotesMasterIdList::~CT_NotesMasterIdList()
     delete m_NotesMasterId;
 }
 
-bool CT_NotesMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesMasterIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1609,6 +1850,9 @@ bool CT_NotesMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NotesMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesMasterIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_HandoutMasterIdListEntry::CT_HandoutMasterIdListEntry()
     : m_ExtLst(nullptr),
@@ -1621,7 +1865,8 @@ CT_HandoutMasterIdListEntry::~CT_HandoutMasterIdListEntry()
     delete m_ExtLst;
 }
 
-bool CT_HandoutMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HandoutMasterIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1635,6 +1880,9 @@ bool CT_HandoutMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context
     }
     return true;
 }
+
+bool CT_HandoutMasterIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HandoutMasterIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HandoutMasterIdListEntry::GetR_id() const { return m_R_id; }
 void CT_HandoutMasterIdListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
@@ -1650,7 +1898,8 @@ CT_HandoutMasterIdList::~CT_HandoutMasterIdList()
     delete m_HandoutMasterId;
 }
 
-bool CT_HandoutMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HandoutMasterIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1661,6 +1910,9 @@ bool CT_HandoutMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_HandoutMasterIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HandoutMasterIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_EmbeddedFontDataId::CT_EmbeddedFontDataId()
     : m_presence(0)
 {
@@ -1670,7 +1922,8 @@ CT_EmbeddedFontDataId::~CT_EmbeddedFontDataId()
 {
 }
 
-bool CT_EmbeddedFontDataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmbeddedFontDataId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1681,6 +1934,9 @@ bool CT_EmbeddedFontDataId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EmbeddedFontDataId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmbeddedFontDataId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_EmbeddedFontDataId::GetR_id() const { return m_R_id; }
 void CT_EmbeddedFontDataId::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -1704,7 +1960,8 @@ CT_EmbeddedFontListEntry::~CT_EmbeddedFontListEntry()
     delete m_BoldItalic;
 }
 
-bool CT_EmbeddedFontListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmbeddedFontListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1723,6 +1980,9 @@ bool CT_EmbeddedFontListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EmbeddedFontListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmbeddedFontListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_EmbeddedFontList::CT_EmbeddedFontList()
     : m_presence(0)
 {
@@ -1733,7 +1993,8 @@ CT_EmbeddedFontList::~CT_EmbeddedFontList()
     DeleteAll(m_EmbeddedFont);
 }
 
-bool CT_EmbeddedFontList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EmbeddedFontList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1743,6 +2004,9 @@ bool CT_EmbeddedFontList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EmbeddedFontList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EmbeddedFontList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_EmbeddedFontListEntry> CT_EmbeddedFontList::GetEmbeddedFont() const { return m_EmbeddedFont; }
 void CT_EmbeddedFontList::SetEmbeddedFont(XMLPtrArray<CT_EmbeddedFontListEntry> value) { m_EmbeddedFont = std::move(value); m_presence |= (1u << 0); }
@@ -1756,7 +2020,8 @@ CT_SmartTags::~CT_SmartTags()
 {
 }
 
-bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTags::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1767,6 +2032,9 @@ bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTags::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SmartTags::GetR_id() const { return m_R_id; }
 void CT_SmartTags::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -1785,7 +2053,8 @@ CT_CustomShow::~CT_CustomShow()
     delete m_ExtLst;
 }
 
-bool CT_CustomShow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomShow::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1804,6 +2073,9 @@ bool CT_CustomShow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomShow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomShow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CustomShow::GetName() const { return m_Name; }
 void CT_CustomShow::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 
@@ -1817,7 +2089,8 @@ CT_CustomShowList::~CT_CustomShowList()
     DeleteAll(m_CustShow);
 }
 
-bool CT_CustomShowList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomShowList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1827,6 +2100,9 @@ bool CT_CustomShowList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomShowList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomShowList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomShow> CT_CustomShowList::GetCustShow() const { return m_CustShow; }
 void CT_CustomShowList::SetCustShow(XMLPtrArray<CT_CustomShow> value) { m_CustShow = std::move(value); m_presence |= (1u << 0); }
@@ -1846,7 +2122,8 @@ CT_PhotoAlbum::~CT_PhotoAlbum()
     delete m_ExtLst;
 }
 
-bool CT_PhotoAlbum::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PhotoAlbum::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1867,6 +2144,9 @@ bool CT_PhotoAlbum::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PhotoAlbum::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PhotoAlbum::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PhotoAlbum::GetLayout() const { return m_Layout; }
 void CT_PhotoAlbum::SetLayout(wxString value) { m_Layout = std::move(value); m_presence |= (1u << 3); }
 wxString CT_PhotoAlbum::GetFrame() const { return m_Frame; }
@@ -1884,7 +2164,8 @@ CT_SlideSize::~CT_SlideSize()
 {
 }
 
-bool CT_SlideSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1900,6 +2181,9 @@ bool CT_SlideSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideSize::GetType() const { return m_Type; }
 void CT_SlideSize::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 2); }
 
@@ -1912,7 +2196,8 @@ CT_Kinsoku::~CT_Kinsoku()
 {
 }
 
-bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Kinsoku::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1927,6 +2212,9 @@ bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Kinsoku::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Kinsoku::GetLang() const { return m_Lang; }
 void CT_Kinsoku::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -1949,7 +2237,8 @@ CT_ModifyVerifier::~CT_ModifyVerifier()
 {
 }
 
-bool CT_ModifyVerifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ModifyVerifier::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1990,6 +2279,9 @@ bool CT_ModifyVerifier::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ModifyVerifier::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ModifyVerifier::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ModifyVerifier::GetAlgorithmName() const { return m_AlgorithmName; }
 void CT_ModifyVerifier::SetAlgorithmName(wxString value) { m_AlgorithmName = std::move(value); m_presence |= (1u << 0); }
@@ -2064,7 +2356,8 @@ CT_Presentation::~CT_Presentation()
     delete m_ExtLst;
 }
 
-bool CT_Presentation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Presentation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2129,6 +2422,9 @@ bool CT_Presentation::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Presentation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Presentation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Presentation::GetServerZoom() const { return m_ServerZoom; }
 void CT_Presentation::SetServerZoom(wxAny value) { m_ServerZoom = std::move(value); m_presence |= (1u << 15); }
 wxString CT_Presentation::GetConformance() const { return m_Conformance; }
@@ -2149,7 +2445,8 @@ CT_HtmlPublishProperties::~CT_HtmlPublishProperties()
     delete m_ExtLst;
 }
 
-bool CT_HtmlPublishProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HtmlPublishProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2171,6 +2468,9 @@ bool CT_HtmlPublishProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_HtmlPublishProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HtmlPublishProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HtmlPublishProperties::GetTarget() const { return m_Target; }
 void CT_HtmlPublishProperties::SetTarget(wxString value) { m_Target = std::move(value); m_presence |= (1u << 3); }

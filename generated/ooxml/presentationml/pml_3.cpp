@@ -33,7 +33,8 @@ CT_WebProperties::~CT_WebProperties()
     delete m_ExtLst;
 }
 
-bool CT_WebProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -64,6 +65,9 @@ bool CT_WebProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WebProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WebProperties::GetImgSz() const { return m_ImgSz; }
 void CT_WebProperties::SetImgSz(wxString value) { m_ImgSz = std::move(value); m_presence |= (1u << 7); }
 wxString CT_WebProperties::GetEncoding() const { return m_Encoding; }
@@ -87,7 +91,8 @@ CT_PrintProperties::~CT_PrintProperties()
     delete m_ExtLst;
 }
 
-bool CT_PrintProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PrintProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -110,6 +115,9 @@ bool CT_PrintProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PrintProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PrintProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PrintProperties::GetPrnWhat() const { return m_PrnWhat; }
 void CT_PrintProperties::SetPrnWhat(wxString value) { m_PrnWhat = std::move(value); m_presence |= (1u << 1); }
 wxString CT_PrintProperties::GetClrMode() const { return m_ClrMode; }
@@ -125,7 +133,8 @@ CT_ShowInfoBrowse::~CT_ShowInfoBrowse()
 {
 }
 
-bool CT_ShowInfoBrowse::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowInfoBrowse::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -137,6 +146,9 @@ bool CT_ShowInfoBrowse::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShowInfoBrowse::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowInfoBrowse::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ShowInfoKiosk::CT_ShowInfoKiosk()
     : m_Restart(300000u),
       m_presence(0)
@@ -147,7 +159,8 @@ CT_ShowInfoKiosk::~CT_ShowInfoKiosk()
 {
 }
 
-bool CT_ShowInfoKiosk::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowInfoKiosk::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -158,6 +171,9 @@ bool CT_ShowInfoKiosk::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ShowInfoKiosk::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowInfoKiosk::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_ShowType::EG_ShowType()
     : m_Data__(nullptr),
@@ -170,7 +186,8 @@ EG_ShowType::~EG_ShowType()
     delete m_Data__;
 }
 
-bool EG_ShowType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShowType::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -181,7 +198,11 @@ bool EG_ShowType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShowType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShowType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShowType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShowType::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShowTypeData__::HasProperty(name, context))
     {
@@ -192,13 +213,20 @@ bool EG_ShowType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool EG_ShowType::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShowType::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShowType::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShowType::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShowType::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShowType::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShowType::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -220,7 +248,8 @@ EG_ShowTypeData__::~EG_ShowTypeData__()
     delete m_Kiosk;
 }
 
-bool EG_ShowTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShowTypeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -235,7 +264,11 @@ bool EG_ShowTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShowTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShowTypeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShowTypeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShowTypeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_present))
@@ -259,13 +292,20 @@ bool EG_ShowTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_ShowTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShowTypeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShowTypeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShowTypeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShowTypeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShowTypeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShowTypeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -296,7 +336,8 @@ CT_ShowProperties::~CT_ShowProperties()
     delete m_ExtLst;
 }
 
-bool CT_ShowProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShowProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -323,6 +364,9 @@ bool CT_ShowProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShowProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShowProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PresentationProperties::CT_PresentationProperties()
     : m_HtmlPubPr(nullptr),
       m_WebPr(nullptr),
@@ -344,7 +388,8 @@ CT_PresentationProperties::~CT_PresentationProperties()
     delete m_ExtLst;
 }
 
-bool CT_PresentationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PresentationProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -365,6 +410,9 @@ bool CT_PresentationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PresentationProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PresentationProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HeaderFooter::CT_HeaderFooter()
     : m_ExtLst(nullptr),
       m_SldNum(true),
@@ -380,7 +428,8 @@ CT_HeaderFooter::~CT_HeaderFooter()
     delete m_ExtLst;
 }
 
-bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HeaderFooter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -401,6 +450,9 @@ bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HeaderFooter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Placeholder::CT_Placeholder()
     : m_ExtLst(nullptr),
       m_Type(s_obj),
@@ -417,7 +469,8 @@ CT_Placeholder::~CT_Placeholder()
     delete m_ExtLst;
 }
 
-bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Placeholder::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -439,6 +492,9 @@ bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Placeholder::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Placeholder::GetType() const { return m_Type; }
 void CT_Placeholder::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -466,7 +522,8 @@ CT_ApplicationNonVisualDrawingProps::~CT_ApplicationNonVisualDrawingProps()
     delete m_ExtLst;
 }
 
-bool CT_ApplicationNonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ApplicationNonVisualDrawingProps::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -489,6 +546,9 @@ bool CT_ApplicationNonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext*
     return true;
 }
 
+bool CT_ApplicationNonVisualDrawingProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ApplicationNonVisualDrawingProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ShapeNonVisual::CT_ShapeNonVisual()
     : m_CNvPr(nullptr),
       m_CNvSpPr(nullptr),
@@ -504,7 +564,8 @@ CT_ShapeNonVisual::~CT_ShapeNonVisual()
     delete m_NvPr;
 }
 
-bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -518,6 +579,9 @@ bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Shape::CT_Shape()
     : m_NvSpPr(nullptr),
@@ -539,7 +603,8 @@ CT_Shape::~CT_Shape()
     delete m_ExtLst;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -562,6 +627,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ConnectorNonVisual::CT_ConnectorNonVisual()
     : m_CNvPr(nullptr),
       m_CNvCxnSpPr(nullptr),
@@ -577,7 +645,8 @@ CT_ConnectorNonVisual::~CT_ConnectorNonVisual()
     delete m_NvPr;
 }
 
-bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConnectorNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -591,6 +660,9 @@ bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConnectorNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConnectorNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Connector::CT_Connector()
     : m_NvCxnSpPr(nullptr),
@@ -609,7 +681,8 @@ CT_Connector::~CT_Connector()
     delete m_ExtLst;
 }
 
-bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connector::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -626,6 +699,9 @@ bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Connector::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connector::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PictureNonVisual::CT_PictureNonVisual()
     : m_CNvPr(nullptr),
       m_CNvPicPr(nullptr),
@@ -641,7 +717,8 @@ CT_PictureNonVisual::~CT_PictureNonVisual()
     delete m_NvPr;
 }
 
-bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PictureNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -655,6 +732,9 @@ bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PictureNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PictureNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Picture::CT_Picture()
     : m_NvPicPr(nullptr),
@@ -675,7 +755,8 @@ CT_Picture::~CT_Picture()
     delete m_ExtLst;
 }
 
-bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Picture::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -694,6 +775,9 @@ bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Picture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_GraphicalObjectFrameNonVisual::CT_GraphicalObjectFrameNonVisual()
     : m_CNvPr(nullptr),
       m_CNvGraphicFramePr(nullptr),
@@ -709,7 +793,8 @@ CT_GraphicalObjectFrameNonVisual::~CT_GraphicalObjectFrameNonVisual()
     delete m_NvPr;
 }
 
-bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectFrameNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -723,6 +808,9 @@ bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* co
     }
     return true;
 }
+
+bool CT_GraphicalObjectFrameNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectFrameNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GraphicalObjectFrame::CT_GraphicalObjectFrame()
     : m_NvGraphicFramePr(nullptr),
@@ -741,7 +829,8 @@ CT_GraphicalObjectFrame::~CT_GraphicalObjectFrame()
     delete m_ExtLst;
 }
 
-bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GraphicalObjectFrame::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -762,6 +851,9 @@ bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GraphicalObjectFrame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GraphicalObjectFrame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GraphicalObjectFrame::GetBwMode() const { return m_BwMode; }
 void CT_GraphicalObjectFrame::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 4); }
 
@@ -780,7 +872,8 @@ CT_GroupShapeNonVisual::~CT_GroupShapeNonVisual()
     delete m_NvPr;
 }
 
-bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeNonVisual::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -794,6 +887,9 @@ bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShapeNonVisual::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeNonVisual::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupShape::CT_GroupShape()
     : m_NvGrpSpPr(nullptr),
@@ -811,7 +907,8 @@ CT_GroupShape::~CT_GroupShape()
     delete m_ExtLst;
 }
 
-bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShape::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -827,6 +924,9 @@ bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupShape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupShapeData__> CT_GroupShape::GetData__() const { return m_Data__; }
 void CT_GroupShape::SetData__(XMLPtrArray<CT_GroupShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -852,7 +952,8 @@ CT_GroupShapeData__::~CT_GroupShapeData__()
     delete m_ContentPart;
 }
 
-bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -873,7 +974,11 @@ bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_sp))
@@ -915,13 +1020,20 @@ bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -943,7 +1055,8 @@ CT_Rel::~CT_Rel()
 {
 }
 
-bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -954,6 +1067,9 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Rel::GetR_id() const { return m_R_id; }
 void CT_Rel::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -969,7 +1085,8 @@ EG_TopLevelSlide::~EG_TopLevelSlide()
     delete m_ClrMap;
 }
 
-bool EG_TopLevelSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_TopLevelSlide::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -980,7 +1097,11 @@ bool EG_TopLevelSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_TopLevelSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_TopLevelSlide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_TopLevelSlide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_TopLevelSlide::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_clrMap))
@@ -992,13 +1113,20 @@ bool EG_TopLevelSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_TopLevelSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_TopLevelSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_TopLevelSlide::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_TopLevelSlide::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_TopLevelSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_TopLevelSlide::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_TopLevelSlide::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1017,7 +1145,8 @@ EG_ChildSlide::~EG_ChildSlide()
     delete m_ClrMapOvr;
 }
 
-bool EG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ChildSlide::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1028,7 +1157,11 @@ bool EG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ChildSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ChildSlide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ChildSlide::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_clrMapOvr))
@@ -1040,13 +1173,20 @@ bool EG_ChildSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool EG_ChildSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ChildSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ChildSlide::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ChildSlide::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ChildSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ChildSlide::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ChildSlide::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1065,7 +1205,8 @@ AG_ChildSlide::~AG_ChildSlide()
 {
 }
 
-bool AG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ChildSlide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1079,14 +1220,22 @@ bool AG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_ChildSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_ChildSlide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_ChildSlide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_ChildSlide::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_ChildSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_ChildSlide::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_ChildSlide::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_ChildSlide::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_showMasterSp))
@@ -1103,6 +1252,9 @@ bool AG_ChildSlide::SetProperty(const wxString& name, wxString value, XMLNSConte
     }
     return false;
 }
+
+bool AG_ChildSlide::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_ChildSlide::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_ChildSlide::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1127,7 +1279,8 @@ CT_BackgroundProperties::~CT_BackgroundProperties()
     delete m_ExtLst;
 }
 
-bool CT_BackgroundProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BackgroundProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1146,6 +1299,9 @@ bool CT_BackgroundProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BackgroundProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BackgroundProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_Background::EG_Background()
     : m_Data__(nullptr),
       m_presence(0)
@@ -1157,7 +1313,8 @@ EG_Background::~EG_Background()
     delete m_Data__;
 }
 
-bool EG_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_Background::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1168,7 +1325,11 @@ bool EG_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_Background::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_Background::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_Background::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_Background::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_BackgroundData__::HasProperty(name, context))
     {
@@ -1179,13 +1340,20 @@ bool EG_Background::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool EG_Background::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_Background::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_Background::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_Background::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_Background::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_Background::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_Background::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1205,7 +1373,8 @@ EG_BackgroundData__::~EG_BackgroundData__()
     delete m_BgRef;
 }
 
-bool EG_BackgroundData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BackgroundData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1218,7 +1387,11 @@ bool EG_BackgroundData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_BackgroundData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_BackgroundData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BackgroundData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_BackgroundData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bgPr))
@@ -1236,13 +1409,20 @@ bool EG_BackgroundData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool EG_BackgroundData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BackgroundData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BackgroundData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BackgroundData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BackgroundData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BackgroundData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BackgroundData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1263,7 +1443,8 @@ CT_Background::~CT_Background()
     delete m_EG_Background;
 }
 
-bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Background::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1277,6 +1458,9 @@ bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Background::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Background::GetBwMode() const { return m_BwMode; }
 void CT_Background::SetBwMode(wxString value) { m_BwMode = std::move(value); m_presence |= (1u << 1); }
@@ -1301,7 +1485,8 @@ CT_CommonSlideData::~CT_CommonSlideData()
     delete m_ExtLst;
 }
 
-bool CT_CommonSlideData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommonSlideData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1323,6 +1508,9 @@ bool CT_CommonSlideData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CommonSlideData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommonSlideData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CommonSlideData::GetName() const { return m_Name; }
 void CT_CommonSlideData::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 5); }
@@ -1349,7 +1537,8 @@ CT_Slide::~CT_Slide()
     delete m_AG_ChildSlide;
 }
 
-bool CT_Slide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Slide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1373,6 +1562,9 @@ bool CT_Slide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Slide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Slide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SlideLayout::CT_SlideLayout()
     : m_CSld(nullptr),
@@ -1401,7 +1593,8 @@ CT_SlideLayout::~CT_SlideLayout()
     delete m_AG_ChildSlide;
 }
 
-bool CT_SlideLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1434,6 +1627,9 @@ bool CT_SlideLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideLayout::GetMatchingName() const { return m_MatchingName; }
 void CT_SlideLayout::SetMatchingName(wxString value) { m_MatchingName = std::move(value); m_presence |= (1u << 7); }
 wxString CT_SlideLayout::GetType() const { return m_Type; }
@@ -1456,7 +1652,8 @@ CT_SlideMasterTextStyles::~CT_SlideMasterTextStyles()
     delete m_ExtLst;
 }
 
-bool CT_SlideMasterTextStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideMasterTextStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1473,6 +1670,9 @@ bool CT_SlideMasterTextStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideMasterTextStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideMasterTextStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SlideLayoutIdListEntry::CT_SlideLayoutIdListEntry()
     : m_ExtLst(nullptr),
       m_Id(0),
@@ -1485,7 +1685,8 @@ CT_SlideLayoutIdListEntry::~CT_SlideLayoutIdListEntry()
     delete m_ExtLst;
 }
 
-bool CT_SlideLayoutIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideLayoutIdListEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1502,6 +1703,9 @@ bool CT_SlideLayoutIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideLayoutIdListEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideLayoutIdListEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideLayoutIdListEntry::GetR_id() const { return m_R_id; }
 void CT_SlideLayoutIdListEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 2); }
 
@@ -1515,7 +1719,8 @@ CT_SlideLayoutIdList::~CT_SlideLayoutIdList()
     DeleteAll(m_SldLayoutId);
 }
 
-bool CT_SlideLayoutIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideLayoutIdList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1525,6 +1730,9 @@ bool CT_SlideLayoutIdList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideLayoutIdList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideLayoutIdList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SlideLayoutIdListEntry> CT_SlideLayoutIdList::GetSldLayoutId() const { return m_SldLayoutId; }
 void CT_SlideLayoutIdList::SetSldLayoutId(XMLPtrArray<CT_SlideLayoutIdListEntry> value) { m_SldLayoutId = std::move(value); m_presence |= (1u << 0); }
@@ -1555,7 +1763,8 @@ CT_SlideMaster::~CT_SlideMaster()
     delete m_ExtLst;
 }
 
-bool CT_SlideMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideMaster::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1584,6 +1793,9 @@ bool CT_SlideMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideMaster::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideMaster::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HandoutMaster::CT_HandoutMaster()
     : m_CSld(nullptr),
       m_EG_TopLevelSlide(nullptr),
@@ -1601,7 +1813,8 @@ CT_HandoutMaster::~CT_HandoutMaster()
     delete m_ExtLst;
 }
 
-bool CT_HandoutMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HandoutMaster::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1617,6 +1830,9 @@ bool CT_HandoutMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_HandoutMaster::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HandoutMaster::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NotesMaster::CT_NotesMaster()
     : m_CSld(nullptr),
@@ -1637,7 +1853,8 @@ CT_NotesMaster::~CT_NotesMaster()
     delete m_ExtLst;
 }
 
-bool CT_NotesMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesMaster::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1656,6 +1873,9 @@ bool CT_NotesMaster::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NotesMaster::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesMaster::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NotesSlide::CT_NotesSlide()
     : m_CSld(nullptr),
       m_EG_ChildSlide(nullptr),
@@ -1673,7 +1893,8 @@ CT_NotesSlide::~CT_NotesSlide()
     delete m_AG_ChildSlide;
 }
 
-bool CT_NotesSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesSlide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1692,6 +1913,9 @@ bool CT_NotesSlide::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NotesSlide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesSlide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SlideSyncProperties::CT_SlideSyncProperties()
     : m_ExtLst(nullptr),
       m_presence(0)
@@ -1703,7 +1927,8 @@ CT_SlideSyncProperties::~CT_SlideSyncProperties()
     delete m_ExtLst;
 }
 
-bool CT_SlideSyncProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideSyncProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1722,6 +1947,9 @@ bool CT_SlideSyncProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SlideSyncProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideSyncProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SlideSyncProperties::GetServerSldId() const { return m_ServerSldId; }
 void CT_SlideSyncProperties::SetServerSldId(wxString value) { m_ServerSldId = std::move(value); m_presence |= (1u << 1); }
 wxString CT_SlideSyncProperties::GetServerSldModifiedTime() const { return m_ServerSldModifiedTime; }
@@ -1738,7 +1966,8 @@ CT_StringTag::~CT_StringTag()
 {
 }
 
-bool CT_StringTag::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StringTag::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1751,6 +1980,9 @@ bool CT_StringTag::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_StringTag::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StringTag::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StringTag::GetName() const { return m_Name; }
 void CT_StringTag::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -1767,7 +1999,8 @@ CT_TagList::~CT_TagList()
     DeleteAll(m_Tag);
 }
 
-bool CT_TagList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TagList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1777,6 +2010,9 @@ bool CT_TagList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TagList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TagList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_StringTag> CT_TagList::GetTag() const { return m_Tag; }
 void CT_TagList::SetTag(XMLPtrArray<CT_StringTag> value) { m_Tag = std::move(value); m_presence |= (1u << 0); }
@@ -1791,7 +2027,8 @@ CT_NormalViewPortion::~CT_NormalViewPortion()
 {
 }
 
-bool CT_NormalViewPortion::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NormalViewPortion::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1804,6 +2041,9 @@ bool CT_NormalViewPortion::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NormalViewPortion::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NormalViewPortion::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_NormalViewPortion::GetSz() const { return m_Sz; }
 void CT_NormalViewPortion::SetSz(wxAny value) { m_Sz = std::move(value); m_presence |= (1u << 0); }
@@ -1828,7 +2068,8 @@ CT_NormalViewProperties::~CT_NormalViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_NormalViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NormalViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1855,6 +2096,9 @@ bool CT_NormalViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NormalViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NormalViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_NormalViewProperties::GetVertBarState() const { return m_VertBarState; }
 void CT_NormalViewProperties::SetVertBarState(wxString value) { m_VertBarState = std::move(value); m_presence |= (1u << 5); }
 wxString CT_NormalViewProperties::GetHorzBarState() const { return m_HorzBarState; }
@@ -1874,7 +2118,8 @@ CT_CommonViewProperties::~CT_CommonViewProperties()
     delete m_Origin;
 }
 
-bool CT_CommonViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommonViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1891,6 +2136,9 @@ bool CT_CommonViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CommonViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommonViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NotesTextViewProperties::CT_NotesTextViewProperties()
     : m_CViewPr(nullptr),
       m_ExtLst(nullptr),
@@ -1904,7 +2152,8 @@ CT_NotesTextViewProperties::~CT_NotesTextViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_NotesTextViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesTextViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1917,6 +2166,9 @@ bool CT_NotesTextViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NotesTextViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesTextViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_OutlineViewSlideEntry::CT_OutlineViewSlideEntry()
     : m_Collapse(false),
       m_presence(0)
@@ -1927,7 +2179,8 @@ CT_OutlineViewSlideEntry::~CT_OutlineViewSlideEntry()
 {
 }
 
-bool CT_OutlineViewSlideEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OutlineViewSlideEntry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1940,6 +2193,9 @@ bool CT_OutlineViewSlideEntry::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OutlineViewSlideEntry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OutlineViewSlideEntry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OutlineViewSlideEntry::GetR_id() const { return m_R_id; }
 void CT_OutlineViewSlideEntry::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -1954,7 +2210,8 @@ CT_OutlineViewSlideList::~CT_OutlineViewSlideList()
     DeleteAll(m_Sld);
 }
 
-bool CT_OutlineViewSlideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OutlineViewSlideList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1964,6 +2221,9 @@ bool CT_OutlineViewSlideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OutlineViewSlideList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OutlineViewSlideList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OutlineViewSlideEntry> CT_OutlineViewSlideList::GetSld() const { return m_Sld; }
 void CT_OutlineViewSlideList::SetSld(XMLPtrArray<CT_OutlineViewSlideEntry> value) { m_Sld = std::move(value); m_presence |= (1u << 0); }
@@ -1983,7 +2243,8 @@ CT_OutlineViewProperties::~CT_OutlineViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_OutlineViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OutlineViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1997,6 +2258,9 @@ bool CT_OutlineViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OutlineViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OutlineViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SlideSorterViewProperties::CT_SlideSorterViewProperties()
     : m_CViewPr(nullptr),
@@ -2012,7 +2276,8 @@ CT_SlideSorterViewProperties::~CT_SlideSorterViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_SlideSorterViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideSorterViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2029,6 +2294,9 @@ bool CT_SlideSorterViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool CT_SlideSorterViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideSorterViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Guide::CT_Guide()
     : m_Orient(s_vert),
       m_Pos(wxAny(static_cast<wxLongLong_t>(0ll))),
@@ -2040,7 +2308,8 @@ CT_Guide::~CT_Guide()
 {
 }
 
-bool CT_Guide::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Guide::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2053,6 +2322,9 @@ bool CT_Guide::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Guide::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Guide::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Guide::GetOrient() const { return m_Orient; }
 void CT_Guide::SetOrient(wxString value) { m_Orient = std::move(value); m_presence |= (1u << 0); }
@@ -2069,7 +2341,8 @@ CT_GuideList::~CT_GuideList()
     DeleteAll(m_Guide);
 }
 
-bool CT_GuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GuideList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2079,6 +2352,9 @@ bool CT_GuideList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GuideList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GuideList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Guide> CT_GuideList::GetGuide() const { return m_Guide; }
 void CT_GuideList::SetGuide(XMLPtrArray<CT_Guide> value) { m_Guide = std::move(value); m_presence |= (1u << 0); }
@@ -2099,7 +2375,8 @@ CT_CommonSlideViewProperties::~CT_CommonSlideViewProperties()
     delete m_GuideLst;
 }
 
-bool CT_CommonSlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommonSlideViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2120,6 +2397,9 @@ bool CT_CommonSlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool CT_CommonSlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommonSlideViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SlideViewProperties::CT_SlideViewProperties()
     : m_CSldViewPr(nullptr),
       m_ExtLst(nullptr),
@@ -2133,7 +2413,8 @@ CT_SlideViewProperties::~CT_SlideViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_SlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SlideViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2145,6 +2426,9 @@ bool CT_SlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SlideViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SlideViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_NotesViewProperties::CT_NotesViewProperties()
     : m_CSldViewPr(nullptr),
@@ -2159,7 +2443,8 @@ CT_NotesViewProperties::~CT_NotesViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_NotesViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NotesViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2171,6 +2456,9 @@ bool CT_NotesViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NotesViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NotesViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ViewProperties::CT_ViewProperties()
     : m_NormalViewPr(nullptr),
@@ -2199,7 +2487,8 @@ CT_ViewProperties::~CT_ViewProperties()
     delete m_ExtLst;
 }
 
-bool CT_ViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ViewProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2229,6 +2518,9 @@ bool CT_ViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ViewProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ViewProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ViewProperties::GetLastView() const { return m_LastView; }
 void CT_ViewProperties::SetLastView(wxString value) { m_LastView = std::move(value); m_presence |= (1u << 8); }

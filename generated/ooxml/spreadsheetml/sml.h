@@ -412,6 +412,7 @@ public:
     virtual ~CT_AutoFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "filterColumn": child element, repeated
@@ -432,6 +433,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FilterColumn> m_FilterColumn;
     CT_SortState* m_SortState;
     CT_ExtensionList* m_ExtLst;
@@ -448,6 +450,7 @@ public:
     virtual ~CT_FilterColumn();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -468,6 +471,7 @@ public:
     bool CheckShowButton() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FilterColumnData__* m_Data__;
     unsigned int m_ColId;
     bool m_HiddenButton;
@@ -484,9 +488,12 @@ public:
     virtual ~CT_FilterColumnData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -521,6 +528,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Filters* m_Filters;
     CT_Top10* m_Top10;
     CT_CustomFilters* m_CustomFilters;
@@ -540,6 +550,7 @@ public:
     virtual ~CT_Filters();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "filter": child element, repeated
@@ -560,6 +571,7 @@ public:
     bool CheckCalendarType() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Filter> m_Filter;
     XMLPtrArray<CT_DateGroupItem> m_DateGroupItem;
     bool m_Blank;
@@ -576,6 +588,7 @@ public:
     virtual ~CT_Filter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -584,6 +597,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -597,6 +611,7 @@ public:
     virtual ~CT_CustomFilters();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "customFilter": child element, repeated
@@ -609,6 +624,7 @@ public:
     bool CheckAnd() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomFilter> m_CustomFilter;
     bool m_And;
     std::uint32_t m_presence;
@@ -623,6 +639,7 @@ public:
     virtual ~CT_CustomFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "operator": attribute, wxString, default "equal"
@@ -635,6 +652,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Operator;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -649,6 +667,7 @@ public:
     virtual ~CT_Top10();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "top": attribute, bool, default "true"
@@ -669,6 +688,7 @@ public:
     bool CheckFilterVal() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Top;
     bool m_Percent;
     double m_Val;
@@ -685,6 +705,7 @@ public:
     virtual ~CT_ColorFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dxfId": attribute, unsigned int
@@ -697,6 +718,7 @@ public:
     bool CheckCellColor() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_DxfId;
     bool m_CellColor;
     std::uint32_t m_presence;
@@ -711,6 +733,7 @@ public:
     virtual ~CT_IconFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "iconSet": attribute, wxString
@@ -723,6 +746,7 @@ public:
     bool CheckIconId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_IconSet;
     unsigned int m_IconId;
     std::uint32_t m_presence;
@@ -737,6 +761,7 @@ public:
     virtual ~CT_DynamicFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -761,6 +786,7 @@ public:
     bool CheckMaxValIso() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     double m_Val;
     wxString m_ValIso;
@@ -778,6 +804,7 @@ public:
     virtual ~CT_SortState();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sortCondition": child element, repeated
@@ -806,6 +833,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SortCondition> m_SortCondition;
     CT_ExtensionList* m_ExtLst;
     bool m_ColumnSort;
@@ -824,6 +852,7 @@ public:
     virtual ~CT_SortCondition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "descending": attribute, bool, default "false"
@@ -856,6 +885,7 @@ public:
     bool CheckIconId() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Descending;
     wxString m_SortBy;
     wxString m_Ref;
@@ -875,6 +905,7 @@ public:
     virtual ~CT_DateGroupItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "year": attribute, unsigned short
@@ -907,6 +938,7 @@ public:
     bool CheckDateTimeGrouping() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned short m_Year;
     unsigned short m_Month;
     unsigned short m_Day;
@@ -926,6 +958,7 @@ public:
     virtual ~CT_XStringElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": attribute, wxString
@@ -934,6 +967,7 @@ public:
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     std::uint32_t m_presence;
 };
@@ -947,6 +981,7 @@ public:
     virtual ~CT_Extension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uri": attribute, wxString
@@ -955,6 +990,7 @@ public:
     bool CheckUri() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Uri;
     std::uint32_t m_presence;
 };
@@ -968,6 +1004,7 @@ public:
     virtual ~CT_ObjectAnchor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xdr:from": child element
@@ -988,6 +1025,7 @@ public:
     bool CheckSizeWithCells() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* m_Xdr_from;
     schemas_openxmlformats_org_drawingml_x2006_spreadsheetDrawing::CT_Marker* m_Xdr_to;
     bool m_MoveWithCells;
@@ -1004,9 +1042,12 @@ public:
     virtual ~EG_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1017,6 +1058,9 @@ public:
     bool CheckExt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_Extension> m_Ext;
     std::uint32_t m_presence;
 };
@@ -1030,6 +1074,7 @@ public:
     virtual ~CT_ExtensionList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_ExtensionList
@@ -1038,6 +1083,7 @@ public:
     bool CheckEG_ExtensionList() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     EG_ExtensionList* m_EG_ExtensionList;
     std::uint32_t m_presence;
 };
@@ -1051,6 +1097,7 @@ public:
     virtual ~CT_CalcChain();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "c": child element, repeated
@@ -1063,6 +1110,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CalcCell> m_C;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -1077,6 +1125,7 @@ public:
     virtual ~CT_CalcCell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": attribute, wxString
@@ -1109,6 +1158,7 @@ public:
     bool CheckA() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R;
     wxString m_Ref;
     int m_I;
@@ -1128,6 +1178,7 @@ public:
     virtual ~CT_Comments();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "authors": child element
@@ -1144,6 +1195,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Authors* m_Authors;
     CT_CommentList* m_CommentList;
     CT_ExtensionList* m_ExtLst;
@@ -1159,6 +1211,7 @@ public:
     virtual ~CT_Authors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "author": value element, wxString, repeated
@@ -1167,6 +1220,7 @@ public:
     bool CheckAuthor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_Author;
     std::uint32_t m_presence;
 };
@@ -1180,6 +1234,7 @@ public:
     virtual ~CT_CommentList();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "comment": child element, repeated
@@ -1188,6 +1243,7 @@ public:
     bool CheckComment() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Comment> m_Comment;
     std::uint32_t m_presence;
 };
@@ -1201,6 +1257,7 @@ public:
     virtual ~CT_Comment();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "text": child element
@@ -1229,6 +1286,7 @@ public:
     bool CheckShapeId() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Rst* m_Text;
     CT_CommentPr* m_CommentPr;
     wxString m_Ref;
@@ -1247,6 +1305,7 @@ public:
     virtual ~CT_CommentPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "anchor": child element
@@ -1303,6 +1362,7 @@ public:
     bool CheckAutoScale() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ObjectAnchor* m_Anchor;
     bool m_Locked;
     bool m_DefaultSize;
@@ -1328,6 +1388,7 @@ public:
     virtual ~CT_MapInfo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "Schema": child element, repeated
@@ -1344,6 +1405,7 @@ public:
     bool CheckSelectionNamespaces() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Schema> m_Schema;
     XMLPtrArray<CT_Map> m_Map;
     wxString m_SelectionNamespaces;
@@ -1359,6 +1421,7 @@ public:
     virtual ~CT_Schema();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ID": attribute, wxString
@@ -1379,6 +1442,7 @@ public:
     bool CheckSchemaLanguage() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_ID;
     wxString m_SchemaRef;
     wxString m_Namespace;
@@ -1395,6 +1459,7 @@ public:
     virtual ~CT_Map();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "DataBinding": child element
@@ -1439,6 +1504,7 @@ public:
     bool CheckPreserveFormat() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DataBinding* m_DataBinding;
     unsigned int m_ID;
     wxString m_Name;
@@ -1461,6 +1527,7 @@ public:
     virtual ~CT_DataBinding();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "DataBindingName": attribute, wxString
@@ -1485,6 +1552,7 @@ public:
     bool CheckDataBindingLoadMode() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_DataBindingName;
     bool m_FileBinding;
     unsigned int m_ConnectionID;
@@ -1502,6 +1570,7 @@ public:
     virtual ~CT_Connections();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "connection": child element, repeated
@@ -1510,6 +1579,7 @@ public:
     bool CheckConnection() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Connection> m_Connection;
     std::uint32_t m_presence;
 };
@@ -1523,6 +1593,7 @@ public:
     virtual ~CT_Connection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dbPr": child element
@@ -1631,6 +1702,7 @@ public:
     bool CheckSingleSignOnId() const { return (m_presence & (1u << 25)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DbPr* m_DbPr;
     CT_OlapPr* m_OlapPr;
     CT_WebPr* m_WebPr;
@@ -1669,6 +1741,7 @@ public:
     virtual ~CT_DbPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "connection": attribute, wxString
@@ -1689,6 +1762,7 @@ public:
     bool CheckCommandType() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Connection;
     wxString m_Command;
     wxString m_ServerCommand;
@@ -1705,6 +1779,7 @@ public:
     virtual ~CT_OlapPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "local": attribute, bool, default "false"
@@ -1745,6 +1820,7 @@ public:
     bool CheckServerFontColor() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Local;
     wxString m_LocalConnection;
     bool m_LocalRefresh;
@@ -1766,6 +1842,7 @@ public:
     virtual ~CT_WebPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tables": child element
@@ -1826,6 +1903,7 @@ public:
     bool CheckEditPage() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Tables* m_Tables;
     bool m_Xml;
     bool m_SourceData;
@@ -1852,6 +1930,7 @@ public:
     virtual ~CT_Parameters();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "parameter": child element, repeated
@@ -1864,6 +1943,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Parameter> m_Parameter;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -1878,6 +1958,7 @@ public:
     virtual ~CT_Parameter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -1922,6 +2003,7 @@ public:
     bool CheckCell() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     int m_SqlType;
     wxString m_ParameterType;
@@ -1944,6 +2026,7 @@ public:
     virtual ~CT_Tables();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -1956,6 +2039,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TablesData__> m_Data__;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -1970,9 +2054,12 @@ public:
     virtual ~CT_TablesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1991,6 +2078,9 @@ public:
     bool CheckX() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TableMissing* m_M;
     CT_XStringElement* m_S;
     CT_Index* m_X;
@@ -2006,9 +2096,11 @@ public:
     virtual ~CT_TableMissing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::uint32_t m_presence;
 };
 
@@ -2021,6 +2113,7 @@ public:
     virtual ~CT_TextPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "textFields": child element
@@ -2093,6 +2186,7 @@ public:
     bool CheckDelimiter() const { return (m_presence & (1u << 16)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TextFields* m_TextFields;
     bool m_Prompt;
     wxString m_FileType;
@@ -2122,6 +2216,7 @@ public:
     virtual ~CT_TextFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "textField": child element, repeated
@@ -2134,6 +2229,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TextField> m_TextField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -2148,6 +2244,7 @@ public:
     virtual ~CT_TextField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString, default "general"
@@ -2160,6 +2257,7 @@ public:
     bool CheckPosition() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Position;
     std::uint32_t m_presence;
@@ -2174,6 +2272,7 @@ public:
     virtual ~CT_PivotCacheDefinition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cacheSource": child element
@@ -2298,6 +2397,7 @@ public:
     bool CheckSupportAdvancedDrill() const { return (m_presence & (1u << 29)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CacheSource* m_CacheSource;
     CT_CacheFields* m_CacheFields;
     CT_CacheHierarchies* m_CacheHierarchies;
@@ -2340,6 +2440,7 @@ public:
     virtual ~CT_CacheFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cacheField": child element, repeated
@@ -2352,6 +2453,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CacheField> m_CacheField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -2366,6 +2468,7 @@ public:
     virtual ~CT_CacheField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sharedItems": child element
@@ -2438,6 +2541,7 @@ public:
     bool CheckMemberPropertyField() const { return (m_presence & (1u << 16)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SharedItems* m_SharedItems;
     CT_FieldGroup* m_FieldGroup;
     XMLPtrArray<CT_X> m_MpMap;
@@ -2467,6 +2571,7 @@ public:
     virtual ~CT_CacheSource();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -2483,6 +2588,7 @@ public:
     bool CheckConnectionId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CacheSourceData__* m_Data__;
     wxString m_Type;
     unsigned int m_ConnectionId;
@@ -2498,9 +2604,12 @@ public:
     virtual ~CT_CacheSourceData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2519,6 +2628,9 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_WorksheetSource* m_WorksheetSource;
     CT_Consolidation* m_Consolidation;
     CT_ExtensionList* m_ExtLst;
@@ -2534,6 +2646,7 @@ public:
     virtual ~CT_WorksheetSource();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -2554,6 +2667,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     wxString m_Name;
     wxString m_Sheet;
@@ -2570,6 +2684,7 @@ public:
     virtual ~CT_Consolidation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pages": child element
@@ -2586,6 +2701,7 @@ public:
     bool CheckAutoPage() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Pages* m_Pages;
     CT_RangeSets* m_RangeSets;
     bool m_AutoPage;
@@ -2601,6 +2717,7 @@ public:
     virtual ~CT_Pages();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "page": child element, repeated
@@ -2613,6 +2730,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PCDSCPage> m_Page;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -2627,6 +2745,7 @@ public:
     virtual ~CT_PCDSCPage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pageItem": child element, repeated
@@ -2639,6 +2758,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PageItem> m_PageItem;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -2653,6 +2773,7 @@ public:
     virtual ~CT_PageItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -2661,6 +2782,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     std::uint32_t m_presence;
 };
@@ -2674,6 +2796,7 @@ public:
     virtual ~CT_RangeSets();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rangeSet": child element, repeated
@@ -2686,6 +2809,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RangeSet> m_RangeSet;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -2700,6 +2824,7 @@ public:
     virtual ~CT_RangeSet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "i1": attribute, unsigned int
@@ -2736,6 +2861,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_I1;
     unsigned int m_I2;
     unsigned int m_I3;
@@ -2756,6 +2882,7 @@ public:
     virtual ~CT_SharedItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -2820,6 +2947,7 @@ public:
     bool CheckLongText() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SharedItemsData__> m_Data__;
     bool m_ContainsSemiMixedTypes;
     bool m_ContainsNonDate;
@@ -2847,9 +2975,12 @@ public:
     virtual ~CT_SharedItemsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2880,6 +3011,9 @@ public:
     bool CheckD() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Missing* m_M;
     CT_Number* m_N;
     CT_Boolean* m_B;
@@ -2898,6 +3032,7 @@ public:
     virtual ~CT_Missing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element, repeated
@@ -2954,6 +3089,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Tuples> m_Tpls;
     XMLPtrArray<CT_X> m_X;
     bool m_U;
@@ -2979,6 +3115,7 @@ public:
     virtual ~CT_Number();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element, repeated
@@ -3039,6 +3176,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Tuples> m_Tpls;
     XMLPtrArray<CT_X> m_X;
     double m_V;
@@ -3065,6 +3203,7 @@ public:
     virtual ~CT_Boolean();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": child element, repeated
@@ -3093,6 +3232,7 @@ public:
     bool CheckCp() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_X> m_X;
     bool m_V;
     bool m_U;
@@ -3111,6 +3251,7 @@ public:
     virtual ~CT_Error();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element
@@ -3171,6 +3312,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Tuples* m_Tpls;
     XMLPtrArray<CT_X> m_X;
     wxString m_V;
@@ -3197,6 +3339,7 @@ public:
     virtual ~CT_String();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element, repeated
@@ -3257,6 +3400,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Tuples> m_Tpls;
     XMLPtrArray<CT_X> m_X;
     wxString m_V;
@@ -3283,6 +3427,7 @@ public:
     virtual ~CT_DateTime();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": child element, repeated
@@ -3311,6 +3456,7 @@ public:
     bool CheckCp() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_X> m_X;
     wxString m_V;
     bool m_U;
@@ -3329,6 +3475,7 @@ public:
     virtual ~CT_FieldGroup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rangePr": child element
@@ -3353,6 +3500,7 @@ public:
     bool CheckBase() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RangePr* m_RangePr;
     CT_DiscretePr* m_DiscretePr;
     CT_GroupItems* m_GroupItems;
@@ -3370,6 +3518,7 @@ public:
     virtual ~CT_RangePr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoStart": attribute, bool, default "true"
@@ -3406,6 +3555,7 @@ public:
     bool CheckGroupInterval() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_AutoStart;
     bool m_AutoEnd;
     wxString m_GroupBy;
@@ -3426,6 +3576,7 @@ public:
     virtual ~CT_DiscretePr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": child element, repeated
@@ -3438,6 +3589,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Index> m_X;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3452,6 +3604,7 @@ public:
     virtual ~CT_GroupItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -3464,6 +3617,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GroupItemsData__> m_Data__;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3478,9 +3632,12 @@ public:
     virtual ~CT_GroupItemsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3511,6 +3668,9 @@ public:
     bool CheckD() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Missing* m_M;
     CT_Number* m_N;
     CT_Boolean* m_B;
@@ -3529,6 +3689,7 @@ public:
     virtual ~CT_PivotCacheRecords();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": child element, repeated
@@ -3545,6 +3706,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Record> m_R;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Count;
@@ -3560,6 +3722,7 @@ public:
     virtual ~CT_Record();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -3568,6 +3731,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RecordData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -3581,9 +3745,12 @@ public:
     virtual ~CT_RecordData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -3618,6 +3785,9 @@ public:
     bool CheckX() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Missing* m_M;
     CT_Number* m_N;
     CT_Boolean* m_B;
@@ -3637,6 +3807,7 @@ public:
     virtual ~CT_PCDKPIs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "kpi": child element, repeated
@@ -3649,6 +3820,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PCDKPI> m_Kpi;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3663,6 +3835,7 @@ public:
     virtual ~CT_PCDKPI();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uniqueName": attribute, wxString
@@ -3711,6 +3884,7 @@ public:
     bool CheckTime() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_UniqueName;
     wxString m_Caption;
     wxString m_DisplayFolder;
@@ -3734,6 +3908,7 @@ public:
     virtual ~CT_CacheHierarchies();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cacheHierarchy": child element, repeated
@@ -3746,6 +3921,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CacheHierarchy> m_CacheHierarchy;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3760,6 +3936,7 @@ public:
     virtual ~CT_CacheHierarchy();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fieldsUsage": child element
@@ -3864,6 +4041,7 @@ public:
     bool CheckHidden() const { return (m_presence & (1u << 24)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FieldsUsage* m_FieldsUsage;
     CT_GroupLevels* m_GroupLevels;
     CT_ExtensionList* m_ExtLst;
@@ -3901,6 +4079,7 @@ public:
     virtual ~CT_FieldsUsage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fieldUsage": child element, repeated
@@ -3913,6 +4092,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FieldUsage> m_FieldUsage;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3927,6 +4107,7 @@ public:
     virtual ~CT_FieldUsage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, int
@@ -3935,6 +4116,7 @@ public:
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_X;
     std::uint32_t m_presence;
 };
@@ -3948,6 +4130,7 @@ public:
     virtual ~CT_GroupLevels();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "groupLevel": child element, repeated
@@ -3960,6 +4143,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GroupLevel> m_GroupLevel;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -3974,6 +4158,7 @@ public:
     virtual ~CT_GroupLevel();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "groups": child element
@@ -4002,6 +4187,7 @@ public:
     bool CheckCustomRollUp() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Groups* m_Groups;
     CT_ExtensionList* m_ExtLst;
     wxString m_UniqueName;
@@ -4020,6 +4206,7 @@ public:
     virtual ~CT_Groups();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "group": child element, repeated
@@ -4032,6 +4219,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_LevelGroup> m_Group;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4046,6 +4234,7 @@ public:
     virtual ~CT_LevelGroup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "groupMembers": child element
@@ -4074,6 +4263,7 @@ public:
     bool CheckId() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupMembers* m_GroupMembers;
     wxString m_Name;
     wxString m_UniqueName;
@@ -4092,6 +4282,7 @@ public:
     virtual ~CT_GroupMembers();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "groupMember": child element, repeated
@@ -4104,6 +4295,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GroupMember> m_GroupMember;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4118,6 +4310,7 @@ public:
     virtual ~CT_GroupMember();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "uniqueName": attribute, wxString
@@ -4130,6 +4323,7 @@ public:
     bool CheckGroup() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_UniqueName;
     bool m_Group;
     std::uint32_t m_presence;
@@ -4144,6 +4338,7 @@ public:
     virtual ~CT_TupleCache();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entries": child element
@@ -4168,6 +4363,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PCDSDTCEntries* m_Entries;
     CT_Sets* m_Sets;
     CT_QueryCache* m_QueryCache;
@@ -4185,6 +4381,7 @@ public:
     virtual ~CT_ServerFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "culture": attribute, wxString
@@ -4197,6 +4394,7 @@ public:
     bool CheckFormat() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Culture;
     wxString m_Format;
     std::uint32_t m_presence;
@@ -4211,6 +4409,7 @@ public:
     virtual ~CT_ServerFormats();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "serverFormat": child element, repeated
@@ -4223,6 +4422,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ServerFormat> m_ServerFormat;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4237,6 +4437,7 @@ public:
     virtual ~CT_PCDSDTCEntries();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -4249,6 +4450,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PCDSDTCEntriesData__> m_Data__;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4263,9 +4465,12 @@ public:
     virtual ~CT_PCDSDTCEntriesData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -4288,6 +4493,9 @@ public:
     bool CheckS() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Missing* m_M;
     CT_Number* m_N;
     CT_Error* m_E;
@@ -4304,6 +4512,7 @@ public:
     virtual ~CT_Tuples();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpl": child element, repeated
@@ -4316,6 +4525,7 @@ public:
     bool CheckC() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Tuple> m_Tpl;
     unsigned int m_C;
     std::uint32_t m_presence;
@@ -4330,6 +4540,7 @@ public:
     virtual ~CT_Tuple();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fld": attribute, unsigned int
@@ -4346,6 +4557,7 @@ public:
     bool CheckItem() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Fld;
     unsigned int m_Hier;
     unsigned int m_Item;
@@ -4361,6 +4573,7 @@ public:
     virtual ~CT_Sets();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "set": child element, repeated
@@ -4373,6 +4586,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Set> m_Set;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4387,6 +4601,7 @@ public:
     virtual ~CT_Set();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element, repeated
@@ -4419,6 +4634,7 @@ public:
     bool CheckQueryFailed() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Tuples> m_Tpls;
     CT_Tuples* m_SortByTuple;
     unsigned int m_Count;
@@ -4438,6 +4654,7 @@ public:
     virtual ~CT_QueryCache();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "query": child element, repeated
@@ -4450,6 +4667,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Query> m_Query;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4464,6 +4682,7 @@ public:
     virtual ~CT_Query();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tpls": child element
@@ -4476,6 +4695,7 @@ public:
     bool CheckMdx() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Tuples* m_Tpls;
     wxString m_Mdx;
     std::uint32_t m_presence;
@@ -4490,6 +4710,7 @@ public:
     virtual ~CT_CalculatedItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "calculatedItem": child element, repeated
@@ -4502,6 +4723,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CalculatedItem> m_CalculatedItem;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4516,6 +4738,7 @@ public:
     virtual ~CT_CalculatedItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element
@@ -4536,6 +4759,7 @@ public:
     bool CheckFormula() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotArea* m_PivotArea;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Field;
@@ -4552,6 +4776,7 @@ public:
     virtual ~CT_CalculatedMembers();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "calculatedMember": child element, repeated
@@ -4564,6 +4789,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CalculatedMember> m_CalculatedMember;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -4578,6 +4804,7 @@ public:
     virtual ~CT_CalculatedMember();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -4614,6 +4841,7 @@ public:
     bool CheckSet() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
     wxString m_Mdx;
@@ -4634,6 +4862,7 @@ public:
     virtual ~CT_pivotTableDefinition();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "location": child element
@@ -4954,6 +5183,7 @@ public:
     bool CheckCustomListSort() const { return (m_presence[1] & (std::uint64_t(1) << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Location* m_Location;
     CT_PivotFields* m_PivotFields;
     CT_RowFields* m_RowFields;
@@ -5045,6 +5275,7 @@ public:
     virtual ~CT_Location();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -5073,6 +5304,7 @@ public:
     bool CheckColPageCount() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     unsigned int m_FirstHeaderRow;
     unsigned int m_FirstDataRow;
@@ -5091,6 +5323,7 @@ public:
     virtual ~CT_PivotFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotField": child element, repeated
@@ -5103,6 +5336,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotField> m_PivotField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5117,6 +5351,7 @@ public:
     virtual ~CT_PivotField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "items": child element
@@ -5325,6 +5560,7 @@ public:
     bool CheckDefaultAttributeDrillState() const { return (m_presence & (std::uint64_t(1) << 50)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Items* m_Items;
     CT_AutoSortScope* m_AutoSortScope;
     CT_ExtensionList* m_ExtLst;
@@ -5388,6 +5624,7 @@ public:
     virtual ~CT_AutoSortScope();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element
@@ -5396,6 +5633,7 @@ public:
     bool CheckPivotArea() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotArea* m_PivotArea;
     std::uint32_t m_presence;
 };
@@ -5409,6 +5647,7 @@ public:
     virtual ~CT_Items();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "item": child element, repeated
@@ -5421,6 +5660,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Item> m_Item;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5435,6 +5675,7 @@ public:
     virtual ~CT_Item();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": attribute, wxString
@@ -5483,6 +5724,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_N;
     wxString m_T;
     bool m_H;
@@ -5506,6 +5748,7 @@ public:
     virtual ~CT_PageFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pageField": child element, repeated
@@ -5518,6 +5761,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PageField> m_PageField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5532,6 +5776,7 @@ public:
     virtual ~CT_PageField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -5560,6 +5805,7 @@ public:
     bool CheckCap() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     int m_Fld;
     unsigned int m_Item;
@@ -5578,6 +5824,7 @@ public:
     virtual ~CT_DataFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dataField": child element, repeated
@@ -5590,6 +5837,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DataField> m_DataField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5604,6 +5852,7 @@ public:
     virtual ~CT_DataField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -5640,6 +5889,7 @@ public:
     bool CheckNumFmtId() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
     unsigned int m_Fld;
@@ -5660,6 +5910,7 @@ public:
     virtual ~CT_rowItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "i": child element, repeated
@@ -5672,6 +5923,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_I> m_I;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5686,6 +5938,7 @@ public:
     virtual ~CT_colItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "i": child element, repeated
@@ -5698,6 +5951,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_I> m_I;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5712,6 +5966,7 @@ public:
     virtual ~CT_I();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": child element, repeated
@@ -5732,6 +5987,7 @@ public:
     bool CheckI() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_X> m_X;
     wxString m_T;
     unsigned int m_R;
@@ -5748,6 +6004,7 @@ public:
     virtual ~CT_X();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": attribute, int, default "0"
@@ -5756,6 +6013,7 @@ public:
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_V;
     std::uint32_t m_presence;
 };
@@ -5769,6 +6027,7 @@ public:
     virtual ~CT_RowFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "field": child element, repeated
@@ -5781,6 +6040,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Field> m_Field;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5795,6 +6055,7 @@ public:
     virtual ~CT_ColFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "field": child element, repeated
@@ -5807,6 +6068,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Field> m_Field;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5821,6 +6083,7 @@ public:
     virtual ~CT_Field();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, int
@@ -5829,6 +6092,7 @@ public:
     bool CheckX() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_X;
     std::uint32_t m_presence;
 };
@@ -5842,6 +6106,7 @@ public:
     virtual ~CT_Formats();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "format": child element, repeated
@@ -5854,6 +6119,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Format> m_Format;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5868,6 +6134,7 @@ public:
     virtual ~CT_Format();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element
@@ -5888,6 +6155,7 @@ public:
     bool CheckDxfId() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotArea* m_PivotArea;
     CT_ExtensionList* m_ExtLst;
     wxString m_Action;
@@ -5904,6 +6172,7 @@ public:
     virtual ~CT_ConditionalFormats();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "conditionalFormat": child element, repeated
@@ -5916,6 +6185,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ConditionalFormat> m_ConditionalFormat;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5930,6 +6200,7 @@ public:
     virtual ~CT_ConditionalFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotAreas": child element
@@ -5954,6 +6225,7 @@ public:
     bool CheckPriority() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotAreas* m_PivotAreas;
     CT_ExtensionList* m_ExtLst;
     wxString m_Scope;
@@ -5971,6 +6243,7 @@ public:
     virtual ~CT_PivotAreas();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element, repeated
@@ -5983,6 +6256,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotArea> m_PivotArea;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -5997,6 +6271,7 @@ public:
     virtual ~CT_ChartFormats();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chartFormat": child element, repeated
@@ -6009,6 +6284,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ChartFormat> m_ChartFormat;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6023,6 +6299,7 @@ public:
     virtual ~CT_ChartFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element
@@ -6043,6 +6320,7 @@ public:
     bool CheckSeries() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotArea* m_PivotArea;
     unsigned int m_Chart;
     unsigned int m_Format;
@@ -6059,6 +6337,7 @@ public:
     virtual ~CT_PivotHierarchies();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotHierarchy": child element, repeated
@@ -6071,6 +6350,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotHierarchy> m_PivotHierarchy;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6085,6 +6365,7 @@ public:
     virtual ~CT_PivotHierarchy();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mps": child element
@@ -6145,6 +6426,7 @@ public:
     bool CheckCaption() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MemberProperties* m_Mps;
     XMLPtrArray<CT_Members> m_Members;
     CT_ExtensionList* m_ExtLst;
@@ -6171,6 +6453,7 @@ public:
     virtual ~CT_RowHierarchiesUsage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rowHierarchyUsage": child element, repeated
@@ -6183,6 +6466,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_HierarchyUsage> m_RowHierarchyUsage;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6197,6 +6481,7 @@ public:
     virtual ~CT_ColHierarchiesUsage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "colHierarchyUsage": child element, repeated
@@ -6209,6 +6494,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_HierarchyUsage> m_ColHierarchyUsage;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6223,6 +6509,7 @@ public:
     virtual ~CT_HierarchyUsage();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hierarchyUsage": attribute, int
@@ -6231,6 +6518,7 @@ public:
     bool CheckHierarchyUsage() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_HierarchyUsage;
     std::uint32_t m_presence;
 };
@@ -6244,6 +6532,7 @@ public:
     virtual ~CT_MemberProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mp": child element, repeated
@@ -6256,6 +6545,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MemberProperty> m_Mp;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6270,6 +6560,7 @@ public:
     virtual ~CT_MemberProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -6310,6 +6601,7 @@ public:
     bool CheckField() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     bool m_ShowCell;
     bool m_ShowTip;
@@ -6331,6 +6623,7 @@ public:
     virtual ~CT_Members();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "member": child element, repeated
@@ -6347,6 +6640,7 @@ public:
     bool CheckLevel() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Member> m_Member;
     unsigned int m_Count;
     unsigned int m_Level;
@@ -6362,6 +6656,7 @@ public:
     virtual ~CT_Member();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -6370,6 +6665,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     std::uint32_t m_presence;
 };
@@ -6383,6 +6679,7 @@ public:
     virtual ~CT_Dimensions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dimension": child element, repeated
@@ -6395,6 +6692,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotDimension> m_Dimension;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6409,6 +6707,7 @@ public:
     virtual ~CT_PivotDimension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "measure": attribute, bool, default "false"
@@ -6429,6 +6728,7 @@ public:
     bool CheckCaption() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Measure;
     wxString m_Name;
     wxString m_UniqueName;
@@ -6445,6 +6745,7 @@ public:
     virtual ~CT_MeasureGroups();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "measureGroup": child element, repeated
@@ -6457,6 +6758,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MeasureGroup> m_MeasureGroup;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6471,6 +6773,7 @@ public:
     virtual ~CT_MeasureDimensionMaps();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "map": child element, repeated
@@ -6483,6 +6786,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MeasureDimensionMap> m_Map;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6497,6 +6801,7 @@ public:
     virtual ~CT_MeasureGroup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -6509,6 +6814,7 @@ public:
     bool CheckCaption() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_Caption;
     std::uint32_t m_presence;
@@ -6523,6 +6829,7 @@ public:
     virtual ~CT_MeasureDimensionMap();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "measureGroup": attribute, unsigned int
@@ -6535,6 +6842,7 @@ public:
     bool CheckDimension() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_MeasureGroup;
     unsigned int m_Dimension;
     std::uint32_t m_presence;
@@ -6549,6 +6857,7 @@ public:
     virtual ~CT_PivotTableStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -6577,6 +6886,7 @@ public:
     bool CheckShowLastColumn() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     bool m_ShowRowHeaders;
     bool m_ShowColHeaders;
@@ -6595,6 +6905,7 @@ public:
     virtual ~CT_PivotFilters();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "filter": child element, repeated
@@ -6607,6 +6918,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotFilter> m_Filter;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6621,6 +6933,7 @@ public:
     virtual ~CT_PivotFilter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoFilter": child element
@@ -6677,6 +6990,7 @@ public:
     bool CheckStringValue2() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AutoFilter* m_AutoFilter;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Fld;
@@ -6702,6 +7016,7 @@ public:
     virtual ~CT_PivotArea();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "references": child element
@@ -6762,6 +7077,7 @@ public:
     bool CheckFieldPosition() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotAreaReferences* m_References;
     CT_ExtensionList* m_ExtLst;
     int m_Field;
@@ -6788,6 +7104,7 @@ public:
     virtual ~CT_PivotAreaReferences();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "reference": child element, repeated
@@ -6800,6 +7117,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotAreaReference> m_Reference;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -6814,6 +7132,7 @@ public:
     virtual ~CT_PivotAreaReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": child element, repeated
@@ -6894,6 +7213,7 @@ public:
     bool CheckVarPSubtotal() const { return (m_presence & (1u << 18)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Index> m_X;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Field;
@@ -6925,6 +7245,7 @@ public:
     virtual ~CT_Index();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": attribute, unsigned int
@@ -6933,6 +7254,7 @@ public:
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_V;
     std::uint32_t m_presence;
 };
@@ -6946,6 +7268,7 @@ public:
     virtual ~CT_QueryTable();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "queryTableRefresh": child element
@@ -7022,6 +7345,7 @@ public:
     bool CheckAG_AutoFormat() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_QueryTableRefresh* m_QueryTableRefresh;
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
@@ -7052,6 +7376,7 @@ public:
     virtual ~CT_QueryTableRefresh();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "queryTableFields": child element
@@ -7100,6 +7425,7 @@ public:
     bool CheckUnboundColumnsRight() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_QueryTableFields* m_QueryTableFields;
     CT_QueryTableDeletedFields* m_QueryTableDeletedFields;
     CT_SortState* m_SortState;
@@ -7123,6 +7449,7 @@ public:
     virtual ~CT_QueryTableDeletedFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "deletedField": child element, repeated
@@ -7135,6 +7462,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DeletedField> m_DeletedField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -7149,6 +7477,7 @@ public:
     virtual ~CT_DeletedField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -7157,6 +7486,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     std::uint32_t m_presence;
 };
@@ -7170,6 +7500,7 @@ public:
     virtual ~CT_QueryTableFields();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "queryTableField": child element, repeated
@@ -7182,6 +7513,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_QueryTableField> m_QueryTableField;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -7196,6 +7528,7 @@ public:
     virtual ~CT_QueryTableField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -7232,6 +7565,7 @@ public:
     bool CheckTableColumnId() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
     wxString m_Name;
@@ -7252,6 +7586,7 @@ public:
     virtual ~CT_Sst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "si": child element, repeated
@@ -7272,6 +7607,7 @@ public:
     bool CheckUniqueCount() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Rst> m_Si;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Count;
@@ -7288,6 +7624,7 @@ public:
     virtual ~CT_PhoneticRun();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "t": value element, wxString
@@ -7304,6 +7641,7 @@ public:
     bool CheckEb() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_T;
     unsigned int m_Sb;
     unsigned int m_Eb;
@@ -7319,6 +7657,7 @@ public:
     virtual ~CT_RElt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rPr": child element
@@ -7331,6 +7670,7 @@ public:
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RPrElt* m_RPr;
     wxString m_T;
     std::uint32_t m_presence;
@@ -7345,6 +7685,7 @@ public:
     virtual ~CT_RPrElt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -7353,6 +7694,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RPrEltData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -7366,9 +7708,12 @@ public:
     virtual ~CT_RPrEltData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7435,6 +7780,9 @@ public:
     bool CheckScheme() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_FontName* m_RFont;
     CT_IntProperty* m_Charset;
     CT_IntProperty* m_Family;
@@ -7462,6 +7810,7 @@ public:
     virtual ~CT_Rst();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "t": value element, wxString
@@ -7482,6 +7831,7 @@ public:
     bool CheckPhoneticPr() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_T;
     XMLPtrArray<CT_RElt> m_R;
     XMLPtrArray<CT_PhoneticRun> m_RPh;
@@ -7498,6 +7848,7 @@ public:
     virtual ~CT_PhoneticPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fontId": attribute, unsigned int
@@ -7514,6 +7865,7 @@ public:
     bool CheckAlignment() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_FontId;
     wxString m_Type;
     wxString m_Alignment;
@@ -7529,6 +7881,7 @@ public:
     virtual ~CT_RevisionHeaders();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "header": child element, repeated
@@ -7585,6 +7938,7 @@ public:
     bool CheckPreserveHistory() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RevisionHeader> m_Header;
     wxString m_Guid;
     wxString m_LastGuid;
@@ -7610,6 +7964,7 @@ public:
     virtual ~CT_Revisions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -7618,6 +7973,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RevisionsData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -7631,9 +7987,12 @@ public:
     virtual ~CT_RevisionsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7688,6 +8047,9 @@ public:
     bool CheckRcft() const { return (m_presence & (1u << 11)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_RevisionRowColumn> m_Rrc;
     XMLPtrArray<CT_RevisionMove> m_Rm;
     XMLPtrArray<CT_RevisionCustomView> m_Rcv;
@@ -7712,9 +8074,12 @@ public:
     virtual ~AG_RevData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -7733,6 +8098,9 @@ public:
     bool CheckRa() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     unsigned int m_RId;
     bool m_Ua;
     bool m_Ra;
@@ -7748,6 +8116,7 @@ public:
     virtual ~CT_RevisionHeader();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetIdMap": child element
@@ -7792,6 +8161,7 @@ public:
     bool CheckMaxRId() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SheetIdMap* m_SheetIdMap;
     CT_ReviewedRevisions* m_ReviewedList;
     CT_ExtensionList* m_ExtLst;
@@ -7814,6 +8184,7 @@ public:
     virtual ~CT_SheetIdMap();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetId": child element, repeated
@@ -7826,6 +8197,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SheetId> m_SheetId;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -7840,6 +8212,7 @@ public:
     virtual ~CT_SheetId();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -7848,6 +8221,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -7861,6 +8235,7 @@ public:
     virtual ~CT_ReviewedRevisions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "reviewed": child element, repeated
@@ -7873,6 +8248,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Reviewed> m_Reviewed;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -7887,6 +8263,7 @@ public:
     virtual ~CT_Reviewed();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rId": attribute, unsigned int
@@ -7895,6 +8272,7 @@ public:
     bool CheckRId() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_RId;
     std::uint32_t m_presence;
 };
@@ -7908,6 +8286,7 @@ public:
     virtual ~CT_UndoInfo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "index": attribute, unsigned int
@@ -7956,6 +8335,7 @@ public:
     bool CheckSId() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Index;
     wxString m_Exp;
     bool m_Ref3D;
@@ -7979,6 +8359,7 @@ public:
     virtual ~CT_RevisionRowColumn();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -8011,6 +8392,7 @@ public:
     bool CheckEdge() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RevisionRowColumnData__> m_Data__;
     AG_RevData* m_AG_RevData;
     unsigned int m_SId;
@@ -8030,9 +8412,12 @@ public:
     virtual ~CT_RevisionRowColumnData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8051,6 +8436,9 @@ public:
     bool CheckRfmt() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_UndoInfo> m_Undo;
     XMLPtrArray<CT_RevisionCellChange> m_Rcc;
     XMLPtrArray<CT_RevisionFormatting> m_Rfmt;
@@ -8066,6 +8454,7 @@ public:
     virtual ~CT_RevisionMove();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -8094,6 +8483,7 @@ public:
     bool CheckSourceSheetId() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RevisionMoveData__> m_Data__;
     AG_RevData* m_AG_RevData;
     unsigned int m_SheetId;
@@ -8112,9 +8502,12 @@ public:
     virtual ~CT_RevisionMoveData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -8133,6 +8526,9 @@ public:
     bool CheckRfmt() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<CT_UndoInfo> m_Undo;
     XMLPtrArray<CT_RevisionCellChange> m_Rcc;
     XMLPtrArray<CT_RevisionFormatting> m_Rfmt;
@@ -8148,6 +8544,7 @@ public:
     virtual ~CT_RevisionCustomView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "guid": attribute, wxString
@@ -8160,6 +8557,7 @@ public:
     bool CheckAction() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Guid;
     wxString m_Action;
     std::uint32_t m_presence;
@@ -8174,6 +8572,7 @@ public:
     virtual ~CT_RevisionSheetRename();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -8198,6 +8597,7 @@ public:
     bool CheckNewName() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     AG_RevData* m_AG_RevData;
     unsigned int m_SheetId;
@@ -8215,6 +8615,7 @@ public:
     virtual ~CT_RevisionInsertSheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group AG_RevData
@@ -8235,6 +8636,7 @@ public:
     bool CheckSheetPosition() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     AG_RevData* m_AG_RevData;
     unsigned int m_SheetId;
     wxString m_Name;
@@ -8251,6 +8653,7 @@ public:
     virtual ~CT_RevisionCellChange();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oc": child element
@@ -8323,6 +8726,7 @@ public:
     bool CheckEndOfListFormulaUpdate() const { return (m_presence & (1u << 16)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Cell* m_Oc;
     CT_Cell* m_Nc;
     CT_Dxf* m_Odxf;
@@ -8352,6 +8756,7 @@ public:
     virtual ~CT_RevisionFormatting();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dxf": child element
@@ -8388,6 +8793,7 @@ public:
     bool CheckLength() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Dxf* m_Dxf;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_SheetId;
@@ -8408,6 +8814,7 @@ public:
     virtual ~CT_RevisionAutoFormatting();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetId": attribute, unsigned int
@@ -8424,6 +8831,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_SheetId;
     AG_AutoFormat* m_AG_AutoFormat;
     wxString m_Ref;
@@ -8439,6 +8847,7 @@ public:
     virtual ~CT_RevisionComment();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetId": attribute, unsigned int
@@ -8487,6 +8896,7 @@ public:
     bool CheckNewLength() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_SheetId;
     wxString m_Cell;
     wxString m_Guid;
@@ -8510,6 +8920,7 @@ public:
     virtual ~CT_RevisionDefinedName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formula": value element, wxString
@@ -8614,6 +9025,7 @@ public:
     bool CheckOldComment() const { return (m_presence & (1u << 24)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Formula;
     wxString m_OldFormula;
     CT_ExtensionList* m_ExtLst;
@@ -8651,6 +9063,7 @@ public:
     virtual ~CT_RevisionConflict();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group AG_RevData
@@ -8663,6 +9076,7 @@ public:
     bool CheckSheetId() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     AG_RevData* m_AG_RevData;
     unsigned int m_SheetId;
     std::uint32_t m_presence;
@@ -8677,6 +9091,7 @@ public:
     virtual ~CT_RevisionQueryTableField();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetId": attribute, unsigned int
@@ -8693,6 +9108,7 @@ public:
     bool CheckFieldId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_SheetId;
     wxString m_Ref;
     unsigned int m_FieldId;
@@ -8708,6 +9124,7 @@ public:
     virtual ~CT_Users();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "userInfo": child element, repeated
@@ -8720,6 +9137,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SharedUser> m_UserInfo;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -8734,6 +9152,7 @@ public:
     virtual ~CT_SharedUser();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -8758,6 +9177,7 @@ public:
     bool CheckDateTime() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Guid;
     wxString m_Name;
@@ -8775,6 +9195,7 @@ public:
     virtual ~CT_Macrosheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetPr": child element
@@ -8887,6 +9308,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SheetPr* m_SheetPr;
     CT_SheetDimension* m_Dimension;
     CT_SheetViews* m_SheetViews;
@@ -8926,6 +9348,7 @@ public:
     virtual ~CT_Dialogsheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetPr": child element
@@ -8994,6 +9417,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SheetPr* m_SheetPr;
     CT_SheetViews* m_SheetViews;
     CT_SheetFormatPr* m_SheetFormatPr;
@@ -9022,6 +9446,7 @@ public:
     virtual ~CT_Worksheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetPr": child element
@@ -9182,6 +9607,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (std::uint64_t(1) << 38)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SheetPr* m_SheetPr;
     CT_SheetDimension* m_Dimension;
     CT_SheetViews* m_SheetViews;
@@ -9233,6 +9659,7 @@ public:
     virtual ~CT_SheetData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "row": child element, repeated
@@ -9241,6 +9668,7 @@ public:
     bool CheckRow() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Row> m_Row;
     std::uint32_t m_presence;
 };
@@ -9254,6 +9682,7 @@ public:
     virtual ~CT_SheetCalcPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fullCalcOnLoad": attribute, bool, default "false"
@@ -9262,6 +9691,7 @@ public:
     bool CheckFullCalcOnLoad() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_FullCalcOnLoad;
     std::uint32_t m_presence;
 };
@@ -9275,6 +9705,7 @@ public:
     virtual ~CT_SheetFormatPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "baseColWidth": attribute, unsigned int, default "8"
@@ -9315,6 +9746,7 @@ public:
     bool CheckOutlineLevelCol() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_BaseColWidth;
     double m_DefaultColWidth;
     double m_DefaultRowHeight;
@@ -9336,6 +9768,7 @@ public:
     virtual ~CT_Cols();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "col": child element, repeated
@@ -9344,6 +9777,7 @@ public:
     bool CheckCol() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Col> m_Col;
     std::uint32_t m_presence;
 };
@@ -9357,6 +9791,7 @@ public:
     virtual ~CT_Col();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "min": attribute, unsigned int
@@ -9401,6 +9836,7 @@ public:
     bool CheckCollapsed() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Min;
     unsigned int m_Max;
     double m_Width;
@@ -9423,6 +9859,7 @@ public:
     virtual ~CT_Row();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "c": child element, repeated
@@ -9483,6 +9920,7 @@ public:
     bool CheckPh() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Cell> m_C;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_R;
@@ -9509,6 +9947,7 @@ public:
     virtual ~CT_Cell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "f": child element
@@ -9553,6 +9992,7 @@ public:
     bool CheckPh() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CellFormula* m_F;
     wxString m_V;
     CT_Rst* m_Is;
@@ -9575,6 +10015,7 @@ public:
     virtual ~CT_SheetPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tabColor": child element
@@ -9627,6 +10068,7 @@ public:
     bool CheckEnableFormatConditionsCalculation() const { return (m_presence & (1u << 11)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_TabColor;
     CT_OutlinePr* m_OutlinePr;
     CT_PageSetUpPr* m_PageSetUpPr;
@@ -9651,6 +10093,7 @@ public:
     virtual ~CT_SheetDimension();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -9659,6 +10102,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     std::uint32_t m_presence;
 };
@@ -9672,6 +10116,7 @@ public:
     virtual ~CT_SheetViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetView": child element, repeated
@@ -9684,6 +10129,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SheetView> m_SheetView;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -9698,6 +10144,7 @@ public:
     virtual ~CT_SheetView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pane": child element
@@ -9794,6 +10241,7 @@ public:
     bool CheckWorkbookViewId() const { return (m_presence & (1u << 22)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Pane* m_Pane;
     XMLPtrArray<CT_Selection> m_Selection;
     XMLPtrArray<CT_PivotSelection> m_PivotSelection;
@@ -9829,6 +10277,7 @@ public:
     virtual ~CT_Pane();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xSplit": attribute, double, default "0"
@@ -9853,6 +10302,7 @@ public:
     bool CheckState() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_XSplit;
     double m_YSplit;
     wxString m_TopLeftCell;
@@ -9870,6 +10320,7 @@ public:
     virtual ~CT_PivotSelection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotArea": child element
@@ -9946,6 +10397,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PivotArea* m_PivotArea;
     wxString m_Pane;
     bool m_ShowHeader;
@@ -9976,6 +10428,7 @@ public:
     virtual ~CT_Selection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pane": attribute, wxString, default "topLeft"
@@ -9996,6 +10449,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Pane;
     wxString m_ActiveCell;
     unsigned int m_ActiveCellId;
@@ -10012,6 +10466,7 @@ public:
     virtual ~CT_PageBreak();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "brk": child element, repeated
@@ -10028,6 +10483,7 @@ public:
     bool CheckManualBreakCount() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Break> m_Brk;
     unsigned int m_Count;
     unsigned int m_ManualBreakCount;
@@ -10043,6 +10499,7 @@ public:
     virtual ~CT_Break();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int, default "0"
@@ -10067,6 +10524,7 @@ public:
     bool CheckPt() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     unsigned int m_Min;
     unsigned int m_Max;
@@ -10084,6 +10542,7 @@ public:
     virtual ~CT_OutlinePr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "applyStyles": attribute, bool, default "false"
@@ -10104,6 +10563,7 @@ public:
     bool CheckShowOutlineSymbols() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ApplyStyles;
     bool m_SummaryBelow;
     bool m_SummaryRight;
@@ -10120,6 +10580,7 @@ public:
     virtual ~CT_PageSetUpPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoPageBreaks": attribute, bool, default "true"
@@ -10132,6 +10593,7 @@ public:
     bool CheckFitToPage() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_AutoPageBreaks;
     bool m_FitToPage;
     std::uint32_t m_presence;
@@ -10146,6 +10608,7 @@ public:
     virtual ~CT_DataConsolidate();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dataRefs": child element
@@ -10174,6 +10637,7 @@ public:
     bool CheckLink() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DataRefs* m_DataRefs;
     wxString m_Function;
     bool m_StartLabels;
@@ -10192,6 +10656,7 @@ public:
     virtual ~CT_DataRefs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dataRef": child element, repeated
@@ -10204,6 +10669,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DataRef> m_DataRef;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -10218,6 +10684,7 @@ public:
     virtual ~CT_DataRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -10238,6 +10705,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     wxString m_Name;
     wxString m_Sheet;
@@ -10254,6 +10722,7 @@ public:
     virtual ~CT_MergeCells();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mergeCell": child element, repeated
@@ -10266,6 +10735,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MergeCell> m_MergeCell;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -10280,6 +10750,7 @@ public:
     virtual ~CT_MergeCell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -10288,6 +10759,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     std::uint32_t m_presence;
 };
@@ -10301,6 +10773,7 @@ public:
     virtual ~CT_SmartTags();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellSmartTags": child element, repeated
@@ -10309,6 +10782,7 @@ public:
     bool CheckCellSmartTags() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CellSmartTags> m_CellSmartTags;
     std::uint32_t m_presence;
 };
@@ -10322,6 +10796,7 @@ public:
     virtual ~CT_CellSmartTags();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellSmartTag": child element, repeated
@@ -10334,6 +10809,7 @@ public:
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CellSmartTag> m_CellSmartTag;
     wxString m_R;
     std::uint32_t m_presence;
@@ -10348,6 +10824,7 @@ public:
     virtual ~CT_CellSmartTag();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellSmartTagPr": child element, repeated
@@ -10368,6 +10845,7 @@ public:
     bool CheckXmlBased() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CellSmartTagPr> m_CellSmartTagPr;
     unsigned int m_Type;
     bool m_Deleted;
@@ -10384,6 +10862,7 @@ public:
     virtual ~CT_CellSmartTagPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "key": attribute, wxString
@@ -10396,6 +10875,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Key;
     wxString m_Val;
     std::uint32_t m_presence;
@@ -10410,6 +10890,7 @@ public:
     virtual ~CT_Drawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -10418,6 +10899,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -10431,6 +10913,7 @@ public:
     virtual ~CT_LegacyDrawing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -10439,6 +10922,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -10452,6 +10936,7 @@ public:
     virtual ~CT_DrawingHF();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -10532,6 +11017,7 @@ public:
     bool CheckRff() const { return (m_presence & (1u << 18)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     unsigned int m_Lho;
     unsigned int m_Lhe;
@@ -10563,6 +11049,7 @@ public:
     virtual ~CT_CustomSheetViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "customSheetView": child element, repeated
@@ -10571,6 +11058,7 @@ public:
     bool CheckCustomSheetView() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomSheetView> m_CustomSheetView;
     std::uint32_t m_presence;
 };
@@ -10584,6 +11072,7 @@ public:
     virtual ~CT_CustomSheetView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pane": child element
@@ -10708,6 +11197,7 @@ public:
     bool CheckTopLeftCell() const { return (m_presence & (1u << 29)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Pane* m_Pane;
     CT_Selection* m_Selection;
     CT_PageBreak* m_RowBreaks;
@@ -10750,6 +11240,7 @@ public:
     virtual ~CT_DataValidations();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dataValidation": child element, repeated
@@ -10774,6 +11265,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DataValidation> m_DataValidation;
     bool m_DisablePrompts;
     unsigned int m_XWindow;
@@ -10791,6 +11283,7 @@ public:
     virtual ~CT_DataValidation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formula1": value element, wxString
@@ -10855,6 +11348,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Formula1;
     wxString m_Formula2;
     wxString m_Type;
@@ -10882,6 +11376,7 @@ public:
     virtual ~CT_ConditionalFormatting();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cfRule": child element, repeated
@@ -10902,6 +11397,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CfRule> m_CfRule;
     CT_ExtensionList* m_ExtLst;
     bool m_Pivot;
@@ -10918,6 +11414,7 @@ public:
     virtual ~CT_CfRule();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "formula": value element, wxString, repeated
@@ -10994,6 +11491,7 @@ public:
     bool CheckEqualAverage() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_Formula;
     CT_ColorScale* m_ColorScale;
     CT_DataBar* m_DataBar;
@@ -11024,6 +11522,7 @@ public:
     virtual ~CT_Hyperlinks();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hyperlink": child element, repeated
@@ -11032,6 +11531,7 @@ public:
     bool CheckHyperlink() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Hyperlink> m_Hyperlink;
     std::uint32_t m_presence;
 };
@@ -11045,6 +11545,7 @@ public:
     virtual ~CT_Hyperlink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -11069,6 +11570,7 @@ public:
     bool CheckDisplay() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     wxString m_R_id;
     wxString m_Location;
@@ -11086,6 +11588,7 @@ public:
     virtual ~CT_CellFormula();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -11142,6 +11645,7 @@ public:
     bool CheckBx() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_T;
     bool m_Aca;
@@ -11167,6 +11671,7 @@ public:
     virtual ~CT_ColorScale();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cfvo": child element, repeated
@@ -11179,6 +11684,7 @@ public:
     bool CheckColor() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Cfvo> m_Cfvo;
     XMLPtrArray<CT_Color> m_Color;
     std::uint32_t m_presence;
@@ -11193,6 +11699,7 @@ public:
     virtual ~CT_DataBar();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cfvo": child element, repeated
@@ -11217,6 +11724,7 @@ public:
     bool CheckShowValue() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Cfvo> m_Cfvo;
     CT_Color* m_Color;
     unsigned int m_MinLength;
@@ -11234,6 +11742,7 @@ public:
     virtual ~CT_IconSet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cfvo": child element, repeated
@@ -11258,6 +11767,7 @@ public:
     bool CheckReverse() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Cfvo> m_Cfvo;
     wxString m_IconSet;
     bool m_ShowValue;
@@ -11275,6 +11785,7 @@ public:
     virtual ~CT_Cfvo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -11295,6 +11806,7 @@ public:
     bool CheckGte() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Type;
     wxString m_Val;
@@ -11311,6 +11823,7 @@ public:
     virtual ~CT_PageMargins();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "left": attribute, double
@@ -11339,6 +11852,7 @@ public:
     bool CheckFooter() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Left;
     double m_Right;
     double m_Top;
@@ -11357,6 +11871,7 @@ public:
     virtual ~CT_PrintOptions();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "horizontalCentered": attribute, bool, default "false"
@@ -11381,6 +11896,7 @@ public:
     bool CheckGridLinesSet() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_HorizontalCentered;
     bool m_VerticalCentered;
     bool m_Headings;
@@ -11398,6 +11914,7 @@ public:
     virtual ~CT_PageSetup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "paperSize": attribute, unsigned int, default "1"
@@ -11478,6 +11995,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 18)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_PaperSize;
     wxString m_PaperHeight;
     wxString m_PaperWidth;
@@ -11509,6 +12027,7 @@ public:
     virtual ~CT_HeaderFooter();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oddHeader": value element, wxString
@@ -11553,6 +12072,7 @@ public:
     bool CheckAlignWithMargins() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_OddHeader;
     wxString m_OddFooter;
     wxString m_EvenHeader;
@@ -11575,6 +12095,7 @@ public:
     virtual ~CT_Scenarios();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "scenario": child element, repeated
@@ -11595,6 +12116,7 @@ public:
     bool CheckSqref() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Scenario> m_Scenario;
     unsigned int m_Current;
     unsigned int m_Show;
@@ -11611,6 +12133,7 @@ public:
     virtual ~CT_SheetProtection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "password": attribute, wxString
@@ -11699,6 +12222,7 @@ public:
     bool CheckSelectUnlockedCells() const { return (m_presence & (1u << 20)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Password;
     wxString m_AlgorithmName;
     wxString m_HashValue;
@@ -11732,6 +12256,7 @@ public:
     virtual ~CT_ProtectedRanges();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "protectedRange": child element, repeated
@@ -11740,6 +12265,7 @@ public:
     bool CheckProtectedRange() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ProtectedRange> m_ProtectedRange;
     std::uint32_t m_presence;
 };
@@ -11753,6 +12279,7 @@ public:
     virtual ~CT_ProtectedRange();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "securityDescriptor": value element, wxString, repeated
@@ -11793,6 +12320,7 @@ public:
     bool CheckSpinCount() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_SecurityDescriptor;
     wxString m_Password;
     std::vector<wxString> m_Sqref;
@@ -11814,6 +12342,7 @@ public:
     virtual ~CT_Scenario();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "inputCells": child element, repeated
@@ -11846,6 +12375,7 @@ public:
     bool CheckComment() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_InputCells> m_InputCells;
     wxString m_Name;
     bool m_Locked;
@@ -11865,6 +12395,7 @@ public:
     virtual ~CT_InputCells();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": attribute, wxString
@@ -11889,6 +12420,7 @@ public:
     bool CheckNumFmtId() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R;
     bool m_Deleted;
     bool m_Undone;
@@ -11906,6 +12438,7 @@ public:
     virtual ~CT_CellWatches();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellWatch": child element, repeated
@@ -11914,6 +12447,7 @@ public:
     bool CheckCellWatch() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CellWatch> m_CellWatch;
     std::uint32_t m_presence;
 };
@@ -11927,6 +12461,7 @@ public:
     virtual ~CT_CellWatch();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": attribute, wxString
@@ -11935,6 +12470,7 @@ public:
     bool CheckR() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R;
     std::uint32_t m_presence;
 };
@@ -11948,6 +12484,7 @@ public:
     virtual ~CT_Chartsheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetPr": child element
@@ -12008,6 +12545,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ChartsheetPr* m_SheetPr;
     CT_ChartsheetViews* m_SheetViews;
     CT_ChartsheetProtection* m_SheetProtection;
@@ -12034,6 +12572,7 @@ public:
     virtual ~CT_ChartsheetPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tabColor": child element
@@ -12050,6 +12589,7 @@ public:
     bool CheckCodeName() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_TabColor;
     bool m_Published;
     wxString m_CodeName;
@@ -12065,6 +12605,7 @@ public:
     virtual ~CT_ChartsheetViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetView": child element, repeated
@@ -12077,6 +12618,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ChartsheetView> m_SheetView;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -12091,6 +12633,7 @@ public:
     virtual ~CT_ChartsheetView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -12115,6 +12658,7 @@ public:
     bool CheckZoomToFit() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     bool m_TabSelected;
     unsigned int m_ZoomScale;
@@ -12132,6 +12676,7 @@ public:
     virtual ~CT_ChartsheetProtection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "password": attribute, wxString
@@ -12164,6 +12709,7 @@ public:
     bool CheckObjects() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Password;
     wxString m_AlgorithmName;
     wxString m_HashValue;
@@ -12183,6 +12729,7 @@ public:
     virtual ~CT_CsPageSetup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "paperSize": attribute, unsigned int, default "1"
@@ -12239,6 +12786,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_PaperSize;
     wxString m_PaperHeight;
     wxString m_PaperWidth;
@@ -12264,6 +12812,7 @@ public:
     virtual ~CT_CustomChartsheetViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "customSheetView": child element, repeated
@@ -12272,6 +12821,7 @@ public:
     bool CheckCustomSheetView() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomChartsheetView> m_CustomSheetView;
     std::uint32_t m_presence;
 };
@@ -12285,6 +12835,7 @@ public:
     virtual ~CT_CustomChartsheetView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pageMargins": child element
@@ -12317,6 +12868,7 @@ public:
     bool CheckZoomToFit() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PageMargins* m_PageMargins;
     CT_CsPageSetup* m_PageSetup;
     CT_HeaderFooter* m_HeaderFooter;
@@ -12336,6 +12888,7 @@ public:
     virtual ~CT_CustomProperties();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "customPr": child element, repeated
@@ -12344,6 +12897,7 @@ public:
     bool CheckCustomPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomProperty> m_CustomPr;
     std::uint32_t m_presence;
 };
@@ -12357,6 +12911,7 @@ public:
     virtual ~CT_CustomProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -12369,6 +12924,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_R_id;
     std::uint32_t m_presence;
@@ -12383,6 +12939,7 @@ public:
     virtual ~CT_OleObjects();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oleObject": child element, repeated
@@ -12391,6 +12948,7 @@ public:
     bool CheckOleObject() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_OleObject> m_OleObject;
     std::uint32_t m_presence;
 };
@@ -12404,6 +12962,7 @@ public:
     virtual ~CT_OleObject();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "objectPr": child element
@@ -12440,6 +12999,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ObjectPr* m_ObjectPr;
     wxString m_ProgId;
     wxString m_DvAspect;
@@ -12460,6 +13020,7 @@ public:
     virtual ~CT_ObjectPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "anchor": child element
@@ -12516,6 +13077,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ObjectAnchor* m_Anchor;
     bool m_Locked;
     bool m_DefaultSize;
@@ -12541,6 +13103,7 @@ public:
     virtual ~CT_WebPublishItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "webPublishItem": child element, repeated
@@ -12553,6 +13116,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_WebPublishItem> m_WebPublishItem;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -12567,6 +13131,7 @@ public:
     virtual ~CT_WebPublishItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int
@@ -12603,6 +13168,7 @@ public:
     bool CheckAutoRepublish() const { return (m_presence & (1u << 7)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     wxString m_DivId;
     wxString m_SourceType;
@@ -12623,6 +13189,7 @@ public:
     virtual ~CT_Controls();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "control": child element, repeated
@@ -12631,6 +13198,7 @@ public:
     bool CheckControl() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Control> m_Control;
     std::uint32_t m_presence;
 };
@@ -12644,6 +13212,7 @@ public:
     virtual ~CT_Control();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "controlPr": child element
@@ -12664,6 +13233,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ControlPr* m_ControlPr;
     unsigned int m_ShapeId;
     wxString m_R_id;
@@ -12680,6 +13250,7 @@ public:
     virtual ~CT_ControlPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "anchor": child element
@@ -12748,6 +13319,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ObjectAnchor* m_Anchor;
     bool m_Locked;
     bool m_DefaultSize;
@@ -12776,6 +13348,7 @@ public:
     virtual ~CT_IgnoredErrors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ignoredError": child element, repeated
@@ -12788,6 +13361,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_IgnoredError> m_IgnoredError;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -12802,6 +13376,7 @@ public:
     virtual ~CT_IgnoredError();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sqref": attribute, list of wxString
@@ -12846,6 +13421,7 @@ public:
     bool CheckCalculatedColumn() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     std::vector<wxString> m_Sqref;
     bool m_EvalError;
     bool m_TwoDigitTextYear;
@@ -12868,6 +13444,7 @@ public:
     virtual ~CT_TableParts();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tablePart": child element, repeated
@@ -12880,6 +13457,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TablePart> m_TablePart;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -12894,6 +13472,7 @@ public:
     virtual ~CT_TablePart();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -12902,6 +13481,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -12915,6 +13495,7 @@ public:
     virtual ~CT_Metadata();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "metadataTypes": child element
@@ -12947,6 +13528,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MetadataTypes* m_MetadataTypes;
     CT_MetadataStrings* m_MetadataStrings;
     CT_MdxMetadata* m_MdxMetadata;
@@ -12966,6 +13548,7 @@ public:
     virtual ~CT_MetadataTypes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "metadataType": child element, repeated
@@ -12978,6 +13561,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MetadataType> m_MetadataType;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -12992,6 +13576,7 @@ public:
     virtual ~CT_MetadataType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -13108,6 +13693,7 @@ public:
     bool CheckCellMeta() const { return (m_presence & (1u << 27)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     unsigned int m_MinSupportedVersion;
     bool m_GhostRow;
@@ -13148,6 +13734,7 @@ public:
     virtual ~CT_MetadataBlocks();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bk": child element, repeated
@@ -13160,6 +13747,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MetadataBlock> m_Bk;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -13174,6 +13762,7 @@ public:
     virtual ~CT_MetadataBlock();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rc": child element, repeated
@@ -13182,6 +13771,7 @@ public:
     bool CheckRc() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MetadataRecord> m_Rc;
     std::uint32_t m_presence;
 };
@@ -13195,6 +13785,7 @@ public:
     virtual ~CT_MetadataRecord();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "t": attribute, unsigned int
@@ -13207,6 +13798,7 @@ public:
     bool CheckV() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_T;
     unsigned int m_V;
     std::uint32_t m_presence;
@@ -13221,6 +13813,7 @@ public:
     virtual ~CT_FutureMetadata();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "bk": child element, repeated
@@ -13241,6 +13834,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FutureMetadataBlock> m_Bk;
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
@@ -13257,6 +13851,7 @@ public:
     virtual ~CT_FutureMetadataBlock();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -13265,6 +13860,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
 };
@@ -13278,6 +13874,7 @@ public:
     virtual ~CT_MdxMetadata();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mdx": child element, repeated
@@ -13290,6 +13887,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Mdx> m_Mdx;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -13304,6 +13902,7 @@ public:
     virtual ~CT_Mdx();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -13320,6 +13919,7 @@ public:
     bool CheckF() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MdxData__* m_Data__;
     unsigned int m_N;
     wxString m_F;
@@ -13335,9 +13935,12 @@ public:
     virtual ~CT_MdxData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -13360,6 +13963,9 @@ public:
     bool CheckK() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_MdxTuple* m_T;
     CT_MdxSet* m_Ms;
     CT_MdxMemeberProp* m_P;
@@ -13376,6 +13982,7 @@ public:
     virtual ~CT_MdxTuple();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": child element, repeated
@@ -13424,6 +14031,7 @@ public:
     bool CheckB() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MetadataStringIndex> m_N;
     unsigned int m_C;
     wxString m_Ct;
@@ -13447,6 +14055,7 @@ public:
     virtual ~CT_MdxSet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": child element, repeated
@@ -13467,6 +14076,7 @@ public:
     bool CheckO() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MetadataStringIndex> m_N;
     unsigned int m_Ns;
     unsigned int m_C;
@@ -13483,6 +14093,7 @@ public:
     virtual ~CT_MdxMemeberProp();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": attribute, unsigned int
@@ -13495,6 +14106,7 @@ public:
     bool CheckNp() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_N;
     unsigned int m_Np;
     std::uint32_t m_presence;
@@ -13509,6 +14121,7 @@ public:
     virtual ~CT_MdxKPI();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "n": attribute, unsigned int
@@ -13525,6 +14138,7 @@ public:
     bool CheckP() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_N;
     unsigned int m_Np;
     wxString m_P;
@@ -13540,6 +14154,7 @@ public:
     virtual ~CT_MetadataStringIndex();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "x": attribute, unsigned int
@@ -13552,6 +14167,7 @@ public:
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_X;
     bool m_S;
     std::uint32_t m_presence;
@@ -13566,6 +14182,7 @@ public:
     virtual ~CT_MetadataStrings();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "s": child element, repeated
@@ -13578,6 +14195,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_XStringElement> m_S;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -13592,6 +14210,7 @@ public:
     virtual ~CT_SingleXmlCells();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "singleXmlCell": child element, repeated
@@ -13600,6 +14219,7 @@ public:
     bool CheckSingleXmlCell() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SingleXmlCell> m_SingleXmlCell;
     std::uint32_t m_presence;
 };
@@ -13613,6 +14233,7 @@ public:
     virtual ~CT_SingleXmlCell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xmlCellPr": child element
@@ -13637,6 +14258,7 @@ public:
     bool CheckConnectionId() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_XmlCellPr* m_XmlCellPr;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
@@ -13654,6 +14276,7 @@ public:
     virtual ~CT_XmlCellPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xmlPr": child element
@@ -13674,6 +14297,7 @@ public:
     bool CheckUniqueName() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_XmlPr* m_XmlPr;
     CT_ExtensionList* m_ExtLst;
     unsigned int m_Id;
@@ -13690,6 +14314,7 @@ public:
     virtual ~CT_XmlPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -13710,6 +14335,7 @@ public:
     bool CheckXmlDataType() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_MapId;
     wxString m_Xpath;
@@ -13726,6 +14352,7 @@ public:
     virtual ~CT_Stylesheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "numFmts": child element
@@ -13774,6 +14401,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NumFmts* m_NumFmts;
     CT_Fonts* m_Fonts;
     CT_Fills* m_Fills;
@@ -13797,6 +14425,7 @@ public:
     virtual ~CT_CellAlignment();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "horizontal": attribute, wxString
@@ -13837,6 +14466,7 @@ public:
     bool CheckReadingOrder() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Horizontal;
     wxString m_Vertical;
     unsigned int m_TextRotation;
@@ -13858,6 +14488,7 @@ public:
     virtual ~CT_Borders();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "border": child element, repeated
@@ -13870,6 +14501,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Border> m_Border;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -13884,6 +14516,7 @@ public:
     virtual ~CT_Border();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "start": child element
@@ -13936,6 +14569,7 @@ public:
     bool CheckOutline() const { return (m_presence & (1u << 11)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BorderPr* m_Start;
     CT_BorderPr* m_End;
     CT_BorderPr* m_Left;
@@ -13960,6 +14594,7 @@ public:
     virtual ~CT_BorderPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "color": child element
@@ -13972,6 +14607,7 @@ public:
     bool CheckStyle() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_Color;
     wxString m_Style;
     std::uint32_t m_presence;
@@ -13986,6 +14622,7 @@ public:
     virtual ~CT_CellProtection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "locked": attribute, bool
@@ -13998,6 +14635,7 @@ public:
     bool CheckHidden() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Locked;
     bool m_Hidden;
     std::uint32_t m_presence;
@@ -14012,6 +14650,7 @@ public:
     virtual ~CT_Fonts();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "font": child element, repeated
@@ -14024,6 +14663,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Font> m_Font;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14038,6 +14678,7 @@ public:
     virtual ~CT_Fills();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fill": child element, repeated
@@ -14050,6 +14691,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Fill> m_Fill;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14064,6 +14706,7 @@ public:
     virtual ~CT_Fill();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -14072,6 +14715,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FillData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -14085,9 +14729,12 @@ public:
     virtual ~CT_FillData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -14102,6 +14749,9 @@ public:
     bool CheckGradientFill() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_PatternFill* m_PatternFill;
     CT_GradientFill* m_GradientFill;
     std::uint32_t m_presence;
@@ -14116,6 +14766,7 @@ public:
     virtual ~CT_PatternFill();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fgColor": child element
@@ -14132,6 +14783,7 @@ public:
     bool CheckPatternType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_FgColor;
     CT_Color* m_BgColor;
     wxString m_PatternType;
@@ -14147,6 +14799,7 @@ public:
     virtual ~CT_Color();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "auto": attribute, bool
@@ -14171,6 +14824,7 @@ public:
     bool CheckTint() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Auto;
     unsigned int m_Indexed;
     wxString m_Rgb;
@@ -14188,6 +14842,7 @@ public:
     virtual ~CT_GradientFill();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "stop": child element, repeated
@@ -14220,6 +14875,7 @@ public:
     bool CheckBottom() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_GradientStop> m_Stop;
     wxString m_Type;
     double m_Degree;
@@ -14239,6 +14895,7 @@ public:
     virtual ~CT_GradientStop();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "color": child element
@@ -14251,6 +14908,7 @@ public:
     bool CheckPosition() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Color* m_Color;
     double m_Position;
     std::uint32_t m_presence;
@@ -14265,6 +14923,7 @@ public:
     virtual ~CT_NumFmts();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "numFmt": child element, repeated
@@ -14277,6 +14936,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_NumFmt> m_NumFmt;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14291,6 +14951,7 @@ public:
     virtual ~CT_NumFmt();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "numFmtId": attribute, unsigned int
@@ -14303,6 +14964,7 @@ public:
     bool CheckFormatCode() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_NumFmtId;
     wxString m_FormatCode;
     std::uint32_t m_presence;
@@ -14317,6 +14979,7 @@ public:
     virtual ~CT_CellStyleXfs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xf": child element, repeated
@@ -14329,6 +14992,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Xf> m_Xf;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14343,6 +15007,7 @@ public:
     virtual ~CT_CellXfs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "xf": child element, repeated
@@ -14355,6 +15020,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Xf> m_Xf;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14369,6 +15035,7 @@ public:
     virtual ~CT_Xf();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "alignment": child element
@@ -14437,6 +15104,7 @@ public:
     bool CheckApplyProtection() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CellAlignment* m_Alignment;
     CT_CellProtection* m_Protection;
     CT_ExtensionList* m_ExtLst;
@@ -14465,6 +15133,7 @@ public:
     virtual ~CT_CellStyles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cellStyle": child element, repeated
@@ -14477,6 +15146,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CellStyle> m_CellStyle;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14491,6 +15161,7 @@ public:
     virtual ~CT_CellStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -14523,6 +15194,7 @@ public:
     bool CheckCustomBuiltin() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
     unsigned int m_XfId;
@@ -14542,6 +15214,7 @@ public:
     virtual ~CT_Dxfs();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dxf": child element, repeated
@@ -14554,6 +15227,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Dxf> m_Dxf;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -14568,6 +15242,7 @@ public:
     virtual ~CT_Dxf();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "font": child element
@@ -14600,6 +15275,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Font* m_Font;
     CT_NumFmt* m_NumFmt;
     CT_Fill* m_Fill;
@@ -14619,6 +15295,7 @@ public:
     virtual ~CT_Colors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "indexedColors": child element
@@ -14631,6 +15308,7 @@ public:
     bool CheckMruColors() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_IndexedColors* m_IndexedColors;
     CT_MRUColors* m_MruColors;
     std::uint32_t m_presence;
@@ -14645,6 +15323,7 @@ public:
     virtual ~CT_IndexedColors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rgbColor": child element, repeated
@@ -14653,6 +15332,7 @@ public:
     bool CheckRgbColor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_RgbColor> m_RgbColor;
     std::uint32_t m_presence;
 };
@@ -14666,6 +15346,7 @@ public:
     virtual ~CT_MRUColors();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "color": child element, repeated
@@ -14674,6 +15355,7 @@ public:
     bool CheckColor() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Color> m_Color;
     std::uint32_t m_presence;
 };
@@ -14687,6 +15369,7 @@ public:
     virtual ~CT_RgbColor();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rgb": attribute, wxString
@@ -14695,6 +15378,7 @@ public:
     bool CheckRgb() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Rgb;
     std::uint32_t m_presence;
 };
@@ -14708,6 +15392,7 @@ public:
     virtual ~CT_TableStyles();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tableStyle": child element, repeated
@@ -14728,6 +15413,7 @@ public:
     bool CheckDefaultPivotStyle() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableStyle> m_TableStyle;
     unsigned int m_Count;
     wxString m_DefaultTableStyle;
@@ -14744,6 +15430,7 @@ public:
     virtual ~CT_TableStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tableStyleElement": child element, repeated
@@ -14768,6 +15455,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableStyleElement> m_TableStyleElement;
     wxString m_Name;
     bool m_Pivot;
@@ -14785,6 +15473,7 @@ public:
     virtual ~CT_TableStyleElement();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": attribute, wxString
@@ -14801,6 +15490,7 @@ public:
     bool CheckDxfId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Type;
     unsigned int m_Size;
     unsigned int m_DxfId;
@@ -14816,6 +15506,7 @@ public:
     virtual ~CT_BooleanProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, bool, default "true"
@@ -14824,6 +15515,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Val;
     std::uint32_t m_presence;
 };
@@ -14837,6 +15529,7 @@ public:
     virtual ~CT_FontSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, double
@@ -14845,6 +15538,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     double m_Val;
     std::uint32_t m_presence;
 };
@@ -14858,6 +15552,7 @@ public:
     virtual ~CT_IntProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -14866,6 +15561,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -14879,6 +15575,7 @@ public:
     virtual ~CT_FontName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -14887,6 +15584,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -14900,6 +15598,7 @@ public:
     virtual ~CT_VerticalAlignFontProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -14908,6 +15607,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -14921,6 +15621,7 @@ public:
     virtual ~CT_FontScheme();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -14929,6 +15630,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -14942,6 +15644,7 @@ public:
     virtual ~CT_UnderlineProperty();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString, default "single"
@@ -14950,6 +15653,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -14963,6 +15667,7 @@ public:
     virtual ~CT_Font();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder, repeated
@@ -14971,6 +15676,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FontData__> m_Data__;
     std::uint32_t m_presence;
 };
@@ -14984,9 +15690,12 @@ public:
     virtual ~CT_FontData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -15053,6 +15762,9 @@ public:
     bool CheckScheme() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_FontName* m_Name;
     CT_IntProperty* m_Charset;
     CT_FontFamily* m_Family;
@@ -15080,6 +15792,7 @@ public:
     virtual ~CT_FontFamily();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -15088,6 +15801,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -15101,9 +15815,12 @@ public:
     virtual ~AG_AutoFormat();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -15138,6 +15855,9 @@ public:
     bool CheckApplyWidthHeightFormats() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     unsigned int m_AutoFormatId;
     bool m_ApplyNumberFormats;
     bool m_ApplyBorderFormats;
@@ -15157,6 +15877,7 @@ public:
     virtual ~CT_ExternalLink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // choice holder
@@ -15169,6 +15890,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExternalLinkData__* m_Data__;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -15183,9 +15905,12 @@ public:
     virtual ~CT_ExternalLinkData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -15204,6 +15929,9 @@ public:
     bool CheckOleLink() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_ExternalBook* m_ExternalBook;
     CT_DdeLink* m_DdeLink;
     CT_OleLink* m_OleLink;
@@ -15219,6 +15947,7 @@ public:
     virtual ~CT_ExternalBook();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetNames": child element
@@ -15239,6 +15968,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExternalSheetNames* m_SheetNames;
     CT_ExternalDefinedNames* m_DefinedNames;
     CT_ExternalSheetDataSet* m_SheetDataSet;
@@ -15255,6 +15985,7 @@ public:
     virtual ~CT_ExternalSheetNames();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetName": child element, repeated
@@ -15263,6 +15994,7 @@ public:
     bool CheckSheetName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalSheetName> m_SheetName;
     std::uint32_t m_presence;
 };
@@ -15276,6 +16008,7 @@ public:
     virtual ~CT_ExternalSheetName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -15284,6 +16017,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -15297,6 +16031,7 @@ public:
     virtual ~CT_ExternalDefinedNames();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "definedName": child element, repeated
@@ -15305,6 +16040,7 @@ public:
     bool CheckDefinedName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalDefinedName> m_DefinedName;
     std::uint32_t m_presence;
 };
@@ -15318,6 +16054,7 @@ public:
     virtual ~CT_ExternalDefinedName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -15334,6 +16071,7 @@ public:
     bool CheckSheetId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     wxString m_RefersTo;
     unsigned int m_SheetId;
@@ -15349,6 +16087,7 @@ public:
     virtual ~CT_ExternalSheetDataSet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheetData": child element, repeated
@@ -15357,6 +16096,7 @@ public:
     bool CheckSheetData() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalSheetData> m_SheetData;
     std::uint32_t m_presence;
 };
@@ -15370,6 +16110,7 @@ public:
     virtual ~CT_ExternalSheetData();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "row": child element, repeated
@@ -15386,6 +16127,7 @@ public:
     bool CheckRefreshError() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalRow> m_Row;
     unsigned int m_SheetId;
     bool m_RefreshError;
@@ -15401,6 +16143,7 @@ public:
     virtual ~CT_ExternalRow();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cell": child element, repeated
@@ -15413,6 +16156,7 @@ public:
     bool CheckR() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalCell> m_Cell;
     unsigned int m_R;
     std::uint32_t m_presence;
@@ -15427,6 +16171,7 @@ public:
     virtual ~CT_ExternalCell();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": value element, wxString
@@ -15447,6 +16192,7 @@ public:
     bool CheckVm() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     wxString m_R;
     wxString m_T;
@@ -15463,6 +16209,7 @@ public:
     virtual ~CT_DdeLink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ddeItems": child element
@@ -15479,6 +16226,7 @@ public:
     bool CheckDdeTopic() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DdeItems* m_DdeItems;
     wxString m_DdeService;
     wxString m_DdeTopic;
@@ -15494,6 +16242,7 @@ public:
     virtual ~CT_DdeItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ddeItem": child element, repeated
@@ -15502,6 +16251,7 @@ public:
     bool CheckDdeItem() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DdeItem> m_DdeItem;
     std::uint32_t m_presence;
 };
@@ -15515,6 +16265,7 @@ public:
     virtual ~CT_DdeItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "values": child element
@@ -15539,6 +16290,7 @@ public:
     bool CheckPreferPic() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DdeValues* m_Values;
     wxString m_Name;
     bool m_Ole;
@@ -15556,6 +16308,7 @@ public:
     virtual ~CT_DdeValues();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "value": child element, repeated
@@ -15572,6 +16325,7 @@ public:
     bool CheckCols() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DdeValue> m_Value;
     unsigned int m_Rows;
     unsigned int m_Cols;
@@ -15587,6 +16341,7 @@ public:
     virtual ~CT_DdeValue();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": value element, wxString
@@ -15599,6 +16354,7 @@ public:
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     wxString m_T;
     std::uint32_t m_presence;
@@ -15613,6 +16369,7 @@ public:
     virtual ~CT_OleLink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oleItems": child element
@@ -15629,6 +16386,7 @@ public:
     bool CheckProgId() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OleItems* m_OleItems;
     wxString m_R_id;
     wxString m_ProgId;
@@ -15644,6 +16402,7 @@ public:
     virtual ~CT_OleItems();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oleItem": child element, repeated
@@ -15652,6 +16411,7 @@ public:
     bool CheckOleItem() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_OleItem> m_OleItem;
     std::uint32_t m_presence;
 };
@@ -15665,6 +16425,7 @@ public:
     virtual ~CT_OleItem();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -15685,6 +16446,7 @@ public:
     bool CheckPreferPic() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     bool m_Icon;
     bool m_Advise;
@@ -15701,6 +16463,7 @@ public:
     virtual ~CT_Table();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoFilter": child element
@@ -15813,6 +16576,7 @@ public:
     bool CheckConnectionId() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AutoFilter* m_AutoFilter;
     CT_SortState* m_SortState;
     CT_TableColumns* m_TableColumns;
@@ -15852,6 +16616,7 @@ public:
     virtual ~CT_TableStyleInfo();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -15876,6 +16641,7 @@ public:
     bool CheckShowColumnStripes() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     bool m_ShowFirstColumn;
     bool m_ShowLastColumn;
@@ -15893,6 +16659,7 @@ public:
     virtual ~CT_TableColumns();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tableColumn": child element, repeated
@@ -15905,6 +16672,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_TableColumn> m_TableColumn;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -15919,6 +16687,7 @@ public:
     virtual ~CT_TableColumn();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "calculatedColumnFormula": child element
@@ -15987,6 +16756,7 @@ public:
     bool CheckTotalsRowCellStyle() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TableFormula* m_CalculatedColumnFormula;
     CT_TableFormula* m_TotalsRowFormula;
     CT_XmlColumnPr* m_XmlColumnPr;
@@ -16015,6 +16785,7 @@ public:
     virtual ~CT_TableFormula();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -16027,6 +16798,7 @@ public:
     bool CheckArray() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     bool m_Array;
     std::uint32_t m_presence;
@@ -16041,6 +16813,7 @@ public:
     virtual ~CT_XmlColumnPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -16065,6 +16838,7 @@ public:
     bool CheckXmlDataType() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     unsigned int m_MapId;
     wxString m_Xpath;
@@ -16082,6 +16856,7 @@ public:
     virtual ~CT_VolTypes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "volType": child element, repeated
@@ -16094,6 +16869,7 @@ public:
     bool CheckExtLst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_VolType> m_VolType;
     CT_ExtensionList* m_ExtLst;
     std::uint32_t m_presence;
@@ -16108,6 +16884,7 @@ public:
     virtual ~CT_VolType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "main": child element, repeated
@@ -16120,6 +16897,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_VolMain> m_Main;
     wxString m_Type;
     std::uint32_t m_presence;
@@ -16134,6 +16912,7 @@ public:
     virtual ~CT_VolMain();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "tp": child element, repeated
@@ -16146,6 +16925,7 @@ public:
     bool CheckFirst() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_VolTopic> m_Tp;
     wxString m_First;
     std::uint32_t m_presence;
@@ -16160,6 +16940,7 @@ public:
     virtual ~CT_VolTopic();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": value element, wxString
@@ -16180,6 +16961,7 @@ public:
     bool CheckT() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     std::vector<wxString> m_Stp;
     XMLPtrArray<CT_VolTopicRef> m_Tr;
@@ -16196,6 +16978,7 @@ public:
     virtual ~CT_VolTopicRef();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": attribute, wxString
@@ -16208,6 +16991,7 @@ public:
     bool CheckS() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R;
     unsigned int m_S;
     std::uint32_t m_presence;
@@ -16222,6 +17006,7 @@ public:
     virtual ~CT_Workbook();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fileVersion": child element
@@ -16306,6 +17091,7 @@ public:
     bool CheckConformance() const { return (m_presence & (1u << 19)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FileVersion* m_FileVersion;
     CT_FileSharing* m_FileSharing;
     CT_WorkbookPr* m_WorkbookPr;
@@ -16338,6 +17124,7 @@ public:
     virtual ~CT_FileVersion();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "appName": attribute, wxString
@@ -16362,6 +17149,7 @@ public:
     bool CheckCodeName() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_AppName;
     wxString m_LastEdited;
     wxString m_LowestEdited;
@@ -16379,6 +17167,7 @@ public:
     virtual ~CT_BookViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "workbookView": child element, repeated
@@ -16387,6 +17176,7 @@ public:
     bool CheckWorkbookView() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_BookView> m_WorkbookView;
     std::uint32_t m_presence;
 };
@@ -16400,6 +17190,7 @@ public:
     virtual ~CT_BookView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -16460,6 +17251,7 @@ public:
     bool CheckAutoFilterDateGrouping() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Visibility;
     bool m_Minimized;
@@ -16486,6 +17278,7 @@ public:
     virtual ~CT_CustomWorkbookViews();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "customWorkbookView": child element, repeated
@@ -16494,6 +17287,7 @@ public:
     bool CheckCustomWorkbookView() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_CustomWorkbookView> m_CustomWorkbookView;
     std::uint32_t m_presence;
 };
@@ -16507,6 +17301,7 @@ public:
     virtual ~CT_CustomWorkbookView();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "extLst": child element
@@ -16611,6 +17406,7 @@ public:
     bool CheckShowObjects() const { return (m_presence & (1u << 24)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_ExtensionList* m_ExtLst;
     wxString m_Name;
     wxString m_Guid;
@@ -16648,6 +17444,7 @@ public:
     virtual ~CT_Sheets();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sheet": child element, repeated
@@ -16656,6 +17453,7 @@ public:
     bool CheckSheet() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Sheet> m_Sheet;
     std::uint32_t m_presence;
 };
@@ -16669,6 +17467,7 @@ public:
     virtual ~CT_Sheet();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -16689,6 +17488,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     unsigned int m_SheetId;
     wxString m_State;
@@ -16705,6 +17505,7 @@ public:
     virtual ~CT_WorkbookPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "date1904": attribute, bool, default "false"
@@ -16781,6 +17582,7 @@ public:
     bool CheckDefaultThemeVersion() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Date1904;
     wxString m_ShowObjects;
     bool m_ShowBorderUnselectedTables;
@@ -16811,6 +17613,7 @@ public:
     virtual ~CT_SmartTagPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "embed": attribute, bool, default "false"
@@ -16823,6 +17626,7 @@ public:
     bool CheckShow() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Embed;
     wxString m_Show;
     std::uint32_t m_presence;
@@ -16837,6 +17641,7 @@ public:
     virtual ~CT_SmartTagTypes();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "smartTagType": child element, repeated
@@ -16845,6 +17650,7 @@ public:
     bool CheckSmartTagType() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_SmartTagType> m_SmartTagType;
     std::uint32_t m_presence;
 };
@@ -16858,6 +17664,7 @@ public:
     virtual ~CT_SmartTagType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "namespaceUri": attribute, wxString
@@ -16874,6 +17681,7 @@ public:
     bool CheckUrl() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_NamespaceUri;
     wxString m_Name;
     wxString m_Url;
@@ -16889,6 +17697,7 @@ public:
     virtual ~CT_FileRecoveryPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "autoRecover": attribute, bool, default "true"
@@ -16909,6 +17718,7 @@ public:
     bool CheckRepairLoad() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_AutoRecover;
     bool m_CrashSave;
     bool m_DataExtractLoad;
@@ -16925,6 +17735,7 @@ public:
     virtual ~CT_CalcPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "calcId": attribute, unsigned int
@@ -16981,6 +17792,7 @@ public:
     bool CheckForceFullCalc() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_CalcId;
     wxString m_CalcMode;
     bool m_FullCalcOnLoad;
@@ -17006,6 +17818,7 @@ public:
     virtual ~CT_DefinedNames();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "definedName": child element, repeated
@@ -17014,6 +17827,7 @@ public:
     bool CheckDefinedName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_DefinedName> m_DefinedName;
     std::uint32_t m_presence;
 };
@@ -17027,6 +17841,7 @@ public:
     virtual ~CT_DefinedName();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -17095,6 +17910,7 @@ public:
     bool CheckWorkbookParameter() const { return (m_presence & (1u << 15)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_Name;
     wxString m_Comment;
@@ -17123,6 +17939,7 @@ public:
     virtual ~CT_ExternalReferences();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "externalReference": child element, repeated
@@ -17131,6 +17948,7 @@ public:
     bool CheckExternalReference() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_ExternalReference> m_ExternalReference;
     std::uint32_t m_presence;
 };
@@ -17144,6 +17962,7 @@ public:
     virtual ~CT_ExternalReference();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -17152,6 +17971,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -17165,6 +17985,7 @@ public:
     virtual ~CT_SheetBackgroundPicture();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r:id": attribute, wxString
@@ -17173,6 +17994,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_R_id;
     std::uint32_t m_presence;
 };
@@ -17186,6 +18008,7 @@ public:
     virtual ~CT_PivotCaches();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pivotCache": child element, repeated
@@ -17194,6 +18017,7 @@ public:
     bool CheckPivotCache() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_PivotCache> m_PivotCache;
     std::uint32_t m_presence;
 };
@@ -17207,6 +18031,7 @@ public:
     virtual ~CT_PivotCache();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "cacheId": attribute, unsigned int
@@ -17219,6 +18044,7 @@ public:
     bool CheckR_id() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_CacheId;
     wxString m_R_id;
     std::uint32_t m_presence;
@@ -17233,6 +18059,7 @@ public:
     virtual ~CT_FileSharing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "readOnlyRecommended": attribute, bool, default "false"
@@ -17265,6 +18092,7 @@ public:
     bool CheckSpinCount() const { return (m_presence & (1u << 6)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_ReadOnlyRecommended;
     wxString m_UserName;
     wxString m_ReservationPassword;
@@ -17284,6 +18112,7 @@ public:
     virtual ~CT_OleSize();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ref": attribute, wxString
@@ -17292,6 +18121,7 @@ public:
     bool CheckRef() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Ref;
     std::uint32_t m_presence;
 };
@@ -17305,6 +18135,7 @@ public:
     virtual ~CT_WorkbookProtection();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "workbookPassword": attribute, wxString
@@ -17369,6 +18200,7 @@ public:
     bool CheckWorkbookSpinCount() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_WorkbookPassword;
     wxString m_WorkbookPasswordCharacterSet;
     wxString m_RevisionsPassword;
@@ -17396,6 +18228,7 @@ public:
     virtual ~CT_WebPublishing();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "css": attribute, bool, default "true"
@@ -17436,6 +18269,7 @@ public:
     bool CheckCharacterSet() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     bool m_Css;
     bool m_Thicket;
     bool m_LongFileNames;
@@ -17457,6 +18291,7 @@ public:
     virtual ~CT_FunctionGroups();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "functionGroup": child element, repeated
@@ -17469,6 +18304,7 @@ public:
     bool CheckBuiltInGroupCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_FunctionGroup> m_FunctionGroup;
     unsigned int m_BuiltInGroupCount;
     std::uint32_t m_presence;
@@ -17483,6 +18319,7 @@ public:
     virtual ~CT_FunctionGroup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "name": attribute, wxString
@@ -17491,6 +18328,7 @@ public:
     bool CheckName() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Name;
     std::uint32_t m_presence;
 };
@@ -17504,6 +18342,7 @@ public:
     virtual ~CT_WebPublishObjects();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "webPublishObject": child element, repeated
@@ -17516,6 +18355,7 @@ public:
     bool CheckCount() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_WebPublishObject> m_WebPublishObject;
     unsigned int m_Count;
     std::uint32_t m_presence;
@@ -17530,6 +18370,7 @@ public:
     virtual ~CT_WebPublishObject();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "id": attribute, unsigned int
@@ -17558,6 +18399,7 @@ public:
     bool CheckAutoRepublish() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Id;
     wxString m_DivId;
     wxString m_SourceObject;

@@ -27,7 +27,8 @@ CT_AutoFilter::~CT_AutoFilter()
     delete m_ExtLst;
 }
 
-bool CT_AutoFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AutoFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -45,6 +46,9 @@ bool CT_AutoFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AutoFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AutoFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FilterColumn> CT_AutoFilter::GetFilterColumn() const { return m_FilterColumn; }
 void CT_AutoFilter::SetFilterColumn(XMLPtrArray<CT_FilterColumn> value) { m_FilterColumn = std::move(value); m_presence |= (1u << 0); }
@@ -65,7 +69,8 @@ CT_FilterColumn::~CT_FilterColumn()
     delete m_Data__;
 }
 
-bool CT_FilterColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilterColumn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -83,6 +88,9 @@ bool CT_FilterColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FilterColumn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilterColumn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FilterColumnData__::CT_FilterColumnData__()
     : m_Filters(nullptr),
@@ -107,7 +115,8 @@ CT_FilterColumnData__::~CT_FilterColumnData__()
     delete m_ExtLst;
 }
 
-bool CT_FilterColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FilterColumnData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -130,7 +139,11 @@ bool CT_FilterColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FilterColumnData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FilterColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FilterColumnData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FilterColumnData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_filters))
@@ -178,13 +191,20 @@ bool CT_FilterColumnData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_FilterColumnData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FilterColumnData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FilterColumnData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FilterColumnData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FilterColumnData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FilterColumnData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FilterColumnData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -211,7 +231,8 @@ CT_Filters::~CT_Filters()
     DeleteAll(m_DateGroupItem);
 }
 
-bool CT_Filters::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Filters::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -230,6 +251,9 @@ bool CT_Filters::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Filters::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Filters::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Filter> CT_Filters::GetFilter() const { return m_Filter; }
 void CT_Filters::SetFilter(XMLPtrArray<CT_Filter> value) { m_Filter = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_DateGroupItem> CT_Filters::GetDateGroupItem() const { return m_DateGroupItem; }
@@ -246,7 +270,8 @@ CT_Filter::~CT_Filter()
 {
 }
 
-bool CT_Filter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Filter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -257,6 +282,9 @@ bool CT_Filter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Filter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Filter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Filter::GetVal() const { return m_Val; }
 void CT_Filter::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -272,7 +300,8 @@ CT_CustomFilters::~CT_CustomFilters()
     DeleteAll(m_CustomFilter);
 }
 
-bool CT_CustomFilters::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomFilters::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -287,6 +316,9 @@ bool CT_CustomFilters::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomFilters::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomFilters::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_CustomFilter> CT_CustomFilters::GetCustomFilter() const { return m_CustomFilter; }
 void CT_CustomFilters::SetCustomFilter(XMLPtrArray<CT_CustomFilter> value) { m_CustomFilter = std::move(value); m_presence |= (1u << 0); }
 
@@ -300,7 +332,8 @@ CT_CustomFilter::~CT_CustomFilter()
 {
 }
 
-bool CT_CustomFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -313,6 +346,9 @@ bool CT_CustomFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CustomFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CustomFilter::GetOperator() const { return m_Operator; }
 void CT_CustomFilter::SetOperator(wxString value) { m_Operator = std::move(value); m_presence |= (1u << 0); }
@@ -332,7 +368,8 @@ CT_Top10::~CT_Top10()
 {
 }
 
-bool CT_Top10::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Top10::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -350,6 +387,9 @@ bool CT_Top10::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Top10::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Top10::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ColorFilter::CT_ColorFilter()
     : m_DxfId(0),
       m_CellColor(true),
@@ -361,7 +401,8 @@ CT_ColorFilter::~CT_ColorFilter()
 {
 }
 
-bool CT_ColorFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -375,6 +416,9 @@ bool CT_ColorFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColorFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_IconFilter::CT_IconFilter()
     : m_IconId(0),
       m_presence(0)
@@ -385,7 +429,8 @@ CT_IconFilter::~CT_IconFilter()
 {
 }
 
-bool CT_IconFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IconFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -398,6 +443,9 @@ bool CT_IconFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_IconFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IconFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_IconFilter::GetIconSet() const { return m_IconSet; }
 void CT_IconFilter::SetIconSet(wxString value) { m_IconSet = std::move(value); m_presence |= (1u << 0); }
@@ -413,7 +461,8 @@ CT_DynamicFilter::~CT_DynamicFilter()
 {
 }
 
-bool CT_DynamicFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DynamicFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -432,6 +481,9 @@ bool CT_DynamicFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DynamicFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DynamicFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DynamicFilter::GetType() const { return m_Type; }
 void CT_DynamicFilter::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -455,7 +507,8 @@ CT_SortState::~CT_SortState()
     delete m_ExtLst;
 }
 
-bool CT_SortState::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SortState::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -478,6 +531,9 @@ bool CT_SortState::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SortState::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SortState::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SortCondition> CT_SortState::GetSortCondition() const { return m_SortCondition; }
 void CT_SortState::SetSortCondition(XMLPtrArray<CT_SortCondition> value) { m_SortCondition = std::move(value); m_presence |= (1u << 0); }
 wxString CT_SortState::GetSortMethod() const { return m_SortMethod; }
@@ -499,7 +555,8 @@ CT_SortCondition::~CT_SortCondition()
 {
 }
 
-bool CT_SortCondition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SortCondition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -522,6 +579,9 @@ bool CT_SortCondition::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SortCondition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SortCondition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SortCondition::GetSortBy() const { return m_SortBy; }
 void CT_SortCondition::SetSortBy(wxString value) { m_SortBy = std::move(value); m_presence |= (1u << 1); }
@@ -547,7 +607,8 @@ CT_DateGroupItem::~CT_DateGroupItem()
 {
 }
 
-bool CT_DateGroupItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DateGroupItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -571,6 +632,9 @@ bool CT_DateGroupItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DateGroupItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DateGroupItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DateGroupItem::GetDateTimeGrouping() const { return m_DateTimeGrouping; }
 void CT_DateGroupItem::SetDateTimeGrouping(wxString value) { m_DateTimeGrouping = std::move(value); m_presence |= (1u << 6); }
 
@@ -583,7 +647,8 @@ CT_XStringElement::~CT_XStringElement()
 {
 }
 
-bool CT_XStringElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XStringElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -594,6 +659,9 @@ bool CT_XStringElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_XStringElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XStringElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_XStringElement::GetV() const { return m_V; }
 void CT_XStringElement::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -607,7 +675,8 @@ CT_Extension::~CT_Extension()
 {
 }
 
-bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Extension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -618,6 +687,9 @@ bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Extension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Extension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Extension::GetUri() const { return m_Uri; }
 void CT_Extension::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 0); }
@@ -637,7 +709,8 @@ CT_ObjectAnchor::~CT_ObjectAnchor()
     delete m_Xdr_to;
 }
 
-bool CT_ObjectAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectAnchor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -656,6 +729,9 @@ bool CT_ObjectAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ObjectAnchor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectAnchor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_ExtensionList::EG_ExtensionList()
     : m_presence(0)
 {
@@ -666,7 +742,8 @@ EG_ExtensionList::~EG_ExtensionList()
     DeleteAll(m_Ext);
 }
 
-bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -677,10 +754,14 @@ bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Extension> EG_ExtensionList::GetExt() const { return m_Ext; }
 void EG_ExtensionList::SetExt(XMLPtrArray<CT_Extension> value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
 
-bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ExtensionList::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ext))
@@ -692,13 +773,20 @@ bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_ExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ExtensionList::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ExtensionList::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ExtensionList::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ExtensionList::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ExtensionList::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ExtensionList::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -717,7 +805,8 @@ CT_ExtensionList::~CT_ExtensionList()
     delete m_EG_ExtensionList;
 }
 
-bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExtensionList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -727,6 +816,9 @@ bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExtensionList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExtensionList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_CalcChain::CT_CalcChain()
     : m_ExtLst(nullptr),
@@ -740,7 +832,8 @@ CT_CalcChain::~CT_CalcChain()
     delete m_ExtLst;
 }
 
-bool CT_CalcChain::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalcChain::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -752,6 +845,9 @@ bool CT_CalcChain::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CalcChain::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalcChain::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CalcCell> CT_CalcChain::GetC() const { return m_C; }
 void CT_CalcChain::SetC(XMLPtrArray<CT_CalcCell> value) { m_C = std::move(value); m_presence |= (1u << 0); }
@@ -770,7 +866,8 @@ CT_CalcCell::~CT_CalcCell()
 {
 }
 
-bool CT_CalcCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalcCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -794,6 +891,9 @@ bool CT_CalcCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CalcCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalcCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CalcCell::GetR() const { return m_R; }
 void CT_CalcCell::SetR(wxString value) { m_R = std::move(value); m_presence |= (1u << 0); }
 wxString CT_CalcCell::GetRef() const { return m_Ref; }
@@ -814,7 +914,8 @@ CT_Comments::~CT_Comments()
     delete m_ExtLst;
 }
 
-bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Comments::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -829,6 +930,9 @@ bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Comments::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Authors::CT_Authors()
     : m_presence(0)
 {
@@ -838,7 +942,8 @@ CT_Authors::~CT_Authors()
 {
 }
 
-bool CT_Authors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Authors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -848,6 +953,9 @@ bool CT_Authors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Authors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Authors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_Authors::GetAuthor() const { return m_Author; }
 void CT_Authors::SetAuthor(std::vector<wxString> value) { m_Author = std::move(value); m_presence |= (1u << 0); }
@@ -862,7 +970,8 @@ CT_CommentList::~CT_CommentList()
     DeleteAll(m_Comment);
 }
 
-bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -872,6 +981,9 @@ bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CommentList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Comment> CT_CommentList::GetComment() const { return m_Comment; }
 void CT_CommentList::SetComment(XMLPtrArray<CT_Comment> value) { m_Comment = std::move(value); m_presence |= (1u << 0); }
@@ -891,7 +1003,8 @@ CT_Comment::~CT_Comment()
     delete m_CommentPr;
 }
 
-bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Comment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -913,6 +1026,9 @@ bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Comment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Comment::GetRef() const { return m_Ref; }
 void CT_Comment::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 2); }
@@ -941,7 +1057,8 @@ CT_CommentPr::~CT_CommentPr()
     delete m_Anchor;
 }
 
-bool CT_CommentPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CommentPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -978,6 +1095,9 @@ bool CT_CommentPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CommentPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CommentPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CommentPr::GetAltText() const { return m_AltText; }
 void CT_CommentPr::SetAltText(wxString value) { m_AltText = std::move(value); m_presence |= (1u << 7); }
 wxString CT_CommentPr::GetTextHAlign() const { return m_TextHAlign; }
@@ -996,7 +1116,8 @@ CT_MapInfo::~CT_MapInfo()
     DeleteAll(m_Map);
 }
 
-bool CT_MapInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MapInfo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1012,6 +1133,9 @@ bool CT_MapInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MapInfo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MapInfo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Schema> CT_MapInfo::GetSchema() const { return m_Schema; }
 void CT_MapInfo::SetSchema(XMLPtrArray<CT_Schema> value) { m_Schema = std::move(value); m_presence |= (1u << 0); }
@@ -1029,7 +1153,8 @@ CT_Schema::~CT_Schema()
 {
 }
 
-bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Schema::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1046,6 +1171,9 @@ bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Schema::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Schema::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Schema::GetID() const { return m_ID; }
 void CT_Schema::SetID(wxString value) { m_ID = std::move(value); m_presence |= (1u << 0); }
@@ -1073,7 +1201,8 @@ CT_Map::~CT_Map()
     delete m_DataBinding;
 }
 
-bool CT_Map::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Map::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1104,6 +1233,9 @@ bool CT_Map::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Map::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Map::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Map::GetName() const { return m_Name; }
 void CT_Map::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 wxString CT_Map::GetRootElement() const { return m_RootElement; }
@@ -1123,7 +1255,8 @@ CT_DataBinding::~CT_DataBinding()
 {
 }
 
-bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataBinding::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1143,6 +1276,9 @@ bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataBinding::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DataBinding::GetDataBindingName() const { return m_DataBindingName; }
 void CT_DataBinding::SetDataBindingName(wxString value) { m_DataBindingName = std::move(value); m_presence |= (1u << 0); }
 wxString CT_DataBinding::GetFileBindingName() const { return m_FileBindingName; }
@@ -1158,7 +1294,8 @@ CT_Connections::~CT_Connections()
     DeleteAll(m_Connection);
 }
 
-bool CT_Connections::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connections::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1168,6 +1305,9 @@ bool CT_Connections::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Connections::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connections::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Connection> CT_Connections::GetConnection() const { return m_Connection; }
 void CT_Connections::SetConnection(XMLPtrArray<CT_Connection> value) { m_Connection = std::move(value); m_presence |= (1u << 0); }
@@ -1208,7 +1348,8 @@ CT_Connection::~CT_Connection()
     delete m_ExtLst;
 }
 
-bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Connection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1271,6 +1412,9 @@ bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Connection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Connection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Connection::GetSourceFile() const { return m_SourceFile; }
 void CT_Connection::SetSourceFile(wxString value) { m_SourceFile = std::move(value); m_presence |= (1u << 7); }
 wxString CT_Connection::GetOdcFile() const { return m_OdcFile; }
@@ -1294,7 +1438,8 @@ CT_DbPr::~CT_DbPr()
 {
 }
 
-bool CT_DbPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DbPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1311,6 +1456,9 @@ bool CT_DbPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DbPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DbPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DbPr::GetConnection() const { return m_Connection; }
 void CT_DbPr::SetConnection(wxString value) { m_Connection = std::move(value); m_presence |= (1u << 0); }
@@ -1336,7 +1484,8 @@ CT_OlapPr::~CT_OlapPr()
 {
 }
 
-bool CT_OlapPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OlapPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1364,6 +1513,9 @@ bool CT_OlapPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OlapPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OlapPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_OlapPr::GetLocalConnection() const { return m_LocalConnection; }
 void CT_OlapPr::SetLocalConnection(wxString value) { m_LocalConnection = std::move(value); m_presence |= (1u << 1); }
 
@@ -1388,7 +1540,8 @@ CT_WebPr::~CT_WebPr()
     delete m_Tables;
 }
 
-bool CT_WebPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1427,6 +1580,9 @@ bool CT_WebPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WebPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WebPr::GetUrl() const { return m_Url; }
 void CT_WebPr::SetUrl(wxString value) { m_Url = std::move(value); m_presence |= (1u << 9); }
 wxString CT_WebPr::GetPost() const { return m_Post; }
@@ -1447,7 +1603,8 @@ CT_Parameters::~CT_Parameters()
     DeleteAll(m_Parameter);
 }
 
-bool CT_Parameters::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Parameters::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1461,6 +1618,9 @@ bool CT_Parameters::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Parameters::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Parameters::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Parameter> CT_Parameters::GetParameter() const { return m_Parameter; }
 void CT_Parameters::SetParameter(XMLPtrArray<CT_Parameter> value) { m_Parameter = std::move(value); m_presence |= (1u << 0); }
@@ -1480,7 +1640,8 @@ CT_Parameter::~CT_Parameter()
 {
 }
 
-bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Parameter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1510,6 +1671,9 @@ bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Parameter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Parameter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Parameter::GetName() const { return m_Name; }
 void CT_Parameter::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Parameter::GetParameterType() const { return m_ParameterType; }
@@ -1532,7 +1696,8 @@ CT_Tables::~CT_Tables()
     DeleteAll(m_Data__);
 }
 
-bool CT_Tables::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tables::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1546,6 +1711,9 @@ bool CT_Tables::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Tables::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tables::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TablesData__> CT_Tables::GetData__() const { return m_Data__; }
 void CT_Tables::SetData__(XMLPtrArray<CT_TablesData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1565,7 +1733,8 @@ CT_TablesData__::~CT_TablesData__()
     delete m_X;
 }
 
-bool CT_TablesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TablesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1580,7 +1749,11 @@ bool CT_TablesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TablesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TablesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TablesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TablesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m))
@@ -1604,13 +1777,20 @@ bool CT_TablesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_TablesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TablesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TablesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TablesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TablesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TablesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TablesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1629,13 +1809,17 @@ CT_TableMissing::~CT_TableMissing()
 {
 }
 
-bool CT_TableMissing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableMissing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TableMissing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableMissing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TextPr::CT_TextPr()
     : m_TextFields(nullptr),
@@ -1662,7 +1846,8 @@ CT_TextPr::~CT_TextPr()
     delete m_TextFields;
 }
 
-bool CT_TextPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1707,6 +1892,9 @@ bool CT_TextPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TextPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TextPr::GetFileType() const { return m_FileType; }
 void CT_TextPr::SetFileType(wxString value) { m_FileType = std::move(value); m_presence |= (1u << 2); }
 wxString CT_TextPr::GetCharacterSet() const { return m_CharacterSet; }
@@ -1733,7 +1921,8 @@ CT_TextFields::~CT_TextFields()
     DeleteAll(m_TextField);
 }
 
-bool CT_TextFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1747,6 +1936,9 @@ bool CT_TextFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TextFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TextField> CT_TextFields::GetTextField() const { return m_TextField; }
 void CT_TextFields::SetTextField(XMLPtrArray<CT_TextField> value) { m_TextField = std::move(value); m_presence |= (1u << 0); }
@@ -1762,7 +1954,8 @@ CT_TextField::~CT_TextField()
 {
 }
 
-bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1775,6 +1968,9 @@ bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextField::GetType() const { return m_Type; }
 void CT_TextField::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -1826,7 +2022,8 @@ CT_PivotCacheDefinition::~CT_PivotCacheDefinition()
     delete m_ExtLst;
 }
 
-bool CT_PivotCacheDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotCacheDefinition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1897,6 +2094,9 @@ bool CT_PivotCacheDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotCacheDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotCacheDefinition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotCacheDefinition::GetR_id() const { return m_R_id; }
 void CT_PivotCacheDefinition::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 11); }
 wxString CT_PivotCacheDefinition::GetRefreshedBy() const { return m_RefreshedBy; }
@@ -1915,7 +2115,8 @@ CT_CacheFields::~CT_CacheFields()
     DeleteAll(m_CacheField);
 }
 
-bool CT_CacheFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1929,6 +2130,9 @@ bool CT_CacheFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CacheFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CacheField> CT_CacheFields::GetCacheField() const { return m_CacheField; }
 void CT_CacheFields::SetCacheField(XMLPtrArray<CT_CacheField> value) { m_CacheField = std::move(value); m_presence |= (1u << 0); }
@@ -1958,7 +2162,8 @@ CT_CacheField::~CT_CacheField()
     delete m_ExtLst;
 }
 
-bool CT_CacheField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2003,6 +2208,9 @@ bool CT_CacheField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CacheField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_X> CT_CacheField::GetMpMap() const { return m_MpMap; }
 void CT_CacheField::SetMpMap(XMLPtrArray<CT_X> value) { m_MpMap = std::move(value); m_presence |= (1u << 2); }
 wxString CT_CacheField::GetName() const { return m_Name; }
@@ -2026,7 +2234,8 @@ CT_CacheSource::~CT_CacheSource()
     delete m_Data__;
 }
 
-bool CT_CacheSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheSource::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2042,6 +2251,9 @@ bool CT_CacheSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CacheSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CacheSource::GetType() const { return m_Type; }
 void CT_CacheSource::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -2061,7 +2273,8 @@ CT_CacheSourceData__::~CT_CacheSourceData__()
     delete m_ExtLst;
 }
 
-bool CT_CacheSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheSourceData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2076,7 +2289,11 @@ bool CT_CacheSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_CacheSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_CacheSourceData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheSourceData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_CacheSourceData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_worksheetSource))
@@ -2100,13 +2317,20 @@ bool CT_CacheSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_CacheSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_CacheSourceData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_CacheSourceData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_CacheSourceData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_CacheSourceData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_CacheSourceData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_CacheSourceData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2125,7 +2349,8 @@ CT_WorksheetSource::~CT_WorksheetSource()
 {
 }
 
-bool CT_WorksheetSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WorksheetSource::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2142,6 +2367,9 @@ bool CT_WorksheetSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WorksheetSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WorksheetSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_WorksheetSource::GetRef() const { return m_Ref; }
 void CT_WorksheetSource::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -2166,7 +2394,8 @@ CT_Consolidation::~CT_Consolidation()
     delete m_RangeSets;
 }
 
-bool CT_Consolidation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Consolidation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2183,6 +2412,9 @@ bool CT_Consolidation::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Consolidation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Consolidation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Pages::CT_Pages()
     : m_Count(0),
       m_presence(0)
@@ -2194,7 +2426,8 @@ CT_Pages::~CT_Pages()
     DeleteAll(m_Page);
 }
 
-bool CT_Pages::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Pages::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2208,6 +2441,9 @@ bool CT_Pages::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Pages::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Pages::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PCDSCPage> CT_Pages::GetPage() const { return m_Page; }
 void CT_Pages::SetPage(XMLPtrArray<CT_PCDSCPage> value) { m_Page = std::move(value); m_presence |= (1u << 0); }
@@ -2223,7 +2459,8 @@ CT_PCDSCPage::~CT_PCDSCPage()
     DeleteAll(m_PageItem);
 }
 
-bool CT_PCDSCPage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PCDSCPage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2238,6 +2475,9 @@ bool CT_PCDSCPage::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PCDSCPage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PCDSCPage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_PageItem> CT_PCDSCPage::GetPageItem() const { return m_PageItem; }
 void CT_PCDSCPage::SetPageItem(XMLPtrArray<CT_PageItem> value) { m_PageItem = std::move(value); m_presence |= (1u << 0); }
 
@@ -2250,7 +2490,8 @@ CT_PageItem::~CT_PageItem()
 {
 }
 
-bool CT_PageItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2261,6 +2502,9 @@ bool CT_PageItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PageItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PageItem::GetName() const { return m_Name; }
 void CT_PageItem::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2276,7 +2520,8 @@ CT_RangeSets::~CT_RangeSets()
     DeleteAll(m_RangeSet);
 }
 
-bool CT_RangeSets::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RangeSets::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2290,6 +2535,9 @@ bool CT_RangeSets::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RangeSets::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RangeSets::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RangeSet> CT_RangeSets::GetRangeSet() const { return m_RangeSet; }
 void CT_RangeSets::SetRangeSet(XMLPtrArray<CT_RangeSet> value) { m_RangeSet = std::move(value); m_presence |= (1u << 0); }
@@ -2307,7 +2555,8 @@ CT_RangeSet::~CT_RangeSet()
 {
 }
 
-bool CT_RangeSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RangeSet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2332,6 +2581,9 @@ bool CT_RangeSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RangeSet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RangeSet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RangeSet::GetRef() const { return m_Ref; }
 void CT_RangeSet::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 4); }
@@ -2364,7 +2616,8 @@ CT_SharedItems::~CT_SharedItems()
     DeleteAll(m_Data__);
 }
 
-bool CT_SharedItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SharedItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2405,6 +2658,9 @@ bool CT_SharedItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SharedItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SharedItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SharedItemsData__> CT_SharedItems::GetData__() const { return m_Data__; }
 void CT_SharedItems::SetData__(XMLPtrArray<CT_SharedItemsData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 wxString CT_SharedItems::GetMinDate() const { return m_MinDate; }
@@ -2433,7 +2689,8 @@ CT_SharedItemsData__::~CT_SharedItemsData__()
     delete m_D;
 }
 
-bool CT_SharedItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SharedItemsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2454,7 +2711,11 @@ bool CT_SharedItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_SharedItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_SharedItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SharedItemsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_SharedItemsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m))
@@ -2496,13 +2757,20 @@ bool CT_SharedItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_SharedItemsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SharedItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SharedItemsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SharedItemsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SharedItemsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SharedItemsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SharedItemsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2534,7 +2802,8 @@ CT_Missing::~CT_Missing()
     DeleteAll(m_X);
 }
 
-bool CT_Missing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Missing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2571,6 +2840,9 @@ bool CT_Missing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Missing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Missing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Tuples> CT_Missing::GetTpls() const { return m_Tpls; }
 void CT_Missing::SetTpls(XMLPtrArray<CT_Tuples> value) { m_Tpls = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_X> CT_Missing::GetX() const { return m_X; }
@@ -2602,7 +2874,8 @@ CT_Number::~CT_Number()
     DeleteAll(m_X);
 }
 
-bool CT_Number::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Number::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2641,6 +2914,9 @@ bool CT_Number::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Number::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Number::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Tuples> CT_Number::GetTpls() const { return m_Tpls; }
 void CT_Number::SetTpls(XMLPtrArray<CT_Tuples> value) { m_Tpls = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_X> CT_Number::GetX() const { return m_X; }
@@ -2666,7 +2942,8 @@ CT_Boolean::~CT_Boolean()
     DeleteAll(m_X);
 }
 
-bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Boolean::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2688,6 +2965,9 @@ bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Boolean::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Boolean::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_X> CT_Boolean::GetX() const { return m_X; }
 void CT_Boolean::SetX(XMLPtrArray<CT_X> value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -2714,7 +2994,8 @@ CT_Error::~CT_Error()
     DeleteAll(m_X);
 }
 
-bool CT_Error::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Error::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2753,6 +3034,9 @@ bool CT_Error::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Error::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Error::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_X> CT_Error::GetX() const { return m_X; }
 void CT_Error::SetX(XMLPtrArray<CT_X> value) { m_X = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Error::GetV() const { return m_V; }
@@ -2783,7 +3067,8 @@ CT_String::~CT_String()
     DeleteAll(m_X);
 }
 
-bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_String::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2822,6 +3107,9 @@ bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_String::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Tuples> CT_String::GetTpls() const { return m_Tpls; }
 void CT_String::SetTpls(XMLPtrArray<CT_Tuples> value) { m_Tpls = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_X> CT_String::GetX() const { return m_X; }
@@ -2848,7 +3136,8 @@ CT_DateTime::~CT_DateTime()
     DeleteAll(m_X);
 }
 
-bool CT_DateTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DateTime::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2870,6 +3159,9 @@ bool CT_DateTime::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DateTime::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DateTime::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_X> CT_DateTime::GetX() const { return m_X; }
 void CT_DateTime::SetX(XMLPtrArray<CT_X> value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -2895,7 +3187,8 @@ CT_FieldGroup::~CT_FieldGroup()
     delete m_GroupItems;
 }
 
-bool CT_FieldGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FieldGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2916,6 +3209,9 @@ bool CT_FieldGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FieldGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FieldGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RangePr::CT_RangePr()
     : m_AutoStart(true),
       m_AutoEnd(true),
@@ -2931,7 +3227,8 @@ CT_RangePr::~CT_RangePr()
 {
 }
 
-bool CT_RangePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RangePr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2956,6 +3253,9 @@ bool CT_RangePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RangePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RangePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RangePr::GetGroupBy() const { return m_GroupBy; }
 void CT_RangePr::SetGroupBy(wxString value) { m_GroupBy = std::move(value); m_presence |= (1u << 2); }

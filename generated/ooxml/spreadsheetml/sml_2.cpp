@@ -23,7 +23,8 @@ CT_DiscretePr::~CT_DiscretePr()
     DeleteAll(m_X);
 }
 
-bool CT_DiscretePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DiscretePr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -37,6 +38,9 @@ bool CT_DiscretePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DiscretePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DiscretePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Index> CT_DiscretePr::GetX() const { return m_X; }
 void CT_DiscretePr::SetX(XMLPtrArray<CT_Index> value) { m_X = std::move(value); m_presence |= (1u << 0); }
@@ -52,7 +56,8 @@ CT_GroupItems::~CT_GroupItems()
     DeleteAll(m_Data__);
 }
 
-bool CT_GroupItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -66,6 +71,9 @@ bool CT_GroupItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupItemsData__> CT_GroupItems::GetData__() const { return m_Data__; }
 void CT_GroupItems::SetData__(XMLPtrArray<CT_GroupItemsData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -91,7 +99,8 @@ CT_GroupItemsData__::~CT_GroupItemsData__()
     delete m_D;
 }
 
-bool CT_GroupItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupItemsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -112,7 +121,11 @@ bool CT_GroupItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupItemsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupItemsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupItemsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m))
@@ -154,13 +167,20 @@ bool CT_GroupItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_GroupItemsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupItemsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupItemsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupItemsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupItemsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupItemsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupItemsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -186,7 +206,8 @@ CT_PivotCacheRecords::~CT_PivotCacheRecords()
     delete m_ExtLst;
 }
 
-bool CT_PivotCacheRecords::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotCacheRecords::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -203,6 +224,9 @@ bool CT_PivotCacheRecords::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotCacheRecords::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotCacheRecords::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Record> CT_PivotCacheRecords::GetR() const { return m_R; }
 void CT_PivotCacheRecords::SetR(XMLPtrArray<CT_Record> value) { m_R = std::move(value); m_presence |= (1u << 0); }
 
@@ -216,7 +240,8 @@ CT_Record::~CT_Record()
     DeleteAll(m_Data__);
 }
 
-bool CT_Record::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Record::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -226,6 +251,9 @@ bool CT_Record::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Record::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Record::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RecordData__> CT_Record::GetData__() const { return m_Data__; }
 void CT_Record::SetData__(XMLPtrArray<CT_RecordData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -253,7 +281,8 @@ CT_RecordData__::~CT_RecordData__()
     delete m_X;
 }
 
-bool CT_RecordData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RecordData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -276,7 +305,11 @@ bool CT_RecordData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_RecordData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_RecordData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RecordData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_RecordData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m))
@@ -324,13 +357,20 @@ bool CT_RecordData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_RecordData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RecordData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RecordData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RecordData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RecordData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RecordData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RecordData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -355,7 +395,8 @@ CT_PCDKPIs::~CT_PCDKPIs()
     DeleteAll(m_Kpi);
 }
 
-bool CT_PCDKPIs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PCDKPIs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -370,6 +411,9 @@ bool CT_PCDKPIs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PCDKPIs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PCDKPIs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_PCDKPI> CT_PCDKPIs::GetKpi() const { return m_Kpi; }
 void CT_PCDKPIs::SetKpi(XMLPtrArray<CT_PCDKPI> value) { m_Kpi = std::move(value); m_presence |= (1u << 0); }
 
@@ -382,7 +426,8 @@ CT_PCDKPI::~CT_PCDKPI()
 {
 }
 
-bool CT_PCDKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PCDKPI::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -413,6 +458,9 @@ bool CT_PCDKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PCDKPI::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PCDKPI::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PCDKPI::GetUniqueName() const { return m_UniqueName; }
 void CT_PCDKPI::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 0); }
@@ -448,7 +496,8 @@ CT_CacheHierarchies::~CT_CacheHierarchies()
     DeleteAll(m_CacheHierarchy);
 }
 
-bool CT_CacheHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheHierarchies::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -462,6 +511,9 @@ bool CT_CacheHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CacheHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheHierarchies::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CacheHierarchy> CT_CacheHierarchies::GetCacheHierarchy() const { return m_CacheHierarchy; }
 void CT_CacheHierarchies::SetCacheHierarchy(XMLPtrArray<CT_CacheHierarchy> value) { m_CacheHierarchy = std::move(value); m_presence |= (1u << 0); }
@@ -495,7 +547,8 @@ CT_CacheHierarchy::~CT_CacheHierarchy()
     delete m_ExtLst;
 }
 
-bool CT_CacheHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CacheHierarchy::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -556,6 +609,9 @@ bool CT_CacheHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CacheHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CacheHierarchy::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CacheHierarchy::GetUniqueName() const { return m_UniqueName; }
 void CT_CacheHierarchy::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 3); }
 wxString CT_CacheHierarchy::GetCaption() const { return m_Caption; }
@@ -584,7 +640,8 @@ CT_FieldsUsage::~CT_FieldsUsage()
     DeleteAll(m_FieldUsage);
 }
 
-bool CT_FieldsUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FieldsUsage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -599,6 +656,9 @@ bool CT_FieldsUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FieldsUsage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FieldsUsage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FieldUsage> CT_FieldsUsage::GetFieldUsage() const { return m_FieldUsage; }
 void CT_FieldsUsage::SetFieldUsage(XMLPtrArray<CT_FieldUsage> value) { m_FieldUsage = std::move(value); m_presence |= (1u << 0); }
 
@@ -612,7 +672,8 @@ CT_FieldUsage::~CT_FieldUsage()
 {
 }
 
-bool CT_FieldUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FieldUsage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -623,6 +684,9 @@ bool CT_FieldUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FieldUsage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FieldUsage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupLevels::CT_GroupLevels()
     : m_Count(0),
@@ -635,7 +699,8 @@ CT_GroupLevels::~CT_GroupLevels()
     DeleteAll(m_GroupLevel);
 }
 
-bool CT_GroupLevels::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupLevels::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -649,6 +714,9 @@ bool CT_GroupLevels::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupLevels::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupLevels::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupLevel> CT_GroupLevels::GetGroupLevel() const { return m_GroupLevel; }
 void CT_GroupLevels::SetGroupLevel(XMLPtrArray<CT_GroupLevel> value) { m_GroupLevel = std::move(value); m_presence |= (1u << 0); }
@@ -668,7 +736,8 @@ CT_GroupLevel::~CT_GroupLevel()
     delete m_ExtLst;
 }
 
-bool CT_GroupLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupLevel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -691,6 +760,9 @@ bool CT_GroupLevel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupLevel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupLevel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_GroupLevel::GetUniqueName() const { return m_UniqueName; }
 void CT_GroupLevel::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 2); }
 wxString CT_GroupLevel::GetCaption() const { return m_Caption; }
@@ -707,7 +779,8 @@ CT_Groups::~CT_Groups()
     DeleteAll(m_Group);
 }
 
-bool CT_Groups::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Groups::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -721,6 +794,9 @@ bool CT_Groups::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Groups::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Groups::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LevelGroup> CT_Groups::GetGroup() const { return m_Group; }
 void CT_Groups::SetGroup(XMLPtrArray<CT_LevelGroup> value) { m_Group = std::move(value); m_presence |= (1u << 0); }
@@ -737,7 +813,8 @@ CT_LevelGroup::~CT_LevelGroup()
     delete m_GroupMembers;
 }
 
-bool CT_LevelGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LevelGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -760,6 +837,9 @@ bool CT_LevelGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LevelGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LevelGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_LevelGroup::GetName() const { return m_Name; }
 void CT_LevelGroup::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 wxString CT_LevelGroup::GetUniqueName() const { return m_UniqueName; }
@@ -780,7 +860,8 @@ CT_GroupMembers::~CT_GroupMembers()
     DeleteAll(m_GroupMember);
 }
 
-bool CT_GroupMembers::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupMembers::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -795,6 +876,9 @@ bool CT_GroupMembers::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupMembers::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupMembers::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_GroupMember> CT_GroupMembers::GetGroupMember() const { return m_GroupMember; }
 void CT_GroupMembers::SetGroupMember(XMLPtrArray<CT_GroupMember> value) { m_GroupMember = std::move(value); m_presence |= (1u << 0); }
 
@@ -808,7 +892,8 @@ CT_GroupMember::~CT_GroupMember()
 {
 }
 
-bool CT_GroupMember::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupMember::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -821,6 +906,9 @@ bool CT_GroupMember::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_GroupMember::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupMember::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_GroupMember::GetUniqueName() const { return m_UniqueName; }
 void CT_GroupMember::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 0); }
@@ -844,7 +932,8 @@ CT_TupleCache::~CT_TupleCache()
     delete m_ExtLst;
 }
 
-bool CT_TupleCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TupleCache::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -863,6 +952,9 @@ bool CT_TupleCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TupleCache::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TupleCache::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ServerFormat::CT_ServerFormat()
     : m_presence(0)
 {
@@ -872,7 +964,8 @@ CT_ServerFormat::~CT_ServerFormat()
 {
 }
 
-bool CT_ServerFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ServerFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -885,6 +978,9 @@ bool CT_ServerFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ServerFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ServerFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ServerFormat::GetCulture() const { return m_Culture; }
 void CT_ServerFormat::SetCulture(wxString value) { m_Culture = std::move(value); m_presence |= (1u << 0); }
@@ -902,7 +998,8 @@ CT_ServerFormats::~CT_ServerFormats()
     DeleteAll(m_ServerFormat);
 }
 
-bool CT_ServerFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ServerFormats::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -916,6 +1013,9 @@ bool CT_ServerFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ServerFormats::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ServerFormats::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ServerFormat> CT_ServerFormats::GetServerFormat() const { return m_ServerFormat; }
 void CT_ServerFormats::SetServerFormat(XMLPtrArray<CT_ServerFormat> value) { m_ServerFormat = std::move(value); m_presence |= (1u << 0); }
@@ -931,7 +1031,8 @@ CT_PCDSDTCEntries::~CT_PCDSDTCEntries()
     DeleteAll(m_Data__);
 }
 
-bool CT_PCDSDTCEntries::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PCDSDTCEntries::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -945,6 +1046,9 @@ bool CT_PCDSDTCEntries::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PCDSDTCEntries::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PCDSDTCEntries::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PCDSDTCEntriesData__> CT_PCDSDTCEntries::GetData__() const { return m_Data__; }
 void CT_PCDSDTCEntries::SetData__(XMLPtrArray<CT_PCDSDTCEntriesData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -966,7 +1070,8 @@ CT_PCDSDTCEntriesData__::~CT_PCDSDTCEntriesData__()
     delete m_S;
 }
 
-bool CT_PCDSDTCEntriesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PCDSDTCEntriesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -983,7 +1088,11 @@ bool CT_PCDSDTCEntriesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_PCDSDTCEntriesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PCDSDTCEntriesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_PCDSDTCEntriesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m))
@@ -1013,13 +1122,20 @@ bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PCDSDTCEntriesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PCDSDTCEntriesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PCDSDTCEntriesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1041,7 +1157,8 @@ CT_Tuples::~CT_Tuples()
     DeleteAll(m_Tpl);
 }
 
-bool CT_Tuples::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tuples::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1055,6 +1172,9 @@ bool CT_Tuples::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Tuples::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tuples::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Tuple> CT_Tuples::GetTpl() const { return m_Tpl; }
 void CT_Tuples::SetTpl(XMLPtrArray<CT_Tuple> value) { m_Tpl = std::move(value); m_presence |= (1u << 0); }
@@ -1071,7 +1191,8 @@ CT_Tuple::~CT_Tuple()
 {
 }
 
-bool CT_Tuple::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tuple::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1087,6 +1208,9 @@ bool CT_Tuple::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Tuple::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tuple::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Sets::CT_Sets()
     : m_Count(0),
       m_presence(0)
@@ -1098,7 +1222,8 @@ CT_Sets::~CT_Sets()
     DeleteAll(m_Set);
 }
 
-bool CT_Sets::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sets::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1112,6 +1237,9 @@ bool CT_Sets::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Sets::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sets::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Set> CT_Sets::GetSet() const { return m_Set; }
 void CT_Sets::SetSet(XMLPtrArray<CT_Set> value) { m_Set = std::move(value); m_presence |= (1u << 0); }
@@ -1132,7 +1260,8 @@ CT_Set::~CT_Set()
     delete m_SortByTuple;
 }
 
-bool CT_Set::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Set::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1157,6 +1286,9 @@ bool CT_Set::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Set::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Set::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Tuples> CT_Set::GetTpls() const { return m_Tpls; }
 void CT_Set::SetTpls(XMLPtrArray<CT_Tuples> value) { m_Tpls = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Set::GetSetDefinition() const { return m_SetDefinition; }
@@ -1175,7 +1307,8 @@ CT_QueryCache::~CT_QueryCache()
     DeleteAll(m_Query);
 }
 
-bool CT_QueryCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryCache::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1189,6 +1322,9 @@ bool CT_QueryCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_QueryCache::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryCache::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Query> CT_QueryCache::GetQuery() const { return m_Query; }
 void CT_QueryCache::SetQuery(XMLPtrArray<CT_Query> value) { m_Query = std::move(value); m_presence |= (1u << 0); }
@@ -1204,7 +1340,8 @@ CT_Query::~CT_Query()
     delete m_Tpls;
 }
 
-bool CT_Query::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Query::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1218,6 +1355,9 @@ bool CT_Query::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Query::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Query::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Query::GetMdx() const { return m_Mdx; }
 void CT_Query::SetMdx(wxString value) { m_Mdx = std::move(value); m_presence |= (1u << 1); }
@@ -1233,7 +1373,8 @@ CT_CalculatedItems::~CT_CalculatedItems()
     DeleteAll(m_CalculatedItem);
 }
 
-bool CT_CalculatedItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalculatedItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1247,6 +1388,9 @@ bool CT_CalculatedItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CalculatedItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalculatedItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CalculatedItem> CT_CalculatedItems::GetCalculatedItem() const { return m_CalculatedItem; }
 void CT_CalculatedItems::SetCalculatedItem(XMLPtrArray<CT_CalculatedItem> value) { m_CalculatedItem = std::move(value); m_presence |= (1u << 0); }
@@ -1265,7 +1409,8 @@ CT_CalculatedItem::~CT_CalculatedItem()
     delete m_ExtLst;
 }
 
-bool CT_CalculatedItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalculatedItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1284,6 +1429,9 @@ bool CT_CalculatedItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CalculatedItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalculatedItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CalculatedItem::GetFormula() const { return m_Formula; }
 void CT_CalculatedItem::SetFormula(wxString value) { m_Formula = std::move(value); m_presence |= (1u << 3); }
 
@@ -1298,7 +1446,8 @@ CT_CalculatedMembers::~CT_CalculatedMembers()
     DeleteAll(m_CalculatedMember);
 }
 
-bool CT_CalculatedMembers::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalculatedMembers::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1312,6 +1461,9 @@ bool CT_CalculatedMembers::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CalculatedMembers::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalculatedMembers::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CalculatedMember> CT_CalculatedMembers::GetCalculatedMember() const { return m_CalculatedMember; }
 void CT_CalculatedMembers::SetCalculatedMember(XMLPtrArray<CT_CalculatedMember> value) { m_CalculatedMember = std::move(value); m_presence |= (1u << 0); }
@@ -1329,7 +1481,8 @@ CT_CalculatedMember::~CT_CalculatedMember()
     delete m_ExtLst;
 }
 
-bool CT_CalculatedMember::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalculatedMember::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1355,6 +1508,9 @@ bool CT_CalculatedMember::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CalculatedMember::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalculatedMember::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CalculatedMember::GetName() const { return m_Name; }
 void CT_CalculatedMember::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
@@ -1462,7 +1618,8 @@ CT_pivotTableDefinition::~CT_pivotTableDefinition()
     delete m_AG_AutoFormat;
 }
 
-bool CT_pivotTableDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_pivotTableDefinition::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1631,6 +1788,9 @@ bool CT_pivotTableDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_pivotTableDefinition::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_pivotTableDefinition::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_pivotTableDefinition::GetName() const { return m_Name; }
 void CT_pivotTableDefinition::SetName(wxString value) { m_Name = std::move(value); m_presence[0] |= (std::uint64_t(1) << 17); }
 wxString CT_pivotTableDefinition::GetDataCaption() const { return m_DataCaption; }
@@ -1668,7 +1828,8 @@ CT_Location::~CT_Location()
 {
 }
 
-bool CT_Location::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Location::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1690,6 +1851,9 @@ bool CT_Location::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Location::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Location::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Location::GetRef() const { return m_Ref; }
 void CT_Location::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
 
@@ -1704,7 +1868,8 @@ CT_PivotFields::~CT_PivotFields()
     DeleteAll(m_PivotField);
 }
 
-bool CT_PivotFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1718,6 +1883,9 @@ bool CT_PivotFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotField> CT_PivotFields::GetPivotField() const { return m_PivotField; }
 void CT_PivotFields::SetPivotField(XMLPtrArray<CT_PivotField> value) { m_PivotField = std::move(value); m_presence |= (1u << 0); }
@@ -1781,7 +1949,8 @@ CT_PivotField::~CT_PivotField()
     delete m_ExtLst;
 }
 
-bool CT_PivotField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1894,6 +2063,9 @@ bool CT_PivotField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotField::GetName() const { return m_Name; }
 void CT_PivotField::SetName(wxString value) { m_Name = std::move(value); m_presence |= (std::uint64_t(1) << 3); }
 wxString CT_PivotField::GetAxis() const { return m_Axis; }
@@ -1916,7 +2088,8 @@ CT_AutoSortScope::~CT_AutoSortScope()
     delete m_PivotArea;
 }
 
-bool CT_AutoSortScope::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AutoSortScope::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1926,6 +2099,9 @@ bool CT_AutoSortScope::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AutoSortScope::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AutoSortScope::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Items::CT_Items()
     : m_Count(0),
@@ -1938,7 +2114,8 @@ CT_Items::~CT_Items()
     DeleteAll(m_Item);
 }
 
-bool CT_Items::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Items::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1952,6 +2129,9 @@ bool CT_Items::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Items::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Items::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Item> CT_Items::GetItem() const { return m_Item; }
 void CT_Items::SetItem(XMLPtrArray<CT_Item> value) { m_Item = std::move(value); m_presence |= (1u << 0); }
@@ -1975,7 +2155,8 @@ CT_Item::~CT_Item()
 {
 }
 
-bool CT_Item::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Item::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2007,6 +2188,9 @@ bool CT_Item::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Item::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Item::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Item::GetN() const { return m_N; }
 void CT_Item::SetN(wxString value) { m_N = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Item::GetT() const { return m_T; }
@@ -2023,7 +2207,8 @@ CT_PageFields::~CT_PageFields()
     DeleteAll(m_PageField);
 }
 
-bool CT_PageFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2037,6 +2222,9 @@ bool CT_PageFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PageFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PageField> CT_PageFields::GetPageField() const { return m_PageField; }
 void CT_PageFields::SetPageField(XMLPtrArray<CT_PageField> value) { m_PageField = std::move(value); m_presence |= (1u << 0); }
@@ -2055,7 +2243,8 @@ CT_PageField::~CT_PageField()
     delete m_ExtLst;
 }
 
-bool CT_PageField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2078,6 +2267,9 @@ bool CT_PageField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageField::GetName() const { return m_Name; }
 void CT_PageField::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 4); }
 wxString CT_PageField::GetCap() const { return m_Cap; }
@@ -2094,7 +2286,8 @@ CT_DataFields::~CT_DataFields()
     DeleteAll(m_DataField);
 }
 
-bool CT_DataFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2108,6 +2301,9 @@ bool CT_DataFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DataFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DataField> CT_DataFields::GetDataField() const { return m_DataField; }
 void CT_DataFields::SetDataField(XMLPtrArray<CT_DataField> value) { m_DataField = std::move(value); m_presence |= (1u << 0); }
@@ -2129,7 +2325,8 @@ CT_DataField::~CT_DataField()
     delete m_ExtLst;
 }
 
-bool CT_DataField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2156,6 +2353,9 @@ bool CT_DataField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DataField::GetName() const { return m_Name; }
 void CT_DataField::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 wxString CT_DataField::GetSubtotal() const { return m_Subtotal; }
@@ -2174,7 +2374,8 @@ CT_rowItems::~CT_rowItems()
     DeleteAll(m_I);
 }
 
-bool CT_rowItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_rowItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2188,6 +2389,9 @@ bool CT_rowItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_rowItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_rowItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_I> CT_rowItems::GetI() const { return m_I; }
 void CT_rowItems::SetI(XMLPtrArray<CT_I> value) { m_I = std::move(value); m_presence |= (1u << 0); }
@@ -2203,7 +2407,8 @@ CT_colItems::~CT_colItems()
     DeleteAll(m_I);
 }
 
-bool CT_colItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_colItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2217,6 +2422,9 @@ bool CT_colItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_colItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_colItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_I> CT_colItems::GetI() const { return m_I; }
 void CT_colItems::SetI(XMLPtrArray<CT_I> value) { m_I = std::move(value); m_presence |= (1u << 0); }
@@ -2234,7 +2442,8 @@ CT_I::~CT_I()
     DeleteAll(m_X);
 }
 
-bool CT_I::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_I::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2253,6 +2462,9 @@ bool CT_I::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_I::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_I::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_X> CT_I::GetX() const { return m_X; }
 void CT_I::SetX(XMLPtrArray<CT_X> value) { m_X = std::move(value); m_presence |= (1u << 0); }
 wxString CT_I::GetT() const { return m_T; }
@@ -2268,7 +2480,8 @@ CT_X::~CT_X()
 {
 }
 
-bool CT_X::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_X::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2279,6 +2492,9 @@ bool CT_X::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_X::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_X::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_RowFields::CT_RowFields()
     : m_Count(0u),
@@ -2291,7 +2507,8 @@ CT_RowFields::~CT_RowFields()
     DeleteAll(m_Field);
 }
 
-bool CT_RowFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RowFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2305,6 +2522,9 @@ bool CT_RowFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RowFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RowFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Field> CT_RowFields::GetField() const { return m_Field; }
 void CT_RowFields::SetField(XMLPtrArray<CT_Field> value) { m_Field = std::move(value); m_presence |= (1u << 0); }
@@ -2320,7 +2540,8 @@ CT_ColFields::~CT_ColFields()
     DeleteAll(m_Field);
 }
 
-bool CT_ColFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2335,6 +2556,9 @@ bool CT_ColFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Field> CT_ColFields::GetField() const { return m_Field; }
 void CT_ColFields::SetField(XMLPtrArray<CT_Field> value) { m_Field = std::move(value); m_presence |= (1u << 0); }
 
@@ -2348,7 +2572,8 @@ CT_Field::~CT_Field()
 {
 }
 
-bool CT_Field::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Field::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2359,6 +2584,9 @@ bool CT_Field::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Field::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Field::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Formats::CT_Formats()
     : m_Count(0u),
@@ -2371,7 +2599,8 @@ CT_Formats::~CT_Formats()
     DeleteAll(m_Format);
 }
 
-bool CT_Formats::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Formats::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2385,6 +2614,9 @@ bool CT_Formats::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Formats::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Formats::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Format> CT_Formats::GetFormat() const { return m_Format; }
 void CT_Formats::SetFormat(XMLPtrArray<CT_Format> value) { m_Format = std::move(value); m_presence |= (1u << 0); }
@@ -2404,7 +2636,8 @@ CT_Format::~CT_Format()
     delete m_ExtLst;
 }
 
-bool CT_Format::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Format::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2423,6 +2656,9 @@ bool CT_Format::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Format::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Format::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Format::GetAction() const { return m_Action; }
 void CT_Format::SetAction(wxString value) { m_Action = std::move(value); m_presence |= (1u << 2); }
 
@@ -2437,7 +2673,8 @@ CT_ConditionalFormats::~CT_ConditionalFormats()
     DeleteAll(m_ConditionalFormat);
 }
 
-bool CT_ConditionalFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConditionalFormats::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2451,6 +2688,9 @@ bool CT_ConditionalFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConditionalFormats::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConditionalFormats::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ConditionalFormat> CT_ConditionalFormats::GetConditionalFormat() const { return m_ConditionalFormat; }
 void CT_ConditionalFormats::SetConditionalFormat(XMLPtrArray<CT_ConditionalFormat> value) { m_ConditionalFormat = std::move(value); m_presence |= (1u << 0); }
@@ -2471,7 +2711,8 @@ CT_ConditionalFormat::~CT_ConditionalFormat()
     delete m_ExtLst;
 }
 
-bool CT_ConditionalFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConditionalFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2492,6 +2733,9 @@ bool CT_ConditionalFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ConditionalFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConditionalFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ConditionalFormat::GetScope() const { return m_Scope; }
 void CT_ConditionalFormat::SetScope(wxString value) { m_Scope = std::move(value); m_presence |= (1u << 2); }
 wxString CT_ConditionalFormat::GetType() const { return m_Type; }
@@ -2508,7 +2752,8 @@ CT_PivotAreas::~CT_PivotAreas()
     DeleteAll(m_PivotArea);
 }
 
-bool CT_PivotAreas::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotAreas::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2522,6 +2767,9 @@ bool CT_PivotAreas::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotAreas::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotAreas::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotArea> CT_PivotAreas::GetPivotArea() const { return m_PivotArea; }
 void CT_PivotAreas::SetPivotArea(XMLPtrArray<CT_PivotArea> value) { m_PivotArea = std::move(value); m_presence |= (1u << 0); }
@@ -2537,7 +2785,8 @@ CT_ChartFormats::~CT_ChartFormats()
     DeleteAll(m_ChartFormat);
 }
 
-bool CT_ChartFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartFormats::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2551,6 +2800,9 @@ bool CT_ChartFormats::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartFormats::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartFormats::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ChartFormat> CT_ChartFormats::GetChartFormat() const { return m_ChartFormat; }
 void CT_ChartFormats::SetChartFormat(XMLPtrArray<CT_ChartFormat> value) { m_ChartFormat = std::move(value); m_presence |= (1u << 0); }
@@ -2569,7 +2821,8 @@ CT_ChartFormat::~CT_ChartFormat()
     delete m_PivotArea;
 }
 
-bool CT_ChartFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2588,6 +2841,9 @@ bool CT_ChartFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ChartFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PivotHierarchies::CT_PivotHierarchies()
     : m_Count(0),
       m_presence(0)
@@ -2599,7 +2855,8 @@ CT_PivotHierarchies::~CT_PivotHierarchies()
     DeleteAll(m_PivotHierarchy);
 }
 
-bool CT_PivotHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotHierarchies::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2613,6 +2870,9 @@ bool CT_PivotHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotHierarchies::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotHierarchies::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotHierarchy> CT_PivotHierarchies::GetPivotHierarchy() const { return m_PivotHierarchy; }
 void CT_PivotHierarchies::SetPivotHierarchy(XMLPtrArray<CT_PivotHierarchy> value) { m_PivotHierarchy = std::move(value); m_presence |= (1u << 0); }
@@ -2641,7 +2901,8 @@ CT_PivotHierarchy::~CT_PivotHierarchy()
     delete m_ExtLst;
 }
 
-bool CT_PivotHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotHierarchy::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2680,6 +2941,9 @@ bool CT_PivotHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotHierarchy::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotHierarchy::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Members> CT_PivotHierarchy::GetMembers() const { return m_Members; }
 void CT_PivotHierarchy::SetMembers(XMLPtrArray<CT_Members> value) { m_Members = std::move(value); m_presence |= (1u << 1); }
 wxString CT_PivotHierarchy::GetCaption() const { return m_Caption; }
@@ -2696,7 +2960,8 @@ CT_RowHierarchiesUsage::~CT_RowHierarchiesUsage()
     DeleteAll(m_RowHierarchyUsage);
 }
 
-bool CT_RowHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RowHierarchiesUsage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2710,6 +2975,9 @@ bool CT_RowHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RowHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RowHierarchiesUsage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_HierarchyUsage> CT_RowHierarchiesUsage::GetRowHierarchyUsage() const { return m_RowHierarchyUsage; }
 void CT_RowHierarchiesUsage::SetRowHierarchyUsage(XMLPtrArray<CT_HierarchyUsage> value) { m_RowHierarchyUsage = std::move(value); m_presence |= (1u << 0); }
@@ -2725,7 +2993,8 @@ CT_ColHierarchiesUsage::~CT_ColHierarchiesUsage()
     DeleteAll(m_ColHierarchyUsage);
 }
 
-bool CT_ColHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColHierarchiesUsage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2740,6 +3009,9 @@ bool CT_ColHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ColHierarchiesUsage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColHierarchiesUsage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_HierarchyUsage> CT_ColHierarchiesUsage::GetColHierarchyUsage() const { return m_ColHierarchyUsage; }
 void CT_ColHierarchiesUsage::SetColHierarchyUsage(XMLPtrArray<CT_HierarchyUsage> value) { m_ColHierarchyUsage = std::move(value); m_presence |= (1u << 0); }
 
@@ -2753,7 +3025,8 @@ CT_HierarchyUsage::~CT_HierarchyUsage()
 {
 }
 
-bool CT_HierarchyUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HierarchyUsage::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2764,6 +3037,9 @@ bool CT_HierarchyUsage::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HierarchyUsage::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HierarchyUsage::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_MemberProperties::CT_MemberProperties()
     : m_Count(0),
@@ -2776,7 +3052,8 @@ CT_MemberProperties::~CT_MemberProperties()
     DeleteAll(m_Mp);
 }
 
-bool CT_MemberProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MemberProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2790,6 +3067,9 @@ bool CT_MemberProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MemberProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MemberProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MemberProperty> CT_MemberProperties::GetMp() const { return m_Mp; }
 void CT_MemberProperties::SetMp(XMLPtrArray<CT_MemberProperty> value) { m_Mp = std::move(value); m_presence |= (1u << 0); }
@@ -2811,7 +3091,8 @@ CT_MemberProperty::~CT_MemberProperty()
 {
 }
 
-bool CT_MemberProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MemberProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2838,6 +3119,9 @@ bool CT_MemberProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MemberProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MemberProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MemberProperty::GetName() const { return m_Name; }
 void CT_MemberProperty::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }

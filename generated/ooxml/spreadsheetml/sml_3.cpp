@@ -24,7 +24,8 @@ CT_Members::~CT_Members()
     DeleteAll(m_Member);
 }
 
-bool CT_Members::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Members::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -41,6 +42,9 @@ bool CT_Members::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Members::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Members::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Member> CT_Members::GetMember() const { return m_Member; }
 void CT_Members::SetMember(XMLPtrArray<CT_Member> value) { m_Member = std::move(value); m_presence |= (1u << 0); }
 
@@ -53,7 +57,8 @@ CT_Member::~CT_Member()
 {
 }
 
-bool CT_Member::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Member::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -64,6 +69,9 @@ bool CT_Member::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Member::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Member::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Member::GetName() const { return m_Name; }
 void CT_Member::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -79,7 +87,8 @@ CT_Dimensions::~CT_Dimensions()
     DeleteAll(m_Dimension);
 }
 
-bool CT_Dimensions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Dimensions::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -94,6 +103,9 @@ bool CT_Dimensions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Dimensions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Dimensions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_PivotDimension> CT_Dimensions::GetDimension() const { return m_Dimension; }
 void CT_Dimensions::SetDimension(XMLPtrArray<CT_PivotDimension> value) { m_Dimension = std::move(value); m_presence |= (1u << 0); }
 
@@ -107,7 +119,8 @@ CT_PivotDimension::~CT_PivotDimension()
 {
 }
 
-bool CT_PivotDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotDimension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -124,6 +137,9 @@ bool CT_PivotDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PivotDimension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotDimension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PivotDimension::GetName() const { return m_Name; }
 void CT_PivotDimension::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
@@ -143,7 +159,8 @@ CT_MeasureGroups::~CT_MeasureGroups()
     DeleteAll(m_MeasureGroup);
 }
 
-bool CT_MeasureGroups::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MeasureGroups::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -157,6 +174,9 @@ bool CT_MeasureGroups::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MeasureGroups::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MeasureGroups::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MeasureGroup> CT_MeasureGroups::GetMeasureGroup() const { return m_MeasureGroup; }
 void CT_MeasureGroups::SetMeasureGroup(XMLPtrArray<CT_MeasureGroup> value) { m_MeasureGroup = std::move(value); m_presence |= (1u << 0); }
@@ -172,7 +192,8 @@ CT_MeasureDimensionMaps::~CT_MeasureDimensionMaps()
     DeleteAll(m_Map);
 }
 
-bool CT_MeasureDimensionMaps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MeasureDimensionMaps::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -187,6 +208,9 @@ bool CT_MeasureDimensionMaps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MeasureDimensionMaps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MeasureDimensionMaps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_MeasureDimensionMap> CT_MeasureDimensionMaps::GetMap() const { return m_Map; }
 void CT_MeasureDimensionMaps::SetMap(XMLPtrArray<CT_MeasureDimensionMap> value) { m_Map = std::move(value); m_presence |= (1u << 0); }
 
@@ -199,7 +223,8 @@ CT_MeasureGroup::~CT_MeasureGroup()
 {
 }
 
-bool CT_MeasureGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MeasureGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -212,6 +237,9 @@ bool CT_MeasureGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MeasureGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MeasureGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MeasureGroup::GetName() const { return m_Name; }
 void CT_MeasureGroup::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -229,7 +257,8 @@ CT_MeasureDimensionMap::~CT_MeasureDimensionMap()
 {
 }
 
-bool CT_MeasureDimensionMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MeasureDimensionMap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -242,6 +271,9 @@ bool CT_MeasureDimensionMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MeasureDimensionMap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MeasureDimensionMap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PivotTableStyle::CT_PivotTableStyle()
     : m_ShowRowHeaders(false),
@@ -257,7 +289,8 @@ CT_PivotTableStyle::~CT_PivotTableStyle()
 {
 }
 
-bool CT_PivotTableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotTableStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -279,6 +312,9 @@ bool CT_PivotTableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotTableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotTableStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotTableStyle::GetName() const { return m_Name; }
 void CT_PivotTableStyle::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 
@@ -293,7 +329,8 @@ CT_PivotFilters::~CT_PivotFilters()
     DeleteAll(m_Filter);
 }
 
-bool CT_PivotFilters::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotFilters::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -307,6 +344,9 @@ bool CT_PivotFilters::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotFilters::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotFilters::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotFilter> CT_PivotFilters::GetFilter() const { return m_Filter; }
 void CT_PivotFilters::SetFilter(XMLPtrArray<CT_PivotFilter> value) { m_Filter = std::move(value); m_presence |= (1u << 0); }
@@ -330,7 +370,8 @@ CT_PivotFilter::~CT_PivotFilter()
     delete m_ExtLst;
 }
 
-bool CT_PivotFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -367,6 +408,9 @@ bool CT_PivotFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotFilter::GetType() const { return m_Type; }
 void CT_PivotFilter::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 4); }
 wxString CT_PivotFilter::GetName() const { return m_Name; }
@@ -401,7 +445,8 @@ CT_PivotArea::~CT_PivotArea()
     delete m_ExtLst;
 }
 
-bool CT_PivotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotArea::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -440,6 +485,9 @@ bool CT_PivotArea::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotArea::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotArea::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotArea::GetType() const { return m_Type; }
 void CT_PivotArea::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 3); }
 wxString CT_PivotArea::GetOffset() const { return m_Offset; }
@@ -458,7 +506,8 @@ CT_PivotAreaReferences::~CT_PivotAreaReferences()
     DeleteAll(m_Reference);
 }
 
-bool CT_PivotAreaReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotAreaReferences::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -472,6 +521,9 @@ bool CT_PivotAreaReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotAreaReferences::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotAreaReferences::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotAreaReference> CT_PivotAreaReferences::GetReference() const { return m_Reference; }
 void CT_PivotAreaReferences::SetReference(XMLPtrArray<CT_PivotAreaReference> value) { m_Reference = std::move(value); m_presence |= (1u << 0); }
@@ -505,7 +557,8 @@ CT_PivotAreaReference::~CT_PivotAreaReference()
     delete m_ExtLst;
 }
 
-bool CT_PivotAreaReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotAreaReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -554,6 +607,9 @@ bool CT_PivotAreaReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotAreaReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotAreaReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Index> CT_PivotAreaReference::GetX() const { return m_X; }
 void CT_PivotAreaReference::SetX(XMLPtrArray<CT_Index> value) { m_X = std::move(value); m_presence |= (1u << 0); }
 
@@ -567,7 +623,8 @@ CT_Index::~CT_Index()
 {
 }
 
-bool CT_Index::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Index::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -578,6 +635,9 @@ bool CT_Index::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Index::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Index::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_QueryTable::CT_QueryTable()
     : m_QueryTableRefresh(nullptr),
@@ -608,7 +668,8 @@ CT_QueryTable::~CT_QueryTable()
     delete m_AG_AutoFormat;
 }
 
-bool CT_QueryTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryTable::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -655,6 +716,9 @@ bool CT_QueryTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_QueryTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_QueryTable::GetName() const { return m_Name; }
 void CT_QueryTable::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 wxString CT_QueryTable::GetGrowShrinkType() const { return m_GrowShrinkType; }
@@ -684,7 +748,8 @@ CT_QueryTableRefresh::~CT_QueryTableRefresh()
     delete m_ExtLst;
 }
 
-bool CT_QueryTableRefresh::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryTableRefresh::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -717,6 +782,9 @@ bool CT_QueryTableRefresh::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_QueryTableRefresh::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryTableRefresh::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_QueryTableDeletedFields::CT_QueryTableDeletedFields()
     : m_Count(0),
       m_presence(0)
@@ -728,7 +796,8 @@ CT_QueryTableDeletedFields::~CT_QueryTableDeletedFields()
     DeleteAll(m_DeletedField);
 }
 
-bool CT_QueryTableDeletedFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryTableDeletedFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -743,6 +812,9 @@ bool CT_QueryTableDeletedFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_QueryTableDeletedFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryTableDeletedFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DeletedField> CT_QueryTableDeletedFields::GetDeletedField() const { return m_DeletedField; }
 void CT_QueryTableDeletedFields::SetDeletedField(XMLPtrArray<CT_DeletedField> value) { m_DeletedField = std::move(value); m_presence |= (1u << 0); }
 
@@ -755,7 +827,8 @@ CT_DeletedField::~CT_DeletedField()
 {
 }
 
-bool CT_DeletedField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DeletedField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -766,6 +839,9 @@ bool CT_DeletedField::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DeletedField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DeletedField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DeletedField::GetName() const { return m_Name; }
 void CT_DeletedField::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -781,7 +857,8 @@ CT_QueryTableFields::~CT_QueryTableFields()
     DeleteAll(m_QueryTableField);
 }
 
-bool CT_QueryTableFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryTableFields::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -795,6 +872,9 @@ bool CT_QueryTableFields::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_QueryTableFields::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryTableFields::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_QueryTableField> CT_QueryTableFields::GetQueryTableField() const { return m_QueryTableField; }
 void CT_QueryTableFields::SetQueryTableField(XMLPtrArray<CT_QueryTableField> value) { m_QueryTableField = std::move(value); m_presence |= (1u << 0); }
@@ -816,7 +896,8 @@ CT_QueryTableField::~CT_QueryTableField()
     delete m_ExtLst;
 }
 
-bool CT_QueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_QueryTableField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -843,6 +924,9 @@ bool CT_QueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_QueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_QueryTableField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_QueryTableField::GetName() const { return m_Name; }
 void CT_QueryTableField::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
 
@@ -860,7 +944,8 @@ CT_Sst::~CT_Sst()
     delete m_ExtLst;
 }
 
-bool CT_Sst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sst::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -879,6 +964,9 @@ bool CT_Sst::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Sst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Rst> CT_Sst::GetSi() const { return m_Si; }
 void CT_Sst::SetSi(XMLPtrArray<CT_Rst> value) { m_Si = std::move(value); m_presence |= (1u << 0); }
 
@@ -893,7 +981,8 @@ CT_PhoneticRun::~CT_PhoneticRun()
 {
 }
 
-bool CT_PhoneticRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PhoneticRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -910,6 +999,9 @@ bool CT_PhoneticRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PhoneticRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PhoneticRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PhoneticRun::GetT() const { return m_T; }
 void CT_PhoneticRun::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 0); }
 
@@ -924,7 +1016,8 @@ CT_RElt::~CT_RElt()
     delete m_RPr;
 }
 
-bool CT_RElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RElt::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -936,6 +1029,9 @@ bool CT_RElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RElt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RElt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RElt::GetT() const { return m_T; }
 void CT_RElt::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 1); }
@@ -950,7 +1046,8 @@ CT_RPrElt::~CT_RPrElt()
     DeleteAll(m_Data__);
 }
 
-bool CT_RPrElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPrElt::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -960,6 +1057,9 @@ bool CT_RPrElt::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RPrElt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPrElt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RPrEltData__> CT_RPrElt::GetData__() const { return m_Data__; }
 void CT_RPrElt::SetData__(XMLPtrArray<CT_RPrEltData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1003,7 +1103,8 @@ CT_RPrEltData__::~CT_RPrEltData__()
     delete m_Scheme;
 }
 
-bool CT_RPrEltData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPrEltData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1042,7 +1143,11 @@ bool CT_RPrEltData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_RPrEltData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_RPrEltData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPrEltData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_RPrEltData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rFont))
@@ -1138,13 +1243,20 @@ bool CT_RPrEltData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_RPrEltData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RPrEltData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RPrEltData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RPrEltData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RPrEltData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RPrEltData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RPrEltData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1179,7 +1291,8 @@ CT_Rst::~CT_Rst()
     delete m_PhoneticPr;
 }
 
-bool CT_Rst::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rst::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1195,6 +1308,9 @@ bool CT_Rst::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Rst::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rst::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Rst::GetT() const { return m_T; }
 void CT_Rst::SetT(wxString value) { m_T = std::move(value); m_presence |= (1u << 0); }
@@ -1215,7 +1331,8 @@ CT_PhoneticPr::~CT_PhoneticPr()
 {
 }
 
-bool CT_PhoneticPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PhoneticPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1230,6 +1347,9 @@ bool CT_PhoneticPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PhoneticPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PhoneticPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PhoneticPr::GetType() const { return m_Type; }
 void CT_PhoneticPr::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -1256,7 +1376,8 @@ CT_RevisionHeaders::~CT_RevisionHeaders()
     DeleteAll(m_Header);
 }
 
-bool CT_RevisionHeaders::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionHeaders::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1293,6 +1414,9 @@ bool CT_RevisionHeaders::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionHeaders::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionHeaders::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RevisionHeader> CT_RevisionHeaders::GetHeader() const { return m_Header; }
 void CT_RevisionHeaders::SetHeader(XMLPtrArray<CT_RevisionHeader> value) { m_Header = std::move(value); m_presence |= (1u << 0); }
 wxString CT_RevisionHeaders::GetGuid() const { return m_Guid; }
@@ -1310,7 +1434,8 @@ CT_Revisions::~CT_Revisions()
     DeleteAll(m_Data__);
 }
 
-bool CT_Revisions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Revisions::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1320,6 +1445,9 @@ bool CT_Revisions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Revisions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Revisions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RevisionsData__> CT_Revisions::GetData__() const { return m_Data__; }
 void CT_Revisions::SetData__(XMLPtrArray<CT_RevisionsData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1345,7 +1473,8 @@ CT_RevisionsData__::~CT_RevisionsData__()
     DeleteAll(m_Rcft);
 }
 
-bool CT_RevisionsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1378,6 +1507,9 @@ bool CT_RevisionsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RevisionRowColumn> CT_RevisionsData__::GetRrc() const { return m_Rrc; }
 void CT_RevisionsData__::SetRrc(XMLPtrArray<CT_RevisionRowColumn> value) { m_Rrc = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_RevisionMove> CT_RevisionsData__::GetRm() const { return m_Rm; }
@@ -1403,7 +1535,8 @@ void CT_RevisionsData__::SetRqt(XMLPtrArray<CT_RevisionQueryTableField> value) {
 XMLPtrArray<CT_RevisionConflict> CT_RevisionsData__::GetRcft() const { return m_Rcft; }
 void CT_RevisionsData__::SetRcft(XMLPtrArray<CT_RevisionConflict> value) { m_Rcft = std::move(value); m_presence |= (1u << 11); }
 
-bool CT_RevisionsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rrc))
@@ -1481,13 +1614,20 @@ bool CT_RevisionsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_RevisionsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RevisionsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RevisionsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RevisionsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RevisionsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RevisionsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RevisionsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1518,7 +1658,8 @@ AG_RevData::~AG_RevData()
 {
 }
 
-bool AG_RevData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_RevData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1534,14 +1675,22 @@ bool AG_RevData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_RevData::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_RevData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_RevData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_RevData::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_RevData::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_RevData::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_RevData::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_RevData::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rId))
@@ -1564,6 +1713,9 @@ bool AG_RevData::SetProperty(const wxString& name, wxString value, XMLNSContext*
     }
     return false;
 }
+
+bool AG_RevData::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_RevData::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_RevData::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1591,7 +1743,8 @@ CT_RevisionHeader::~CT_RevisionHeader()
     delete m_ExtLst;
 }
 
-bool CT_RevisionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionHeader::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1622,6 +1775,9 @@ bool CT_RevisionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionHeader::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionHeader::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_RevisionHeader::GetGuid() const { return m_Guid; }
 void CT_RevisionHeader::SetGuid(wxString value) { m_Guid = std::move(value); m_presence |= (1u << 3); }
 wxString CT_RevisionHeader::GetDateTime() const { return m_DateTime; }
@@ -1642,7 +1798,8 @@ CT_SheetIdMap::~CT_SheetIdMap()
     DeleteAll(m_SheetId);
 }
 
-bool CT_SheetIdMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetIdMap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1657,6 +1814,9 @@ bool CT_SheetIdMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SheetIdMap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetIdMap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SheetId> CT_SheetIdMap::GetSheetId() const { return m_SheetId; }
 void CT_SheetIdMap::SetSheetId(XMLPtrArray<CT_SheetId> value) { m_SheetId = std::move(value); m_presence |= (1u << 0); }
 
@@ -1670,7 +1830,8 @@ CT_SheetId::~CT_SheetId()
 {
 }
 
-bool CT_SheetId::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetId::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1681,6 +1842,9 @@ bool CT_SheetId::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SheetId::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetId::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ReviewedRevisions::CT_ReviewedRevisions()
     : m_Count(0),
@@ -1693,7 +1857,8 @@ CT_ReviewedRevisions::~CT_ReviewedRevisions()
     DeleteAll(m_Reviewed);
 }
 
-bool CT_ReviewedRevisions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ReviewedRevisions::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1708,6 +1873,9 @@ bool CT_ReviewedRevisions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ReviewedRevisions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ReviewedRevisions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Reviewed> CT_ReviewedRevisions::GetReviewed() const { return m_Reviewed; }
 void CT_ReviewedRevisions::SetReviewed(XMLPtrArray<CT_Reviewed> value) { m_Reviewed = std::move(value); m_presence |= (1u << 0); }
 
@@ -1721,7 +1889,8 @@ CT_Reviewed::~CT_Reviewed()
 {
 }
 
-bool CT_Reviewed::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Reviewed::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1732,6 +1901,9 @@ bool CT_Reviewed::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Reviewed::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Reviewed::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_UndoInfo::CT_UndoInfo()
     : m_Index(0),
@@ -1749,7 +1921,8 @@ CT_UndoInfo::~CT_UndoInfo()
 {
 }
 
-bool CT_UndoInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UndoInfo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1781,6 +1954,9 @@ bool CT_UndoInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_UndoInfo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UndoInfo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_UndoInfo::GetExp() const { return m_Exp; }
 void CT_UndoInfo::SetExp(wxString value) { m_Exp = std::move(value); m_presence |= (1u << 1); }
 wxString CT_UndoInfo::GetDr() const { return m_Dr; }
@@ -1805,7 +1981,8 @@ CT_RevisionRowColumn::~CT_RevisionRowColumn()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionRowColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionRowColumn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1830,6 +2007,9 @@ bool CT_RevisionRowColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionRowColumn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionRowColumn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RevisionRowColumnData__> CT_RevisionRowColumn::GetData__() const { return m_Data__; }
 void CT_RevisionRowColumn::SetData__(XMLPtrArray<CT_RevisionRowColumnData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 wxString CT_RevisionRowColumn::GetRef() const { return m_Ref; }
@@ -1849,7 +2029,8 @@ CT_RevisionRowColumnData__::~CT_RevisionRowColumnData__()
     DeleteAll(m_Rfmt);
 }
 
-bool CT_RevisionRowColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionRowColumnData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1864,6 +2045,9 @@ bool CT_RevisionRowColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionRowColumnData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionRowColumnData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_UndoInfo> CT_RevisionRowColumnData__::GetUndo() const { return m_Undo; }
 void CT_RevisionRowColumnData__::SetUndo(XMLPtrArray<CT_UndoInfo> value) { m_Undo = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_RevisionCellChange> CT_RevisionRowColumnData__::GetRcc() const { return m_Rcc; }
@@ -1871,7 +2055,8 @@ void CT_RevisionRowColumnData__::SetRcc(XMLPtrArray<CT_RevisionCellChange> value
 XMLPtrArray<CT_RevisionFormatting> CT_RevisionRowColumnData__::GetRfmt() const { return m_Rfmt; }
 void CT_RevisionRowColumnData__::SetRfmt(XMLPtrArray<CT_RevisionFormatting> value) { m_Rfmt = std::move(value); m_presence |= (1u << 2); }
 
-bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionRowColumnData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_undo))
@@ -1895,13 +2080,20 @@ bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RevisionRowColumnData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RevisionRowColumnData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RevisionRowColumnData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1925,7 +2117,8 @@ CT_RevisionMove::~CT_RevisionMove()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionMove::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionMove::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1948,6 +2141,9 @@ bool CT_RevisionMove::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionMove::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionMove::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RevisionMoveData__> CT_RevisionMove::GetData__() const { return m_Data__; }
 void CT_RevisionMove::SetData__(XMLPtrArray<CT_RevisionMoveData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 wxString CT_RevisionMove::GetSource() const { return m_Source; }
@@ -1967,7 +2163,8 @@ CT_RevisionMoveData__::~CT_RevisionMoveData__()
     DeleteAll(m_Rfmt);
 }
 
-bool CT_RevisionMoveData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionMoveData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1982,6 +2179,9 @@ bool CT_RevisionMoveData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionMoveData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionMoveData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_UndoInfo> CT_RevisionMoveData__::GetUndo() const { return m_Undo; }
 void CT_RevisionMoveData__::SetUndo(XMLPtrArray<CT_UndoInfo> value) { m_Undo = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_RevisionCellChange> CT_RevisionMoveData__::GetRcc() const { return m_Rcc; }
@@ -1989,7 +2189,8 @@ void CT_RevisionMoveData__::SetRcc(XMLPtrArray<CT_RevisionCellChange> value) { m
 XMLPtrArray<CT_RevisionFormatting> CT_RevisionMoveData__::GetRfmt() const { return m_Rfmt; }
 void CT_RevisionMoveData__::SetRfmt(XMLPtrArray<CT_RevisionFormatting> value) { m_Rfmt = std::move(value); m_presence |= (1u << 2); }
 
-bool CT_RevisionMoveData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionMoveData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_undo))
@@ -2013,13 +2214,20 @@ bool CT_RevisionMoveData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_RevisionMoveData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RevisionMoveData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RevisionMoveData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RevisionMoveData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RevisionMoveData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RevisionMoveData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RevisionMoveData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2038,7 +2246,8 @@ CT_RevisionCustomView::~CT_RevisionCustomView()
 {
 }
 
-bool CT_RevisionCustomView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionCustomView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2051,6 +2260,9 @@ bool CT_RevisionCustomView::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RevisionCustomView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionCustomView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RevisionCustomView::GetGuid() const { return m_Guid; }
 void CT_RevisionCustomView::SetGuid(wxString value) { m_Guid = std::move(value); m_presence |= (1u << 0); }
@@ -2071,7 +2283,8 @@ CT_RevisionSheetRename::~CT_RevisionSheetRename()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionSheetRename::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionSheetRename::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2092,6 +2305,9 @@ bool CT_RevisionSheetRename::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionSheetRename::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionSheetRename::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_RevisionSheetRename::GetOldName() const { return m_OldName; }
 void CT_RevisionSheetRename::SetOldName(wxString value) { m_OldName = std::move(value); m_presence |= (1u << 3); }
 wxString CT_RevisionSheetRename::GetNewName() const { return m_NewName; }
@@ -2110,7 +2326,8 @@ CT_RevisionInsertSheet::~CT_RevisionInsertSheet()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionInsertSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionInsertSheet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2127,6 +2344,9 @@ bool CT_RevisionInsertSheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RevisionInsertSheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionInsertSheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RevisionInsertSheet::GetName() const { return m_Name; }
 void CT_RevisionInsertSheet::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 2); }
@@ -2163,7 +2383,8 @@ CT_RevisionCellChange::~CT_RevisionCellChange()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionCellChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionCellChange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2208,6 +2429,9 @@ bool CT_RevisionCellChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionCellChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionCellChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RevisionFormatting::CT_RevisionFormatting()
     : m_Dxf(nullptr),
       m_ExtLst(nullptr),
@@ -2226,7 +2450,8 @@ CT_RevisionFormatting::~CT_RevisionFormatting()
     delete m_ExtLst;
 }
 
-bool CT_RevisionFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionFormatting::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2253,6 +2478,9 @@ bool CT_RevisionFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionFormatting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 std::vector<wxString> CT_RevisionFormatting::GetSqref() const { return m_Sqref; }
 void CT_RevisionFormatting::SetSqref(std::vector<wxString> value) { m_Sqref = std::move(value); m_presence |= (1u << 5); }
 
@@ -2268,7 +2496,8 @@ CT_RevisionAutoFormatting::~CT_RevisionAutoFormatting()
     delete m_AG_AutoFormat;
 }
 
-bool CT_RevisionAutoFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionAutoFormatting::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2283,6 +2512,9 @@ bool CT_RevisionAutoFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RevisionAutoFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionAutoFormatting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RevisionAutoFormatting::GetRef() const { return m_Ref; }
 void CT_RevisionAutoFormatting::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 2); }
@@ -2304,7 +2536,8 @@ CT_RevisionComment::~CT_RevisionComment()
 {
 }
 
-bool CT_RevisionComment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionComment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2335,6 +2568,9 @@ bool CT_RevisionComment::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RevisionComment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionComment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RevisionComment::GetCell() const { return m_Cell; }
 void CT_RevisionComment::SetCell(wxString value) { m_Cell = std::move(value); m_presence |= (1u << 1); }
@@ -2368,7 +2604,8 @@ CT_RevisionDefinedName::~CT_RevisionDefinedName()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionDefinedName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2429,6 +2666,9 @@ bool CT_RevisionDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionDefinedName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_RevisionDefinedName::GetFormula() const { return m_Formula; }
 void CT_RevisionDefinedName::SetFormula(wxString value) { m_Formula = std::move(value); m_presence |= (1u << 0); }
 wxString CT_RevisionDefinedName::GetOldFormula() const { return m_OldFormula; }
@@ -2468,7 +2708,8 @@ CT_RevisionConflict::~CT_RevisionConflict()
     delete m_AG_RevData;
 }
 
-bool CT_RevisionConflict::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionConflict::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2482,6 +2723,9 @@ bool CT_RevisionConflict::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionConflict::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionConflict::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RevisionQueryTableField::CT_RevisionQueryTableField()
     : m_SheetId(0),
       m_FieldId(0),
@@ -2493,7 +2737,8 @@ CT_RevisionQueryTableField::~CT_RevisionQueryTableField()
 {
 }
 
-bool CT_RevisionQueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RevisionQueryTableField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2509,6 +2754,9 @@ bool CT_RevisionQueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RevisionQueryTableField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RevisionQueryTableField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_RevisionQueryTableField::GetRef() const { return m_Ref; }
 void CT_RevisionQueryTableField::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 1); }
 
@@ -2523,7 +2771,8 @@ CT_Users::~CT_Users()
     DeleteAll(m_UserInfo);
 }
 
-bool CT_Users::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Users::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2537,6 +2786,9 @@ bool CT_Users::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Users::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Users::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SharedUser> CT_Users::GetUserInfo() const { return m_UserInfo; }
 void CT_Users::SetUserInfo(XMLPtrArray<CT_SharedUser> value) { m_UserInfo = std::move(value); m_presence |= (1u << 0); }
@@ -2553,7 +2805,8 @@ CT_SharedUser::~CT_SharedUser()
     delete m_ExtLst;
 }
 
-bool CT_SharedUser::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SharedUser::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2573,6 +2826,9 @@ bool CT_SharedUser::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SharedUser::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SharedUser::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SharedUser::GetGuid() const { return m_Guid; }
 void CT_SharedUser::SetGuid(wxString value) { m_Guid = std::move(value); m_presence |= (1u << 1); }
@@ -2642,7 +2898,8 @@ CT_Macrosheet::~CT_Macrosheet()
     delete m_ExtLst;
 }
 
-bool CT_Macrosheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Macrosheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2705,6 +2962,9 @@ bool CT_Macrosheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Macrosheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Macrosheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Cols> CT_Macrosheet::GetCols() const { return m_Cols; }
 void CT_Macrosheet::SetCols(XMLPtrArray<CT_Cols> value) { m_Cols = std::move(value); m_presence |= (1u << 4); }
 XMLPtrArray<CT_ConditionalFormatting> CT_Macrosheet::GetConditionalFormatting() const { return m_ConditionalFormatting; }
@@ -2751,7 +3011,8 @@ CT_Dialogsheet::~CT_Dialogsheet()
     delete m_ExtLst;
 }
 
-bool CT_Dialogsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Dialogsheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2791,6 +3052,9 @@ bool CT_Dialogsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Dialogsheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Dialogsheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Worksheet::CT_Worksheet()
     : m_SheetPr(nullptr),
@@ -2877,7 +3141,8 @@ CT_Worksheet::~CT_Worksheet()
     delete m_ExtLst;
 }
 
-bool CT_Worksheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Worksheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2964,6 +3229,9 @@ bool CT_Worksheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Worksheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Worksheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Cols> CT_Worksheet::GetCols() const { return m_Cols; }
 void CT_Worksheet::SetCols(XMLPtrArray<CT_Cols> value) { m_Cols = std::move(value); m_presence |= (std::uint64_t(1) << 4); }
 XMLPtrArray<CT_ConditionalFormatting> CT_Worksheet::GetConditionalFormatting() const { return m_ConditionalFormatting; }
@@ -2979,7 +3247,8 @@ CT_SheetData::~CT_SheetData()
     DeleteAll(m_Row);
 }
 
-bool CT_SheetData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2989,6 +3258,9 @@ bool CT_SheetData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SheetData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Row> CT_SheetData::GetRow() const { return m_Row; }
 void CT_SheetData::SetRow(XMLPtrArray<CT_Row> value) { m_Row = std::move(value); m_presence |= (1u << 0); }
@@ -3003,7 +3275,8 @@ CT_SheetCalcPr::~CT_SheetCalcPr()
 {
 }
 
-bool CT_SheetCalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetCalcPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3014,6 +3287,9 @@ bool CT_SheetCalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SheetCalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetCalcPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SheetFormatPr::CT_SheetFormatPr()
     : m_BaseColWidth(8u),
@@ -3033,7 +3309,8 @@ CT_SheetFormatPr::~CT_SheetFormatPr()
 {
 }
 
-bool CT_SheetFormatPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetFormatPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3061,6 +3338,9 @@ bool CT_SheetFormatPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SheetFormatPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetFormatPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Cols::CT_Cols()
     : m_presence(0)
 {
@@ -3071,7 +3351,8 @@ CT_Cols::~CT_Cols()
     DeleteAll(m_Col);
 }
 
-bool CT_Cols::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cols::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3081,6 +3362,9 @@ bool CT_Cols::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Cols::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cols::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Col> CT_Cols::GetCol() const { return m_Col; }
 void CT_Cols::SetCol(XMLPtrArray<CT_Col> value) { m_Col = std::move(value); m_presence |= (1u << 0); }
@@ -3104,7 +3388,8 @@ CT_Col::~CT_Col()
 {
 }
 
-bool CT_Col::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Col::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3134,6 +3419,9 @@ bool CT_Col::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Col::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Col::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Row::CT_Row()
     : m_ExtLst(nullptr),
       m_R(0),
@@ -3157,7 +3445,8 @@ CT_Row::~CT_Row()
     delete m_ExtLst;
 }
 
-bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Row::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3196,6 +3485,9 @@ bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Row::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Cell> CT_Row::GetC() const { return m_C; }
 void CT_Row::SetC(XMLPtrArray<CT_Cell> value) { m_C = std::move(value); m_presence |= (1u << 0); }
 std::vector<wxString> CT_Row::GetSpans() const { return m_Spans; }
@@ -3221,7 +3513,8 @@ CT_Cell::~CT_Cell()
     delete m_ExtLst;
 }
 
-bool CT_Cell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3252,6 +3545,9 @@ bool CT_Cell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Cell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Cell::GetV() const { return m_V; }
 void CT_Cell::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Cell::GetR() const { return m_R; }
@@ -3281,7 +3577,8 @@ CT_SheetPr::~CT_SheetPr()
     delete m_PageSetUpPr;
 }
 
-bool CT_SheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3315,6 +3612,9 @@ bool CT_SheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SheetPr::GetSyncRef() const { return m_SyncRef; }
 void CT_SheetPr::SetSyncRef(wxString value) { m_SyncRef = std::move(value); m_presence |= (1u << 5); }

@@ -21,7 +21,8 @@ CT_SheetDimension::~CT_SheetDimension()
 {
 }
 
-bool CT_SheetDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetDimension::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -32,6 +33,9 @@ bool CT_SheetDimension::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SheetDimension::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetDimension::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SheetDimension::GetRef() const { return m_Ref; }
 void CT_SheetDimension::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -48,7 +52,8 @@ CT_SheetViews::~CT_SheetViews()
     delete m_ExtLst;
 }
 
-bool CT_SheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -60,6 +65,9 @@ bool CT_SheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SheetView> CT_SheetViews::GetSheetView() const { return m_SheetView; }
 void CT_SheetViews::SetSheetView(XMLPtrArray<CT_SheetView> value) { m_SheetView = std::move(value); m_presence |= (1u << 0); }
@@ -97,7 +105,8 @@ CT_SheetView::~CT_SheetView()
     delete m_ExtLst;
 }
 
-bool CT_SheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -154,6 +163,9 @@ bool CT_SheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SheetView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Selection> CT_SheetView::GetSelection() const { return m_Selection; }
 void CT_SheetView::SetSelection(XMLPtrArray<CT_Selection> value) { m_Selection = std::move(value); m_presence |= (1u << 1); }
 XMLPtrArray<CT_PivotSelection> CT_SheetView::GetPivotSelection() const { return m_PivotSelection; }
@@ -176,7 +188,8 @@ CT_Pane::~CT_Pane()
 {
 }
 
-bool CT_Pane::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Pane::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -195,6 +208,9 @@ bool CT_Pane::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Pane::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Pane::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Pane::GetTopLeftCell() const { return m_TopLeftCell; }
 void CT_Pane::SetTopLeftCell(wxString value) { m_TopLeftCell = std::move(value); m_presence |= (1u << 2); }
@@ -229,7 +245,8 @@ CT_PivotSelection::~CT_PivotSelection()
     delete m_PivotArea;
 }
 
-bool CT_PivotSelection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotSelection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -276,6 +293,9 @@ bool CT_PivotSelection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PivotSelection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotSelection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PivotSelection::GetPane() const { return m_Pane; }
 void CT_PivotSelection::SetPane(wxString value) { m_Pane = std::move(value); m_presence |= (1u << 1); }
 wxString CT_PivotSelection::GetAxis() const { return m_Axis; }
@@ -295,7 +315,8 @@ CT_Selection::~CT_Selection()
 {
 }
 
-bool CT_Selection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Selection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -312,6 +333,9 @@ bool CT_Selection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Selection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Selection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Selection::GetPane() const { return m_Pane; }
 void CT_Selection::SetPane(wxString value) { m_Pane = std::move(value); m_presence |= (1u << 0); }
@@ -332,7 +356,8 @@ CT_PageBreak::~CT_PageBreak()
     DeleteAll(m_Brk);
 }
 
-bool CT_PageBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageBreak::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -348,6 +373,9 @@ bool CT_PageBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PageBreak::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageBreak::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Break> CT_PageBreak::GetBrk() const { return m_Brk; }
 void CT_PageBreak::SetBrk(XMLPtrArray<CT_Break> value) { m_Brk = std::move(value); m_presence |= (1u << 0); }
@@ -366,7 +394,8 @@ CT_Break::~CT_Break()
 {
 }
 
-bool CT_Break::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Break::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -386,6 +415,9 @@ bool CT_Break::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Break::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Break::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_OutlinePr::CT_OutlinePr()
     : m_ApplyStyles(false),
       m_SummaryBelow(true),
@@ -399,7 +431,8 @@ CT_OutlinePr::~CT_OutlinePr()
 {
 }
 
-bool CT_OutlinePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OutlinePr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -417,6 +450,9 @@ bool CT_OutlinePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OutlinePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OutlinePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PageSetUpPr::CT_PageSetUpPr()
     : m_AutoPageBreaks(true),
       m_FitToPage(false),
@@ -428,7 +464,8 @@ CT_PageSetUpPr::~CT_PageSetUpPr()
 {
 }
 
-bool CT_PageSetUpPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageSetUpPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -441,6 +478,9 @@ bool CT_PageSetUpPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PageSetUpPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageSetUpPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DataConsolidate::CT_DataConsolidate()
     : m_DataRefs(nullptr),
@@ -458,7 +498,8 @@ CT_DataConsolidate::~CT_DataConsolidate()
     delete m_DataRefs;
 }
 
-bool CT_DataConsolidate::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataConsolidate::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -481,6 +522,9 @@ bool CT_DataConsolidate::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataConsolidate::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataConsolidate::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DataConsolidate::GetFunction() const { return m_Function; }
 void CT_DataConsolidate::SetFunction(wxString value) { m_Function = std::move(value); m_presence |= (1u << 1); }
 
@@ -495,7 +539,8 @@ CT_DataRefs::~CT_DataRefs()
     DeleteAll(m_DataRef);
 }
 
-bool CT_DataRefs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataRefs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -510,6 +555,9 @@ bool CT_DataRefs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataRefs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataRefs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DataRef> CT_DataRefs::GetDataRef() const { return m_DataRef; }
 void CT_DataRefs::SetDataRef(XMLPtrArray<CT_DataRef> value) { m_DataRef = std::move(value); m_presence |= (1u << 0); }
 
@@ -522,7 +570,8 @@ CT_DataRef::~CT_DataRef()
 {
 }
 
-bool CT_DataRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -539,6 +588,9 @@ bool CT_DataRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DataRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DataRef::GetRef() const { return m_Ref; }
 void CT_DataRef::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -560,7 +612,8 @@ CT_MergeCells::~CT_MergeCells()
     DeleteAll(m_MergeCell);
 }
 
-bool CT_MergeCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MergeCells::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -575,6 +628,9 @@ bool CT_MergeCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MergeCells::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MergeCells::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_MergeCell> CT_MergeCells::GetMergeCell() const { return m_MergeCell; }
 void CT_MergeCells::SetMergeCell(XMLPtrArray<CT_MergeCell> value) { m_MergeCell = std::move(value); m_presence |= (1u << 0); }
 
@@ -587,7 +643,8 @@ CT_MergeCell::~CT_MergeCell()
 {
 }
 
-bool CT_MergeCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MergeCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -598,6 +655,9 @@ bool CT_MergeCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MergeCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MergeCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MergeCell::GetRef() const { return m_Ref; }
 void CT_MergeCell::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -612,7 +672,8 @@ CT_SmartTags::~CT_SmartTags()
     DeleteAll(m_CellSmartTags);
 }
 
-bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTags::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -622,6 +683,9 @@ bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTags::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CellSmartTags> CT_SmartTags::GetCellSmartTags() const { return m_CellSmartTags; }
 void CT_SmartTags::SetCellSmartTags(XMLPtrArray<CT_CellSmartTags> value) { m_CellSmartTags = std::move(value); m_presence |= (1u << 0); }
@@ -636,7 +700,8 @@ CT_CellSmartTags::~CT_CellSmartTags()
     DeleteAll(m_CellSmartTag);
 }
 
-bool CT_CellSmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellSmartTags::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -650,6 +715,9 @@ bool CT_CellSmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CellSmartTags::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellSmartTags::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CellSmartTag> CT_CellSmartTags::GetCellSmartTag() const { return m_CellSmartTag; }
 void CT_CellSmartTags::SetCellSmartTag(XMLPtrArray<CT_CellSmartTag> value) { m_CellSmartTag = std::move(value); m_presence |= (1u << 0); }
@@ -669,7 +737,8 @@ CT_CellSmartTag::~CT_CellSmartTag()
     DeleteAll(m_CellSmartTagPr);
 }
 
-bool CT_CellSmartTag::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellSmartTag::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -688,6 +757,9 @@ bool CT_CellSmartTag::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CellSmartTag::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellSmartTag::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_CellSmartTagPr> CT_CellSmartTag::GetCellSmartTagPr() const { return m_CellSmartTagPr; }
 void CT_CellSmartTag::SetCellSmartTagPr(XMLPtrArray<CT_CellSmartTagPr> value) { m_CellSmartTagPr = std::move(value); m_presence |= (1u << 0); }
 
@@ -700,7 +772,8 @@ CT_CellSmartTagPr::~CT_CellSmartTagPr()
 {
 }
 
-bool CT_CellSmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellSmartTagPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -713,6 +786,9 @@ bool CT_CellSmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CellSmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellSmartTagPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CellSmartTagPr::GetKey() const { return m_Key; }
 void CT_CellSmartTagPr::SetKey(wxString value) { m_Key = std::move(value); m_presence |= (1u << 0); }
@@ -728,7 +804,8 @@ CT_Drawing::~CT_Drawing()
 {
 }
 
-bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Drawing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -739,6 +816,9 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Drawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Drawing::GetR_id() const { return m_R_id; }
 void CT_Drawing::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -752,7 +832,8 @@ CT_LegacyDrawing::~CT_LegacyDrawing()
 {
 }
 
-bool CT_LegacyDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LegacyDrawing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -763,6 +844,9 @@ bool CT_LegacyDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LegacyDrawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LegacyDrawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LegacyDrawing::GetR_id() const { return m_R_id; }
 void CT_LegacyDrawing::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -794,7 +878,8 @@ CT_DrawingHF::~CT_DrawingHF()
 {
 }
 
-bool CT_DrawingHF::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DrawingHF::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -842,6 +927,9 @@ bool CT_DrawingHF::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DrawingHF::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DrawingHF::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DrawingHF::GetR_id() const { return m_R_id; }
 void CT_DrawingHF::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
 
@@ -855,7 +943,8 @@ CT_CustomSheetViews::~CT_CustomSheetViews()
     DeleteAll(m_CustomSheetView);
 }
 
-bool CT_CustomSheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomSheetViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -865,6 +954,9 @@ bool CT_CustomSheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomSheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomSheetViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomSheetView> CT_CustomSheetViews::GetCustomSheetView() const { return m_CustomSheetView; }
 void CT_CustomSheetViews::SetCustomSheetView(XMLPtrArray<CT_CustomSheetView> value) { m_CustomSheetView = std::move(value); m_presence |= (1u << 0); }
@@ -916,7 +1008,8 @@ CT_CustomSheetView::~CT_CustomSheetView()
     delete m_ExtLst;
 }
 
-bool CT_CustomSheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomSheetView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -987,6 +1080,9 @@ bool CT_CustomSheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomSheetView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomSheetView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CustomSheetView::GetGuid() const { return m_Guid; }
 void CT_CustomSheetView::SetGuid(wxString value) { m_Guid = std::move(value); m_presence |= (1u << 10); }
 wxString CT_CustomSheetView::GetState() const { return m_State; }
@@ -1010,7 +1106,8 @@ CT_DataValidations::~CT_DataValidations()
     DeleteAll(m_DataValidation);
 }
 
-bool CT_DataValidations::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataValidations::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1030,6 +1127,9 @@ bool CT_DataValidations::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DataValidations::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataValidations::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DataValidation> CT_DataValidations::GetDataValidation() const { return m_DataValidation; }
 void CT_DataValidations::SetDataValidation(XMLPtrArray<CT_DataValidation> value) { m_DataValidation = std::move(value); m_presence |= (1u << 0); }
@@ -1051,7 +1151,8 @@ CT_DataValidation::~CT_DataValidation()
 {
 }
 
-bool CT_DataValidation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataValidation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1092,6 +1193,9 @@ bool CT_DataValidation::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataValidation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataValidation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DataValidation::GetFormula1() const { return m_Formula1; }
 void CT_DataValidation::SetFormula1(wxString value) { m_Formula1 = std::move(value); m_presence |= (1u << 0); }
 wxString CT_DataValidation::GetFormula2() const { return m_Formula2; }
@@ -1128,7 +1232,8 @@ CT_ConditionalFormatting::~CT_ConditionalFormatting()
     delete m_ExtLst;
 }
 
-bool CT_ConditionalFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ConditionalFormatting::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1146,6 +1251,9 @@ bool CT_ConditionalFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ConditionalFormatting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ConditionalFormatting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CfRule> CT_ConditionalFormatting::GetCfRule() const { return m_CfRule; }
 void CT_ConditionalFormatting::SetCfRule(XMLPtrArray<CT_CfRule> value) { m_CfRule = std::move(value); m_presence |= (1u << 0); }
@@ -1178,7 +1286,8 @@ CT_CfRule::~CT_CfRule()
     delete m_ExtLst;
 }
 
-bool CT_CfRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CfRule::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1225,6 +1334,9 @@ bool CT_CfRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CfRule::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CfRule::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 std::vector<wxString> CT_CfRule::GetFormula() const { return m_Formula; }
 void CT_CfRule::SetFormula(std::vector<wxString> value) { m_Formula = std::move(value); m_presence |= (1u << 0); }
 wxString CT_CfRule::GetType() const { return m_Type; }
@@ -1246,7 +1358,8 @@ CT_Hyperlinks::~CT_Hyperlinks()
     DeleteAll(m_Hyperlink);
 }
 
-bool CT_Hyperlinks::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Hyperlinks::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1256,6 +1369,9 @@ bool CT_Hyperlinks::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Hyperlinks::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Hyperlinks::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Hyperlink> CT_Hyperlinks::GetHyperlink() const { return m_Hyperlink; }
 void CT_Hyperlinks::SetHyperlink(XMLPtrArray<CT_Hyperlink> value) { m_Hyperlink = std::move(value); m_presence |= (1u << 0); }
@@ -1269,7 +1385,8 @@ CT_Hyperlink::~CT_Hyperlink()
 {
 }
 
-bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Hyperlink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1288,6 +1405,9 @@ bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Hyperlink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Hyperlink::GetRef() const { return m_Ref; }
 void CT_Hyperlink::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -1318,7 +1438,8 @@ CT_CellFormula::~CT_CellFormula()
 {
 }
 
-bool CT_CellFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellFormula::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1354,6 +1475,9 @@ bool CT_CellFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CellFormula::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellFormula::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CellFormula::GetValue() const { return m_Value; }
 void CT_CellFormula::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
 wxString CT_CellFormula::GetT() const { return m_T; }
@@ -1376,7 +1500,8 @@ CT_ColorScale::~CT_ColorScale()
     DeleteAll(m_Color);
 }
 
-bool CT_ColorScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorScale::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1388,6 +1513,9 @@ bool CT_ColorScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ColorScale::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorScale::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Cfvo> CT_ColorScale::GetCfvo() const { return m_Cfvo; }
 void CT_ColorScale::SetCfvo(XMLPtrArray<CT_Cfvo> value) { m_Cfvo = std::move(value); m_presence |= (1u << 0); }
@@ -1409,7 +1537,8 @@ CT_DataBar::~CT_DataBar()
     delete m_Color;
 }
 
-bool CT_DataBar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataBar::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1430,6 +1559,9 @@ bool CT_DataBar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DataBar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataBar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Cfvo> CT_DataBar::GetCfvo() const { return m_Cfvo; }
 void CT_DataBar::SetCfvo(XMLPtrArray<CT_Cfvo> value) { m_Cfvo = std::move(value); m_presence |= (1u << 0); }
 
@@ -1447,7 +1579,8 @@ CT_IconSet::~CT_IconSet()
     DeleteAll(m_Cfvo);
 }
 
-bool CT_IconSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IconSet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1468,6 +1601,9 @@ bool CT_IconSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_IconSet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IconSet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Cfvo> CT_IconSet::GetCfvo() const { return m_Cfvo; }
 void CT_IconSet::SetCfvo(XMLPtrArray<CT_Cfvo> value) { m_Cfvo = std::move(value); m_presence |= (1u << 0); }
 wxString CT_IconSet::GetIconSet() const { return m_IconSet; }
@@ -1485,7 +1621,8 @@ CT_Cfvo::~CT_Cfvo()
     delete m_ExtLst;
 }
 
-bool CT_Cfvo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cfvo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1503,6 +1640,9 @@ bool CT_Cfvo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Cfvo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cfvo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Cfvo::GetType() const { return m_Type; }
 void CT_Cfvo::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }
@@ -1524,7 +1664,8 @@ CT_PageMargins::~CT_PageMargins()
 {
 }
 
-bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageMargins::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1546,6 +1687,9 @@ bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageMargins::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageMargins::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PrintOptions::CT_PrintOptions()
     : m_HorizontalCentered(false),
       m_VerticalCentered(false),
@@ -1560,7 +1704,8 @@ CT_PrintOptions::~CT_PrintOptions()
 {
 }
 
-bool CT_PrintOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PrintOptions::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1579,6 +1724,9 @@ bool CT_PrintOptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PrintOptions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PrintOptions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PageSetup::CT_PageSetup()
     : m_PaperSize(1u),
@@ -1605,7 +1753,8 @@ CT_PageSetup::~CT_PageSetup()
 {
 }
 
-bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageSetup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1653,6 +1802,9 @@ bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageSetup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageSetup::GetPaperHeight() const { return m_PaperHeight; }
 void CT_PageSetup::SetPaperHeight(wxString value) { m_PaperHeight = std::move(value); m_presence |= (1u << 1); }
 wxString CT_PageSetup::GetPaperWidth() const { return m_PaperWidth; }
@@ -1681,7 +1833,8 @@ CT_HeaderFooter::~CT_HeaderFooter()
 {
 }
 
-bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HeaderFooter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1712,6 +1865,9 @@ bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_HeaderFooter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HeaderFooter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_HeaderFooter::GetOddHeader() const { return m_OddHeader; }
 void CT_HeaderFooter::SetOddHeader(wxString value) { m_OddHeader = std::move(value); m_presence |= (1u << 0); }
 wxString CT_HeaderFooter::GetOddFooter() const { return m_OddFooter; }
@@ -1737,7 +1893,8 @@ CT_Scenarios::~CT_Scenarios()
     DeleteAll(m_Scenario);
 }
 
-bool CT_Scenarios::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scenarios::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1755,6 +1912,9 @@ bool CT_Scenarios::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Scenarios::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scenarios::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Scenario> CT_Scenarios::GetScenario() const { return m_Scenario; }
 void CT_Scenarios::SetScenario(XMLPtrArray<CT_Scenario> value) { m_Scenario = std::move(value); m_presence |= (1u << 0); }
@@ -1787,7 +1947,8 @@ CT_SheetProtection::~CT_SheetProtection()
 {
 }
 
-bool CT_SheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetProtection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1839,6 +2000,9 @@ bool CT_SheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetProtection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SheetProtection::GetPassword() const { return m_Password; }
 void CT_SheetProtection::SetPassword(wxString value) { m_Password = std::move(value); m_presence |= (1u << 0); }
 wxString CT_SheetProtection::GetAlgorithmName() const { return m_AlgorithmName; }
@@ -1858,7 +2022,8 @@ CT_ProtectedRanges::~CT_ProtectedRanges()
     DeleteAll(m_ProtectedRange);
 }
 
-bool CT_ProtectedRanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ProtectedRanges::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1868,6 +2033,9 @@ bool CT_ProtectedRanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ProtectedRanges::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ProtectedRanges::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ProtectedRange> CT_ProtectedRanges::GetProtectedRange() const { return m_ProtectedRange; }
 void CT_ProtectedRanges::SetProtectedRange(XMLPtrArray<CT_ProtectedRange> value) { m_ProtectedRange = std::move(value); m_presence |= (1u << 0); }
@@ -1882,7 +2050,8 @@ CT_ProtectedRange::~CT_ProtectedRange()
 {
 }
 
-bool CT_ProtectedRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ProtectedRange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1910,6 +2079,9 @@ bool CT_ProtectedRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ProtectedRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ProtectedRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 std::vector<wxString> CT_ProtectedRange::GetSecurityDescriptor() const { return m_SecurityDescriptor; }
 void CT_ProtectedRange::SetSecurityDescriptor(std::vector<wxString> value) { m_SecurityDescriptor = std::move(value); m_presence |= (1u << 0); }
@@ -1941,7 +2113,8 @@ CT_Scenario::~CT_Scenario()
     DeleteAll(m_InputCells);
 }
 
-bool CT_Scenario::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Scenario::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1966,6 +2139,9 @@ bool CT_Scenario::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Scenario::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Scenario::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_InputCells> CT_Scenario::GetInputCells() const { return m_InputCells; }
 void CT_Scenario::SetInputCells(XMLPtrArray<CT_InputCells> value) { m_InputCells = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Scenario::GetName() const { return m_Name; }
@@ -1987,7 +2163,8 @@ CT_InputCells::~CT_InputCells()
 {
 }
 
-bool CT_InputCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_InputCells::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2007,6 +2184,9 @@ bool CT_InputCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_InputCells::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_InputCells::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_InputCells::GetR() const { return m_R; }
 void CT_InputCells::SetR(wxString value) { m_R = std::move(value); m_presence |= (1u << 0); }
 wxString CT_InputCells::GetVal() const { return m_Val; }
@@ -2022,7 +2202,8 @@ CT_CellWatches::~CT_CellWatches()
     DeleteAll(m_CellWatch);
 }
 
-bool CT_CellWatches::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellWatches::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2032,6 +2213,9 @@ bool CT_CellWatches::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CellWatches::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellWatches::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CellWatch> CT_CellWatches::GetCellWatch() const { return m_CellWatch; }
 void CT_CellWatches::SetCellWatch(XMLPtrArray<CT_CellWatch> value) { m_CellWatch = std::move(value); m_presence |= (1u << 0); }
@@ -2045,7 +2229,8 @@ CT_CellWatch::~CT_CellWatch()
 {
 }
 
-bool CT_CellWatch::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellWatch::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2056,6 +2241,9 @@ bool CT_CellWatch::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CellWatch::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellWatch::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CellWatch::GetR() const { return m_R; }
 void CT_CellWatch::SetR(wxString value) { m_R = std::move(value); m_presence |= (1u << 0); }
@@ -2097,7 +2285,8 @@ CT_Chartsheet::~CT_Chartsheet()
     delete m_ExtLst;
 }
 
-bool CT_Chartsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Chartsheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2134,6 +2323,9 @@ bool CT_Chartsheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Chartsheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Chartsheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ChartsheetPr::CT_ChartsheetPr()
     : m_TabColor(nullptr),
       m_Published(true),
@@ -2146,7 +2338,8 @@ CT_ChartsheetPr::~CT_ChartsheetPr()
     delete m_TabColor;
 }
 
-bool CT_ChartsheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartsheetPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2163,6 +2356,9 @@ bool CT_ChartsheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ChartsheetPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartsheetPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ChartsheetPr::GetCodeName() const { return m_CodeName; }
 void CT_ChartsheetPr::SetCodeName(wxString value) { m_CodeName = std::move(value); m_presence |= (1u << 2); }
 
@@ -2178,7 +2374,8 @@ CT_ChartsheetViews::~CT_ChartsheetViews()
     delete m_ExtLst;
 }
 
-bool CT_ChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartsheetViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2190,6 +2387,9 @@ bool CT_ChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartsheetViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ChartsheetView> CT_ChartsheetViews::GetSheetView() const { return m_SheetView; }
 void CT_ChartsheetViews::SetSheetView(XMLPtrArray<CT_ChartsheetView> value) { m_SheetView = std::move(value); m_presence |= (1u << 0); }
@@ -2209,7 +2409,8 @@ CT_ChartsheetView::~CT_ChartsheetView()
     delete m_ExtLst;
 }
 
-bool CT_ChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartsheetView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2230,6 +2431,9 @@ bool CT_ChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartsheetView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ChartsheetProtection::CT_ChartsheetProtection()
     : m_SpinCount(0),
       m_Content(false),
@@ -2242,7 +2446,8 @@ CT_ChartsheetProtection::~CT_ChartsheetProtection()
 {
 }
 
-bool CT_ChartsheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ChartsheetProtection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2265,6 +2470,9 @@ bool CT_ChartsheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ChartsheetProtection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ChartsheetProtection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ChartsheetProtection::GetPassword() const { return m_Password; }
 void CT_ChartsheetProtection::SetPassword(wxString value) { m_Password = std::move(value); m_presence |= (1u << 0); }
@@ -2294,7 +2502,8 @@ CT_CsPageSetup::~CT_CsPageSetup()
 {
 }
 
-bool CT_CsPageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CsPageSetup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2330,6 +2539,9 @@ bool CT_CsPageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CsPageSetup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CsPageSetup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CsPageSetup::GetPaperHeight() const { return m_PaperHeight; }
 void CT_CsPageSetup::SetPaperHeight(wxString value) { m_PaperHeight = std::move(value); m_presence |= (1u << 1); }
 wxString CT_CsPageSetup::GetPaperWidth() const { return m_PaperWidth; }
@@ -2349,7 +2561,8 @@ CT_CustomChartsheetViews::~CT_CustomChartsheetViews()
     DeleteAll(m_CustomSheetView);
 }
 
-bool CT_CustomChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomChartsheetViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2359,6 +2572,9 @@ bool CT_CustomChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomChartsheetViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomChartsheetViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomChartsheetView> CT_CustomChartsheetViews::GetCustomSheetView() const { return m_CustomSheetView; }
 void CT_CustomChartsheetViews::SetCustomSheetView(XMLPtrArray<CT_CustomChartsheetView> value) { m_CustomSheetView = std::move(value); m_presence |= (1u << 0); }
@@ -2381,7 +2597,8 @@ CT_CustomChartsheetView::~CT_CustomChartsheetView()
     delete m_HeaderFooter;
 }
 
-bool CT_CustomChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomChartsheetView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2406,6 +2623,9 @@ bool CT_CustomChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomChartsheetView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomChartsheetView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CustomChartsheetView::GetGuid() const { return m_Guid; }
 void CT_CustomChartsheetView::SetGuid(wxString value) { m_Guid = std::move(value); m_presence |= (1u << 3); }
 wxString CT_CustomChartsheetView::GetState() const { return m_State; }
@@ -2421,7 +2641,8 @@ CT_CustomProperties::~CT_CustomProperties()
     DeleteAll(m_CustomPr);
 }
 
-bool CT_CustomProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomProperties::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2431,6 +2652,9 @@ bool CT_CustomProperties::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomProperties::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomProperties::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomProperty> CT_CustomProperties::GetCustomPr() const { return m_CustomPr; }
 void CT_CustomProperties::SetCustomPr(XMLPtrArray<CT_CustomProperty> value) { m_CustomPr = std::move(value); m_presence |= (1u << 0); }
@@ -2444,7 +2668,8 @@ CT_CustomProperty::~CT_CustomProperty()
 {
 }
 
-bool CT_CustomProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2457,6 +2682,9 @@ bool CT_CustomProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CustomProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CustomProperty::GetName() const { return m_Name; }
 void CT_CustomProperty::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2473,7 +2701,8 @@ CT_OleObjects::~CT_OleObjects()
     DeleteAll(m_OleObject);
 }
 
-bool CT_OleObjects::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObjects::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2483,6 +2712,9 @@ bool CT_OleObjects::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OleObjects::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObjects::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OleObject> CT_OleObjects::GetOleObject() const { return m_OleObject; }
 void CT_OleObjects::SetOleObject(XMLPtrArray<CT_OleObject> value) { m_OleObject = std::move(value); m_presence |= (1u << 0); }
@@ -2501,7 +2733,8 @@ CT_OleObject::~CT_OleObject()
     delete m_ObjectPr;
 }
 
-bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleObject::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2527,6 +2760,9 @@ bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OleObject::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleObject::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OleObject::GetProgId() const { return m_ProgId; }
 void CT_OleObject::SetProgId(wxString value) { m_ProgId = std::move(value); m_presence |= (1u << 1); }
@@ -2559,7 +2795,8 @@ CT_ObjectPr::~CT_ObjectPr()
     delete m_Anchor;
 }
 
-bool CT_ObjectPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2596,6 +2833,9 @@ bool CT_ObjectPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ObjectPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ObjectPr::GetMacro() const { return m_Macro; }
 void CT_ObjectPr::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 9); }
 wxString CT_ObjectPr::GetAltText() const { return m_AltText; }
@@ -2614,7 +2854,8 @@ CT_WebPublishItems::~CT_WebPublishItems()
     DeleteAll(m_WebPublishItem);
 }
 
-bool CT_WebPublishItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPublishItems::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2628,6 +2869,9 @@ bool CT_WebPublishItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WebPublishItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPublishItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_WebPublishItem> CT_WebPublishItems::GetWebPublishItem() const { return m_WebPublishItem; }
 void CT_WebPublishItems::SetWebPublishItem(XMLPtrArray<CT_WebPublishItem> value) { m_WebPublishItem = std::move(value); m_presence |= (1u << 0); }
@@ -2643,7 +2887,8 @@ CT_WebPublishItem::~CT_WebPublishItem()
 {
 }
 
-bool CT_WebPublishItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPublishItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2669,6 +2914,9 @@ bool CT_WebPublishItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WebPublishItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPublishItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WebPublishItem::GetDivId() const { return m_DivId; }
 void CT_WebPublishItem::SetDivId(wxString value) { m_DivId = std::move(value); m_presence |= (1u << 1); }
 wxString CT_WebPublishItem::GetSourceType() const { return m_SourceType; }
@@ -2692,7 +2940,8 @@ CT_Controls::~CT_Controls()
     DeleteAll(m_Control);
 }
 
-bool CT_Controls::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Controls::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2702,6 +2951,9 @@ bool CT_Controls::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Controls::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Controls::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Control> CT_Controls::GetControl() const { return m_Control; }
 void CT_Controls::SetControl(XMLPtrArray<CT_Control> value) { m_Control = std::move(value); m_presence |= (1u << 0); }
@@ -2718,7 +2970,8 @@ CT_Control::~CT_Control()
     delete m_ControlPr;
 }
 
-bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Control::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2736,6 +2989,9 @@ bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Control::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Control::GetR_id() const { return m_R_id; }
 void CT_Control::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 2); }
@@ -2763,7 +3019,8 @@ CT_ControlPr::~CT_ControlPr()
     delete m_Anchor;
 }
 
-bool CT_ControlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ControlPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2805,6 +3062,9 @@ bool CT_ControlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ControlPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ControlPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ControlPr::GetMacro() const { return m_Macro; }
 void CT_ControlPr::SetMacro(wxString value) { m_Macro = std::move(value); m_presence |= (1u << 10); }

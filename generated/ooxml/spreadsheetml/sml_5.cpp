@@ -24,7 +24,8 @@ CT_IgnoredErrors::~CT_IgnoredErrors()
     delete m_ExtLst;
 }
 
-bool CT_IgnoredErrors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IgnoredErrors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -36,6 +37,9 @@ bool CT_IgnoredErrors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_IgnoredErrors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IgnoredErrors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_IgnoredError> CT_IgnoredErrors::GetIgnoredError() const { return m_IgnoredError; }
 void CT_IgnoredErrors::SetIgnoredError(XMLPtrArray<CT_IgnoredError> value) { m_IgnoredError = std::move(value); m_presence |= (1u << 0); }
@@ -58,7 +62,8 @@ CT_IgnoredError::~CT_IgnoredError()
 {
 }
 
-bool CT_IgnoredError::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IgnoredError::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -88,6 +93,9 @@ bool CT_IgnoredError::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_IgnoredError::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IgnoredError::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 std::vector<wxString> CT_IgnoredError::GetSqref() const { return m_Sqref; }
 void CT_IgnoredError::SetSqref(std::vector<wxString> value) { m_Sqref = std::move(value); m_presence |= (1u << 0); }
 
@@ -102,7 +110,8 @@ CT_TableParts::~CT_TableParts()
     DeleteAll(m_TablePart);
 }
 
-bool CT_TableParts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableParts::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -117,6 +126,9 @@ bool CT_TableParts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableParts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableParts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_TablePart> CT_TableParts::GetTablePart() const { return m_TablePart; }
 void CT_TableParts::SetTablePart(XMLPtrArray<CT_TablePart> value) { m_TablePart = std::move(value); m_presence |= (1u << 0); }
 
@@ -129,7 +141,8 @@ CT_TablePart::~CT_TablePart()
 {
 }
 
-bool CT_TablePart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TablePart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -140,6 +153,9 @@ bool CT_TablePart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TablePart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TablePart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TablePart::GetR_id() const { return m_R_id; }
 void CT_TablePart::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -166,7 +182,8 @@ CT_Metadata::~CT_Metadata()
     delete m_ExtLst;
 }
 
-bool CT_Metadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Metadata::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -189,6 +206,9 @@ bool CT_Metadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Metadata::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Metadata::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FutureMetadata> CT_Metadata::GetFutureMetadata() const { return m_FutureMetadata; }
 void CT_Metadata::SetFutureMetadata(XMLPtrArray<CT_FutureMetadata> value) { m_FutureMetadata = std::move(value); m_presence |= (1u << 3); }
 
@@ -203,7 +223,8 @@ CT_MetadataTypes::~CT_MetadataTypes()
     DeleteAll(m_MetadataType);
 }
 
-bool CT_MetadataTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataTypes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -217,6 +238,9 @@ bool CT_MetadataTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MetadataTypes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataTypes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MetadataType> CT_MetadataTypes::GetMetadataType() const { return m_MetadataType; }
 void CT_MetadataTypes::SetMetadataType(XMLPtrArray<CT_MetadataType> value) { m_MetadataType = std::move(value); m_presence |= (1u << 0); }
@@ -257,7 +281,8 @@ CT_MetadataType::~CT_MetadataType()
 {
 }
 
-bool CT_MetadataType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -323,6 +348,9 @@ bool CT_MetadataType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MetadataType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_MetadataType::GetName() const { return m_Name; }
 void CT_MetadataType::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 
@@ -337,7 +365,8 @@ CT_MetadataBlocks::~CT_MetadataBlocks()
     DeleteAll(m_Bk);
 }
 
-bool CT_MetadataBlocks::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataBlocks::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -352,6 +381,9 @@ bool CT_MetadataBlocks::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MetadataBlocks::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataBlocks::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_MetadataBlock> CT_MetadataBlocks::GetBk() const { return m_Bk; }
 void CT_MetadataBlocks::SetBk(XMLPtrArray<CT_MetadataBlock> value) { m_Bk = std::move(value); m_presence |= (1u << 0); }
 
@@ -365,7 +397,8 @@ CT_MetadataBlock::~CT_MetadataBlock()
     DeleteAll(m_Rc);
 }
 
-bool CT_MetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -375,6 +408,9 @@ bool CT_MetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MetadataRecord> CT_MetadataBlock::GetRc() const { return m_Rc; }
 void CT_MetadataBlock::SetRc(XMLPtrArray<CT_MetadataRecord> value) { m_Rc = std::move(value); m_presence |= (1u << 0); }
@@ -390,7 +426,8 @@ CT_MetadataRecord::~CT_MetadataRecord()
 {
 }
 
-bool CT_MetadataRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataRecord::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -403,6 +440,9 @@ bool CT_MetadataRecord::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MetadataRecord::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataRecord::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FutureMetadata::CT_FutureMetadata()
     : m_ExtLst(nullptr),
@@ -417,7 +457,8 @@ CT_FutureMetadata::~CT_FutureMetadata()
     delete m_ExtLst;
 }
 
-bool CT_FutureMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FutureMetadata::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -436,6 +477,9 @@ bool CT_FutureMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FutureMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FutureMetadata::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FutureMetadataBlock> CT_FutureMetadata::GetBk() const { return m_Bk; }
 void CT_FutureMetadata::SetBk(XMLPtrArray<CT_FutureMetadataBlock> value) { m_Bk = std::move(value); m_presence |= (1u << 0); }
 wxString CT_FutureMetadata::GetName() const { return m_Name; }
@@ -452,7 +496,8 @@ CT_FutureMetadataBlock::~CT_FutureMetadataBlock()
     delete m_ExtLst;
 }
 
-bool CT_FutureMetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FutureMetadataBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -462,6 +507,9 @@ bool CT_FutureMetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FutureMetadataBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FutureMetadataBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_MdxMetadata::CT_MdxMetadata()
     : m_Count(0u),
@@ -474,7 +522,8 @@ CT_MdxMetadata::~CT_MdxMetadata()
     DeleteAll(m_Mdx);
 }
 
-bool CT_MdxMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxMetadata::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -488,6 +537,9 @@ bool CT_MdxMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MdxMetadata::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxMetadata::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Mdx> CT_MdxMetadata::GetMdx() const { return m_Mdx; }
 void CT_MdxMetadata::SetMdx(XMLPtrArray<CT_Mdx> value) { m_Mdx = std::move(value); m_presence |= (1u << 0); }
@@ -504,7 +556,8 @@ CT_Mdx::~CT_Mdx()
     delete m_Data__;
 }
 
-bool CT_Mdx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Mdx::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -520,6 +573,9 @@ bool CT_Mdx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Mdx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Mdx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Mdx::GetF() const { return m_F; }
 void CT_Mdx::SetF(wxString value) { m_F = std::move(value); m_presence |= (1u << 2); }
@@ -541,7 +597,8 @@ CT_MdxData__::~CT_MdxData__()
     delete m_K;
 }
 
-bool CT_MdxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -558,7 +615,11 @@ bool CT_MdxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_MdxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_MdxData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_MdxData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_t))
@@ -588,13 +649,20 @@ bool CT_MdxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSConte
     return false;
 }
 
-bool CT_MdxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_MdxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_MdxData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_MdxData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_MdxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_MdxData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_MdxData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -622,7 +690,8 @@ CT_MdxTuple::~CT_MdxTuple()
     DeleteAll(m_N);
 }
 
-bool CT_MdxTuple::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxTuple::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -655,6 +724,9 @@ bool CT_MdxTuple::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MdxTuple::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxTuple::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_MetadataStringIndex> CT_MdxTuple::GetN() const { return m_N; }
 void CT_MdxTuple::SetN(XMLPtrArray<CT_MetadataStringIndex> value) { m_N = std::move(value); m_presence |= (1u << 0); }
 wxString CT_MdxTuple::GetCt() const { return m_Ct; }
@@ -677,7 +749,8 @@ CT_MdxSet::~CT_MdxSet()
     DeleteAll(m_N);
 }
 
-bool CT_MdxSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxSet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -696,6 +769,9 @@ bool CT_MdxSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MdxSet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxSet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_MetadataStringIndex> CT_MdxSet::GetN() const { return m_N; }
 void CT_MdxSet::SetN(XMLPtrArray<CT_MetadataStringIndex> value) { m_N = std::move(value); m_presence |= (1u << 0); }
 wxString CT_MdxSet::GetO() const { return m_O; }
@@ -712,7 +788,8 @@ CT_MdxMemeberProp::~CT_MdxMemeberProp()
 {
 }
 
-bool CT_MdxMemeberProp::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxMemeberProp::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -726,6 +803,9 @@ bool CT_MdxMemeberProp::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MdxMemeberProp::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxMemeberProp::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MdxKPI::CT_MdxKPI()
     : m_N(0),
       m_Np(0),
@@ -737,7 +817,8 @@ CT_MdxKPI::~CT_MdxKPI()
 {
 }
 
-bool CT_MdxKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MdxKPI::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -753,6 +834,9 @@ bool CT_MdxKPI::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MdxKPI::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MdxKPI::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_MdxKPI::GetP() const { return m_P; }
 void CT_MdxKPI::SetP(wxString value) { m_P = std::move(value); m_presence |= (1u << 2); }
 
@@ -767,7 +851,8 @@ CT_MetadataStringIndex::~CT_MetadataStringIndex()
 {
 }
 
-bool CT_MetadataStringIndex::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataStringIndex::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -781,6 +866,9 @@ bool CT_MetadataStringIndex::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MetadataStringIndex::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataStringIndex::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MetadataStrings::CT_MetadataStrings()
     : m_Count(0u),
       m_presence(0)
@@ -792,7 +880,8 @@ CT_MetadataStrings::~CT_MetadataStrings()
     DeleteAll(m_S);
 }
 
-bool CT_MetadataStrings::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MetadataStrings::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -807,6 +896,9 @@ bool CT_MetadataStrings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MetadataStrings::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MetadataStrings::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_XStringElement> CT_MetadataStrings::GetS() const { return m_S; }
 void CT_MetadataStrings::SetS(XMLPtrArray<CT_XStringElement> value) { m_S = std::move(value); m_presence |= (1u << 0); }
 
@@ -820,7 +912,8 @@ CT_SingleXmlCells::~CT_SingleXmlCells()
     DeleteAll(m_SingleXmlCell);
 }
 
-bool CT_SingleXmlCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SingleXmlCells::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -830,6 +923,9 @@ bool CT_SingleXmlCells::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SingleXmlCells::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SingleXmlCells::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SingleXmlCell> CT_SingleXmlCells::GetSingleXmlCell() const { return m_SingleXmlCell; }
 void CT_SingleXmlCells::SetSingleXmlCell(XMLPtrArray<CT_SingleXmlCell> value) { m_SingleXmlCell = std::move(value); m_presence |= (1u << 0); }
@@ -849,7 +945,8 @@ CT_SingleXmlCell::~CT_SingleXmlCell()
     delete m_ExtLst;
 }
 
-bool CT_SingleXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SingleXmlCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -870,6 +967,9 @@ bool CT_SingleXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SingleXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SingleXmlCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SingleXmlCell::GetR() const { return m_R; }
 void CT_SingleXmlCell::SetR(wxString value) { m_R = std::move(value); m_presence |= (1u << 3); }
 
@@ -887,7 +987,8 @@ CT_XmlCellPr::~CT_XmlCellPr()
     delete m_ExtLst;
 }
 
-bool CT_XmlCellPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XmlCellPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -906,6 +1007,9 @@ bool CT_XmlCellPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_XmlCellPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XmlCellPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_XmlCellPr::GetUniqueName() const { return m_UniqueName; }
 void CT_XmlCellPr::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 3); }
 
@@ -921,7 +1025,8 @@ CT_XmlPr::~CT_XmlPr()
     delete m_ExtLst;
 }
 
-bool CT_XmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XmlPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -939,6 +1044,9 @@ bool CT_XmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_XmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XmlPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_XmlPr::GetXpath() const { return m_Xpath; }
 void CT_XmlPr::SetXpath(wxString value) { m_Xpath = std::move(value); m_presence |= (1u << 2); }
@@ -976,7 +1084,8 @@ CT_Stylesheet::~CT_Stylesheet()
     delete m_ExtLst;
 }
 
-bool CT_Stylesheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Stylesheet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1007,6 +1116,9 @@ bool CT_Stylesheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Stylesheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Stylesheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_CellAlignment::CT_CellAlignment()
     : m_Vertical(s_bottom),
       m_TextRotation(0),
@@ -1024,7 +1136,8 @@ CT_CellAlignment::~CT_CellAlignment()
 {
 }
 
-bool CT_CellAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellAlignment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1052,6 +1165,9 @@ bool CT_CellAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CellAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellAlignment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CellAlignment::GetHorizontal() const { return m_Horizontal; }
 void CT_CellAlignment::SetHorizontal(wxString value) { m_Horizontal = std::move(value); m_presence |= (1u << 0); }
 wxString CT_CellAlignment::GetVertical() const { return m_Vertical; }
@@ -1068,7 +1184,8 @@ CT_Borders::~CT_Borders()
     DeleteAll(m_Border);
 }
 
-bool CT_Borders::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Borders::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1082,6 +1199,9 @@ bool CT_Borders::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Borders::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Borders::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Border> CT_Borders::GetBorder() const { return m_Border; }
 void CT_Borders::SetBorder(XMLPtrArray<CT_Border> value) { m_Border = std::move(value); m_presence |= (1u << 0); }
@@ -1116,7 +1236,8 @@ CT_Border::~CT_Border()
     delete m_Horizontal;
 }
 
-bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Border::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1151,6 +1272,9 @@ bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Border::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_BorderPr::CT_BorderPr()
     : m_Color(nullptr),
       m_Style(s_none),
@@ -1163,7 +1287,8 @@ CT_BorderPr::~CT_BorderPr()
     delete m_Color;
 }
 
-bool CT_BorderPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BorderPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1177,6 +1302,9 @@ bool CT_BorderPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BorderPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BorderPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BorderPr::GetStyle() const { return m_Style; }
 void CT_BorderPr::SetStyle(wxString value) { m_Style = std::move(value); m_presence |= (1u << 1); }
@@ -1192,7 +1320,8 @@ CT_CellProtection::~CT_CellProtection()
 {
 }
 
-bool CT_CellProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellProtection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1206,6 +1335,9 @@ bool CT_CellProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CellProtection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellProtection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Fonts::CT_Fonts()
     : m_Count(0),
       m_presence(0)
@@ -1217,7 +1349,8 @@ CT_Fonts::~CT_Fonts()
     DeleteAll(m_Font);
 }
 
-bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fonts::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1231,6 +1364,9 @@ bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fonts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Font> CT_Fonts::GetFont() const { return m_Font; }
 void CT_Fonts::SetFont(XMLPtrArray<CT_Font> value) { m_Font = std::move(value); m_presence |= (1u << 0); }
@@ -1246,7 +1382,8 @@ CT_Fills::~CT_Fills()
     DeleteAll(m_Fill);
 }
 
-bool CT_Fills::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fills::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1260,6 +1397,9 @@ bool CT_Fills::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Fills::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fills::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Fill> CT_Fills::GetFill() const { return m_Fill; }
 void CT_Fills::SetFill(XMLPtrArray<CT_Fill> value) { m_Fill = std::move(value); m_presence |= (1u << 0); }
@@ -1275,7 +1415,8 @@ CT_Fill::~CT_Fill()
     delete m_Data__;
 }
 
-bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fill::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1285,6 +1426,9 @@ bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FillData__::CT_FillData__()
     : m_PatternFill(nullptr),
@@ -1299,7 +1443,8 @@ CT_FillData__::~CT_FillData__()
     delete m_GradientFill;
 }
 
-bool CT_FillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FillData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1312,7 +1457,11 @@ bool CT_FillData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FillData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FillData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FillData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FillData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_patternFill))
@@ -1330,13 +1479,20 @@ bool CT_FillData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_FillData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FillData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FillData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FillData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FillData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FillData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FillData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1358,7 +1514,8 @@ CT_PatternFill::~CT_PatternFill()
     delete m_BgColor;
 }
 
-bool CT_PatternFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PatternFill::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1374,6 +1531,9 @@ bool CT_PatternFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PatternFill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PatternFill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PatternFill::GetPatternType() const { return m_PatternType; }
 void CT_PatternFill::SetPatternType(wxString value) { m_PatternType = std::move(value); m_presence |= (1u << 2); }
@@ -1391,7 +1551,8 @@ CT_Color::~CT_Color()
 {
 }
 
-bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Color::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1410,6 +1571,9 @@ bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Color::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Color::GetRgb() const { return m_Rgb; }
 void CT_Color::SetRgb(wxString value) { m_Rgb = std::move(value); m_presence |= (1u << 2); }
@@ -1430,7 +1594,8 @@ CT_GradientFill::~CT_GradientFill()
     DeleteAll(m_Stop);
 }
 
-bool CT_GradientFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GradientFill::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1455,6 +1620,9 @@ bool CT_GradientFill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GradientFill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GradientFill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_GradientStop> CT_GradientFill::GetStop() const { return m_Stop; }
 void CT_GradientFill::SetStop(XMLPtrArray<CT_GradientStop> value) { m_Stop = std::move(value); m_presence |= (1u << 0); }
 wxString CT_GradientFill::GetType() const { return m_Type; }
@@ -1472,7 +1640,8 @@ CT_GradientStop::~CT_GradientStop()
     delete m_Color;
 }
 
-bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GradientStop::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1487,6 +1656,9 @@ bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GradientStop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GradientStop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NumFmts::CT_NumFmts()
     : m_Count(0),
       m_presence(0)
@@ -1498,7 +1670,8 @@ CT_NumFmts::~CT_NumFmts()
     DeleteAll(m_NumFmt);
 }
 
-bool CT_NumFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumFmts::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1513,6 +1686,9 @@ bool CT_NumFmts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumFmts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumFmts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_NumFmt> CT_NumFmts::GetNumFmt() const { return m_NumFmt; }
 void CT_NumFmts::SetNumFmt(XMLPtrArray<CT_NumFmt> value) { m_NumFmt = std::move(value); m_presence |= (1u << 0); }
 
@@ -1526,7 +1702,8 @@ CT_NumFmt::~CT_NumFmt()
 {
 }
 
-bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumFmt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1539,6 +1716,9 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumFmt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumFmt::GetFormatCode() const { return m_FormatCode; }
 void CT_NumFmt::SetFormatCode(wxString value) { m_FormatCode = std::move(value); m_presence |= (1u << 1); }
@@ -1554,7 +1734,8 @@ CT_CellStyleXfs::~CT_CellStyleXfs()
     DeleteAll(m_Xf);
 }
 
-bool CT_CellStyleXfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellStyleXfs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1568,6 +1749,9 @@ bool CT_CellStyleXfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CellStyleXfs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellStyleXfs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Xf> CT_CellStyleXfs::GetXf() const { return m_Xf; }
 void CT_CellStyleXfs::SetXf(XMLPtrArray<CT_Xf> value) { m_Xf = std::move(value); m_presence |= (1u << 0); }
@@ -1583,7 +1767,8 @@ CT_CellXfs::~CT_CellXfs()
     DeleteAll(m_Xf);
 }
 
-bool CT_CellXfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellXfs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1597,6 +1782,9 @@ bool CT_CellXfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CellXfs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellXfs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Xf> CT_CellXfs::GetXf() const { return m_Xf; }
 void CT_CellXfs::SetXf(XMLPtrArray<CT_Xf> value) { m_Xf = std::move(value); m_presence |= (1u << 0); }
@@ -1629,7 +1817,8 @@ CT_Xf::~CT_Xf()
     delete m_ExtLst;
 }
 
-bool CT_Xf::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Xf::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1672,6 +1861,9 @@ bool CT_Xf::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Xf::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Xf::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_CellStyles::CT_CellStyles()
     : m_Count(0),
       m_presence(0)
@@ -1683,7 +1875,8 @@ CT_CellStyles::~CT_CellStyles()
     DeleteAll(m_CellStyle);
 }
 
-bool CT_CellStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1697,6 +1890,9 @@ bool CT_CellStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CellStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CellStyle> CT_CellStyles::GetCellStyle() const { return m_CellStyle; }
 void CT_CellStyles::SetCellStyle(XMLPtrArray<CT_CellStyle> value) { m_CellStyle = std::move(value); m_presence |= (1u << 0); }
@@ -1717,7 +1913,8 @@ CT_CellStyle::~CT_CellStyle()
     delete m_ExtLst;
 }
 
-bool CT_CellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1742,6 +1939,9 @@ bool CT_CellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CellStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CellStyle::GetName() const { return m_Name; }
 void CT_CellStyle::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 
@@ -1756,7 +1956,8 @@ CT_Dxfs::~CT_Dxfs()
     DeleteAll(m_Dxf);
 }
 
-bool CT_Dxfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Dxfs::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1770,6 +1971,9 @@ bool CT_Dxfs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Dxfs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Dxfs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Dxf> CT_Dxfs::GetDxf() const { return m_Dxf; }
 void CT_Dxfs::SetDxf(XMLPtrArray<CT_Dxf> value) { m_Dxf = std::move(value); m_presence |= (1u << 0); }
@@ -1797,7 +2001,8 @@ CT_Dxf::~CT_Dxf()
     delete m_ExtLst;
 }
 
-bool CT_Dxf::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Dxf::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1820,6 +2025,9 @@ bool CT_Dxf::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Dxf::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Dxf::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Colors::CT_Colors()
     : m_IndexedColors(nullptr),
       m_MruColors(nullptr),
@@ -1833,7 +2041,8 @@ CT_Colors::~CT_Colors()
     delete m_MruColors;
 }
 
-bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Colors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1846,6 +2055,9 @@ bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Colors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Colors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_IndexedColors::CT_IndexedColors()
     : m_presence(0)
 {
@@ -1856,7 +2068,8 @@ CT_IndexedColors::~CT_IndexedColors()
     DeleteAll(m_RgbColor);
 }
 
-bool CT_IndexedColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IndexedColors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1866,6 +2079,9 @@ bool CT_IndexedColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_IndexedColors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IndexedColors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RgbColor> CT_IndexedColors::GetRgbColor() const { return m_RgbColor; }
 void CT_IndexedColors::SetRgbColor(XMLPtrArray<CT_RgbColor> value) { m_RgbColor = std::move(value); m_presence |= (1u << 0); }
@@ -1880,7 +2096,8 @@ CT_MRUColors::~CT_MRUColors()
     DeleteAll(m_Color);
 }
 
-bool CT_MRUColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MRUColors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1890,6 +2107,9 @@ bool CT_MRUColors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MRUColors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MRUColors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Color> CT_MRUColors::GetColor() const { return m_Color; }
 void CT_MRUColors::SetColor(XMLPtrArray<CT_Color> value) { m_Color = std::move(value); m_presence |= (1u << 0); }
@@ -1903,7 +2123,8 @@ CT_RgbColor::~CT_RgbColor()
 {
 }
 
-bool CT_RgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RgbColor::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1914,6 +2135,9 @@ bool CT_RgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RgbColor::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RgbColor::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RgbColor::GetRgb() const { return m_Rgb; }
 void CT_RgbColor::SetRgb(wxString value) { m_Rgb = std::move(value); m_presence |= (1u << 0); }
@@ -1929,7 +2153,8 @@ CT_TableStyles::~CT_TableStyles()
     DeleteAll(m_TableStyle);
 }
 
-bool CT_TableStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1947,6 +2172,9 @@ bool CT_TableStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableStyle> CT_TableStyles::GetTableStyle() const { return m_TableStyle; }
 void CT_TableStyles::SetTableStyle(XMLPtrArray<CT_TableStyle> value) { m_TableStyle = std::move(value); m_presence |= (1u << 0); }
@@ -1968,7 +2196,8 @@ CT_TableStyle::~CT_TableStyle()
     DeleteAll(m_TableStyleElement);
 }
 
-bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1989,6 +2218,9 @@ bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_TableStyleElement> CT_TableStyle::GetTableStyleElement() const { return m_TableStyleElement; }
 void CT_TableStyle::SetTableStyleElement(XMLPtrArray<CT_TableStyleElement> value) { m_TableStyleElement = std::move(value); m_presence |= (1u << 0); }
 wxString CT_TableStyle::GetName() const { return m_Name; }
@@ -2005,7 +2237,8 @@ CT_TableStyleElement::~CT_TableStyleElement()
 {
 }
 
-bool CT_TableStyleElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyleElement::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2021,6 +2254,9 @@ bool CT_TableStyleElement::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableStyleElement::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyleElement::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TableStyleElement::GetType() const { return m_Type; }
 void CT_TableStyleElement::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 
@@ -2034,7 +2270,8 @@ CT_BooleanProperty::~CT_BooleanProperty()
 {
 }
 
-bool CT_BooleanProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BooleanProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2046,6 +2283,9 @@ bool CT_BooleanProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BooleanProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BooleanProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FontSize::CT_FontSize()
     : m_Val(0),
       m_presence(0)
@@ -2056,7 +2296,8 @@ CT_FontSize::~CT_FontSize()
 {
 }
 
-bool CT_FontSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2068,6 +2309,9 @@ bool CT_FontSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FontSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_IntProperty::CT_IntProperty()
     : m_Val(0),
       m_presence(0)
@@ -2078,7 +2322,8 @@ CT_IntProperty::~CT_IntProperty()
 {
 }
 
-bool CT_IntProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IntProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2090,6 +2335,9 @@ bool CT_IntProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_IntProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IntProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FontName::CT_FontName()
     : m_presence(0)
 {
@@ -2099,7 +2347,8 @@ CT_FontName::~CT_FontName()
 {
 }
 
-bool CT_FontName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2110,6 +2359,9 @@ bool CT_FontName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontName::GetVal() const { return m_Val; }
 void CT_FontName::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2123,7 +2375,8 @@ CT_VerticalAlignFontProperty::~CT_VerticalAlignFontProperty()
 {
 }
 
-bool CT_VerticalAlignFontProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VerticalAlignFontProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2134,6 +2387,9 @@ bool CT_VerticalAlignFontProperty::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_VerticalAlignFontProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VerticalAlignFontProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VerticalAlignFontProperty::GetVal() const { return m_Val; }
 void CT_VerticalAlignFontProperty::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2147,7 +2403,8 @@ CT_FontScheme::~CT_FontScheme()
 {
 }
 
-bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontScheme::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2158,6 +2415,9 @@ bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontScheme::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontScheme::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontScheme::GetVal() const { return m_Val; }
 void CT_FontScheme::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2172,7 +2432,8 @@ CT_UnderlineProperty::~CT_UnderlineProperty()
 {
 }
 
-bool CT_UnderlineProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UnderlineProperty::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2183,6 +2444,9 @@ bool CT_UnderlineProperty::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_UnderlineProperty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UnderlineProperty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_UnderlineProperty::GetVal() const { return m_Val; }
 void CT_UnderlineProperty::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2197,7 +2461,8 @@ CT_Font::~CT_Font()
     DeleteAll(m_Data__);
 }
 
-bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Font::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2207,6 +2472,9 @@ bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Font::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FontData__> CT_Font::GetData__() const { return m_Data__; }
 void CT_Font::SetData__(XMLPtrArray<CT_FontData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -2250,7 +2518,8 @@ CT_FontData__::~CT_FontData__()
     delete m_Scheme;
 }
 
-bool CT_FontData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2289,7 +2558,11 @@ bool CT_FontData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FontData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FontData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FontData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_name))
@@ -2385,13 +2658,20 @@ bool CT_FontData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_FontData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FontData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FontData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FontData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FontData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FontData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FontData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2423,7 +2703,8 @@ CT_FontFamily::~CT_FontFamily()
 {
 }
 
-bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontFamily::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2434,5 +2715,8 @@ bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontFamily::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_spreadsheetml_x2006_main

@@ -28,7 +28,8 @@ AG_AutoFormat::~AG_AutoFormat()
 {
 }
 
-bool AG_AutoFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_AutoFormat::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -52,14 +53,22 @@ bool AG_AutoFormat::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_AutoFormat::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_AutoFormat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_AutoFormat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_AutoFormat::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_AutoFormat::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_AutoFormat::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_AutoFormat::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_AutoFormat::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_autoFormatId))
@@ -107,6 +116,9 @@ bool AG_AutoFormat::SetProperty(const wxString& name, wxString value, XMLNSConte
     return false;
 }
 
+bool AG_AutoFormat::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_AutoFormat::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_AutoFormat::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -132,7 +144,8 @@ CT_ExternalLink::~CT_ExternalLink()
     delete m_ExtLst;
 }
 
-bool CT_ExternalLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalLink::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -144,6 +157,9 @@ bool CT_ExternalLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalLink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalLink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ExternalLinkData__::CT_ExternalLinkData__()
     : m_ExternalBook(nullptr),
@@ -160,7 +176,8 @@ CT_ExternalLinkData__::~CT_ExternalLinkData__()
     delete m_OleLink;
 }
 
-bool CT_ExternalLinkData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalLinkData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -175,7 +192,11 @@ bool CT_ExternalLinkData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_ExternalLinkData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ExternalLinkData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalLinkData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ExternalLinkData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_externalBook))
@@ -199,13 +220,20 @@ bool CT_ExternalLinkData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_ExternalLinkData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ExternalLinkData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ExternalLinkData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ExternalLinkData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ExternalLinkData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ExternalLinkData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ExternalLinkData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -230,7 +258,8 @@ CT_ExternalBook::~CT_ExternalBook()
     delete m_SheetDataSet;
 }
 
-bool CT_ExternalBook::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalBook::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -249,6 +278,9 @@ bool CT_ExternalBook::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ExternalBook::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalBook::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ExternalBook::GetR_id() const { return m_R_id; }
 void CT_ExternalBook::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 3); }
 
@@ -262,7 +294,8 @@ CT_ExternalSheetNames::~CT_ExternalSheetNames()
     DeleteAll(m_SheetName);
 }
 
-bool CT_ExternalSheetNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalSheetNames::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -272,6 +305,9 @@ bool CT_ExternalSheetNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalSheetNames::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalSheetNames::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExternalSheetName> CT_ExternalSheetNames::GetSheetName() const { return m_SheetName; }
 void CT_ExternalSheetNames::SetSheetName(XMLPtrArray<CT_ExternalSheetName> value) { m_SheetName = std::move(value); m_presence |= (1u << 0); }
@@ -285,7 +321,8 @@ CT_ExternalSheetName::~CT_ExternalSheetName()
 {
 }
 
-bool CT_ExternalSheetName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalSheetName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -296,6 +333,9 @@ bool CT_ExternalSheetName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ExternalSheetName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalSheetName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalSheetName::GetVal() const { return m_Val; }
 void CT_ExternalSheetName::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -310,7 +350,8 @@ CT_ExternalDefinedNames::~CT_ExternalDefinedNames()
     DeleteAll(m_DefinedName);
 }
 
-bool CT_ExternalDefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalDefinedNames::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -320,6 +361,9 @@ bool CT_ExternalDefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalDefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalDefinedNames::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExternalDefinedName> CT_ExternalDefinedNames::GetDefinedName() const { return m_DefinedName; }
 void CT_ExternalDefinedNames::SetDefinedName(XMLPtrArray<CT_ExternalDefinedName> value) { m_DefinedName = std::move(value); m_presence |= (1u << 0); }
@@ -334,7 +378,8 @@ CT_ExternalDefinedName::~CT_ExternalDefinedName()
 {
 }
 
-bool CT_ExternalDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalDefinedName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -349,6 +394,9 @@ bool CT_ExternalDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ExternalDefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalDefinedName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalDefinedName::GetName() const { return m_Name; }
 void CT_ExternalDefinedName::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -365,7 +413,8 @@ CT_ExternalSheetDataSet::~CT_ExternalSheetDataSet()
     DeleteAll(m_SheetData);
 }
 
-bool CT_ExternalSheetDataSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalSheetDataSet::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -375,6 +424,9 @@ bool CT_ExternalSheetDataSet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalSheetDataSet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalSheetDataSet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExternalSheetData> CT_ExternalSheetDataSet::GetSheetData() const { return m_SheetData; }
 void CT_ExternalSheetDataSet::SetSheetData(XMLPtrArray<CT_ExternalSheetData> value) { m_SheetData = std::move(value); m_presence |= (1u << 0); }
@@ -391,7 +443,8 @@ CT_ExternalSheetData::~CT_ExternalSheetData()
     DeleteAll(m_Row);
 }
 
-bool CT_ExternalSheetData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalSheetData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -408,6 +461,9 @@ bool CT_ExternalSheetData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ExternalSheetData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalSheetData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_ExternalRow> CT_ExternalSheetData::GetRow() const { return m_Row; }
 void CT_ExternalSheetData::SetRow(XMLPtrArray<CT_ExternalRow> value) { m_Row = std::move(value); m_presence |= (1u << 0); }
 
@@ -422,7 +478,8 @@ CT_ExternalRow::~CT_ExternalRow()
     DeleteAll(m_Cell);
 }
 
-bool CT_ExternalRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalRow::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -436,6 +493,9 @@ bool CT_ExternalRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalRow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalRow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExternalCell> CT_ExternalRow::GetCell() const { return m_Cell; }
 void CT_ExternalRow::SetCell(XMLPtrArray<CT_ExternalCell> value) { m_Cell = std::move(value); m_presence |= (1u << 0); }
@@ -451,7 +511,8 @@ CT_ExternalCell::~CT_ExternalCell()
 {
 }
 
-bool CT_ExternalCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -469,6 +530,9 @@ bool CT_ExternalCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalCell::GetV() const { return m_V; }
 void CT_ExternalCell::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -488,7 +552,8 @@ CT_DdeLink::~CT_DdeLink()
     delete m_DdeItems;
 }
 
-bool CT_DdeLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DdeLink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -505,6 +570,9 @@ bool CT_DdeLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DdeLink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DdeLink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DdeLink::GetDdeService() const { return m_DdeService; }
 void CT_DdeLink::SetDdeService(wxString value) { m_DdeService = std::move(value); m_presence |= (1u << 1); }
 wxString CT_DdeLink::GetDdeTopic() const { return m_DdeTopic; }
@@ -520,7 +588,8 @@ CT_DdeItems::~CT_DdeItems()
     DeleteAll(m_DdeItem);
 }
 
-bool CT_DdeItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DdeItems::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -530,6 +599,9 @@ bool CT_DdeItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DdeItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DdeItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DdeItem> CT_DdeItems::GetDdeItem() const { return m_DdeItem; }
 void CT_DdeItems::SetDdeItem(XMLPtrArray<CT_DdeItem> value) { m_DdeItem = std::move(value); m_presence |= (1u << 0); }
@@ -549,7 +621,8 @@ CT_DdeItem::~CT_DdeItem()
     delete m_Values;
 }
 
-bool CT_DdeItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DdeItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -570,6 +643,9 @@ bool CT_DdeItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DdeItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DdeItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DdeItem::GetName() const { return m_Name; }
 void CT_DdeItem::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 
@@ -585,7 +661,8 @@ CT_DdeValues::~CT_DdeValues()
     DeleteAll(m_Value);
 }
 
-bool CT_DdeValues::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DdeValues::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -602,6 +679,9 @@ bool CT_DdeValues::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DdeValues::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DdeValues::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DdeValue> CT_DdeValues::GetValue() const { return m_Value; }
 void CT_DdeValues::SetValue(XMLPtrArray<CT_DdeValue> value) { m_Value = std::move(value); m_presence |= (1u << 0); }
 
@@ -615,7 +695,8 @@ CT_DdeValue::~CT_DdeValue()
 {
 }
 
-bool CT_DdeValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DdeValue::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -629,6 +710,9 @@ bool CT_DdeValue::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DdeValue::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DdeValue::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DdeValue::GetVal() const { return m_Val; }
 void CT_DdeValue::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -646,7 +730,8 @@ CT_OleLink::~CT_OleLink()
     delete m_OleItems;
 }
 
-bool CT_OleLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleLink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -663,6 +748,9 @@ bool CT_OleLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OleLink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleLink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_OleLink::GetR_id() const { return m_R_id; }
 void CT_OleLink::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
 wxString CT_OleLink::GetProgId() const { return m_ProgId; }
@@ -678,7 +766,8 @@ CT_OleItems::~CT_OleItems()
     DeleteAll(m_OleItem);
 }
 
-bool CT_OleItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleItems::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -688,6 +777,9 @@ bool CT_OleItems::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OleItems::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleItems::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OleItem> CT_OleItems::GetOleItem() const { return m_OleItem; }
 void CT_OleItems::SetOleItem(XMLPtrArray<CT_OleItem> value) { m_OleItem = std::move(value); m_presence |= (1u << 0); }
@@ -704,7 +796,8 @@ CT_OleItem::~CT_OleItem()
 {
 }
 
-bool CT_OleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -721,6 +814,9 @@ bool CT_OleItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OleItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OleItem::GetName() const { return m_Name; }
 void CT_OleItem::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -759,7 +855,8 @@ CT_Table::~CT_Table()
     delete m_ExtLst;
 }
 
-bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Table::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -824,6 +921,9 @@ bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Table::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Table::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Table::GetName() const { return m_Name; }
 void CT_Table::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 6); }
 wxString CT_Table::GetDisplayName() const { return m_DisplayName; }
@@ -854,7 +954,8 @@ CT_TableStyleInfo::~CT_TableStyleInfo()
 {
 }
 
-bool CT_TableStyleInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableStyleInfo::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -874,6 +975,9 @@ bool CT_TableStyleInfo::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableStyleInfo::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableStyleInfo::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TableStyleInfo::GetName() const { return m_Name; }
 void CT_TableStyleInfo::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 
@@ -888,7 +992,8 @@ CT_TableColumns::~CT_TableColumns()
     DeleteAll(m_TableColumn);
 }
 
-bool CT_TableColumns::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableColumns::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -902,6 +1007,9 @@ bool CT_TableColumns::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TableColumns::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableColumns::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TableColumn> CT_TableColumns::GetTableColumn() const { return m_TableColumn; }
 void CT_TableColumns::SetTableColumn(XMLPtrArray<CT_TableColumn> value) { m_TableColumn = std::move(value); m_presence |= (1u << 0); }
@@ -929,7 +1037,8 @@ CT_TableColumn::~CT_TableColumn()
     delete m_ExtLst;
 }
 
-bool CT_TableColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableColumn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -972,6 +1081,9 @@ bool CT_TableColumn::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TableColumn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableColumn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_TableColumn::GetUniqueName() const { return m_UniqueName; }
 void CT_TableColumn::SetUniqueName(wxString value) { m_UniqueName = std::move(value); m_presence |= (1u << 5); }
 wxString CT_TableColumn::GetName() const { return m_Name; }
@@ -997,7 +1109,8 @@ CT_TableFormula::~CT_TableFormula()
 {
 }
 
-bool CT_TableFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TableFormula::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1010,6 +1123,9 @@ bool CT_TableFormula::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TableFormula::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TableFormula::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TableFormula::GetValue() const { return m_Value; }
 void CT_TableFormula::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -1027,7 +1143,8 @@ CT_XmlColumnPr::~CT_XmlColumnPr()
     delete m_ExtLst;
 }
 
-bool CT_XmlColumnPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XmlColumnPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1048,6 +1165,9 @@ bool CT_XmlColumnPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_XmlColumnPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XmlColumnPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_XmlColumnPr::GetXpath() const { return m_Xpath; }
 void CT_XmlColumnPr::SetXpath(wxString value) { m_Xpath = std::move(value); m_presence |= (1u << 2); }
 wxString CT_XmlColumnPr::GetXmlDataType() const { return m_XmlDataType; }
@@ -1065,7 +1185,8 @@ CT_VolTypes::~CT_VolTypes()
     delete m_ExtLst;
 }
 
-bool CT_VolTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VolTypes::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1077,6 +1198,9 @@ bool CT_VolTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VolTypes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VolTypes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_VolType> CT_VolTypes::GetVolType() const { return m_VolType; }
 void CT_VolTypes::SetVolType(XMLPtrArray<CT_VolType> value) { m_VolType = std::move(value); m_presence |= (1u << 0); }
@@ -1091,7 +1215,8 @@ CT_VolType::~CT_VolType()
     DeleteAll(m_Main);
 }
 
-bool CT_VolType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VolType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1105,6 +1230,9 @@ bool CT_VolType::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VolType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VolType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_VolMain> CT_VolType::GetMain() const { return m_Main; }
 void CT_VolType::SetMain(XMLPtrArray<CT_VolMain> value) { m_Main = std::move(value); m_presence |= (1u << 0); }
@@ -1121,7 +1249,8 @@ CT_VolMain::~CT_VolMain()
     DeleteAll(m_Tp);
 }
 
-bool CT_VolMain::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VolMain::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1135,6 +1264,9 @@ bool CT_VolMain::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VolMain::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VolMain::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_VolTopic> CT_VolMain::GetTp() const { return m_Tp; }
 void CT_VolMain::SetTp(XMLPtrArray<CT_VolTopic> value) { m_Tp = std::move(value); m_presence |= (1u << 0); }
@@ -1152,7 +1284,8 @@ CT_VolTopic::~CT_VolTopic()
     DeleteAll(m_Tr);
 }
 
-bool CT_VolTopic::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VolTopic::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1170,6 +1303,9 @@ bool CT_VolTopic::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_VolTopic::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VolTopic::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VolTopic::GetV() const { return m_V; }
 void CT_VolTopic::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -1190,7 +1326,8 @@ CT_VolTopicRef::~CT_VolTopicRef()
 {
 }
 
-bool CT_VolTopicRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VolTopicRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1203,6 +1340,9 @@ bool CT_VolTopicRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_VolTopicRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VolTopicRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VolTopicRef::GetR() const { return m_R; }
 void CT_VolTopicRef::SetR(wxString value) { m_R = std::move(value); m_presence |= (1u << 0); }
@@ -1253,7 +1393,8 @@ CT_Workbook::~CT_Workbook()
     delete m_ExtLst;
 }
 
-bool CT_Workbook::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Workbook::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1304,6 +1445,9 @@ bool CT_Workbook::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Workbook::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Workbook::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FileRecoveryPr> CT_Workbook::GetFileRecoveryPr() const { return m_FileRecoveryPr; }
 void CT_Workbook::SetFileRecoveryPr(XMLPtrArray<CT_FileRecoveryPr> value) { m_FileRecoveryPr = std::move(value); m_presence |= (1u << 16); }
 wxString CT_Workbook::GetConformance() const { return m_Conformance; }
@@ -1318,7 +1462,8 @@ CT_FileVersion::~CT_FileVersion()
 {
 }
 
-bool CT_FileVersion::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FileVersion::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1337,6 +1482,9 @@ bool CT_FileVersion::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FileVersion::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FileVersion::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FileVersion::GetAppName() const { return m_AppName; }
 void CT_FileVersion::SetAppName(wxString value) { m_AppName = std::move(value); m_presence |= (1u << 0); }
@@ -1359,7 +1507,8 @@ CT_BookViews::~CT_BookViews()
     DeleteAll(m_WorkbookView);
 }
 
-bool CT_BookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BookViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1369,6 +1518,9 @@ bool CT_BookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BookViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BookViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_BookView> CT_BookViews::GetWorkbookView() const { return m_WorkbookView; }
 void CT_BookViews::SetWorkbookView(XMLPtrArray<CT_BookView> value) { m_WorkbookView = std::move(value); m_presence |= (1u << 0); }
@@ -1397,7 +1549,8 @@ CT_BookView::~CT_BookView()
     delete m_ExtLst;
 }
 
-bool CT_BookView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BookView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1436,6 +1589,9 @@ bool CT_BookView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BookView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BookView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_BookView::GetVisibility() const { return m_Visibility; }
 void CT_BookView::SetVisibility(wxString value) { m_Visibility = std::move(value); m_presence |= (1u << 1); }
 
@@ -1449,7 +1605,8 @@ CT_CustomWorkbookViews::~CT_CustomWorkbookViews()
     DeleteAll(m_CustomWorkbookView);
 }
 
-bool CT_CustomWorkbookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomWorkbookViews::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1459,6 +1616,9 @@ bool CT_CustomWorkbookViews::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomWorkbookViews::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomWorkbookViews::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_CustomWorkbookView> CT_CustomWorkbookViews::GetCustomWorkbookView() const { return m_CustomWorkbookView; }
 void CT_CustomWorkbookViews::SetCustomWorkbookView(XMLPtrArray<CT_CustomWorkbookView> value) { m_CustomWorkbookView = std::move(value); m_presence |= (1u << 0); }
@@ -1496,7 +1656,8 @@ CT_CustomWorkbookView::~CT_CustomWorkbookView()
     delete m_ExtLst;
 }
 
-bool CT_CustomWorkbookView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomWorkbookView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1557,6 +1718,9 @@ bool CT_CustomWorkbookView::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomWorkbookView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomWorkbookView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CustomWorkbookView::GetName() const { return m_Name; }
 void CT_CustomWorkbookView::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 1); }
 wxString CT_CustomWorkbookView::GetGuid() const { return m_Guid; }
@@ -1576,7 +1740,8 @@ CT_Sheets::~CT_Sheets()
     DeleteAll(m_Sheet);
 }
 
-bool CT_Sheets::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sheets::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1586,6 +1751,9 @@ bool CT_Sheets::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Sheets::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sheets::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Sheet> CT_Sheets::GetSheet() const { return m_Sheet; }
 void CT_Sheets::SetSheet(XMLPtrArray<CT_Sheet> value) { m_Sheet = std::move(value); m_presence |= (1u << 0); }
@@ -1601,7 +1769,8 @@ CT_Sheet::~CT_Sheet()
 {
 }
 
-bool CT_Sheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sheet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1618,6 +1787,9 @@ bool CT_Sheet::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Sheet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sheet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Sheet::GetName() const { return m_Name; }
 void CT_Sheet::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -1652,7 +1824,8 @@ CT_WorkbookPr::~CT_WorkbookPr()
 {
 }
 
-bool CT_WorkbookPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WorkbookPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1698,6 +1871,9 @@ bool CT_WorkbookPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WorkbookPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WorkbookPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WorkbookPr::GetShowObjects() const { return m_ShowObjects; }
 void CT_WorkbookPr::SetShowObjects(wxString value) { m_ShowObjects = std::move(value); m_presence |= (1u << 1); }
 wxString CT_WorkbookPr::GetUpdateLinks() const { return m_UpdateLinks; }
@@ -1716,7 +1892,8 @@ CT_SmartTagPr::~CT_SmartTagPr()
 {
 }
 
-bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1729,6 +1906,9 @@ bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SmartTagPr::GetShow() const { return m_Show; }
 void CT_SmartTagPr::SetShow(wxString value) { m_Show = std::move(value); m_presence |= (1u << 1); }
@@ -1743,7 +1923,8 @@ CT_SmartTagTypes::~CT_SmartTagTypes()
     DeleteAll(m_SmartTagType);
 }
 
-bool CT_SmartTagTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagTypes::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1753,6 +1934,9 @@ bool CT_SmartTagTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SmartTagTypes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagTypes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SmartTagType> CT_SmartTagTypes::GetSmartTagType() const { return m_SmartTagType; }
 void CT_SmartTagTypes::SetSmartTagType(XMLPtrArray<CT_SmartTagType> value) { m_SmartTagType = std::move(value); m_presence |= (1u << 0); }
@@ -1766,7 +1950,8 @@ CT_SmartTagType::~CT_SmartTagType()
 {
 }
 
-bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1781,6 +1966,9 @@ bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SmartTagType::GetNamespaceUri() const { return m_NamespaceUri; }
 void CT_SmartTagType::SetNamespaceUri(wxString value) { m_NamespaceUri = std::move(value); m_presence |= (1u << 0); }
@@ -1802,7 +1990,8 @@ CT_FileRecoveryPr::~CT_FileRecoveryPr()
 {
 }
 
-bool CT_FileRecoveryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FileRecoveryPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1819,6 +2008,9 @@ bool CT_FileRecoveryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FileRecoveryPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FileRecoveryPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_CalcPr::CT_CalcPr()
     : m_CalcId(0),
@@ -1842,7 +2034,8 @@ CT_CalcPr::~CT_CalcPr()
 {
 }
 
-bool CT_CalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalcPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1878,6 +2071,9 @@ bool CT_CalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CalcPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalcPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_CalcPr::GetCalcMode() const { return m_CalcMode; }
 void CT_CalcPr::SetCalcMode(wxString value) { m_CalcMode = std::move(value); m_presence |= (1u << 1); }
 wxString CT_CalcPr::GetRefMode() const { return m_RefMode; }
@@ -1893,7 +2089,8 @@ CT_DefinedNames::~CT_DefinedNames()
     DeleteAll(m_DefinedName);
 }
 
-bool CT_DefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DefinedNames::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1903,6 +2100,9 @@ bool CT_DefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DefinedNames::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DefinedNames::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DefinedName> CT_DefinedNames::GetDefinedName() const { return m_DefinedName; }
 void CT_DefinedNames::SetDefinedName(XMLPtrArray<CT_DefinedName> value) { m_DefinedName = std::move(value); m_presence |= (1u << 0); }
@@ -1924,7 +2124,8 @@ CT_DefinedName::~CT_DefinedName()
 {
 }
 
-bool CT_DefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DefinedName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1966,6 +2167,9 @@ bool CT_DefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DefinedName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DefinedName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DefinedName::GetValue() const { return m_Value; }
 void CT_DefinedName::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
 wxString CT_DefinedName::GetName() const { return m_Name; }
@@ -1993,7 +2197,8 @@ CT_ExternalReferences::~CT_ExternalReferences()
     DeleteAll(m_ExternalReference);
 }
 
-bool CT_ExternalReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalReferences::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2003,6 +2208,9 @@ bool CT_ExternalReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ExternalReferences::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalReferences::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ExternalReference> CT_ExternalReferences::GetExternalReference() const { return m_ExternalReference; }
 void CT_ExternalReferences::SetExternalReference(XMLPtrArray<CT_ExternalReference> value) { m_ExternalReference = std::move(value); m_presence |= (1u << 0); }
@@ -2016,7 +2224,8 @@ CT_ExternalReference::~CT_ExternalReference()
 {
 }
 
-bool CT_ExternalReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ExternalReference::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2027,6 +2236,9 @@ bool CT_ExternalReference::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ExternalReference::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ExternalReference::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ExternalReference::GetR_id() const { return m_R_id; }
 void CT_ExternalReference::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -2040,7 +2252,8 @@ CT_SheetBackgroundPicture::~CT_SheetBackgroundPicture()
 {
 }
 
-bool CT_SheetBackgroundPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SheetBackgroundPicture::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2051,6 +2264,9 @@ bool CT_SheetBackgroundPicture::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SheetBackgroundPicture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SheetBackgroundPicture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SheetBackgroundPicture::GetR_id() const { return m_R_id; }
 void CT_SheetBackgroundPicture::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -2065,7 +2281,8 @@ CT_PivotCaches::~CT_PivotCaches()
     DeleteAll(m_PivotCache);
 }
 
-bool CT_PivotCaches::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotCaches::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2075,6 +2292,9 @@ bool CT_PivotCaches::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PivotCaches::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotCaches::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PivotCache> CT_PivotCaches::GetPivotCache() const { return m_PivotCache; }
 void CT_PivotCaches::SetPivotCache(XMLPtrArray<CT_PivotCache> value) { m_PivotCache = std::move(value); m_presence |= (1u << 0); }
@@ -2089,7 +2309,8 @@ CT_PivotCache::~CT_PivotCache()
 {
 }
 
-bool CT_PivotCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PivotCache::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2102,6 +2323,9 @@ bool CT_PivotCache::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PivotCache::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PivotCache::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PivotCache::GetR_id() const { return m_R_id; }
 void CT_PivotCache::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
@@ -2117,7 +2341,8 @@ CT_FileSharing::~CT_FileSharing()
 {
 }
 
-bool CT_FileSharing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FileSharing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2141,6 +2366,9 @@ bool CT_FileSharing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FileSharing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FileSharing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_FileSharing::GetUserName() const { return m_UserName; }
 void CT_FileSharing::SetUserName(wxString value) { m_UserName = std::move(value); m_presence |= (1u << 1); }
 wxString CT_FileSharing::GetReservationPassword() const { return m_ReservationPassword; }
@@ -2161,7 +2389,8 @@ CT_OleSize::~CT_OleSize()
 {
 }
 
-bool CT_OleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OleSize::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2172,6 +2401,9 @@ bool CT_OleSize::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OleSize::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OleSize::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OleSize::GetRef() const { return m_Ref; }
 void CT_OleSize::SetRef(wxString value) { m_Ref = std::move(value); m_presence |= (1u << 0); }
@@ -2190,7 +2422,8 @@ CT_WorkbookProtection::~CT_WorkbookProtection()
 {
 }
 
-bool CT_WorkbookProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WorkbookProtection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2230,6 +2463,9 @@ bool CT_WorkbookProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WorkbookProtection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WorkbookProtection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WorkbookProtection::GetWorkbookPassword() const { return m_WorkbookPassword; }
 void CT_WorkbookProtection::SetWorkbookPassword(wxString value) { m_WorkbookPassword = std::move(value); m_presence |= (1u << 0); }
 wxString CT_WorkbookProtection::GetWorkbookPasswordCharacterSet() const { return m_WorkbookPasswordCharacterSet; }
@@ -2268,7 +2504,8 @@ CT_WebPublishing::~CT_WebPublishing()
 {
 }
 
-bool CT_WebPublishing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPublishing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2296,6 +2533,9 @@ bool CT_WebPublishing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_WebPublishing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPublishing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_WebPublishing::GetTargetScreenSize() const { return m_TargetScreenSize; }
 void CT_WebPublishing::SetTargetScreenSize(wxString value) { m_TargetScreenSize = std::move(value); m_presence |= (1u << 5); }
 wxString CT_WebPublishing::GetCharacterSet() const { return m_CharacterSet; }
@@ -2312,7 +2552,8 @@ CT_FunctionGroups::~CT_FunctionGroups()
     DeleteAll(m_FunctionGroup);
 }
 
-bool CT_FunctionGroups::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FunctionGroups::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2327,6 +2568,9 @@ bool CT_FunctionGroups::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FunctionGroups::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FunctionGroups::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FunctionGroup> CT_FunctionGroups::GetFunctionGroup() const { return m_FunctionGroup; }
 void CT_FunctionGroups::SetFunctionGroup(XMLPtrArray<CT_FunctionGroup> value) { m_FunctionGroup = std::move(value); m_presence |= (1u << 0); }
 
@@ -2339,7 +2583,8 @@ CT_FunctionGroup::~CT_FunctionGroup()
 {
 }
 
-bool CT_FunctionGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FunctionGroup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2350,6 +2595,9 @@ bool CT_FunctionGroup::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FunctionGroup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FunctionGroup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FunctionGroup::GetName() const { return m_Name; }
 void CT_FunctionGroup::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2365,7 +2613,8 @@ CT_WebPublishObjects::~CT_WebPublishObjects()
     DeleteAll(m_WebPublishObject);
 }
 
-bool CT_WebPublishObjects::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPublishObjects::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2379,6 +2628,9 @@ bool CT_WebPublishObjects::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WebPublishObjects::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPublishObjects::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_WebPublishObject> CT_WebPublishObjects::GetWebPublishObject() const { return m_WebPublishObject; }
 void CT_WebPublishObjects::SetWebPublishObject(XMLPtrArray<CT_WebPublishObject> value) { m_WebPublishObject = std::move(value); m_presence |= (1u << 0); }
@@ -2394,7 +2646,8 @@ CT_WebPublishObject::~CT_WebPublishObject()
 {
 }
 
-bool CT_WebPublishObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebPublishObject::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2415,6 +2668,9 @@ bool CT_WebPublishObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WebPublishObject::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebPublishObject::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_WebPublishObject::GetDivId() const { return m_DivId; }
 void CT_WebPublishObject::SetDivId(wxString value) { m_DivId = std::move(value); m_presence |= (1u << 1); }

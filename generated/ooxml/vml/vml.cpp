@@ -26,7 +26,8 @@ AG_Id::~AG_Id()
 {
 }
 
-bool AG_Id::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Id::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -38,17 +39,25 @@ bool AG_Id::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Id::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Id::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Id::GetId() const { return m_Id; }
 void AG_Id::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Id::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Id::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Id::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Id::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Id::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Id::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_id))
@@ -59,6 +68,9 @@ bool AG_Id::SetProperty(const wxString& name, wxString value, XMLNSContext* cont
     }
     return false;
 }
+
+bool AG_Id::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Id::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Id::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -75,7 +87,8 @@ AG_Style::~AG_Style()
 {
 }
 
-bool AG_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Style::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -87,17 +100,25 @@ bool AG_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Style::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Style::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Style::GetStyle() const { return m_Style; }
 void AG_Style::SetStyle(wxString value) { m_Style = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Style::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Style::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Style::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Style::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Style::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Style::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_style))
@@ -108,6 +129,9 @@ bool AG_Style::SetProperty(const wxString& name, wxString value, XMLNSContext* c
     }
     return false;
 }
+
+bool AG_Style::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Style::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Style::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -124,7 +148,8 @@ AG_Type::~AG_Type()
 {
 }
 
-bool AG_Type::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Type::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -136,17 +161,25 @@ bool AG_Type::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Type::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Type::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Type::GetType() const { return m_Type; }
 void AG_Type::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Type::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Type::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Type::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Type::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Type::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Type::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_type))
@@ -157,6 +190,9 @@ bool AG_Type::SetProperty(const wxString& name, wxString value, XMLNSContext* co
     }
     return false;
 }
+
+bool AG_Type::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Type::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Type::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -173,7 +209,8 @@ AG_Adj::~AG_Adj()
 {
 }
 
-bool AG_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Adj::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -185,17 +222,25 @@ bool AG_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Adj::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Adj::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Adj::GetAdj() const { return m_Adj; }
 void AG_Adj::SetAdj(wxString value) { m_Adj = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Adj::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Adj::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Adj::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Adj::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Adj::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Adj::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_adj))
@@ -206,6 +251,9 @@ bool AG_Adj::SetProperty(const wxString& name, wxString value, XMLNSContext* con
     }
     return false;
 }
+
+bool AG_Adj::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Adj::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Adj::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -222,7 +270,8 @@ AG_Path::~AG_Path()
 {
 }
 
-bool AG_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Path::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -234,17 +283,25 @@ bool AG_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Path::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Path::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Path::GetPath() const { return m_Path; }
 void AG_Path::SetPath(wxString value) { m_Path = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Path::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Path::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Path::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Path::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Path::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Path::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_path))
@@ -255,6 +312,9 @@ bool AG_Path::SetProperty(const wxString& name, wxString value, XMLNSContext* co
     }
     return false;
 }
+
+bool AG_Path::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Path::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Path::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -271,7 +331,8 @@ AG_Fill::~AG_Fill()
 {
 }
 
-bool AG_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Fill::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -285,19 +346,27 @@ bool AG_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Fill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Fill::GetFilled() const { return m_Filled; }
 void AG_Fill::SetFilled(wxString value) { m_Filled = std::move(value); m_presence |= (1u << 0); }
 wxString AG_Fill::GetFillcolor() const { return m_Fillcolor; }
 void AG_Fill::SetFillcolor(wxString value) { m_Fillcolor = std::move(value); m_presence |= (1u << 1); }
 
-bool AG_Fill::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Fill::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Fill::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Fill::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Fill::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Fill::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_filled))
@@ -315,6 +384,9 @@ bool AG_Fill::SetProperty(const wxString& name, wxString value, XMLNSContext* co
     return false;
 }
 
+bool AG_Fill::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Fill::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_Fill::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -331,7 +403,8 @@ AG_Chromakey::~AG_Chromakey()
 {
 }
 
-bool AG_Chromakey::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Chromakey::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -343,17 +416,25 @@ bool AG_Chromakey::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Chromakey::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Chromakey::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Chromakey::GetChromakey() const { return m_Chromakey; }
 void AG_Chromakey::SetChromakey(wxString value) { m_Chromakey = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Chromakey::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Chromakey::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Chromakey::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Chromakey::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Chromakey::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Chromakey::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_chromakey))
@@ -364,6 +445,9 @@ bool AG_Chromakey::SetProperty(const wxString& name, wxString value, XMLNSContex
     }
     return false;
 }
+
+bool AG_Chromakey::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Chromakey::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Chromakey::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -380,7 +464,8 @@ AG_Ext::~AG_Ext()
 {
 }
 
-bool AG_Ext::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Ext::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -392,17 +477,25 @@ bool AG_Ext::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Ext::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Ext::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Ext::GetExt() const { return m_Ext; }
 void AG_Ext::SetExt(wxString value) { m_Ext = std::move(value); m_presence |= (1u << 0); }
 
-bool AG_Ext::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Ext::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Ext::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Ext::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Ext::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Ext::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ext))
@@ -413,6 +506,9 @@ bool AG_Ext::SetProperty(const wxString& name, wxString value, XMLNSContext* con
     }
     return false;
 }
+
+bool AG_Ext::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Ext::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_Ext::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -433,7 +529,8 @@ AG_CoreAttributes::~AG_CoreAttributes()
     delete m_AG_Style;
 }
 
-bool AG_CoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_CoreAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -465,6 +562,9 @@ bool AG_CoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_CoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_CoreAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_CoreAttributes::GetHref() const { return m_Href; }
 void AG_CoreAttributes::SetHref(wxString value) { m_Href = std::move(value); m_presence |= (1u << 2); }
 wxString AG_CoreAttributes::GetTarget() const { return m_Target; }
@@ -484,14 +584,19 @@ void AG_CoreAttributes::SetWrapcoords(wxString value) { m_Wrapcoords = std::move
 wxString AG_CoreAttributes::GetPrint() const { return m_Print; }
 void AG_CoreAttributes::SetPrint(wxString value) { m_Print = std::move(value); m_presence |= (1u << 10); }
 
-bool AG_CoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_CoreAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_CoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_CoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_CoreAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_CoreAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (AG_Id::HasProperty(name, context))
@@ -563,6 +668,9 @@ bool AG_CoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSC
     return false;
 }
 
+bool AG_CoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_CoreAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_CoreAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -592,7 +700,8 @@ AG_ShapeAttributes::~AG_ShapeAttributes()
     delete m_AG_Fill;
 }
 
-bool AG_ShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ShapeAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -616,6 +725,9 @@ bool AG_ShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_ShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_ShapeAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_ShapeAttributes::GetOpacity() const { return m_Opacity; }
 void AG_ShapeAttributes::SetOpacity(wxString value) { m_Opacity = std::move(value); m_presence |= (1u << 2); }
 wxString AG_ShapeAttributes::GetStroked() const { return m_Stroked; }
@@ -627,14 +739,19 @@ void AG_ShapeAttributes::SetStrokeweight(wxString value) { m_Strokeweight = std:
 wxString AG_ShapeAttributes::GetInsetpen() const { return m_Insetpen; }
 void AG_ShapeAttributes::SetInsetpen(wxString value) { m_Insetpen = std::move(value); m_presence |= (1u << 6); }
 
-bool AG_ShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ShapeAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_ShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_ShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_ShapeAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_ShapeAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (AG_Chromakey::HasProperty(name, context))
@@ -682,6 +799,9 @@ bool AG_ShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNS
     return false;
 }
 
+bool AG_ShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_ShapeAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_ShapeAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -705,7 +825,8 @@ AG_OfficeCoreAttributes::~AG_OfficeCoreAttributes()
 {
 }
 
-bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_OfficeCoreAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -761,6 +882,9 @@ bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_OfficeCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_OfficeCoreAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_OfficeCoreAttributes::GetO_spid() const { return m_O_spid; }
 void AG_OfficeCoreAttributes::SetO_spid(wxString value) { m_O_spid = std::move(value); m_presence |= (1u << 0); }
 wxString AG_OfficeCoreAttributes::GetO_oned() const { return m_O_oned; }
@@ -808,14 +932,19 @@ void AG_OfficeCoreAttributes::SetO_dgmlayoutmru(wxString value) { m_O_dgmlayoutm
 wxString AG_OfficeCoreAttributes::GetO_insetmode() const { return m_O_insetmode; }
 void AG_OfficeCoreAttributes::SetO_insetmode(wxString value) { m_O_insetmode = std::move(value); m_presence |= (1u << 22); }
 
-bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_OfficeCoreAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_OfficeCoreAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_o_spid))
@@ -959,6 +1088,9 @@ bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, 
     return false;
 }
 
+bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_OfficeCoreAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_OfficeCoreAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -997,7 +1129,8 @@ AG_OfficeShapeAttributes::~AG_OfficeShapeAttributes()
 {
 }
 
-bool AG_OfficeShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_OfficeShapeAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1029,6 +1162,9 @@ bool AG_OfficeShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_OfficeShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_OfficeShapeAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_OfficeShapeAttributes::GetO_spt() const { return m_O_spt; }
 void AG_OfficeShapeAttributes::SetO_spt(wxString value) { m_O_spt = std::move(value); m_presence |= (1u << 0); }
 wxString AG_OfficeShapeAttributes::GetO_connectortype() const { return m_O_connectortype; }
@@ -1052,14 +1188,19 @@ void AG_OfficeShapeAttributes::SetO_cliptowrap(wxString value) { m_O_cliptowrap 
 wxString AG_OfficeShapeAttributes::GetO_clip() const { return m_O_clip; }
 void AG_OfficeShapeAttributes::SetO_clip(wxString value) { m_O_clip = std::move(value); m_presence |= (1u << 10); }
 
-bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_OfficeShapeAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_OfficeShapeAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_o_spt))
@@ -1131,6 +1272,9 @@ bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxString value,
     return false;
 }
 
+bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_OfficeShapeAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_OfficeShapeAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1160,7 +1304,8 @@ AG_AllCoreAttributes::~AG_AllCoreAttributes()
     delete m_AG_OfficeCoreAttributes;
 }
 
-bool AG_AllCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_AllCoreAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1174,14 +1319,22 @@ bool AG_AllCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_AllCoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_AllCoreAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_AllCoreAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_AllCoreAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_AllCoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_AllCoreAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_AllCoreAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_AllCoreAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     if (AG_CoreAttributes::HasProperty(name, context))
     {
@@ -1197,6 +1350,9 @@ bool AG_AllCoreAttributes::SetProperty(const wxString& name, wxString value, XML
     }
     return false;
 }
+
+bool AG_AllCoreAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_AllCoreAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool AG_AllCoreAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1217,7 +1373,8 @@ AG_AllShapeAttributes::~AG_AllShapeAttributes()
     delete m_AG_OfficeShapeAttributes;
 }
 
-bool AG_AllShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_AllShapeAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1231,14 +1388,22 @@ bool AG_AllShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool AG_AllShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool AG_AllShapeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_AllShapeAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool AG_AllShapeAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_AllShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_AllShapeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_AllShapeAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_AllShapeAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     if (AG_ShapeAttributes::HasProperty(name, context))
     {
@@ -1255,6 +1420,9 @@ bool AG_AllShapeAttributes::SetProperty(const wxString& name, wxString value, XM
     return false;
 }
 
+bool AG_AllShapeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_AllShapeAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_AllShapeAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     return AG_ShapeAttributes::HasProperty(name, context)
@@ -1270,7 +1438,8 @@ AG_ImageAttributes::~AG_ImageAttributes()
 {
 }
 
-bool AG_ImageAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ImageAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1300,6 +1469,9 @@ bool AG_ImageAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_ImageAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_ImageAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_ImageAttributes::GetSrc() const { return m_Src; }
 void AG_ImageAttributes::SetSrc(wxString value) { m_Src = std::move(value); m_presence |= (1u << 0); }
 wxString AG_ImageAttributes::GetCropleft() const { return m_Cropleft; }
@@ -1321,14 +1493,19 @@ void AG_ImageAttributes::SetGrayscale(wxString value) { m_Grayscale = std::move(
 wxString AG_ImageAttributes::GetBilevel() const { return m_Bilevel; }
 void AG_ImageAttributes::SetBilevel(wxString value) { m_Bilevel = std::move(value); m_presence |= (1u << 9); }
 
-bool AG_ImageAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_ImageAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_ImageAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_ImageAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_ImageAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_ImageAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_src))
@@ -1394,6 +1571,9 @@ bool AG_ImageAttributes::SetProperty(const wxString& name, wxString value, XMLNS
     return false;
 }
 
+bool AG_ImageAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_ImageAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_ImageAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1418,7 +1598,8 @@ AG_StrokeAttributes::~AG_StrokeAttributes()
 {
 }
 
-bool AG_StrokeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_StrokeAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1484,6 +1665,9 @@ bool AG_StrokeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_StrokeAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_StrokeAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_StrokeAttributes::GetOn() const { return m_On; }
 void AG_StrokeAttributes::SetOn(wxString value) { m_On = std::move(value); m_presence |= (1u << 0); }
 wxString AG_StrokeAttributes::GetWeight() const { return m_Weight; }
@@ -1541,14 +1725,19 @@ void AG_StrokeAttributes::SetInsetpen(wxString value) { m_Insetpen = std::move(v
 wxString AG_StrokeAttributes::GetO_relid() const { return m_O_relid; }
 void AG_StrokeAttributes::SetO_relid(wxString value) { m_O_relid = std::move(value); m_presence |= (1u << 27); }
 
-bool AG_StrokeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_StrokeAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_StrokeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_StrokeAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_StrokeAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_StrokeAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_on))
@@ -1722,6 +1911,9 @@ bool AG_StrokeAttributes::SetProperty(const wxString& name, wxString value, XMLN
     return false;
 }
 
+bool AG_StrokeAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_StrokeAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_StrokeAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1766,7 +1958,8 @@ EG_ShapeElements::~EG_ShapeElements()
     delete m_Data__;
 }
 
-bool EG_ShapeElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShapeElements::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1777,7 +1970,11 @@ bool EG_ShapeElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShapeElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShapeElements::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShapeElements::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShapeElements::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShapeElementsData__::HasProperty(name, context))
     {
@@ -1788,13 +1985,20 @@ bool EG_ShapeElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_ShapeElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShapeElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShapeElements::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShapeElements::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShapeElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShapeElements::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShapeElements::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1856,7 +2060,8 @@ EG_ShapeElementsData__::~EG_ShapeElementsData__()
     delete m_Pvml_textdata;
 }
 
-bool EG_ShapeElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ShapeElementsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1911,7 +2116,11 @@ bool EG_ShapeElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ShapeElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ShapeElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ShapeElementsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ShapeElementsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_path))
@@ -2055,13 +2264,20 @@ bool EG_ShapeElementsData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ShapeElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ShapeElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ShapeElementsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ShapeElementsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ShapeElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ShapeElementsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ShapeElementsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2111,7 +2327,8 @@ CT_Shape::~CT_Shape()
     delete m_AG_Path;
 }
 
-bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shape::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2138,6 +2355,9 @@ bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shape::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shape::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_ShapeData__> CT_Shape::GetData__() const { return m_Data__; }
 void CT_Shape::SetData__(XMLPtrArray<CT_ShapeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Shape::GetO_gfxdata() const { return m_O_gfxdata; }
@@ -2162,7 +2382,8 @@ CT_ShapeData__::~CT_ShapeData__()
     delete m_O_equationxml;
 }
 
-bool CT_ShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2179,7 +2400,11 @@ bool CT_ShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_ShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ShapeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ShapeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_ShapeElements::HasProperty(name, context))
@@ -2209,13 +2434,20 @@ bool CT_ShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_ShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ShapeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ShapeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ShapeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ShapeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ShapeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ShapeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2246,7 +2478,8 @@ CT_Shapetype::~CT_Shapetype()
     delete m_AG_Path;
 }
 
-bool CT_Shapetype::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shapetype::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2271,6 +2504,9 @@ bool CT_Shapetype::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Shapetype::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shapetype::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_Shapetype::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_Shapetype::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Shapetype::GetO_master() const { return m_O_master; }
@@ -2290,7 +2526,8 @@ CT_Group::~CT_Group()
     delete m_AG_Fill;
 }
 
-bool CT_Group::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Group::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2312,6 +2549,9 @@ bool CT_Group::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Group::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Group::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_GroupData__> CT_Group::GetData__() const { return m_Data__; }
 void CT_Group::SetData__(XMLPtrArray<CT_GroupData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -2357,7 +2597,8 @@ CT_GroupData__::~CT_GroupData__()
     delete m_O_diagram;
 }
 
-bool CT_GroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2392,7 +2633,11 @@ bool CT_GroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_GroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_GroupData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_GroupData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_ShapeElements::HasProperty(name, context))
@@ -2476,13 +2721,20 @@ bool CT_GroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_GroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_GroupData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_GroupData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_GroupData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_GroupData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_GroupData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_GroupData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2517,7 +2769,8 @@ CT_Background::~CT_Background()
     delete m_AG_Fill;
 }
 
-bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Background::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2542,6 +2795,9 @@ bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Background::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Background::GetO_bwmode() const { return m_O_bwmode; }
 void CT_Background::SetO_bwmode(wxString value) { m_O_bwmode = std::move(value); m_presence |= (1u << 3); }
 wxString CT_Background::GetO_bwpure() const { return m_O_bwpure; }
@@ -2565,7 +2821,8 @@ CT_Fill::~CT_Fill()
     delete m_AG_Id;
 }
 
-bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fill::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2632,6 +2889,9 @@ bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Fill::GetType() const { return m_Type; }
 void CT_Fill::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 2); }
 wxString CT_Fill::GetOn() const { return m_On; }
@@ -2693,7 +2953,8 @@ CT_Formulas::~CT_Formulas()
     DeleteAll(m_F);
 }
 
-bool CT_Formulas::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Formulas::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2703,6 +2964,9 @@ bool CT_Formulas::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Formulas::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Formulas::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_F> CT_Formulas::GetF() const { return m_F; }
 void CT_Formulas::SetF(XMLPtrArray<CT_F> value) { m_F = std::move(value); m_presence |= (1u << 0); }
@@ -2716,7 +2980,8 @@ CT_F::~CT_F()
 {
 }
 
-bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_F::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2727,6 +2992,9 @@ bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_F::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_F::GetEqn() const { return m_Eqn; }
 void CT_F::SetEqn(wxString value) { m_Eqn = std::move(value); m_presence |= (1u << 0); }
@@ -2741,7 +3009,8 @@ CT_Handles::~CT_Handles()
     DeleteAll(m_H);
 }
 
-bool CT_Handles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Handles::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2751,6 +3020,9 @@ bool CT_Handles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Handles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Handles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_H> CT_Handles::GetH() const { return m_H; }
 void CT_Handles::SetH(XMLPtrArray<CT_H> value) { m_H = std::move(value); m_presence |= (1u << 0); }
@@ -2764,7 +3036,8 @@ CT_H::~CT_H()
 {
 }
 
-bool CT_H::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_H::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2791,6 +3064,9 @@ bool CT_H::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_H::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_H::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_H::GetPosition() const { return m_Position; }
 void CT_H::SetPosition(wxString value) { m_Position = std::move(value); m_presence |= (1u << 0); }
@@ -2828,7 +3104,8 @@ CT_ImageData::~CT_ImageData()
     delete m_AG_Chromakey;
 }
 
-bool CT_ImageData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ImageData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2868,6 +3145,9 @@ bool CT_ImageData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ImageData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ImageData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ImageData::GetEmbosscolor() const { return m_Embosscolor; }
 void CT_ImageData::SetEmbosscolor(wxString value) { m_Embosscolor = std::move(value); m_presence |= (1u << 3); }
 wxString CT_ImageData::GetRecolortarget() const { return m_Recolortarget; }
@@ -2900,7 +3180,8 @@ CT_Path::~CT_Path()
     delete m_AG_Id;
 }
 
-bool CT_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Path::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2939,6 +3220,9 @@ bool CT_Path::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Path::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Path::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Path::GetV() const { return m_V; }
 void CT_Path::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 1); }
@@ -2980,7 +3264,8 @@ CT_Shadow::~CT_Shadow()
     delete m_AG_Id;
 }
 
-bool CT_Shadow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shadow::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3011,6 +3296,9 @@ bool CT_Shadow::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Shadow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shadow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Shadow::GetOn() const { return m_On; }
 void CT_Shadow::SetOn(wxString value) { m_On = std::move(value); m_presence |= (1u << 1); }
@@ -3056,7 +3344,8 @@ CT_Stroke::~CT_Stroke()
     delete m_AG_StrokeAttributes;
 }
 
-bool CT_Stroke::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Stroke::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3081,6 +3370,9 @@ bool CT_Stroke::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Stroke::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Stroke::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Textbox::CT_Textbox()
     : m_Data__(nullptr),
       m_AG_Id(nullptr),
@@ -3097,7 +3389,8 @@ CT_Textbox::~CT_Textbox()
     delete m_AG_Style;
 }
 
-bool CT_Textbox::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Textbox::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3120,6 +3413,9 @@ bool CT_Textbox::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Textbox::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Textbox::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Textbox::GetInset() const { return m_Inset; }
 void CT_Textbox::SetInset(wxString value) { m_Inset = std::move(value); m_presence |= (1u << 3); }
 wxString CT_Textbox::GetO_singleclick() const { return m_O_singleclick; }
@@ -3138,7 +3434,8 @@ CT_TextboxData__::~CT_TextboxData__()
     delete m_W_txbxContent;
 }
 
-bool CT_TextboxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextboxData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3149,7 +3446,11 @@ bool CT_TextboxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TextboxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TextboxData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextboxData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TextboxData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_w_txbxContent))
@@ -3161,13 +3462,20 @@ bool CT_TextboxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_TextboxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TextboxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TextboxData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TextboxData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TextboxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TextboxData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TextboxData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3188,7 +3496,8 @@ CT_TextPath::~CT_TextPath()
     delete m_AG_Style;
 }
 
-bool CT_TextPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextPath::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3213,6 +3522,9 @@ bool CT_TextPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextPath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextPath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextPath::GetOn() const { return m_On; }
 void CT_TextPath::SetOn(wxString value) { m_On = std::move(value); m_presence |= (1u << 2); }
@@ -3243,7 +3555,8 @@ CT_Arc::~CT_Arc()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_Arc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Arc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3264,6 +3577,9 @@ bool CT_Arc::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Arc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Arc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_Arc::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_Arc::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 
@@ -3281,7 +3597,8 @@ CT_Curve::~CT_Curve()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_Curve::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Curve::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3305,6 +3622,9 @@ bool CT_Curve::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Curve::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Curve::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ShapeElements> CT_Curve::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_Curve::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
@@ -3333,7 +3653,8 @@ CT_Image::~CT_Image()
     delete m_AG_ImageAttributes;
 }
 
-bool CT_Image::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Image::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3352,6 +3673,9 @@ bool CT_Image::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Image::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Image::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_Image::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_Image::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 
@@ -3369,7 +3693,8 @@ CT_Line::~CT_Line()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_Line::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Line::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3389,6 +3714,9 @@ bool CT_Line::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Line::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Line::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ShapeElements> CT_Line::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_Line::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
@@ -3411,7 +3739,8 @@ CT_Oval::~CT_Oval()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_Oval::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Oval::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3428,6 +3757,9 @@ bool CT_Oval::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Oval::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Oval::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_OvalData__> CT_Oval::GetData__() const { return m_Data__; }
 void CT_Oval::SetData__(XMLPtrArray<CT_OvalData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 
@@ -3441,7 +3773,8 @@ CT_OvalData__::~CT_OvalData__()
     DeleteAll(m_EG_ShapeElements);
 }
 
-bool CT_OvalData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OvalData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3452,10 +3785,14 @@ bool CT_OvalData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OvalData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OvalData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_OvalData__::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_OvalData__::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_OvalData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OvalData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShapeElements::HasProperty(name, context))
     {
@@ -3466,13 +3803,20 @@ bool CT_OvalData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_OvalData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_OvalData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_OvalData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_OvalData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_OvalData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_OvalData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_OvalData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3493,7 +3837,8 @@ CT_PolyLine::~CT_PolyLine()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_PolyLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PolyLine::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3511,6 +3856,9 @@ bool CT_PolyLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PolyLine::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PolyLine::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_PolyLineData__> CT_PolyLine::GetData__() const { return m_Data__; }
 void CT_PolyLine::SetData__(XMLPtrArray<CT_PolyLineData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -3530,7 +3878,8 @@ CT_PolyLineData__::~CT_PolyLineData__()
     delete m_O_ink;
 }
 
-bool CT_PolyLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PolyLineData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3543,7 +3892,11 @@ bool CT_PolyLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_PolyLineData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_PolyLineData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PolyLineData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_PolyLineData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_ShapeElements::HasProperty(name, context))
@@ -3561,13 +3914,20 @@ bool CT_PolyLineData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_PolyLineData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_PolyLineData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_PolyLineData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_PolyLineData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_PolyLineData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_PolyLineData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_PolyLineData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3590,7 +3950,8 @@ CT_Rect::~CT_Rect()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_Rect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3607,6 +3968,9 @@ bool CT_Rect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Rect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RectData__> CT_Rect::GetData__() const { return m_Data__; }
 void CT_Rect::SetData__(XMLPtrArray<CT_RectData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 
@@ -3620,7 +3984,8 @@ CT_RectData__::~CT_RectData__()
     DeleteAll(m_EG_ShapeElements);
 }
 
-bool CT_RectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3631,10 +3996,14 @@ bool CT_RectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_RectData__::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_RectData__::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_RectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShapeElements::HasProperty(name, context))
     {
@@ -3645,13 +4014,20 @@ bool CT_RectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool CT_RectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3672,7 +4048,8 @@ CT_RoundRect::~CT_RoundRect()
     delete m_AG_AllShapeAttributes;
 }
 
-bool CT_RoundRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RoundRect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3691,6 +4068,9 @@ bool CT_RoundRect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RoundRect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RoundRect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_RoundRectData__> CT_RoundRect::GetData__() const { return m_Data__; }
 void CT_RoundRect::SetData__(XMLPtrArray<CT_RoundRectData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
 wxString CT_RoundRect::GetArcsize() const { return m_Arcsize; }
@@ -3706,7 +4086,8 @@ CT_RoundRectData__::~CT_RoundRectData__()
     DeleteAll(m_EG_ShapeElements);
 }
 
-bool CT_RoundRectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RoundRectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3717,10 +4098,14 @@ bool CT_RoundRectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RoundRectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RoundRectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ShapeElements> CT_RoundRectData__::GetEG_ShapeElements() const { return m_EG_ShapeElements; }
 void CT_RoundRectData__::SetEG_ShapeElements(XMLPtrArray<EG_ShapeElements> value) { m_EG_ShapeElements = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_RoundRectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RoundRectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ShapeElements::HasProperty(name, context))
     {
@@ -3731,13 +4116,20 @@ bool CT_RoundRectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool CT_RoundRectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RoundRectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RoundRectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RoundRectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RoundRectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RoundRectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RoundRectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

@@ -45,7 +45,8 @@ CT_ShapeDefaults::~CT_ShapeDefaults()
     delete m_V_AG_Ext;
 }
 
-bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeDefaults::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -92,6 +93,9 @@ bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeDefaults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ShapeDefaults::GetStyle() const { return m_Style; }
 void CT_ShapeDefaults::SetStyle(wxString value) { m_Style = std::move(value); m_presence |= (1u << 12); }
 wxString CT_ShapeDefaults::GetFill() const { return m_Fill; }
@@ -114,7 +118,8 @@ CT_Ink::~CT_Ink()
 {
 }
 
-bool CT_Ink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Ink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -129,6 +134,9 @@ bool CT_Ink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Ink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Ink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Ink::GetI() const { return m_I; }
 void CT_Ink::SetI(wxString value) { m_I = std::move(value); m_presence |= (1u << 0); }
@@ -148,7 +156,8 @@ CT_SignatureLine::~CT_SignatureLine()
     delete m_V_AG_Ext;
 }
 
-bool CT_SignatureLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SignatureLine::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -183,6 +192,9 @@ bool CT_SignatureLine::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SignatureLine::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SignatureLine::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SignatureLine::GetIssignatureline() const { return m_Issignatureline; }
 void CT_SignatureLine::SetIssignatureline(wxString value) { m_Issignatureline = std::move(value); m_presence |= (1u << 1); }
@@ -226,7 +238,8 @@ CT_ShapeLayout::~CT_ShapeLayout()
     delete m_V_AG_Ext;
 }
 
-bool CT_ShapeLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -245,6 +258,9 @@ bool CT_ShapeLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ShapeLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_IdMap::CT_IdMap()
     : m_V_AG_Ext(nullptr),
       m_presence(0)
@@ -256,7 +272,8 @@ CT_IdMap::~CT_IdMap()
     delete m_V_AG_Ext;
 }
 
-bool CT_IdMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_IdMap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -269,6 +286,9 @@ bool CT_IdMap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_IdMap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_IdMap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_IdMap::GetData() const { return m_Data; }
 void CT_IdMap::SetData(wxString value) { m_Data = std::move(value); m_presence |= (1u << 1); }
@@ -285,7 +305,8 @@ CT_RegroupTable::~CT_RegroupTable()
     delete m_V_AG_Ext;
 }
 
-bool CT_RegroupTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RegroupTable::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -299,6 +320,9 @@ bool CT_RegroupTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RegroupTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RegroupTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Entry> CT_RegroupTable::GetEntry() const { return m_Entry; }
 void CT_RegroupTable::SetEntry(XMLPtrArray<CT_Entry> value) { m_Entry = std::move(value); m_presence |= (1u << 0); }
@@ -314,7 +338,8 @@ CT_Entry::~CT_Entry()
 {
 }
 
-bool CT_Entry::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Entry::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -328,6 +353,9 @@ bool CT_Entry::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Entry::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Entry::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Rules::CT_Rules()
     : m_V_AG_Ext(nullptr),
       m_presence(0)
@@ -340,7 +368,8 @@ CT_Rules::~CT_Rules()
     delete m_V_AG_Ext;
 }
 
-bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rules::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -355,6 +384,9 @@ bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Rules::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rules::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_R> CT_Rules::GetR() const { return m_R; }
 void CT_Rules::SetR(XMLPtrArray<CT_R> value) { m_R = std::move(value); m_presence |= (1u << 0); }
 
@@ -368,7 +400,8 @@ CT_R::~CT_R()
     DeleteAll(m_Proxy);
 }
 
-bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_R::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -388,6 +421,9 @@ bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_R::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Proxy> CT_R::GetProxy() const { return m_Proxy; }
 void CT_R::SetProxy(XMLPtrArray<CT_Proxy> value) { m_Proxy = std::move(value); m_presence |= (1u << 0); }
@@ -412,7 +448,8 @@ CT_Proxy::~CT_Proxy()
 {
 }
 
-bool CT_Proxy::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Proxy::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -429,6 +466,9 @@ bool CT_Proxy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Proxy::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Proxy::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Proxy::GetStart() const { return m_Start; }
 void CT_Proxy::SetStart(wxString value) { m_Start = std::move(value); m_presence |= (1u << 0); }
@@ -455,7 +495,8 @@ CT_Diagram::~CT_Diagram()
     delete m_V_AG_Ext;
 }
 
-bool CT_Diagram::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Diagram::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -488,6 +529,9 @@ bool CT_Diagram::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Diagram::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Diagram::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Diagram::GetAutoformat() const { return m_Autoformat; }
 void CT_Diagram::SetAutoformat(wxString value) { m_Autoformat = std::move(value); m_presence |= (1u << 3); }
 wxString CT_Diagram::GetReverse() const { return m_Reverse; }
@@ -506,7 +550,8 @@ CT_EquationXml::~CT_EquationXml()
 {
 }
 
-bool CT_EquationXml::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EquationXml::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -517,6 +562,9 @@ bool CT_EquationXml::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EquationXml::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EquationXml::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_EquationXml::GetContentType() const { return m_ContentType; }
 void CT_EquationXml::SetContentType(wxString value) { m_ContentType = std::move(value); m_presence |= (1u << 0); }
@@ -533,7 +581,8 @@ CT_RelationTable::~CT_RelationTable()
     delete m_V_AG_Ext;
 }
 
-bool CT_RelationTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RelationTable::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -547,6 +596,9 @@ bool CT_RelationTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RelationTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RelationTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Relation> CT_RelationTable::GetRel() const { return m_Rel; }
 void CT_RelationTable::SetRel(XMLPtrArray<CT_Relation> value) { m_Rel = std::move(value); m_presence |= (1u << 0); }
@@ -562,7 +614,8 @@ CT_Relation::~CT_Relation()
     delete m_V_AG_Ext;
 }
 
-bool CT_Relation::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Relation::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -579,6 +632,9 @@ bool CT_Relation::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Relation::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Relation::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Relation::GetIdsrc() const { return m_Idsrc; }
 void CT_Relation::SetIdsrc(wxString value) { m_Idsrc = std::move(value); m_presence |= (1u << 1); }
@@ -598,7 +654,8 @@ CT_ColorMru::~CT_ColorMru()
     delete m_V_AG_Ext;
 }
 
-bool CT_ColorMru::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMru::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -611,6 +668,9 @@ bool CT_ColorMru::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ColorMru::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMru::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ColorMru::GetColors() const { return m_Colors; }
 void CT_ColorMru::SetColors(wxString value) { m_Colors = std::move(value); m_presence |= (1u << 1); }
@@ -626,7 +686,8 @@ CT_ColorMenu::~CT_ColorMenu()
     delete m_V_AG_Ext;
 }
 
-bool CT_ColorMenu::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorMenu::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -645,6 +706,9 @@ bool CT_ColorMenu::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ColorMenu::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorMenu::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ColorMenu::GetStrokecolor() const { return m_Strokecolor; }
 void CT_ColorMenu::SetStrokecolor(wxString value) { m_Strokecolor = std::move(value); m_presence |= (1u << 1); }
@@ -666,7 +730,8 @@ CT_Skew::~CT_Skew()
     delete m_V_AG_Ext;
 }
 
-bool CT_Skew::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Skew::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -687,6 +752,9 @@ bool CT_Skew::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Skew::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Skew::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Skew::GetId() const { return m_Id; }
 void CT_Skew::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 1); }
@@ -716,7 +784,8 @@ CT_Extrusion::~CT_Extrusion()
     delete m_V_AG_Ext;
 }
 
-bool CT_Extrusion::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Extrusion::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -792,6 +861,9 @@ bool CT_Extrusion::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Extrusion::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Extrusion::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Extrusion::GetOn() const { return m_On; }
 void CT_Extrusion::SetOn(wxString value) { m_On = std::move(value); m_presence |= (std::uint64_t(1) << 1); }
 wxString CT_Extrusion::GetType() const { return m_Type; }
@@ -863,7 +935,8 @@ CT_Callout::~CT_Callout()
     delete m_V_AG_Ext;
 }
 
-bool CT_Callout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Callout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -900,6 +973,9 @@ bool CT_Callout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Callout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Callout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Callout::GetOn() const { return m_On; }
 void CT_Callout::SetOn(wxString value) { m_On = std::move(value); m_presence |= (1u << 1); }
@@ -939,7 +1015,8 @@ CT_Lock::~CT_Lock()
     delete m_V_AG_Ext;
 }
 
-bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Lock::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -973,6 +1050,9 @@ bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Lock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Lock::GetPosition() const { return m_Position; }
 void CT_Lock::SetPosition(wxString value) { m_Position = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Lock::GetSelection() const { return m_Selection; }
@@ -1005,7 +1085,8 @@ CT_OLEObject::~CT_OLEObject()
 {
 }
 
-bool CT_OLEObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OLEObject::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1035,6 +1116,9 @@ bool CT_OLEObject::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OLEObject::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OLEObject::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OLEObject::GetLinkType() const { return m_LinkType; }
 void CT_OLEObject::SetLinkType(wxString value) { m_LinkType = std::move(value); m_presence |= (1u << 0); }
@@ -1068,7 +1152,8 @@ CT_Complex::~CT_Complex()
     delete m_V_AG_Ext;
 }
 
-bool CT_Complex::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Complex::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1079,6 +1164,9 @@ bool CT_Complex::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Complex::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Complex::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_StrokeChild::CT_StrokeChild()
     : m_V_AG_Ext(nullptr),
@@ -1092,7 +1180,8 @@ CT_StrokeChild::~CT_StrokeChild()
     delete m_V_AG_Ext;
 }
 
-bool CT_StrokeChild::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StrokeChild::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1156,6 +1245,9 @@ bool CT_StrokeChild::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_StrokeChild::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StrokeChild::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_StrokeChild::GetOn() const { return m_On; }
 void CT_StrokeChild::SetOn(wxString value) { m_On = std::move(value); m_presence |= (1u << 1); }
 wxString CT_StrokeChild::GetWeight() const { return m_Weight; }
@@ -1216,7 +1308,8 @@ CT_ClipPath::~CT_ClipPath()
 {
 }
 
-bool CT_ClipPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ClipPath::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1227,6 +1320,9 @@ bool CT_ClipPath::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ClipPath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ClipPath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ClipPath::GetV() const { return m_V; }
 void CT_ClipPath::SetV(wxString value) { m_V = std::move(value); m_presence |= (1u << 0); }
@@ -1242,7 +1338,8 @@ CT_Fill::~CT_Fill()
     delete m_V_AG_Ext;
 }
 
-bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fill::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1255,6 +1352,9 @@ bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Fill::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fill::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Fill::GetType() const { return m_Type; }
 void CT_Fill::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 1); }

@@ -52,6 +52,7 @@ public:
     virtual ~CT_ShapeDefaults();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v:fill": child element
@@ -128,6 +129,7 @@ public:
     bool CheckAllowincell() const { return (m_presence & (1u << 17)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::CT_Fill* m_V_fill;
     urn_schemas_microsoft_com_vml::CT_Stroke* m_V_stroke;
     urn_schemas_microsoft_com_vml::CT_Textbox* m_V_textbox;
@@ -158,6 +160,7 @@ public:
     virtual ~CT_Ink();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "i": attribute, wxString
@@ -174,6 +177,7 @@ public:
     bool CheckContentType() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_I;
     wxString m_Annotation;
     wxString m_ContentType;
@@ -189,6 +193,7 @@ public:
     virtual ~CT_SignatureLine();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -245,6 +250,7 @@ public:
     bool CheckSigprovurl() const { return (m_presence & (1u << 12)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Issignatureline;
     wxString m_Id;
@@ -270,6 +276,7 @@ public:
     virtual ~CT_ShapeLayout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "idmap": child element
@@ -290,6 +297,7 @@ public:
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_IdMap* m_Idmap;
     CT_RegroupTable* m_Regrouptable;
     CT_Rules* m_Rules;
@@ -306,6 +314,7 @@ public:
     virtual ~CT_IdMap();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -318,6 +327,7 @@ public:
     bool CheckData() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Data;
     std::uint32_t m_presence;
@@ -332,6 +342,7 @@ public:
     virtual ~CT_RegroupTable();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "entry": child element, repeated
@@ -344,6 +355,7 @@ public:
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Entry> m_Entry;
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     std::uint32_t m_presence;
@@ -358,6 +370,7 @@ public:
     virtual ~CT_Entry();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "new": attribute, int
@@ -370,6 +383,7 @@ public:
     bool CheckOld() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_New;
     int m_Old;
     std::uint32_t m_presence;
@@ -384,6 +398,7 @@ public:
     virtual ~CT_Rules();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "r": child element, repeated
@@ -396,6 +411,7 @@ public:
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_R> m_R;
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     std::uint32_t m_presence;
@@ -410,6 +426,7 @@ public:
     virtual ~CT_R();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "proxy": child element, repeated
@@ -434,6 +451,7 @@ public:
     bool CheckIdref() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Proxy> m_Proxy;
     wxString m_Id;
     wxString m_Type;
@@ -451,6 +469,7 @@ public:
     virtual ~CT_Proxy();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "start": attribute, wxString, default "false"
@@ -471,6 +490,7 @@ public:
     bool CheckConnectloc() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Start;
     wxString m_End;
     wxString m_Idref;
@@ -487,6 +507,7 @@ public:
     virtual ~CT_Diagram();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "relationtable": child element
@@ -535,6 +556,7 @@ public:
     bool CheckDgmbasetextscale() const { return (m_presence & (1u << 10)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RelationTable* m_Relationtable;
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     int m_Dgmstyle;
@@ -558,6 +580,7 @@ public:
     virtual ~CT_EquationXml();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "contentType": attribute, wxString
@@ -566,6 +589,7 @@ public:
     bool CheckContentType() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_ContentType;
     std::uint32_t m_presence;
 };
@@ -579,6 +603,7 @@ public:
     virtual ~CT_RelationTable();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "rel": child element, repeated
@@ -591,6 +616,7 @@ public:
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_Relation> m_Rel;
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     std::uint32_t m_presence;
@@ -605,6 +631,7 @@ public:
     virtual ~CT_Relation();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -625,6 +652,7 @@ public:
     bool CheckIdcntr() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Idsrc;
     wxString m_Iddest;
@@ -641,6 +669,7 @@ public:
     virtual ~CT_ColorMru();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -653,6 +682,7 @@ public:
     bool CheckColors() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Colors;
     std::uint32_t m_presence;
@@ -667,6 +697,7 @@ public:
     virtual ~CT_ColorMenu();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -691,6 +722,7 @@ public:
     bool CheckExtrusioncolor() const { return (m_presence & (1u << 4)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Strokecolor;
     wxString m_Fillcolor;
@@ -708,6 +740,7 @@ public:
     virtual ~CT_Skew();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -736,6 +769,7 @@ public:
     bool CheckMatrix() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Id;
     wxString m_On;
@@ -754,6 +788,7 @@ public:
     virtual ~CT_Extrusion();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -890,6 +925,7 @@ public:
     bool CheckLightharsh2() const { return (m_presence & (std::uint64_t(1) << 32)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_On;
     wxString m_Type;
@@ -935,6 +971,7 @@ public:
     virtual ~CT_Callout();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -995,6 +1032,7 @@ public:
     bool CheckMinusy() const { return (m_presence & (1u << 13)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_On;
     wxString m_Type;
@@ -1021,6 +1059,7 @@ public:
     virtual ~CT_Lock();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -1073,6 +1112,7 @@ public:
     bool CheckShapetype() const { return (m_presence & (1u << 11)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Position;
     wxString m_Selection;
@@ -1097,6 +1137,7 @@ public:
     virtual ~CT_OLEObject();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "LinkType": value element, wxString
@@ -1141,6 +1182,7 @@ public:
     bool CheckUpdateMode() const { return (m_presence & (1u << 9)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_LinkType;
     wxString m_LockedField;
     wxString m_FieldCodes;
@@ -1163,6 +1205,7 @@ public:
     virtual ~CT_Complex();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -1171,6 +1214,7 @@ public:
     bool CheckV_AG_Ext() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     std::uint32_t m_presence;
 };
@@ -1184,6 +1228,7 @@ public:
     virtual ~CT_StrokeChild();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -1296,6 +1341,7 @@ public:
     bool CheckForcedash() const { return (m_presence & (1u << 26)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_On;
     wxString m_Weight;
@@ -1335,6 +1381,7 @@ public:
     virtual ~CT_ClipPath();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "v": attribute, wxString
@@ -1343,6 +1390,7 @@ public:
     bool CheckV() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_V;
     std::uint32_t m_presence;
 };
@@ -1356,6 +1404,7 @@ public:
     virtual ~CT_Fill();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // attribute group v:AG_Ext
@@ -1368,6 +1417,7 @@ public:
     bool CheckType() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     urn_schemas_microsoft_com_vml::AG_Ext* m_V_AG_Ext;
     wxString m_Type;
     std::uint32_t m_presence;

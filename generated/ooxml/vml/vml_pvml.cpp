@@ -21,13 +21,17 @@ CT_Empty::~CT_Empty()
 {
 }
 
-bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Empty::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Empty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Rel::CT_Rel()
     : m_presence(0)
@@ -38,7 +42,8 @@ CT_Rel::~CT_Rel()
 {
 }
 
-bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -49,6 +54,9 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Rel::GetId() const { return m_Id; }
 void CT_Rel::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 0); }

@@ -22,7 +22,8 @@ CT_Border::~CT_Border()
 {
 }
 
-bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Border::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -38,6 +39,9 @@ bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Border::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Border::GetType() const { return m_Type; }
 void CT_Border::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Border::GetShadow() const { return m_Shadow; }
@@ -52,7 +56,8 @@ CT_Wrap::~CT_Wrap()
 {
 }
 
-bool CT_Wrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Wrap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -69,6 +74,9 @@ bool CT_Wrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Wrap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Wrap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Wrap::GetType() const { return m_Type; }
 void CT_Wrap::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -88,12 +96,16 @@ CT_AnchorLock::~CT_AnchorLock()
 {
 }
 
-bool CT_AnchorLock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AnchorLock::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AnchorLock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AnchorLock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace urn_schemas_microsoft_com_office_word

@@ -22,7 +22,8 @@ CT_ClientData::~CT_ClientData()
     DeleteAll(m_Data__);
 }
 
-bool CT_ClientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ClientData::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -36,6 +37,9 @@ bool CT_ClientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ClientData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ClientData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ClientDataData__> CT_ClientData::GetData__() const { return m_Data__; }
 void CT_ClientData::SetData__(XMLPtrArray<CT_ClientDataData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -68,7 +72,8 @@ CT_ClientDataData__::~CT_ClientDataData__()
 {
 }
 
-bool CT_ClientDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ClientDataData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -211,6 +216,9 @@ bool CT_ClientDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_ClientDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ClientDataData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_ClientDataData__::GetMoveWithCells() const { return m_MoveWithCells; }
 void CT_ClientDataData__::SetMoveWithCells(wxString value) { m_MoveWithCells = std::move(value); m_presence[0] |= (std::uint64_t(1) << 0); }
 wxString CT_ClientDataData__::GetSizeWithCells() const { return m_SizeWithCells; }
@@ -312,7 +320,8 @@ void CT_ClientDataData__::SetScriptExtended(wxString value) { m_ScriptExtended =
 wxString CT_ClientDataData__::GetFmlaTxbx() const { return m_FmlaTxbx; }
 void CT_ClientDataData__::SetFmlaTxbx(wxString value) { m_FmlaTxbx = std::move(value); m_presence[1] |= (std::uint64_t(1) << 2); }
 
-bool CT_ClientDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ClientDataData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_MoveWithCells))
@@ -720,13 +729,20 @@ bool CT_ClientDataData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_ClientDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ClientDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ClientDataData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ClientDataData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ClientDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ClientDataData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ClientDataData__::HasProperty(const wxString& name, XMLNSContext* context)
 {

@@ -108,6 +108,7 @@ public:
     virtual ~CT_Integer255();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -116,6 +117,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -129,6 +131,7 @@ public:
     virtual ~CT_Integer2();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -137,6 +140,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -150,6 +154,7 @@ public:
     virtual ~CT_SpacingRule();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, int
@@ -158,6 +163,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_Val;
     std::uint32_t m_presence;
 };
@@ -171,6 +177,7 @@ public:
     virtual ~CT_UnSignedInteger();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, unsigned int
@@ -179,6 +186,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     unsigned int m_Val;
     std::uint32_t m_presence;
 };
@@ -192,6 +200,7 @@ public:
     virtual ~CT_Char();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -200,6 +209,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -213,6 +223,7 @@ public:
     virtual ~CT_OnOff();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -221,6 +232,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -234,6 +246,7 @@ public:
     virtual ~CT_String();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -242,6 +255,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -255,6 +269,7 @@ public:
     virtual ~CT_XAlign();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -263,6 +278,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -276,6 +292,7 @@ public:
     virtual ~CT_YAlign();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -284,6 +301,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -297,6 +315,7 @@ public:
     virtual ~CT_Shp();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -305,6 +324,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -318,6 +338,7 @@ public:
     virtual ~CT_FType();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -326,6 +347,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -339,6 +361,7 @@ public:
     virtual ~CT_LimLoc();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -347,6 +370,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -360,6 +384,7 @@ public:
     virtual ~CT_TopBot();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -368,6 +393,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -381,6 +407,7 @@ public:
     virtual ~CT_Script();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -389,6 +416,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -402,6 +430,7 @@ public:
     virtual ~CT_Style();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -410,6 +439,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -423,6 +453,7 @@ public:
     virtual ~CT_ManualBreak();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "alnAt": attribute, int
@@ -431,6 +462,7 @@ public:
     bool CheckAlnAt() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     int m_AlnAt;
     std::uint32_t m_presence;
 };
@@ -444,9 +476,12 @@ public:
     virtual ~EG_ScriptStyle();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -461,6 +496,9 @@ public:
     bool CheckSty() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Script* m_Scr;
     CT_Style* m_Sty;
     std::uint32_t m_presence;
@@ -475,6 +513,7 @@ public:
     virtual ~CT_RPR();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "lit": child element
@@ -495,6 +534,7 @@ public:
     bool CheckAln() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_Lit;
     CT_RPRData__* m_Data__;
     CT_ManualBreak* m_Brk;
@@ -511,9 +551,12 @@ public:
     virtual ~CT_RPRData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -528,6 +571,9 @@ public:
     bool CheckEG_ScriptStyle() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_OnOff* m_Nor;
     EG_ScriptStyle* m_EG_ScriptStyle;
     std::uint32_t m_presence;
@@ -542,6 +588,7 @@ public:
     virtual ~CT_Text();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // text content, wxString
@@ -554,6 +601,7 @@ public:
     bool CheckXml_space() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Value;
     wxString m_Xml_space;
     std::uint32_t m_presence;
@@ -568,6 +616,7 @@ public:
     virtual ~CT_R();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "a:rPr": child element
@@ -584,6 +633,7 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_drawingml_x2006_main::CT_TextCharacterProperties* m_A_rPr;
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPr* m_W_EG_RPr;
     XMLPtrArray<CT_RData__> m_Data__;
@@ -599,9 +649,12 @@ public:
     virtual ~CT_RData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -616,6 +669,9 @@ public:
     bool CheckT() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RunInnerContent* m_W_EG_RunInnerContent;
     CT_Text* m_T;
     std::uint32_t m_presence;
@@ -630,6 +686,7 @@ public:
     virtual ~CT_CtrlPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group w:EG_RPrMath
@@ -638,6 +695,7 @@ public:
     bool CheckW_EG_RPrMath() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RPrMath* m_W_EG_RPrMath;
     std::uint32_t m_presence;
 };
@@ -651,6 +709,7 @@ public:
     virtual ~CT_AccPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chr": child element
@@ -663,6 +722,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Char* m_Chr;
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
@@ -677,6 +737,7 @@ public:
     virtual ~CT_Acc();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "accPr": child element
@@ -689,6 +750,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_AccPr* m_AccPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -703,6 +765,7 @@ public:
     virtual ~CT_BarPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "pos": child element
@@ -715,6 +778,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_TopBot* m_Pos;
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
@@ -729,6 +793,7 @@ public:
     virtual ~CT_Bar();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "barPr": child element
@@ -741,6 +806,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BarPr* m_BarPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -755,6 +821,7 @@ public:
     virtual ~CT_BoxPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "opEmu": child element
@@ -783,6 +850,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_OpEmu;
     CT_OnOff* m_NoBreak;
     CT_OnOff* m_Diff;
@@ -801,6 +869,7 @@ public:
     virtual ~CT_Box();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "boxPr": child element
@@ -813,6 +882,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BoxPr* m_BoxPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -827,6 +897,7 @@ public:
     virtual ~CT_BorderBoxPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "hideTop": child element
@@ -867,6 +938,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_HideTop;
     CT_OnOff* m_HideBot;
     CT_OnOff* m_HideLeft;
@@ -888,6 +960,7 @@ public:
     virtual ~CT_BorderBox();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "borderBoxPr": child element
@@ -900,6 +973,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_BorderBoxPr* m_BorderBoxPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -914,6 +988,7 @@ public:
     virtual ~CT_DPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "begChr": child element
@@ -942,6 +1017,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Char* m_BegChr;
     CT_Char* m_SepChr;
     CT_Char* m_EndChr;
@@ -960,6 +1036,7 @@ public:
     virtual ~CT_D();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "dPr": child element
@@ -972,6 +1049,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_DPr* m_DPr;
     XMLPtrArray<CT_OMathArg> m_E;
     std::uint32_t m_presence;
@@ -986,6 +1064,7 @@ public:
     virtual ~CT_EqArrPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "baseJc": child element
@@ -1014,6 +1093,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_YAlign* m_BaseJc;
     CT_OnOff* m_MaxDist;
     CT_OnOff* m_ObjDist;
@@ -1032,6 +1112,7 @@ public:
     virtual ~CT_EqArr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "eqArrPr": child element
@@ -1044,6 +1125,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_EqArrPr* m_EqArrPr;
     XMLPtrArray<CT_OMathArg> m_E;
     std::uint32_t m_presence;
@@ -1058,6 +1140,7 @@ public:
     virtual ~CT_FPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "type": child element
@@ -1070,6 +1153,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FType* m_Type;
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
@@ -1084,6 +1168,7 @@ public:
     virtual ~CT_F();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "fPr": child element
@@ -1100,6 +1185,7 @@ public:
     bool CheckDen() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FPr* m_FPr;
     CT_OMathArg* m_Num;
     CT_OMathArg* m_Den;
@@ -1115,6 +1201,7 @@ public:
     virtual ~CT_FuncPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1123,6 +1210,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1136,6 +1224,7 @@ public:
     virtual ~CT_Func();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "funcPr": child element
@@ -1152,6 +1241,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_FuncPr* m_FuncPr;
     CT_OMathArg* m_FName;
     CT_OMathArg* m_E;
@@ -1167,6 +1257,7 @@ public:
     virtual ~CT_GroupChrPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chr": child element
@@ -1187,6 +1278,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Char* m_Chr;
     CT_TopBot* m_Pos;
     CT_TopBot* m_VertJc;
@@ -1203,6 +1295,7 @@ public:
     virtual ~CT_GroupChr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "groupChrPr": child element
@@ -1215,6 +1308,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_GroupChrPr* m_GroupChrPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -1229,6 +1323,7 @@ public:
     virtual ~CT_LimLowPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1237,6 +1332,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1250,6 +1346,7 @@ public:
     virtual ~CT_LimLow();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "limLowPr": child element
@@ -1266,6 +1363,7 @@ public:
     bool CheckLim() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LimLowPr* m_LimLowPr;
     CT_OMathArg* m_E;
     CT_OMathArg* m_Lim;
@@ -1281,6 +1379,7 @@ public:
     virtual ~CT_LimUppPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1289,6 +1388,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1302,6 +1402,7 @@ public:
     virtual ~CT_LimUpp();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "limUppPr": child element
@@ -1318,6 +1419,7 @@ public:
     bool CheckLim() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_LimUppPr* m_LimUppPr;
     CT_OMathArg* m_E;
     CT_OMathArg* m_Lim;
@@ -1333,6 +1435,7 @@ public:
     virtual ~CT_MCPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "count": child element
@@ -1345,6 +1448,7 @@ public:
     bool CheckMcJc() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Integer255* m_Count;
     CT_XAlign* m_McJc;
     std::uint32_t m_presence;
@@ -1359,6 +1463,7 @@ public:
     virtual ~CT_MC();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mcPr": child element
@@ -1367,6 +1472,7 @@ public:
     bool CheckMcPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MCPr* m_McPr;
     std::uint32_t m_presence;
 };
@@ -1380,6 +1486,7 @@ public:
     virtual ~CT_MCS();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mc": child element, repeated
@@ -1388,6 +1495,7 @@ public:
     bool CheckMc() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_MC> m_Mc;
     std::uint32_t m_presence;
 };
@@ -1401,6 +1509,7 @@ public:
     virtual ~CT_MPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "baseJc": child element
@@ -1441,6 +1550,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 8)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_YAlign* m_BaseJc;
     CT_OnOff* m_PlcHide;
     CT_SpacingRule* m_RSpRule;
@@ -1462,6 +1572,7 @@ public:
     virtual ~CT_MR();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "e": child element, repeated
@@ -1470,6 +1581,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<CT_OMathArg> m_E;
     std::uint32_t m_presence;
 };
@@ -1483,6 +1595,7 @@ public:
     virtual ~CT_M();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mPr": child element
@@ -1495,6 +1608,7 @@ public:
     bool CheckMr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_MPr* m_MPr;
     XMLPtrArray<CT_MR> m_Mr;
     std::uint32_t m_presence;
@@ -1509,6 +1623,7 @@ public:
     virtual ~CT_NaryPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "chr": child element
@@ -1537,6 +1652,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Char* m_Chr;
     CT_LimLoc* m_LimLoc;
     CT_OnOff* m_Grow;
@@ -1555,6 +1671,7 @@ public:
     virtual ~CT_Nary();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "naryPr": child element
@@ -1575,6 +1692,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_NaryPr* m_NaryPr;
     CT_OMathArg* m_Sub;
     CT_OMathArg* m_Sup;
@@ -1591,6 +1709,7 @@ public:
     virtual ~CT_PhantPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "show": child element
@@ -1619,6 +1738,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 5)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_Show;
     CT_OnOff* m_ZeroWid;
     CT_OnOff* m_ZeroAsc;
@@ -1637,6 +1757,7 @@ public:
     virtual ~CT_Phant();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "phantPr": child element
@@ -1649,6 +1770,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_PhantPr* m_PhantPr;
     CT_OMathArg* m_E;
     std::uint32_t m_presence;
@@ -1663,6 +1785,7 @@ public:
     virtual ~CT_RadPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "degHide": child element
@@ -1675,6 +1798,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_DegHide;
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
@@ -1689,6 +1813,7 @@ public:
     virtual ~CT_Rad();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "radPr": child element
@@ -1705,6 +1830,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_RadPr* m_RadPr;
     CT_OMathArg* m_Deg;
     CT_OMathArg* m_E;
@@ -1720,6 +1846,7 @@ public:
     virtual ~CT_SPrePr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1728,6 +1855,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1741,6 +1869,7 @@ public:
     virtual ~CT_SPre();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sPrePr": child element
@@ -1761,6 +1890,7 @@ public:
     bool CheckE() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SPrePr* m_SPrePr;
     CT_OMathArg* m_Sub;
     CT_OMathArg* m_Sup;
@@ -1777,6 +1907,7 @@ public:
     virtual ~CT_SSubPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1785,6 +1916,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1798,6 +1930,7 @@ public:
     virtual ~CT_SSub();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sSubPr": child element
@@ -1814,6 +1947,7 @@ public:
     bool CheckSub() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SSubPr* m_SSubPr;
     CT_OMathArg* m_E;
     CT_OMathArg* m_Sub;
@@ -1829,6 +1963,7 @@ public:
     virtual ~CT_SSubSupPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "alnScr": child element
@@ -1841,6 +1976,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OnOff* m_AlnScr;
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
@@ -1855,6 +1991,7 @@ public:
     virtual ~CT_SSubSup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sSubSupPr": child element
@@ -1875,6 +2012,7 @@ public:
     bool CheckSup() const { return (m_presence & (1u << 3)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SSubSupPr* m_SSubSupPr;
     CT_OMathArg* m_E;
     CT_OMathArg* m_Sub;
@@ -1891,6 +2029,7 @@ public:
     virtual ~CT_SSupPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "ctrlPr": child element
@@ -1899,6 +2038,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_CtrlPr* m_CtrlPr;
     std::uint32_t m_presence;
 };
@@ -1912,6 +2052,7 @@ public:
     virtual ~CT_SSup();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "sSupPr": child element
@@ -1928,6 +2069,7 @@ public:
     bool CheckSup() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_SSupPr* m_SSupPr;
     CT_OMathArg* m_E;
     CT_OMathArg* m_Sup;
@@ -1943,9 +2085,12 @@ public:
     virtual ~EG_OMathMathElements();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -1956,6 +2101,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_OMathMathElementsData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -1969,9 +2117,12 @@ public:
     virtual ~EG_OMathMathElementsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2058,6 +2209,9 @@ public:
     bool CheckR() const { return (m_presence & (1u << 19)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_Acc* m_Acc;
     CT_Bar* m_Bar;
     CT_Box* m_Box;
@@ -2090,9 +2244,12 @@ public:
     virtual ~EG_OMathElements();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2103,6 +2260,9 @@ public:
     bool CheckData__() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     EG_OMathElementsData__* m_Data__;
     std::uint32_t m_presence;
 };
@@ -2116,9 +2276,12 @@ public:
     virtual ~EG_OMathElementsData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2133,6 +2296,9 @@ public:
     bool CheckW_EG_PContentMath() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     XMLPtrArray<EG_OMathMathElements> m_EG_OMathMathElements;
     XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> m_W_EG_PContentMath;
     std::uint32_t m_presence;
@@ -2147,6 +2313,7 @@ public:
     virtual ~CT_OMathArgPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "argSz": child element
@@ -2155,6 +2322,7 @@ public:
     bool CheckArgSz() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_Integer2* m_ArgSz;
     std::uint32_t m_presence;
 };
@@ -2168,6 +2336,7 @@ public:
     virtual ~CT_OMathArg();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "argPr": child element
@@ -2184,6 +2353,7 @@ public:
     bool CheckCtrlPr() const { return (m_presence & (1u << 2)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OMathArgPr* m_ArgPr;
     XMLPtrArray<EG_OMathElements> m_EG_OMathElements;
     CT_CtrlPr* m_CtrlPr;
@@ -2199,6 +2369,7 @@ public:
     virtual ~CT_OMathJc();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -2207,6 +2378,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2220,6 +2392,7 @@ public:
     virtual ~CT_OMathParaPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "jc": child element
@@ -2228,6 +2401,7 @@ public:
     bool CheckJc() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OMathJc* m_Jc;
     std::uint32_t m_presence;
 };
@@ -2241,6 +2415,7 @@ public:
     virtual ~CT_TwipsMeasure();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxAny
@@ -2249,6 +2424,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxAny m_Val;
     std::uint32_t m_presence;
 };
@@ -2262,6 +2438,7 @@ public:
     virtual ~CT_BreakBin();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -2270,6 +2447,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2283,6 +2461,7 @@ public:
     virtual ~CT_BreakBinSub();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "val": attribute, wxString
@@ -2291,6 +2470,7 @@ public:
     bool CheckVal() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     wxString m_Val;
     std::uint32_t m_presence;
 };
@@ -2304,6 +2484,7 @@ public:
     virtual ~CT_MathPr();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "mathFont": child element
@@ -2368,6 +2549,7 @@ public:
     bool CheckNaryLim() const { return (m_presence & (1u << 14)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_String* m_MathFont;
     CT_BreakBin* m_BrkBin;
     CT_BreakBinSub* m_BrkBinSub;
@@ -2395,9 +2577,12 @@ public:
     virtual ~CT_MathPrData__();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
     bool SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context);
+    bool SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context);
     bool SetProperty(const wxString& name, wxString value, XMLNSContext* context);
+    bool SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context);
     static bool HasProperty(const wxString& name, XMLNSContext* context);
     bool GetProperty(const wxString&, wxXmlNode*, XMLNSContext*) { return true; }
     bool GetProperty(const wxString&, wxString, XMLNSContext*) { return true; }
@@ -2412,6 +2597,9 @@ public:
     bool CheckWrapRight() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
+    template <class Node> bool TakeElement(const wxString& name, Node* node, XMLNSContext* context);
+    template <class Text> bool TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context);
     CT_TwipsMeasure* m_WrapIndent;
     CT_OnOff* m_WrapRight;
     std::uint32_t m_presence;
@@ -2426,6 +2614,7 @@ public:
     virtual ~CT_OMathPara();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // "oMathParaPr": child element
@@ -2438,6 +2627,7 @@ public:
     bool CheckOMath() const { return (m_presence & (1u << 1)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     CT_OMathParaPr* m_OMathParaPr;
     XMLPtrArray<CT_OMath> m_OMath;
     std::uint32_t m_presence;
@@ -2452,6 +2642,7 @@ public:
     virtual ~CT_OMath();
 
     bool ReadXML(wxXmlNode* node, XMLNSContext* context);
+    bool ReadXML(ooxml::dom::Node* node, XMLNSContext* context);
     bool WriteXML(wxXmlNode*, XMLNSContext*) { return true; }
 
     // group EG_OMathElements, repeated
@@ -2460,6 +2651,7 @@ public:
     bool CheckEG_OMathElements() const { return (m_presence & (1u << 0)) != 0; }
 
 private:
+    template <class Node> bool ReadNode(Node* node, XMLNSContext* context);
     XMLPtrArray<EG_OMathElements> m_EG_OMathElements;
     std::uint32_t m_presence;
 };

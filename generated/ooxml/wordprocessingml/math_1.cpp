@@ -24,7 +24,8 @@ CT_Integer255::~CT_Integer255()
 {
 }
 
-bool CT_Integer255::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Integer255::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -35,6 +36,9 @@ bool CT_Integer255::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Integer255::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Integer255::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Integer2::CT_Integer2()
     : m_Val(0),
@@ -46,7 +50,8 @@ CT_Integer2::~CT_Integer2()
 {
 }
 
-bool CT_Integer2::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Integer2::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -57,6 +62,9 @@ bool CT_Integer2::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Integer2::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Integer2::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SpacingRule::CT_SpacingRule()
     : m_Val(0),
@@ -68,7 +76,8 @@ CT_SpacingRule::~CT_SpacingRule()
 {
 }
 
-bool CT_SpacingRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SpacingRule::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -80,6 +89,9 @@ bool CT_SpacingRule::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SpacingRule::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SpacingRule::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_UnSignedInteger::CT_UnSignedInteger()
     : m_Val(0),
       m_presence(0)
@@ -90,7 +102,8 @@ CT_UnSignedInteger::~CT_UnSignedInteger()
 {
 }
 
-bool CT_UnSignedInteger::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UnSignedInteger::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -102,6 +115,9 @@ bool CT_UnSignedInteger::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_UnSignedInteger::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UnSignedInteger::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Char::CT_Char()
     : m_presence(0)
 {
@@ -111,7 +127,8 @@ CT_Char::~CT_Char()
 {
 }
 
-bool CT_Char::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Char::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -122,6 +139,9 @@ bool CT_Char::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Char::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Char::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Char::GetVal() const { return m_Val; }
 void CT_Char::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -135,7 +155,8 @@ CT_OnOff::~CT_OnOff()
 {
 }
 
-bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OnOff::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -146,6 +167,9 @@ bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OnOff::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_OnOff::GetVal() const { return m_Val; }
 void CT_OnOff::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -159,7 +183,8 @@ CT_String::~CT_String()
 {
 }
 
-bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_String::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -170,6 +195,9 @@ bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_String::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_String::GetVal() const { return m_Val; }
 void CT_String::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -183,7 +211,8 @@ CT_XAlign::~CT_XAlign()
 {
 }
 
-bool CT_XAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_XAlign::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -194,6 +223,9 @@ bool CT_XAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_XAlign::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_XAlign::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_XAlign::GetVal() const { return m_Val; }
 void CT_XAlign::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -207,7 +239,8 @@ CT_YAlign::~CT_YAlign()
 {
 }
 
-bool CT_YAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_YAlign::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -218,6 +251,9 @@ bool CT_YAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_YAlign::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_YAlign::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_YAlign::GetVal() const { return m_Val; }
 void CT_YAlign::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -231,7 +267,8 @@ CT_Shp::~CT_Shp()
 {
 }
 
-bool CT_Shp::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shp::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -242,6 +279,9 @@ bool CT_Shp::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Shp::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shp::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Shp::GetVal() const { return m_Val; }
 void CT_Shp::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -255,7 +295,8 @@ CT_FType::~CT_FType()
 {
 }
 
-bool CT_FType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -266,6 +307,9 @@ bool CT_FType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FType::GetVal() const { return m_Val; }
 void CT_FType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -279,7 +323,8 @@ CT_LimLoc::~CT_LimLoc()
 {
 }
 
-bool CT_LimLoc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LimLoc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -290,6 +335,9 @@ bool CT_LimLoc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LimLoc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LimLoc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LimLoc::GetVal() const { return m_Val; }
 void CT_LimLoc::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -303,7 +351,8 @@ CT_TopBot::~CT_TopBot()
 {
 }
 
-bool CT_TopBot::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TopBot::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -314,6 +363,9 @@ bool CT_TopBot::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TopBot::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TopBot::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TopBot::GetVal() const { return m_Val; }
 void CT_TopBot::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -327,7 +379,8 @@ CT_Script::~CT_Script()
 {
 }
 
-bool CT_Script::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Script::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -338,6 +391,9 @@ bool CT_Script::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Script::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Script::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Script::GetVal() const { return m_Val; }
 void CT_Script::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -351,7 +407,8 @@ CT_Style::~CT_Style()
 {
 }
 
-bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Style::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -362,6 +419,9 @@ bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Style::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Style::GetVal() const { return m_Val; }
 void CT_Style::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -376,7 +436,8 @@ CT_ManualBreak::~CT_ManualBreak()
 {
 }
 
-bool CT_ManualBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ManualBreak::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -387,6 +448,9 @@ bool CT_ManualBreak::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ManualBreak::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ManualBreak::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 EG_ScriptStyle::EG_ScriptStyle()
     : m_Scr(nullptr),
@@ -401,7 +465,8 @@ EG_ScriptStyle::~EG_ScriptStyle()
     delete m_Sty;
 }
 
-bool EG_ScriptStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ScriptStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -414,7 +479,11 @@ bool EG_ScriptStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ScriptStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ScriptStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ScriptStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ScriptStyle::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_scr))
@@ -432,13 +501,20 @@ bool EG_ScriptStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_ScriptStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ScriptStyle::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ScriptStyle::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ScriptStyle::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ScriptStyle::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ScriptStyle::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ScriptStyle::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -464,7 +540,8 @@ CT_RPR::~CT_RPR()
     delete m_Aln;
 }
 
-bool CT_RPR::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPR::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -481,6 +558,9 @@ bool CT_RPR::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RPR::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPR::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RPRData__::CT_RPRData__()
     : m_Nor(nullptr),
       m_EG_ScriptStyle(nullptr),
@@ -494,7 +574,8 @@ CT_RPRData__::~CT_RPRData__()
     delete m_EG_ScriptStyle;
 }
 
-bool CT_RPRData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPRData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -507,7 +588,11 @@ bool CT_RPRData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_RPRData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_RPRData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPRData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_RPRData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_nor))
@@ -525,13 +610,20 @@ bool CT_RPRData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSConte
     return false;
 }
 
-bool CT_RPRData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RPRData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RPRData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RPRData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RPRData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RPRData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RPRData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -550,7 +642,8 @@ CT_Text::~CT_Text()
 {
 }
 
-bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Text::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -563,6 +656,9 @@ bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Text::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Text::GetValue() const { return m_Value; }
 void CT_Text::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -583,7 +679,8 @@ CT_R::~CT_R()
     DeleteAll(m_Data__);
 }
 
-bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_R::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -597,6 +694,9 @@ bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_R::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RData__> CT_R::GetData__() const { return m_Data__; }
 void CT_R::SetData__(XMLPtrArray<CT_RData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 2); }
@@ -614,7 +714,8 @@ CT_RData__::~CT_RData__()
     delete m_T;
 }
 
-bool CT_RData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -627,7 +728,11 @@ bool CT_RData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_RData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_RData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_RData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_RunInnerContent::HasProperty(name, context))
@@ -645,13 +750,20 @@ bool CT_RData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext
     return false;
 }
 
-bool CT_RData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -671,7 +783,8 @@ CT_CtrlPr::~CT_CtrlPr()
     delete m_W_EG_RPrMath;
 }
 
-bool CT_CtrlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CtrlPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -681,6 +794,9 @@ bool CT_CtrlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CtrlPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CtrlPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_AccPr::CT_AccPr()
     : m_Chr(nullptr),
@@ -695,7 +811,8 @@ CT_AccPr::~CT_AccPr()
     delete m_CtrlPr;
 }
 
-bool CT_AccPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AccPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -707,6 +824,9 @@ bool CT_AccPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AccPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AccPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Acc::CT_Acc()
     : m_AccPr(nullptr),
@@ -721,7 +841,8 @@ CT_Acc::~CT_Acc()
     delete m_E;
 }
 
-bool CT_Acc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Acc::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -733,6 +854,9 @@ bool CT_Acc::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Acc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Acc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_BarPr::CT_BarPr()
     : m_Pos(nullptr),
@@ -747,7 +871,8 @@ CT_BarPr::~CT_BarPr()
     delete m_CtrlPr;
 }
 
-bool CT_BarPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BarPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -759,6 +884,9 @@ bool CT_BarPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BarPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BarPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Bar::CT_Bar()
     : m_BarPr(nullptr),
@@ -773,7 +901,8 @@ CT_Bar::~CT_Bar()
     delete m_E;
 }
 
-bool CT_Bar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Bar::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -785,6 +914,9 @@ bool CT_Bar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Bar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Bar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_BoxPr::CT_BoxPr()
     : m_OpEmu(nullptr),
@@ -807,7 +939,8 @@ CT_BoxPr::~CT_BoxPr()
     delete m_CtrlPr;
 }
 
-bool CT_BoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BoxPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -828,6 +961,9 @@ bool CT_BoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BoxPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Box::CT_Box()
     : m_BoxPr(nullptr),
       m_E(nullptr),
@@ -841,7 +977,8 @@ CT_Box::~CT_Box()
     delete m_E;
 }
 
-bool CT_Box::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Box::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -853,6 +990,9 @@ bool CT_Box::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Box::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Box::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_BorderBoxPr::CT_BorderBoxPr()
     : m_HideTop(nullptr),
@@ -881,7 +1021,8 @@ CT_BorderBoxPr::~CT_BorderBoxPr()
     delete m_CtrlPr;
 }
 
-bool CT_BorderBoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BorderBoxPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -908,6 +1049,9 @@ bool CT_BorderBoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BorderBoxPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BorderBoxPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_BorderBox::CT_BorderBox()
     : m_BorderBoxPr(nullptr),
       m_E(nullptr),
@@ -921,7 +1065,8 @@ CT_BorderBox::~CT_BorderBox()
     delete m_E;
 }
 
-bool CT_BorderBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BorderBox::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -933,6 +1078,9 @@ bool CT_BorderBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BorderBox::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BorderBox::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DPr::CT_DPr()
     : m_BegChr(nullptr),
@@ -955,7 +1103,8 @@ CT_DPr::~CT_DPr()
     delete m_CtrlPr;
 }
 
-bool CT_DPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -976,6 +1125,9 @@ bool CT_DPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_D::CT_D()
     : m_DPr(nullptr),
       m_presence(0)
@@ -988,7 +1140,8 @@ CT_D::~CT_D()
     DeleteAll(m_E);
 }
 
-bool CT_D::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_D::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1000,6 +1153,9 @@ bool CT_D::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_D::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_D::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OMathArg> CT_D::GetE() const { return m_E; }
 void CT_D::SetE(XMLPtrArray<CT_OMathArg> value) { m_E = std::move(value); m_presence |= (1u << 1); }
@@ -1025,7 +1181,8 @@ CT_EqArrPr::~CT_EqArrPr()
     delete m_CtrlPr;
 }
 
-bool CT_EqArrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EqArrPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1046,6 +1203,9 @@ bool CT_EqArrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EqArrPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EqArrPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_EqArr::CT_EqArr()
     : m_EqArrPr(nullptr),
       m_presence(0)
@@ -1058,7 +1218,8 @@ CT_EqArr::~CT_EqArr()
     DeleteAll(m_E);
 }
 
-bool CT_EqArr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EqArr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1070,6 +1231,9 @@ bool CT_EqArr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EqArr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EqArr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OMathArg> CT_EqArr::GetE() const { return m_E; }
 void CT_EqArr::SetE(XMLPtrArray<CT_OMathArg> value) { m_E = std::move(value); m_presence |= (1u << 1); }
@@ -1087,7 +1251,8 @@ CT_FPr::~CT_FPr()
     delete m_CtrlPr;
 }
 
-bool CT_FPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1099,6 +1264,9 @@ bool CT_FPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_F::CT_F()
     : m_FPr(nullptr),
@@ -1115,7 +1283,8 @@ CT_F::~CT_F()
     delete m_Den;
 }
 
-bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_F::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1130,6 +1299,9 @@ bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_F::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_F::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FuncPr::CT_FuncPr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -1141,7 +1313,8 @@ CT_FuncPr::~CT_FuncPr()
     delete m_CtrlPr;
 }
 
-bool CT_FuncPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FuncPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1151,6 +1324,9 @@ bool CT_FuncPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FuncPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FuncPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Func::CT_Func()
     : m_FuncPr(nullptr),
@@ -1167,7 +1343,8 @@ CT_Func::~CT_Func()
     delete m_E;
 }
 
-bool CT_Func::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Func::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1181,6 +1358,9 @@ bool CT_Func::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Func::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Func::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_GroupChrPr::CT_GroupChrPr()
     : m_Chr(nullptr),
@@ -1199,7 +1379,8 @@ CT_GroupChrPr::~CT_GroupChrPr()
     delete m_CtrlPr;
 }
 
-bool CT_GroupChrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupChrPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1215,5 +1396,8 @@ bool CT_GroupChrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GroupChrPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupChrPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_officeDocument_x2006_math

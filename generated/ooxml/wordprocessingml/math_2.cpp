@@ -26,7 +26,8 @@ CT_GroupChr::~CT_GroupChr()
     delete m_E;
 }
 
-bool CT_GroupChr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GroupChr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -39,6 +40,9 @@ bool CT_GroupChr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_GroupChr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GroupChr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LimLowPr::CT_LimLowPr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -50,7 +54,8 @@ CT_LimLowPr::~CT_LimLowPr()
     delete m_CtrlPr;
 }
 
-bool CT_LimLowPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LimLowPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -60,6 +65,9 @@ bool CT_LimLowPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LimLowPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LimLowPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_LimLow::CT_LimLow()
     : m_LimLowPr(nullptr),
@@ -76,7 +84,8 @@ CT_LimLow::~CT_LimLow()
     delete m_Lim;
 }
 
-bool CT_LimLow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LimLow::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -91,6 +100,9 @@ bool CT_LimLow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LimLow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LimLow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_LimUppPr::CT_LimUppPr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -102,7 +114,8 @@ CT_LimUppPr::~CT_LimUppPr()
     delete m_CtrlPr;
 }
 
-bool CT_LimUppPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LimUppPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -112,6 +125,9 @@ bool CT_LimUppPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LimUppPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LimUppPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_LimUpp::CT_LimUpp()
     : m_LimUppPr(nullptr),
@@ -128,7 +144,8 @@ CT_LimUpp::~CT_LimUpp()
     delete m_Lim;
 }
 
-bool CT_LimUpp::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LimUpp::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -143,6 +160,9 @@ bool CT_LimUpp::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_LimUpp::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LimUpp::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MCPr::CT_MCPr()
     : m_Count(nullptr),
       m_McJc(nullptr),
@@ -156,7 +176,8 @@ CT_MCPr::~CT_MCPr()
     delete m_McJc;
 }
 
-bool CT_MCPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MCPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -169,6 +190,9 @@ bool CT_MCPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MCPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MCPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MC::CT_MC()
     : m_McPr(nullptr),
       m_presence(0)
@@ -180,7 +204,8 @@ CT_MC::~CT_MC()
     delete m_McPr;
 }
 
-bool CT_MC::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MC::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -190,6 +215,9 @@ bool CT_MC::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MC::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MC::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_MCS::CT_MCS()
     : m_presence(0)
@@ -201,7 +229,8 @@ CT_MCS::~CT_MCS()
     DeleteAll(m_Mc);
 }
 
-bool CT_MCS::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MCS::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -211,6 +240,9 @@ bool CT_MCS::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MCS::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MCS::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MC> CT_MCS::GetMc() const { return m_Mc; }
 void CT_MCS::SetMc(XMLPtrArray<CT_MC> value) { m_Mc = std::move(value); m_presence |= (1u << 0); }
@@ -242,7 +274,8 @@ CT_MPr::~CT_MPr()
     delete m_CtrlPr;
 }
 
-bool CT_MPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -269,6 +302,9 @@ bool CT_MPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MR::CT_MR()
     : m_presence(0)
 {
@@ -279,7 +315,8 @@ CT_MR::~CT_MR()
     DeleteAll(m_E);
 }
 
-bool CT_MR::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MR::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -289,6 +326,9 @@ bool CT_MR::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MR::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MR::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OMathArg> CT_MR::GetE() const { return m_E; }
 void CT_MR::SetE(XMLPtrArray<CT_OMathArg> value) { m_E = std::move(value); m_presence |= (1u << 0); }
@@ -305,7 +345,8 @@ CT_M::~CT_M()
     DeleteAll(m_Mr);
 }
 
-bool CT_M::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_M::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -317,6 +358,9 @@ bool CT_M::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_M::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_M::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_MR> CT_M::GetMr() const { return m_Mr; }
 void CT_M::SetMr(XMLPtrArray<CT_MR> value) { m_Mr = std::move(value); m_presence |= (1u << 1); }
@@ -342,7 +386,8 @@ CT_NaryPr::~CT_NaryPr()
     delete m_CtrlPr;
 }
 
-bool CT_NaryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NaryPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -363,6 +408,9 @@ bool CT_NaryPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NaryPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NaryPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Nary::CT_Nary()
     : m_NaryPr(nullptr),
       m_Sub(nullptr),
@@ -380,7 +428,8 @@ CT_Nary::~CT_Nary()
     delete m_E;
 }
 
-bool CT_Nary::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Nary::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -396,6 +445,9 @@ bool CT_Nary::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Nary::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Nary::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PhantPr::CT_PhantPr()
     : m_Show(nullptr),
@@ -418,7 +470,8 @@ CT_PhantPr::~CT_PhantPr()
     delete m_CtrlPr;
 }
 
-bool CT_PhantPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PhantPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -439,6 +492,9 @@ bool CT_PhantPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PhantPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PhantPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Phant::CT_Phant()
     : m_PhantPr(nullptr),
       m_E(nullptr),
@@ -452,7 +508,8 @@ CT_Phant::~CT_Phant()
     delete m_E;
 }
 
-bool CT_Phant::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Phant::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -464,6 +521,9 @@ bool CT_Phant::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Phant::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Phant::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_RadPr::CT_RadPr()
     : m_DegHide(nullptr),
@@ -478,7 +538,8 @@ CT_RadPr::~CT_RadPr()
     delete m_CtrlPr;
 }
 
-bool CT_RadPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RadPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -490,6 +551,9 @@ bool CT_RadPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RadPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RadPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Rad::CT_Rad()
     : m_RadPr(nullptr),
@@ -506,7 +570,8 @@ CT_Rad::~CT_Rad()
     delete m_E;
 }
 
-bool CT_Rad::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rad::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -521,6 +586,9 @@ bool CT_Rad::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Rad::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rad::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SPrePr::CT_SPrePr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -532,7 +600,8 @@ CT_SPrePr::~CT_SPrePr()
     delete m_CtrlPr;
 }
 
-bool CT_SPrePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SPrePr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -542,6 +611,9 @@ bool CT_SPrePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SPrePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SPrePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SPre::CT_SPre()
     : m_SPrePr(nullptr),
@@ -560,7 +632,8 @@ CT_SPre::~CT_SPre()
     delete m_E;
 }
 
-bool CT_SPre::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SPre::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -577,6 +650,9 @@ bool CT_SPre::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SPre::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SPre::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SSubPr::CT_SSubPr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -588,7 +664,8 @@ CT_SSubPr::~CT_SSubPr()
     delete m_CtrlPr;
 }
 
-bool CT_SSubPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSubPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -598,6 +675,9 @@ bool CT_SSubPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SSubPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSubPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SSub::CT_SSub()
     : m_SSubPr(nullptr),
@@ -614,7 +694,8 @@ CT_SSub::~CT_SSub()
     delete m_Sub;
 }
 
-bool CT_SSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSub::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -629,6 +710,9 @@ bool CT_SSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SSub::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSub::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SSubSupPr::CT_SSubSupPr()
     : m_AlnScr(nullptr),
       m_CtrlPr(nullptr),
@@ -642,7 +726,8 @@ CT_SSubSupPr::~CT_SSubSupPr()
     delete m_CtrlPr;
 }
 
-bool CT_SSubSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSubSupPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -654,6 +739,9 @@ bool CT_SSubSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SSubSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSubSupPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SSubSup::CT_SSubSup()
     : m_SSubSupPr(nullptr),
@@ -672,7 +760,8 @@ CT_SSubSup::~CT_SSubSup()
     delete m_Sup;
 }
 
-bool CT_SSubSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSubSup::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -689,6 +778,9 @@ bool CT_SSubSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SSubSup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSubSup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SSupPr::CT_SSupPr()
     : m_CtrlPr(nullptr),
       m_presence(0)
@@ -700,7 +792,8 @@ CT_SSupPr::~CT_SSupPr()
     delete m_CtrlPr;
 }
 
-bool CT_SSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSupPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -710,6 +803,9 @@ bool CT_SSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SSupPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSupPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SSup::CT_SSup()
     : m_SSupPr(nullptr),
@@ -726,7 +822,8 @@ CT_SSup::~CT_SSup()
     delete m_Sup;
 }
 
-bool CT_SSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SSup::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -741,6 +838,9 @@ bool CT_SSup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SSup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SSup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_OMathMathElements::EG_OMathMathElements()
     : m_Data__(nullptr),
       m_presence(0)
@@ -752,7 +852,8 @@ EG_OMathMathElements::~EG_OMathMathElements()
     delete m_Data__;
 }
 
-bool EG_OMathMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OMathMathElements::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -763,7 +864,11 @@ bool EG_OMathMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_OMathMathElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_OMathMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_OMathMathElements::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_OMathMathElements::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_OMathMathElementsData__::HasProperty(name, context))
     {
@@ -774,13 +879,20 @@ bool EG_OMathMathElements::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_OMathMathElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_OMathMathElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_OMathMathElements::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_OMathMathElements::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_OMathMathElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_OMathMathElements::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_OMathMathElements::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -836,7 +948,8 @@ EG_OMathMathElementsData__::~EG_OMathMathElementsData__()
     delete m_R;
 }
 
-bool EG_OMathMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OMathMathElementsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -885,7 +998,11 @@ bool EG_OMathMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_OMathMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_OMathMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_OMathMathElementsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_OMathMathElementsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_acc))
@@ -1011,13 +1128,20 @@ bool EG_OMathMathElementsData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool EG_OMathMathElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_OMathMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_OMathMathElementsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_OMathMathElementsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_OMathMathElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_OMathMathElementsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_OMathMathElementsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1055,7 +1179,8 @@ EG_OMathElements::~EG_OMathElements()
     delete m_Data__;
 }
 
-bool EG_OMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OMathElements::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1066,7 +1191,11 @@ bool EG_OMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_OMathElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_OMathElements::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_OMathElements::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_OMathElements::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_OMathElementsData__::HasProperty(name, context))
     {
@@ -1077,13 +1206,20 @@ bool EG_OMathElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_OMathElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_OMathElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_OMathElements::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_OMathElements::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_OMathElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_OMathElements::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_OMathElements::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1101,7 +1237,8 @@ EG_OMathElementsData__::~EG_OMathElementsData__()
     DeleteAll(m_W_EG_PContentMath);
 }
 
-bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OMathElementsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1114,12 +1251,16 @@ bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_OMathElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_OMathElementsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_OMathMathElements> EG_OMathElementsData__::GetEG_OMathMathElements() const { return m_EG_OMathMathElements; }
 void EG_OMathElementsData__::SetEG_OMathMathElements(XMLPtrArray<EG_OMathMathElements> value) { m_EG_OMathMathElements = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> EG_OMathElementsData__::GetW_EG_PContentMath() const { return m_W_EG_PContentMath; }
 void EG_OMathElementsData__::SetW_EG_PContentMath(XMLPtrArray<schemas_openxmlformats_org_wordprocessingml_x2006_main::EG_PContentMath> value) { m_W_EG_PContentMath = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_OMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_OMathElementsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_OMathMathElements::HasProperty(name, context))
     {
@@ -1136,13 +1277,20 @@ bool EG_OMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_OMathElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_OMathElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_OMathElementsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_OMathElementsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_OMathElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_OMathElementsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_OMathElementsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1161,7 +1309,8 @@ CT_OMathArgPr::~CT_OMathArgPr()
     delete m_ArgSz;
 }
 
-bool CT_OMathArgPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMathArgPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1171,6 +1320,9 @@ bool CT_OMathArgPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OMathArgPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMathArgPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_OMathArg::CT_OMathArg()
     : m_ArgPr(nullptr),
@@ -1186,7 +1338,8 @@ CT_OMathArg::~CT_OMathArg()
     delete m_CtrlPr;
 }
 
-bool CT_OMathArg::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMathArg::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1201,6 +1354,9 @@ bool CT_OMathArg::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OMathArg::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMathArg::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_OMathElements> CT_OMathArg::GetEG_OMathElements() const { return m_EG_OMathElements; }
 void CT_OMathArg::SetEG_OMathElements(XMLPtrArray<EG_OMathElements> value) { m_EG_OMathElements = std::move(value); m_presence |= (1u << 1); }
 
@@ -1213,7 +1369,8 @@ CT_OMathJc::~CT_OMathJc()
 {
 }
 
-bool CT_OMathJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMathJc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1224,6 +1381,9 @@ bool CT_OMathJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OMathJc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMathJc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OMathJc::GetVal() const { return m_Val; }
 void CT_OMathJc::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1239,7 +1399,8 @@ CT_OMathParaPr::~CT_OMathParaPr()
     delete m_Jc;
 }
 
-bool CT_OMathParaPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMathParaPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1250,6 +1411,9 @@ bool CT_OMathParaPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OMathParaPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMathParaPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TwipsMeasure::CT_TwipsMeasure()
     : m_presence(0)
 {
@@ -1259,7 +1423,8 @@ CT_TwipsMeasure::~CT_TwipsMeasure()
 {
 }
 
-bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TwipsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1270,6 +1435,9 @@ bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TwipsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TwipsMeasure::GetVal() const { return m_Val; }
 void CT_TwipsMeasure::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1283,7 +1451,8 @@ CT_BreakBin::~CT_BreakBin()
 {
 }
 
-bool CT_BreakBin::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BreakBin::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1294,6 +1463,9 @@ bool CT_BreakBin::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BreakBin::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BreakBin::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BreakBin::GetVal() const { return m_Val; }
 void CT_BreakBin::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1307,7 +1479,8 @@ CT_BreakBinSub::~CT_BreakBinSub()
 {
 }
 
-bool CT_BreakBinSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BreakBinSub::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1318,6 +1491,9 @@ bool CT_BreakBinSub::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BreakBinSub::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BreakBinSub::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BreakBinSub::GetVal() const { return m_Val; }
 void CT_BreakBinSub::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1361,7 +1537,8 @@ CT_MathPr::~CT_MathPr()
     delete m_NaryLim;
 }
 
-bool CT_MathPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1400,6 +1577,9 @@ bool CT_MathPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MathPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MathPrData__::CT_MathPrData__()
     : m_WrapIndent(nullptr),
       m_WrapRight(nullptr),
@@ -1413,7 +1593,8 @@ CT_MathPrData__::~CT_MathPrData__()
     delete m_WrapRight;
 }
 
-bool CT_MathPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathPrData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1426,7 +1607,11 @@ bool CT_MathPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_MathPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_MathPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathPrData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_MathPrData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wrapIndent))
@@ -1444,13 +1629,20 @@ bool CT_MathPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_MathPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_MathPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_MathPrData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_MathPrData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_MathPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_MathPrData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_MathPrData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1471,7 +1663,8 @@ CT_OMathPara::~CT_OMathPara()
     DeleteAll(m_OMath);
 }
 
-bool CT_OMathPara::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMathPara::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1483,6 +1676,9 @@ bool CT_OMathPara::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OMathPara::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMathPara::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OMath> CT_OMathPara::GetOMath() const { return m_OMath; }
 void CT_OMathPara::SetOMath(XMLPtrArray<CT_OMath> value) { m_OMath = std::move(value); m_presence |= (1u << 1); }
@@ -1497,7 +1693,8 @@ CT_OMath::~CT_OMath()
     DeleteAll(m_EG_OMathElements);
 }
 
-bool CT_OMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OMath::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1507,6 +1704,9 @@ bool CT_OMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_OMath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OMath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_OMathElements> CT_OMath::GetEG_OMathElements() const { return m_EG_OMathElements; }
 void CT_OMath::SetEG_OMathElements(XMLPtrArray<EG_OMathElements> value) { m_EG_OMathElements = std::move(value); m_presence |= (1u << 0); }

@@ -21,13 +21,17 @@ CT_Empty::~CT_Empty()
 {
 }
 
-bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Empty::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Empty::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Empty::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_OnOff::CT_OnOff()
     : m_presence(0)
@@ -38,7 +42,8 @@ CT_OnOff::~CT_OnOff()
 {
 }
 
-bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OnOff::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -49,6 +54,9 @@ bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OnOff::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OnOff::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_OnOff::GetVal() const { return m_Val; }
 void CT_OnOff::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -62,7 +70,8 @@ CT_LongHexNumber::~CT_LongHexNumber()
 {
 }
 
-bool CT_LongHexNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LongHexNumber::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -73,6 +82,9 @@ bool CT_LongHexNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LongHexNumber::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LongHexNumber::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LongHexNumber::GetVal() const { return m_Val; }
 void CT_LongHexNumber::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -87,7 +99,8 @@ CT_Charset::~CT_Charset()
 {
 }
 
-bool CT_Charset::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Charset::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -100,6 +113,9 @@ bool CT_Charset::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Charset::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Charset::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Charset::GetVal() const { return m_Val; }
 void CT_Charset::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -116,7 +132,8 @@ CT_DecimalNumber::~CT_DecimalNumber()
 {
 }
 
-bool CT_DecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DecimalNumber::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -128,6 +145,9 @@ bool CT_DecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DecimalNumber::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_UnsignedDecimalNumber::CT_UnsignedDecimalNumber()
     : m_Val(0),
       m_presence(0)
@@ -138,7 +158,8 @@ CT_UnsignedDecimalNumber::~CT_UnsignedDecimalNumber()
 {
 }
 
-bool CT_UnsignedDecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_UnsignedDecimalNumber::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -150,6 +171,9 @@ bool CT_UnsignedDecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_UnsignedDecimalNumber::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_UnsignedDecimalNumber::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DecimalNumberOrPrecent::CT_DecimalNumberOrPrecent()
     : m_presence(0)
 {
@@ -159,7 +183,8 @@ CT_DecimalNumberOrPrecent::~CT_DecimalNumberOrPrecent()
 {
 }
 
-bool CT_DecimalNumberOrPrecent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DecimalNumberOrPrecent::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -170,6 +195,9 @@ bool CT_DecimalNumberOrPrecent::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DecimalNumberOrPrecent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DecimalNumberOrPrecent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_DecimalNumberOrPrecent::GetVal() const { return m_Val; }
 void CT_DecimalNumberOrPrecent::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -183,7 +211,8 @@ CT_TwipsMeasure::~CT_TwipsMeasure()
 {
 }
 
-bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TwipsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -194,6 +223,9 @@ bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TwipsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TwipsMeasure::GetVal() const { return m_Val; }
 void CT_TwipsMeasure::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -207,7 +239,8 @@ CT_SignedTwipsMeasure::~CT_SignedTwipsMeasure()
 {
 }
 
-bool CT_SignedTwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SignedTwipsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -218,6 +251,9 @@ bool CT_SignedTwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SignedTwipsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SignedTwipsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_SignedTwipsMeasure::GetVal() const { return m_Val; }
 void CT_SignedTwipsMeasure::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -232,7 +268,8 @@ CT_PixelsMeasure::~CT_PixelsMeasure()
 {
 }
 
-bool CT_PixelsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PixelsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -244,6 +281,9 @@ bool CT_PixelsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PixelsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PixelsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_HpsMeasure::CT_HpsMeasure()
     : m_presence(0)
 {
@@ -253,7 +293,8 @@ CT_HpsMeasure::~CT_HpsMeasure()
 {
 }
 
-bool CT_HpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HpsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -264,6 +305,9 @@ bool CT_HpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HpsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_HpsMeasure::GetVal() const { return m_Val; }
 void CT_HpsMeasure::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -277,7 +321,8 @@ CT_SignedHpsMeasure::~CT_SignedHpsMeasure()
 {
 }
 
-bool CT_SignedHpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SignedHpsMeasure::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -288,6 +333,9 @@ bool CT_SignedHpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SignedHpsMeasure::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SignedHpsMeasure::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_SignedHpsMeasure::GetVal() const { return m_Val; }
 void CT_SignedHpsMeasure::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -301,7 +349,8 @@ CT_MacroName::~CT_MacroName()
 {
 }
 
-bool CT_MacroName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MacroName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -312,6 +361,9 @@ bool CT_MacroName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MacroName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MacroName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MacroName::GetVal() const { return m_Val; }
 void CT_MacroName::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -325,7 +377,8 @@ CT_String::~CT_String()
 {
 }
 
-bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_String::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -336,6 +389,9 @@ bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_String::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_String::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_String::GetVal() const { return m_Val; }
 void CT_String::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -349,7 +405,8 @@ CT_TextScale::~CT_TextScale()
 {
 }
 
-bool CT_TextScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextScale::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -360,6 +417,9 @@ bool CT_TextScale::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextScale::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextScale::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TextScale::GetVal() const { return m_Val; }
 void CT_TextScale::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -373,7 +433,8 @@ CT_Highlight::~CT_Highlight()
 {
 }
 
-bool CT_Highlight::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Highlight::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -384,6 +445,9 @@ bool CT_Highlight::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Highlight::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Highlight::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Highlight::GetVal() const { return m_Val; }
 void CT_Highlight::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -397,7 +461,8 @@ CT_Color::~CT_Color()
 {
 }
 
-bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Color::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -414,6 +479,9 @@ bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Color::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Color::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Color::GetVal() const { return m_Val; }
 void CT_Color::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -433,7 +501,8 @@ CT_Lang::~CT_Lang()
 {
 }
 
-bool CT_Lang::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Lang::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -444,6 +513,9 @@ bool CT_Lang::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Lang::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Lang::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Lang::GetVal() const { return m_Val; }
 void CT_Lang::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -457,7 +529,8 @@ CT_Guid::~CT_Guid()
 {
 }
 
-bool CT_Guid::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Guid::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -468,6 +541,9 @@ bool CT_Guid::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Guid::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Guid::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Guid::GetVal() const { return m_Val; }
 void CT_Guid::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -482,7 +558,8 @@ CT_Underline::~CT_Underline()
 {
 }
 
-bool CT_Underline::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Underline::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -501,6 +578,9 @@ bool CT_Underline::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Underline::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Underline::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Underline::GetVal() const { return m_Val; }
 void CT_Underline::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -522,7 +602,8 @@ CT_TextEffect::~CT_TextEffect()
 {
 }
 
-bool CT_TextEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextEffect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -533,6 +614,9 @@ bool CT_TextEffect::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextEffect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextEffect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextEffect::GetVal() const { return m_Val; }
 void CT_TextEffect::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -549,7 +633,8 @@ CT_Border::~CT_Border()
 {
 }
 
-bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Border::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -577,6 +662,9 @@ bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Border::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Border::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Border::GetVal() const { return m_Val; }
 void CT_Border::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_Border::GetColor() const { return m_Color; }
@@ -601,7 +689,8 @@ CT_Shd::~CT_Shd()
 {
 }
 
-bool CT_Shd::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Shd::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -628,6 +717,9 @@ bool CT_Shd::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Shd::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Shd::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Shd::GetVal() const { return m_Val; }
 void CT_Shd::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -657,7 +749,8 @@ CT_VerticalAlignRun::~CT_VerticalAlignRun()
 {
 }
 
-bool CT_VerticalAlignRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VerticalAlignRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -668,6 +761,9 @@ bool CT_VerticalAlignRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_VerticalAlignRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VerticalAlignRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VerticalAlignRun::GetVal() const { return m_Val; }
 void CT_VerticalAlignRun::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -682,7 +778,8 @@ CT_FitText::~CT_FitText()
 {
 }
 
-bool CT_FitText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FitText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -696,6 +793,9 @@ bool CT_FitText::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FitText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FitText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_FitText::GetVal() const { return m_Val; }
 void CT_FitText::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
 
@@ -708,7 +808,8 @@ CT_Em::~CT_Em()
 {
 }
 
-bool CT_Em::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Em::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -719,6 +820,9 @@ bool CT_Em::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Em::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Em::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Em::GetVal() const { return m_Val; }
 void CT_Em::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -732,7 +836,8 @@ CT_Language::~CT_Language()
 {
 }
 
-bool CT_Language::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Language::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -747,6 +852,9 @@ bool CT_Language::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Language::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Language::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Language::GetVal() const { return m_Val; }
 void CT_Language::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -765,7 +873,8 @@ CT_EastAsianLayout::~CT_EastAsianLayout()
 {
 }
 
-bool CT_EastAsianLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EastAsianLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -784,6 +893,9 @@ bool CT_EastAsianLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EastAsianLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EastAsianLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_EastAsianLayout::GetCombine() const { return m_Combine; }
 void CT_EastAsianLayout::SetCombine(wxAny value) { m_Combine = std::move(value); m_presence |= (1u << 1); }
@@ -804,7 +916,8 @@ CT_FramePr::~CT_FramePr()
 {
 }
 
-bool CT_FramePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FramePr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -844,6 +957,9 @@ bool CT_FramePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FramePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FramePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_FramePr::GetDropCap() const { return m_DropCap; }
 void CT_FramePr::SetDropCap(wxString value) { m_DropCap = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_FramePr::GetW() const { return m_W; }
@@ -882,7 +998,8 @@ CT_TabStop::~CT_TabStop()
 {
 }
 
-bool CT_TabStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TabStop::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -897,6 +1014,9 @@ bool CT_TabStop::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TabStop::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TabStop::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TabStop::GetVal() const { return m_Val; }
 void CT_TabStop::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -922,7 +1042,8 @@ CT_Spacing::~CT_Spacing()
 {
 }
 
-bool CT_Spacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Spacing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -947,6 +1068,9 @@ bool CT_Spacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Spacing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Spacing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Spacing::GetBefore() const { return m_Before; }
 void CT_Spacing::SetBefore(wxAny value) { m_Before = std::move(value); m_presence |= (1u << 0); }
@@ -976,7 +1100,8 @@ CT_Ind::~CT_Ind()
 {
 }
 
-bool CT_Ind::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Ind::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1010,6 +1135,9 @@ bool CT_Ind::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Ind::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Ind::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Ind::GetStart() const { return m_Start; }
 void CT_Ind::SetStart(wxAny value) { m_Start = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_Ind::GetEnd() const { return m_End; }
@@ -1032,7 +1160,8 @@ CT_Jc::~CT_Jc()
 {
 }
 
-bool CT_Jc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Jc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1043,6 +1172,9 @@ bool CT_Jc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Jc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Jc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Jc::GetVal() const { return m_Val; }
 void CT_Jc::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1056,7 +1188,8 @@ CT_JcTable::~CT_JcTable()
 {
 }
 
-bool CT_JcTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_JcTable::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1067,6 +1200,9 @@ bool CT_JcTable::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_JcTable::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_JcTable::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_JcTable::GetVal() const { return m_Val; }
 void CT_JcTable::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1080,7 +1216,8 @@ CT_View::~CT_View()
 {
 }
 
-bool CT_View::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_View::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1091,6 +1228,9 @@ bool CT_View::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_View::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_View::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_View::GetVal() const { return m_Val; }
 void CT_View::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1104,7 +1244,8 @@ CT_Zoom::~CT_Zoom()
 {
 }
 
-bool CT_Zoom::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Zoom::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1117,6 +1258,9 @@ bool CT_Zoom::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Zoom::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Zoom::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Zoom::GetVal() const { return m_Val; }
 void CT_Zoom::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1133,7 +1277,8 @@ CT_WritingStyle::~CT_WritingStyle()
 {
 }
 
-bool CT_WritingStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WritingStyle::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1154,6 +1299,9 @@ bool CT_WritingStyle::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WritingStyle::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WritingStyle::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_WritingStyle::GetLang() const { return m_Lang; }
 void CT_WritingStyle::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -1177,7 +1325,8 @@ CT_Proof::~CT_Proof()
 {
 }
 
-bool CT_Proof::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Proof::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1190,6 +1339,9 @@ bool CT_Proof::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Proof::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Proof::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Proof::GetSpelling() const { return m_Spelling; }
 void CT_Proof::SetSpelling(wxString value) { m_Spelling = std::move(value); m_presence |= (1u << 0); }
@@ -1205,7 +1357,8 @@ CT_DocType::~CT_DocType()
 {
 }
 
-bool CT_DocType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1216,6 +1369,9 @@ bool CT_DocType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocType::GetVal() const { return m_Val; }
 void CT_DocType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1230,7 +1386,8 @@ AG_Password::~AG_Password()
 {
 }
 
-bool AG_Password::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Password::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1248,6 +1405,9 @@ bool AG_Password::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_Password::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_Password::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_Password::GetAlgorithmName() const { return m_AlgorithmName; }
 void AG_Password::SetAlgorithmName(wxString value) { m_AlgorithmName = std::move(value); m_presence |= (1u << 0); }
 wxString AG_Password::GetHashValue() const { return m_HashValue; }
@@ -1255,14 +1415,19 @@ void AG_Password::SetHashValue(wxString value) { m_HashValue = std::move(value);
 wxString AG_Password::GetSaltValue() const { return m_SaltValue; }
 void AG_Password::SetSaltValue(wxString value) { m_SaltValue = std::move(value); m_presence |= (1u << 2); }
 
-bool AG_Password::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_Password::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_Password::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_Password::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_Password::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_Password::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_algorithmName))
@@ -1292,6 +1457,9 @@ bool AG_Password::SetProperty(const wxString& name, wxString value, XMLNSContext
     return false;
 }
 
+bool AG_Password::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_Password::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_Password::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1312,7 +1480,8 @@ AG_TransitionalPassword::~AG_TransitionalPassword()
 {
 }
 
-bool AG_TransitionalPassword::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_TransitionalPassword::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1346,6 +1515,9 @@ bool AG_TransitionalPassword::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_TransitionalPassword::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_TransitionalPassword::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_TransitionalPassword::GetCryptProviderType() const { return m_CryptProviderType; }
 void AG_TransitionalPassword::SetCryptProviderType(wxString value) { m_CryptProviderType = std::move(value); m_presence |= (1u << 0); }
 wxString AG_TransitionalPassword::GetCryptAlgorithmClass() const { return m_CryptAlgorithmClass; }
@@ -1367,14 +1539,19 @@ void AG_TransitionalPassword::SetHash(wxString value) { m_Hash = std::move(value
 wxString AG_TransitionalPassword::GetSalt() const { return m_Salt; }
 void AG_TransitionalPassword::SetSalt(wxString value) { m_Salt = std::move(value); m_presence |= (1u << 11); }
 
-bool AG_TransitionalPassword::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_TransitionalPassword::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_TransitionalPassword::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_TransitionalPassword::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_TransitionalPassword::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_TransitionalPassword::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_cryptProviderType))
@@ -1452,6 +1629,9 @@ bool AG_TransitionalPassword::SetProperty(const wxString& name, wxString value, 
     return false;
 }
 
+bool AG_TransitionalPassword::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_TransitionalPassword::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_TransitionalPassword::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -1482,7 +1662,8 @@ CT_DocProtect::~CT_DocProtect()
     delete m_AG_TransitionalPassword;
 }
 
-bool CT_DocProtect::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocProtect::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1502,6 +1683,9 @@ bool CT_DocProtect::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocProtect::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocProtect::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DocProtect::GetEdit() const { return m_Edit; }
 void CT_DocProtect::SetEdit(wxString value) { m_Edit = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_DocProtect::GetFormatting() const { return m_Formatting; }
@@ -1518,7 +1702,8 @@ CT_MailMergeDocType::~CT_MailMergeDocType()
 {
 }
 
-bool CT_MailMergeDocType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMergeDocType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1529,6 +1714,9 @@ bool CT_MailMergeDocType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MailMergeDocType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMergeDocType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MailMergeDocType::GetVal() const { return m_Val; }
 void CT_MailMergeDocType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1542,7 +1730,8 @@ CT_MailMergeDataType::~CT_MailMergeDataType()
 {
 }
 
-bool CT_MailMergeDataType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMergeDataType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1553,6 +1742,9 @@ bool CT_MailMergeDataType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MailMergeDataType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMergeDataType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MailMergeDataType::GetVal() const { return m_Val; }
 void CT_MailMergeDataType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1566,7 +1758,8 @@ CT_MailMergeDest::~CT_MailMergeDest()
 {
 }
 
-bool CT_MailMergeDest::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMergeDest::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1577,6 +1770,9 @@ bool CT_MailMergeDest::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MailMergeDest::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMergeDest::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MailMergeDest::GetVal() const { return m_Val; }
 void CT_MailMergeDest::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1590,7 +1786,8 @@ CT_MailMergeOdsoFMDFieldType::~CT_MailMergeOdsoFMDFieldType()
 {
 }
 
-bool CT_MailMergeOdsoFMDFieldType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMergeOdsoFMDFieldType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1601,6 +1798,9 @@ bool CT_MailMergeOdsoFMDFieldType::ReadXML(wxXmlNode* node, XMLNSContext* contex
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MailMergeOdsoFMDFieldType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMergeOdsoFMDFieldType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MailMergeOdsoFMDFieldType::GetVal() const { return m_Val; }
 void CT_MailMergeOdsoFMDFieldType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1614,7 +1814,8 @@ CT_TrackChangesView::~CT_TrackChangesView()
 {
 }
 
-bool CT_TrackChangesView::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrackChangesView::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1633,6 +1834,9 @@ bool CT_TrackChangesView::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TrackChangesView::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrackChangesView::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TrackChangesView::GetMarkup() const { return m_Markup; }
 void CT_TrackChangesView::SetMarkup(wxAny value) { m_Markup = std::move(value); m_presence |= (1u << 0); }
@@ -1654,7 +1858,8 @@ CT_Kinsoku::~CT_Kinsoku()
 {
 }
 
-bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Kinsoku::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1667,6 +1872,9 @@ bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Kinsoku::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Kinsoku::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Kinsoku::GetLang() const { return m_Lang; }
 void CT_Kinsoku::SetLang(wxString value) { m_Lang = std::move(value); m_presence |= (1u << 0); }
@@ -1682,7 +1890,8 @@ CT_TextDirection::~CT_TextDirection()
 {
 }
 
-bool CT_TextDirection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextDirection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1693,6 +1902,9 @@ bool CT_TextDirection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextDirection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextDirection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextDirection::GetVal() const { return m_Val; }
 void CT_TextDirection::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1706,7 +1918,8 @@ CT_TextAlignment::~CT_TextAlignment()
 {
 }
 
-bool CT_TextAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextAlignment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1717,6 +1930,9 @@ bool CT_TextAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextAlignment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextAlignment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextAlignment::GetVal() const { return m_Val; }
 void CT_TextAlignment::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1731,7 +1947,8 @@ CT_Markup::~CT_Markup()
 {
 }
 
-bool CT_Markup::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Markup::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1743,6 +1960,9 @@ bool CT_Markup::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Markup::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Markup::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TrackChange::CT_TrackChange()
     : m_presence(0)
 {
@@ -1752,7 +1972,8 @@ CT_TrackChange::~CT_TrackChange()
 {
 }
 
-bool CT_TrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrackChange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1765,6 +1986,9 @@ bool CT_TrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrackChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TrackChange::GetAuthor() const { return m_Author; }
 void CT_TrackChange::SetAuthor(wxString value) { m_Author = std::move(value); m_presence |= (1u << 0); }
@@ -1780,7 +2004,8 @@ CT_CellMergeTrackChange::~CT_CellMergeTrackChange()
 {
 }
 
-bool CT_CellMergeTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CellMergeTrackChange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1793,6 +2018,9 @@ bool CT_CellMergeTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CellMergeTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CellMergeTrackChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CellMergeTrackChange::GetVMerge() const { return m_VMerge; }
 void CT_CellMergeTrackChange::SetVMerge(wxString value) { m_VMerge = std::move(value); m_presence |= (1u << 0); }
@@ -1808,7 +2036,8 @@ CT_TrackChangeRange::~CT_TrackChangeRange()
 {
 }
 
-bool CT_TrackChangeRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrackChangeRange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1819,6 +2048,9 @@ bool CT_TrackChangeRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TrackChangeRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrackChangeRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TrackChangeRange::GetDisplacedByCustomXml() const { return m_DisplacedByCustomXml; }
 void CT_TrackChangeRange::SetDisplacedByCustomXml(wxString value) { m_DisplacedByCustomXml = std::move(value); m_presence |= (1u << 0); }
@@ -1832,7 +2064,8 @@ CT_MarkupRange::~CT_MarkupRange()
 {
 }
 
-bool CT_MarkupRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MarkupRange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1843,6 +2076,9 @@ bool CT_MarkupRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MarkupRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MarkupRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MarkupRange::GetDisplacedByCustomXml() const { return m_DisplacedByCustomXml; }
 void CT_MarkupRange::SetDisplacedByCustomXml(wxString value) { m_DisplacedByCustomXml = std::move(value); m_presence |= (1u << 0); }
@@ -1858,7 +2094,8 @@ CT_BookmarkRange::~CT_BookmarkRange()
 {
 }
 
-bool CT_BookmarkRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BookmarkRange::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1872,6 +2109,9 @@ bool CT_BookmarkRange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_BookmarkRange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BookmarkRange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Bookmark::CT_Bookmark()
     : m_presence(0)
 {
@@ -1881,7 +2121,8 @@ CT_Bookmark::~CT_Bookmark()
 {
 }
 
-bool CT_Bookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Bookmark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1892,6 +2133,9 @@ bool CT_Bookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Bookmark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Bookmark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Bookmark::GetName() const { return m_Name; }
 void CT_Bookmark::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -1905,7 +2149,8 @@ CT_MoveBookmark::~CT_MoveBookmark()
 {
 }
 
-bool CT_MoveBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MoveBookmark::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1918,6 +2163,9 @@ bool CT_MoveBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MoveBookmark::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MoveBookmark::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MoveBookmark::GetAuthor() const { return m_Author; }
 void CT_MoveBookmark::SetAuthor(wxString value) { m_Author = std::move(value); m_presence |= (1u << 0); }
@@ -1934,7 +2182,8 @@ CT_Comment::~CT_Comment()
     DeleteAll(m_EG_BlockLevelElts);
 }
 
-bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Comment::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1948,6 +2197,9 @@ bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Comment::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Comment::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_BlockLevelElts> CT_Comment::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_Comment::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -1963,7 +2215,8 @@ CT_TrackChangeNumbering::~CT_TrackChangeNumbering()
 {
 }
 
-bool CT_TrackChangeNumbering::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrackChangeNumbering::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1974,6 +2227,9 @@ bool CT_TrackChangeNumbering::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TrackChangeNumbering::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrackChangeNumbering::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TrackChangeNumbering::GetOriginal() const { return m_Original; }
 void CT_TrackChangeNumbering::SetOriginal(wxString value) { m_Original = std::move(value); m_presence |= (1u << 0); }
@@ -1989,7 +2245,8 @@ CT_TblPrExChange::~CT_TblPrExChange()
     delete m_TblPrEx;
 }
 
-bool CT_TblPrExChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPrExChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1999,6 +2256,9 @@ bool CT_TblPrExChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblPrExChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPrExChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TcPrChange::CT_TcPrChange()
     : m_TcPr(nullptr),
@@ -2011,7 +2271,8 @@ CT_TcPrChange::~CT_TcPrChange()
     delete m_TcPr;
 }
 
-bool CT_TcPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2021,6 +2282,9 @@ bool CT_TcPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TcPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TrPrChange::CT_TrPrChange()
     : m_TrPr(nullptr),
@@ -2033,7 +2297,8 @@ CT_TrPrChange::~CT_TrPrChange()
     delete m_TrPr;
 }
 
-bool CT_TrPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2043,6 +2308,9 @@ bool CT_TrPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TrPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TblGridChange::CT_TblGridChange()
     : m_TblGrid(nullptr),
@@ -2055,7 +2323,8 @@ CT_TblGridChange::~CT_TblGridChange()
     delete m_TblGrid;
 }
 
-bool CT_TblGridChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblGridChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2065,6 +2334,9 @@ bool CT_TblGridChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblGridChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblGridChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TblPrChange::CT_TblPrChange()
     : m_TblPr(nullptr),
@@ -2077,7 +2349,8 @@ CT_TblPrChange::~CT_TblPrChange()
     delete m_TblPr;
 }
 
-bool CT_TblPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2087,6 +2360,9 @@ bool CT_TblPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SectPrChange::CT_SectPrChange()
     : m_SectPr(nullptr),
@@ -2099,7 +2375,8 @@ CT_SectPrChange::~CT_SectPrChange()
     delete m_SectPr;
 }
 
-bool CT_SectPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2109,6 +2386,9 @@ bool CT_SectPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SectPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PPrChange::CT_PPrChange()
     : m_PPr(nullptr),
@@ -2121,7 +2401,8 @@ CT_PPrChange::~CT_PPrChange()
     delete m_PPr;
 }
 
-bool CT_PPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2131,6 +2412,9 @@ bool CT_PPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_RPrChange::CT_RPrChange()
     : m_RPr(nullptr),
@@ -2143,7 +2427,8 @@ CT_RPrChange::~CT_RPrChange()
     delete m_RPr;
 }
 
-bool CT_RPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2153,6 +2438,9 @@ bool CT_RPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_ParaRPrChange::CT_ParaRPrChange()
     : m_RPr(nullptr),
@@ -2165,7 +2453,8 @@ CT_ParaRPrChange::~CT_ParaRPrChange()
     delete m_RPr;
 }
 
-bool CT_ParaRPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ParaRPrChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2175,6 +2464,9 @@ bool CT_ParaRPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ParaRPrChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ParaRPrChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_RunTrackChange::CT_RunTrackChange()
     : m_presence(0)
@@ -2186,7 +2478,8 @@ CT_RunTrackChange::~CT_RunTrackChange()
     DeleteAll(m_Data__);
 }
 
-bool CT_RunTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RunTrackChange::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2196,6 +2489,9 @@ bool CT_RunTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RunTrackChange::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RunTrackChange::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RunTrackChangeData__> CT_RunTrackChange::GetData__() const { return m_Data__; }
 void CT_RunTrackChange::SetData__(XMLPtrArray<CT_RunTrackChangeData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }

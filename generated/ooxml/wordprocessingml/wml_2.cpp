@@ -27,7 +27,8 @@ CT_RunTrackChangeData__::~CT_RunTrackChangeData__()
     delete m_M_EG_OMathMathElements;
 }
 
-bool CT_RunTrackChangeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RunTrackChangeData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -40,7 +41,11 @@ bool CT_RunTrackChangeData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_RunTrackChangeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_RunTrackChangeData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RunTrackChangeData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_RunTrackChangeData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentRunContent::HasProperty(name, context))
     {
@@ -57,13 +62,20 @@ bool CT_RunTrackChangeData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool CT_RunTrackChangeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_RunTrackChangeData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_RunTrackChangeData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_RunTrackChangeData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_RunTrackChangeData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_RunTrackChangeData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_RunTrackChangeData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -82,7 +94,8 @@ EG_PContentMath::~EG_PContentMath()
     delete m_Data__;
 }
 
-bool EG_PContentMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentMath::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -93,7 +106,11 @@ bool EG_PContentMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_PContentMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_PContentMath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContentMath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_PContentMath::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_PContentMathData__::HasProperty(name, context))
     {
@@ -104,13 +121,20 @@ bool EG_PContentMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_PContentMath::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContentMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContentMath::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContentMath::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContentMath::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContentMath::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContentMath::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -128,7 +152,8 @@ EG_PContentMathData__::~EG_PContentMathData__()
     DeleteAll(m_EG_ContentRunContentBase);
 }
 
-bool EG_PContentMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentMathData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -141,12 +166,16 @@ bool EG_PContentMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_PContentMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContentMathData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_PContentBase> EG_PContentMathData__::GetEG_PContentBase() const { return m_EG_PContentBase; }
 void EG_PContentMathData__::SetEG_PContentBase(XMLPtrArray<EG_PContentBase> value) { m_EG_PContentBase = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<EG_ContentRunContentBase> EG_PContentMathData__::GetEG_ContentRunContentBase() const { return m_EG_ContentRunContentBase; }
 void EG_PContentMathData__::SetEG_ContentRunContentBase(XMLPtrArray<EG_ContentRunContentBase> value) { m_EG_ContentRunContentBase = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_PContentMathData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentMathData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_PContentBase::HasProperty(name, context))
     {
@@ -163,13 +192,20 @@ bool EG_PContentMathData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_PContentMathData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContentMathData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContentMathData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContentMathData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContentMathData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContentMathData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContentMathData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -188,7 +224,8 @@ EG_PContentBase::~EG_PContentBase()
     delete m_Data__;
 }
 
-bool EG_PContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -199,7 +236,11 @@ bool EG_PContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_PContentBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_PContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContentBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_PContentBase::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_PContentBaseData__::HasProperty(name, context))
     {
@@ -210,13 +251,20 @@ bool EG_PContentBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_PContentBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContentBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContentBase::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContentBase::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContentBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContentBase::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContentBase::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -237,7 +285,8 @@ EG_PContentBaseData__::~EG_PContentBaseData__()
     delete m_Hyperlink;
 }
 
-bool EG_PContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentBaseData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -252,10 +301,14 @@ bool EG_PContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_PContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContentBaseData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_SimpleField> EG_PContentBaseData__::GetFldSimple() const { return m_FldSimple; }
 void EG_PContentBaseData__::SetFldSimple(XMLPtrArray<CT_SimpleField> value) { m_FldSimple = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_PContentBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentBaseData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_customXml))
@@ -279,13 +332,20 @@ bool EG_PContentBaseData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_PContentBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContentBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContentBaseData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContentBaseData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContentBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContentBaseData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContentBaseData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -306,7 +366,8 @@ EG_ContentRunContentBase::~EG_ContentRunContentBase()
     delete m_Data__;
 }
 
-bool EG_ContentRunContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContentBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -317,7 +378,11 @@ bool EG_ContentRunContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ContentRunContentBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ContentRunContentBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRunContentBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ContentRunContentBase::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentRunContentBaseData__::HasProperty(name, context))
     {
@@ -328,13 +393,20 @@ bool EG_ContentRunContentBase::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool EG_ContentRunContentBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRunContentBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRunContentBase::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRunContentBase::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRunContentBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRunContentBase::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRunContentBase::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -355,7 +427,8 @@ EG_ContentRunContentBaseData__::~EG_ContentRunContentBaseData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_ContentRunContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContentBaseData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -370,10 +443,14 @@ bool EG_ContentRunContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* cont
     return true;
 }
 
+bool EG_ContentRunContentBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRunContentBaseData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RunLevelElts> EG_ContentRunContentBaseData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_ContentRunContentBaseData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 2); }
 
-bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContentBaseData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_smartTag))
@@ -397,13 +474,20 @@ bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, wxXmlNode
     return false;
 }
 
-bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRunContentBaseData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRunContentBaseData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRunContentBaseData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -424,7 +508,8 @@ EG_CellMarkupElements::~EG_CellMarkupElements()
     delete m_Data__;
 }
 
-bool EG_CellMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_CellMarkupElements::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -435,7 +520,11 @@ bool EG_CellMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_CellMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_CellMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_CellMarkupElements::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_CellMarkupElements::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_CellMarkupElementsData__::HasProperty(name, context))
     {
@@ -446,13 +535,20 @@ bool EG_CellMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_CellMarkupElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_CellMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_CellMarkupElements::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_CellMarkupElements::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_CellMarkupElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_CellMarkupElements::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_CellMarkupElements::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -474,7 +570,8 @@ EG_CellMarkupElementsData__::~EG_CellMarkupElementsData__()
     delete m_CellMerge;
 }
 
-bool EG_CellMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_CellMarkupElementsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -489,7 +586,11 @@ bool EG_CellMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
-bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_CellMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_CellMarkupElementsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_CellMarkupElementsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_cellIns))
@@ -513,13 +614,20 @@ bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_CellMarkupElementsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_CellMarkupElementsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_CellMarkupElementsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -540,7 +648,8 @@ EG_RangeMarkupElements::~EG_RangeMarkupElements()
     delete m_Data__;
 }
 
-bool EG_RangeMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RangeMarkupElements::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -551,7 +660,11 @@ bool EG_RangeMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RangeMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RangeMarkupElements::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RangeMarkupElements::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RangeMarkupElements::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RangeMarkupElementsData__::HasProperty(name, context))
     {
@@ -562,13 +675,20 @@ bool EG_RangeMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_RangeMarkupElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RangeMarkupElements::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RangeMarkupElements::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RangeMarkupElements::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RangeMarkupElements::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RangeMarkupElements::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RangeMarkupElements::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -616,7 +736,8 @@ EG_RangeMarkupElementsData__::~EG_RangeMarkupElementsData__()
     delete m_CustomXmlMoveToRangeEnd;
 }
 
-bool EG_RangeMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RangeMarkupElementsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -657,7 +778,11 @@ bool EG_RangeMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
-bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RangeMarkupElementsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RangeMarkupElementsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RangeMarkupElementsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_bookmarkStart))
@@ -759,13 +884,20 @@ bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RangeMarkupElementsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RangeMarkupElementsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RangeMarkupElementsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -805,7 +937,8 @@ CT_NumPr::~CT_NumPr()
     delete m_Ins;
 }
 
-bool CT_NumPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -821,6 +954,9 @@ bool CT_NumPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_NumPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PBdr::CT_PBdr()
     : m_Top(nullptr),
@@ -843,7 +979,8 @@ CT_PBdr::~CT_PBdr()
     delete m_Bar;
 }
 
-bool CT_PBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PBdr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -864,6 +1001,9 @@ bool CT_PBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PBdr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PBdr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Tabs::CT_Tabs()
     : m_presence(0)
 {
@@ -874,7 +1014,8 @@ CT_Tabs::~CT_Tabs()
     DeleteAll(m_Tab);
 }
 
-bool CT_Tabs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tabs::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -884,6 +1025,9 @@ bool CT_Tabs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Tabs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tabs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TabStop> CT_Tabs::GetTab() const { return m_Tab; }
 void CT_Tabs::SetTab(XMLPtrArray<CT_TabStop> value) { m_Tab = std::move(value); m_presence |= (1u << 0); }
@@ -897,7 +1041,8 @@ CT_TextboxTightWrap::~CT_TextboxTightWrap()
 {
 }
 
-bool CT_TextboxTightWrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TextboxTightWrap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -908,6 +1053,9 @@ bool CT_TextboxTightWrap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TextboxTightWrap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TextboxTightWrap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TextboxTightWrap::GetVal() const { return m_Val; }
 void CT_TextboxTightWrap::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -987,7 +1135,8 @@ CT_PPrBase::~CT_PPrBase()
     delete m_CnfStyle;
 }
 
-bool CT_PPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1062,6 +1211,9 @@ bool CT_PPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PPr::CT_PPr()
     : m_RPr(nullptr),
       m_SectPr(nullptr),
@@ -1077,7 +1229,8 @@ CT_PPr::~CT_PPr()
     delete m_PPrChange;
 }
 
-bool CT_PPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1092,6 +1245,9 @@ bool CT_PPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PPrGeneral::CT_PPrGeneral()
     : m_PPrChange(nullptr),
       m_presence(0)
@@ -1103,7 +1259,8 @@ CT_PPrGeneral::~CT_PPrGeneral()
     delete m_PPrChange;
 }
 
-bool CT_PPrGeneral::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PPrGeneral::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1114,6 +1271,9 @@ bool CT_PPrGeneral::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PPrGeneral::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PPrGeneral::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Control::CT_Control()
     : m_presence(0)
 {
@@ -1123,7 +1283,8 @@ CT_Control::~CT_Control()
 {
 }
 
-bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Control::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1138,6 +1299,9 @@ bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Control::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Control::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Control::GetName() const { return m_Name; }
 void CT_Control::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -1158,7 +1322,8 @@ CT_Background::~CT_Background()
     delete m_Drawing;
 }
 
-bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Background::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1179,6 +1344,9 @@ bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Background::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Background::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_Background::GetColor() const { return m_Color; }
 void CT_Background::SetColor(wxAny value) { m_Color = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Background::GetThemeColor() const { return m_ThemeColor; }
@@ -1197,7 +1365,8 @@ CT_Rel::~CT_Rel()
 {
 }
 
-bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Rel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1208,6 +1377,9 @@ bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Rel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Rel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Rel::GetR_id() const { return m_R_id; }
 void CT_Rel::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -1225,7 +1397,8 @@ CT_Object::~CT_Object()
     delete m_Data__;
 }
 
-bool CT_Object::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Object::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1243,6 +1416,9 @@ bool CT_Object::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Object::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Object::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Object::GetDxaOrig() const { return m_DxaOrig; }
 void CT_Object::SetDxaOrig(wxAny value) { m_DxaOrig = std::move(value); m_presence |= (1u << 2); }
@@ -1266,7 +1442,8 @@ CT_ObjectData__::~CT_ObjectData__()
     delete m_Movie;
 }
 
-bool CT_ObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1283,7 +1460,11 @@ bool CT_ObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_ObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ObjectData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ObjectData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_control))
@@ -1313,13 +1494,20 @@ bool CT_ObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_ObjectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ObjectData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ObjectData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ObjectData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ObjectData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ObjectData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ObjectData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1343,7 +1531,8 @@ CT_Picture::~CT_Picture()
     delete m_Control;
 }
 
-bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Picture::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1356,6 +1545,9 @@ bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Picture::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Picture::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ObjectEmbed::CT_ObjectEmbed()
     : m_presence(0)
 {
@@ -1365,7 +1557,8 @@ CT_ObjectEmbed::~CT_ObjectEmbed()
 {
 }
 
-bool CT_ObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectEmbed::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1384,6 +1577,9 @@ bool CT_ObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ObjectEmbed::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectEmbed::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ObjectEmbed::GetDrawAspect() const { return m_DrawAspect; }
 void CT_ObjectEmbed::SetDrawAspect(wxString value) { m_DrawAspect = std::move(value); m_presence |= (1u << 0); }
@@ -1405,7 +1601,8 @@ CT_ObjectLink::~CT_ObjectLink()
 {
 }
 
-bool CT_ObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ObjectLink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1418,6 +1615,9 @@ bool CT_ObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ObjectLink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ObjectLink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ObjectLink::GetUpdateMode() const { return m_UpdateMode; }
 void CT_ObjectLink::SetUpdateMode(wxString value) { m_UpdateMode = std::move(value); m_presence |= (1u << 0); }
@@ -1434,7 +1634,8 @@ CT_Drawing::~CT_Drawing()
     DeleteAll(m_Data__);
 }
 
-bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Drawing::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1444,6 +1645,9 @@ bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Drawing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Drawing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DrawingData__> CT_Drawing::GetData__() const { return m_Data__; }
 void CT_Drawing::SetData__(XMLPtrArray<CT_DrawingData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1461,7 +1665,8 @@ CT_DrawingData__::~CT_DrawingData__()
     delete m_Wp_inline;
 }
 
-bool CT_DrawingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DrawingData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1474,7 +1679,11 @@ bool CT_DrawingData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_DrawingData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_DrawingData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DrawingData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_DrawingData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_wp_anchor))
@@ -1492,13 +1701,20 @@ bool CT_DrawingData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_DrawingData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DrawingData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DrawingData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DrawingData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DrawingData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DrawingData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DrawingData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1519,7 +1735,8 @@ CT_SimpleField::~CT_SimpleField()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_SimpleField::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SimpleField::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1540,6 +1757,9 @@ bool CT_SimpleField::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SimpleField::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SimpleField::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_PContent> CT_SimpleField::GetEG_PContent() const { return m_EG_PContent; }
 void CT_SimpleField::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 1); }
 wxString CT_SimpleField::GetInstr() const { return m_Instr; }
@@ -1558,7 +1778,8 @@ CT_FFTextType::~CT_FFTextType()
 {
 }
 
-bool CT_FFTextType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFTextType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1569,6 +1790,9 @@ bool CT_FFTextType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FFTextType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFTextType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FFTextType::GetVal() const { return m_Val; }
 void CT_FFTextType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1582,7 +1806,8 @@ CT_FFName::~CT_FFName()
 {
 }
 
-bool CT_FFName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1593,6 +1818,9 @@ bool CT_FFName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FFName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FFName::GetVal() const { return m_Val; }
 void CT_FFName::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1608,7 +1836,8 @@ CT_FldChar::~CT_FldChar()
     delete m_Data__;
 }
 
-bool CT_FldChar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FldChar::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1626,6 +1855,9 @@ bool CT_FldChar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FldChar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FldChar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FldChar::GetFldCharType() const { return m_FldCharType; }
 void CT_FldChar::SetFldCharType(wxString value) { m_FldCharType = std::move(value); m_presence |= (1u << 1); }
@@ -1649,7 +1881,8 @@ CT_FldCharData__::~CT_FldCharData__()
     delete m_NumberingChange;
 }
 
-bool CT_FldCharData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FldCharData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1664,7 +1897,11 @@ bool CT_FldCharData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FldCharData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FldCharData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FldCharData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FldCharData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_fldData))
@@ -1688,13 +1925,20 @@ bool CT_FldCharData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool CT_FldCharData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FldCharData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FldCharData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FldCharData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FldCharData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FldCharData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FldCharData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1714,7 +1958,8 @@ CT_Hyperlink::~CT_Hyperlink()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Hyperlink::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1738,6 +1983,9 @@ bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Hyperlink::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Hyperlink::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_Hyperlink::GetEG_PContent() const { return m_EG_PContent; }
 void CT_Hyperlink::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 0); }
@@ -1764,7 +2012,8 @@ CT_FFData::~CT_FFData()
     DeleteAll(m_Data__);
 }
 
-bool CT_FFData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1774,6 +2023,9 @@ bool CT_FFData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FFData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FFDataData__> CT_FFData::GetData__() const { return m_Data__; }
 void CT_FFData::SetData__(XMLPtrArray<CT_FFDataData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1807,7 +2059,8 @@ CT_FFDataData__::~CT_FFDataData__()
     delete m_Data__;
 }
 
-bool CT_FFDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFDataData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1836,7 +2089,11 @@ bool CT_FFDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FFDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FFDataData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFDataData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FFDataData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_name))
@@ -1902,13 +2159,20 @@ bool CT_FFDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool CT_FFDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FFDataData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FFDataData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FFDataData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FFDataData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FFDataData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FFDataData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1940,7 +2204,8 @@ CT_FFDataData__Data__::~CT_FFDataData__Data__()
     delete m_TextInput;
 }
 
-bool CT_FFDataData__Data__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFDataData__Data__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1955,7 +2220,11 @@ bool CT_FFDataData__Data__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FFDataData__Data__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FFDataData__Data__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFDataData__Data__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FFDataData__Data__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_checkBox))
@@ -1979,13 +2248,20 @@ bool CT_FFDataData__Data__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_FFDataData__Data__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FFDataData__Data__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FFDataData__Data__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FFDataData__Data__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FFDataData__Data__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FFDataData__Data__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FFDataData__Data__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2004,7 +2280,8 @@ CT_FFHelpText::~CT_FFHelpText()
 {
 }
 
-bool CT_FFHelpText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFHelpText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2017,6 +2294,9 @@ bool CT_FFHelpText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FFHelpText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFHelpText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FFHelpText::GetType() const { return m_Type; }
 void CT_FFHelpText::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -2032,7 +2312,8 @@ CT_FFStatusText::~CT_FFStatusText()
 {
 }
 
-bool CT_FFStatusText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFStatusText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2045,6 +2326,9 @@ bool CT_FFStatusText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FFStatusText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFStatusText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FFStatusText::GetType() const { return m_Type; }
 void CT_FFStatusText::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -2066,7 +2350,8 @@ CT_FFCheckBox::~CT_FFCheckBox()
     delete m_Checked;
 }
 
-bool CT_FFCheckBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFCheckBox::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2081,6 +2366,9 @@ bool CT_FFCheckBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FFCheckBox::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFCheckBox::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FFCheckBoxData__::CT_FFCheckBoxData__()
     : m_Size(nullptr),
       m_SizeAuto(nullptr),
@@ -2094,7 +2382,8 @@ CT_FFCheckBoxData__::~CT_FFCheckBoxData__()
     delete m_SizeAuto;
 }
 
-bool CT_FFCheckBoxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFCheckBoxData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2107,7 +2396,11 @@ bool CT_FFCheckBoxData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_FFCheckBoxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_FFCheckBoxData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFCheckBoxData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_FFCheckBoxData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_size))
@@ -2125,13 +2418,20 @@ bool CT_FFCheckBoxData__::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool CT_FFCheckBoxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FFCheckBoxData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FFCheckBoxData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FFCheckBoxData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FFCheckBoxData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FFCheckBoxData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FFCheckBoxData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2154,7 +2454,8 @@ CT_FFDDList::~CT_FFDDList()
     DeleteAll(m_ListEntry);
 }
 
-bool CT_FFDDList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFDDList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2168,6 +2469,9 @@ bool CT_FFDDList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FFDDList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFDDList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_String> CT_FFDDList::GetListEntry() const { return m_ListEntry; }
 void CT_FFDDList::SetListEntry(XMLPtrArray<CT_String> value) { m_ListEntry = std::move(value); m_presence |= (1u << 2); }
@@ -2189,7 +2493,8 @@ CT_FFTextInput::~CT_FFTextInput()
     delete m_Format;
 }
 
-bool CT_FFTextInput::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FFTextInput::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2206,6 +2511,9 @@ bool CT_FFTextInput::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FFTextInput::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FFTextInput::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SectType::CT_SectType()
     : m_presence(0)
 {
@@ -2215,7 +2523,8 @@ CT_SectType::~CT_SectType()
 {
 }
 
-bool CT_SectType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2226,6 +2535,9 @@ bool CT_SectType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SectType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SectType::GetVal() const { return m_Val; }
 void CT_SectType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2241,7 +2553,8 @@ CT_PaperSource::~CT_PaperSource()
 {
 }
 
-bool CT_PaperSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PaperSource::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2255,6 +2568,9 @@ bool CT_PaperSource::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PaperSource::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PaperSource::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_PageSz::CT_PageSz()
     : m_Code(0),
       m_presence(0)
@@ -2265,7 +2581,8 @@ CT_PageSz::~CT_PageSz()
 {
 }
 
-bool CT_PageSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageSz::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2283,6 +2600,9 @@ bool CT_PageSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageSz::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageSz::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_PageSz::GetW() const { return m_W; }
 void CT_PageSz::SetW(wxAny value) { m_W = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_PageSz::GetH() const { return m_H; }
@@ -2299,7 +2619,8 @@ CT_PageMar::~CT_PageMar()
 {
 }
 
-bool CT_PageMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageMar::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2322,6 +2643,9 @@ bool CT_PageMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PageMar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageMar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_PageMar::GetTop() const { return m_Top; }
 void CT_PageMar::SetTop(wxAny value) { m_Top = std::move(value); m_presence |= (1u << 0); }
@@ -2357,7 +2681,8 @@ CT_PageBorders::~CT_PageBorders()
     delete m_Right;
 }
 
-bool CT_PageBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageBorders::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2382,6 +2707,9 @@ bool CT_PageBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageBorders::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageBorders::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageBorders::GetZOrder() const { return m_ZOrder; }
 void CT_PageBorders::SetZOrder(wxString value) { m_ZOrder = std::move(value); m_presence |= (1u << 4); }
 wxString CT_PageBorders::GetDisplay() const { return m_Display; }
@@ -2398,7 +2726,8 @@ CT_PageBorder::~CT_PageBorder()
 {
 }
 
-bool CT_PageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageBorder::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2409,6 +2738,9 @@ bool CT_PageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageBorder::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PageBorder::GetR_id() const { return m_R_id; }
 void CT_PageBorder::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -2422,7 +2754,8 @@ CT_BottomPageBorder::~CT_BottomPageBorder()
 {
 }
 
-bool CT_BottomPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BottomPageBorder::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2435,6 +2768,9 @@ bool CT_BottomPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_BottomPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BottomPageBorder::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_BottomPageBorder::GetR_bottomLeft() const { return m_R_bottomLeft; }
 void CT_BottomPageBorder::SetR_bottomLeft(wxString value) { m_R_bottomLeft = std::move(value); m_presence |= (1u << 0); }
@@ -2450,7 +2786,8 @@ CT_TopPageBorder::~CT_TopPageBorder()
 {
 }
 
-bool CT_TopPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TopPageBorder::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2463,6 +2800,9 @@ bool CT_TopPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TopPageBorder::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TopPageBorder::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TopPageBorder::GetR_topLeft() const { return m_R_topLeft; }
 void CT_TopPageBorder::SetR_topLeft(wxString value) { m_R_topLeft = std::move(value); m_presence |= (1u << 0); }
@@ -2481,7 +2821,8 @@ CT_LineNumber::~CT_LineNumber()
 {
 }
 
-bool CT_LineNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LineNumber::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2498,6 +2839,9 @@ bool CT_LineNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LineNumber::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LineNumber::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_LineNumber::GetDistance() const { return m_Distance; }
 void CT_LineNumber::SetDistance(wxAny value) { m_Distance = std::move(value); m_presence |= (1u << 2); }
@@ -2517,7 +2861,8 @@ CT_PageNumber::~CT_PageNumber()
 {
 }
 
-bool CT_PageNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PageNumber::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2535,6 +2880,9 @@ bool CT_PageNumber::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PageNumber::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PageNumber::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PageNumber::GetFmt() const { return m_Fmt; }
 void CT_PageNumber::SetFmt(wxString value) { m_Fmt = std::move(value); m_presence |= (1u << 0); }
 wxString CT_PageNumber::GetChapSep() const { return m_ChapSep; }
@@ -2550,7 +2898,8 @@ CT_Column::~CT_Column()
 {
 }
 
-bool CT_Column::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Column::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2563,6 +2912,9 @@ bool CT_Column::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Column::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Column::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Column::GetW() const { return m_W; }
 void CT_Column::SetW(wxAny value) { m_W = std::move(value); m_presence |= (1u << 0); }
@@ -2581,7 +2933,8 @@ CT_Columns::~CT_Columns()
     DeleteAll(m_Col);
 }
 
-bool CT_Columns::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Columns::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2602,6 +2955,9 @@ bool CT_Columns::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Columns::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Columns::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Column> CT_Columns::GetCol() const { return m_Col; }
 void CT_Columns::SetCol(XMLPtrArray<CT_Column> value) { m_Col = std::move(value); m_presence |= (1u << 0); }
 wxAny CT_Columns::GetEqualWidth() const { return m_EqualWidth; }
@@ -2620,7 +2976,8 @@ CT_VerticalJc::~CT_VerticalJc()
 {
 }
 
-bool CT_VerticalJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VerticalJc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2631,6 +2988,9 @@ bool CT_VerticalJc::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_VerticalJc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VerticalJc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VerticalJc::GetVal() const { return m_Val; }
 void CT_VerticalJc::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2646,7 +3006,8 @@ CT_DocGrid::~CT_DocGrid()
 {
 }
 
-bool CT_DocGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocGrid::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2662,6 +3023,9 @@ bool CT_DocGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocGrid::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocGrid::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_DocGrid::GetType() const { return m_Type; }
 void CT_DocGrid::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 
@@ -2674,7 +3038,8 @@ CT_HdrFtrRef::~CT_HdrFtrRef()
 {
 }
 
-bool CT_HdrFtrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HdrFtrRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2685,6 +3050,9 @@ bool CT_HdrFtrRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HdrFtrRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HdrFtrRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HdrFtrRef::GetType() const { return m_Type; }
 void CT_HdrFtrRef::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -2700,7 +3068,8 @@ EG_HdrFtrReferences::~EG_HdrFtrReferences()
     delete m_Data__;
 }
 
-bool EG_HdrFtrReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_HdrFtrReferences::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2711,7 +3080,11 @@ bool EG_HdrFtrReferences::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_HdrFtrReferences::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_HdrFtrReferences::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_HdrFtrReferences::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_HdrFtrReferences::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_HdrFtrReferencesData__::HasProperty(name, context))
     {
@@ -2722,13 +3095,20 @@ bool EG_HdrFtrReferences::SetProperty(const wxString& name, wxXmlNode* node, XML
     return false;
 }
 
-bool EG_HdrFtrReferences::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_HdrFtrReferences::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_HdrFtrReferences::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_HdrFtrReferences::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_HdrFtrReferences::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_HdrFtrReferences::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_HdrFtrReferences::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2748,7 +3128,8 @@ EG_HdrFtrReferencesData__::~EG_HdrFtrReferencesData__()
     delete m_FooterReference;
 }
 
-bool EG_HdrFtrReferencesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_HdrFtrReferencesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2761,7 +3142,11 @@ bool EG_HdrFtrReferencesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_HdrFtrReferencesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_HdrFtrReferencesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_HdrFtrReferencesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_headerReference))
@@ -2779,13 +3164,20 @@ bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_HdrFtrReferencesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_HdrFtrReferencesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_HdrFtrReferencesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2804,7 +3196,8 @@ CT_HdrFtr::~CT_HdrFtr()
     DeleteAll(m_EG_BlockLevelElts);
 }
 
-bool CT_HdrFtr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HdrFtr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2814,6 +3207,9 @@ bool CT_HdrFtr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_HdrFtr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HdrFtr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_BlockLevelElts> CT_HdrFtr::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_HdrFtr::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -2865,7 +3261,8 @@ EG_SectPrContents::~EG_SectPrContents()
     delete m_PrinterSettings;
 }
 
-bool EG_SectPrContents::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_SectPrContents::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2912,7 +3309,11 @@ bool EG_SectPrContents::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_SectPrContents::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_SectPrContents::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_SectPrContents::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_SectPrContents::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_footnotePr))
@@ -3032,13 +3433,20 @@ bool EG_SectPrContents::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_SectPrContents::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_SectPrContents::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_SectPrContents::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_SectPrContents::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_SectPrContents::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_SectPrContents::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_SectPrContents::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3073,7 +3481,8 @@ AG_SectPrAttributes::~AG_SectPrAttributes()
 {
 }
 
-bool AG_SectPrAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_SectPrAttributes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3091,6 +3500,9 @@ bool AG_SectPrAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool AG_SectPrAttributes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool AG_SectPrAttributes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString AG_SectPrAttributes::GetRsidRPr() const { return m_RsidRPr; }
 void AG_SectPrAttributes::SetRsidRPr(wxString value) { m_RsidRPr = std::move(value); m_presence |= (1u << 0); }
 wxString AG_SectPrAttributes::GetRsidDel() const { return m_RsidDel; }
@@ -3100,14 +3512,19 @@ void AG_SectPrAttributes::SetRsidR(wxString value) { m_RsidR = std::move(value);
 wxString AG_SectPrAttributes::GetRsidSect() const { return m_RsidSect; }
 void AG_SectPrAttributes::SetRsidSect(wxString value) { m_RsidSect = std::move(value); m_presence |= (1u << 3); }
 
-bool AG_SectPrAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool AG_SectPrAttributes::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)node;
     context->MapNameSpace(name, NamespaceMap);
     return false;
 }
 
-bool AG_SectPrAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool AG_SectPrAttributes::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool AG_SectPrAttributes::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool AG_SectPrAttributes::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rsidRPr))
@@ -3137,6 +3554,9 @@ bool AG_SectPrAttributes::SetProperty(const wxString& name, wxString value, XMLN
     return false;
 }
 
+bool AG_SectPrAttributes::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool AG_SectPrAttributes::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+
 bool AG_SectPrAttributes::HasProperty(const wxString& name, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
@@ -3159,7 +3579,8 @@ CT_SectPrBase::~CT_SectPrBase()
     delete m_AG_SectPrAttributes;
 }
 
-bool CT_SectPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3173,6 +3594,9 @@ bool CT_SectPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SectPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SectPr::CT_SectPr()
     : m_EG_SectPrContents(nullptr),
@@ -3190,7 +3614,8 @@ CT_SectPr::~CT_SectPr()
     delete m_AG_SectPrAttributes;
 }
 
-bool CT_SectPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SectPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3209,6 +3634,9 @@ bool CT_SectPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SectPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SectPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_HdrFtrReferences> CT_SectPr::GetEG_HdrFtrReferences() const { return m_EG_HdrFtrReferences; }
 void CT_SectPr::SetEG_HdrFtrReferences(XMLPtrArray<EG_HdrFtrReferences> value) { m_EG_HdrFtrReferences = std::move(value); m_presence |= (1u << 0); }
 
@@ -3221,7 +3649,8 @@ CT_Br::~CT_Br()
 {
 }
 
-bool CT_Br::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Br::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3234,6 +3663,9 @@ bool CT_Br::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Br::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Br::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Br::GetType() const { return m_Type; }
 void CT_Br::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -3249,7 +3681,8 @@ CT_PTab::~CT_PTab()
 {
 }
 
-bool CT_PTab::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PTab::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3264,6 +3697,9 @@ bool CT_PTab::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_PTab::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PTab::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_PTab::GetAlignment() const { return m_Alignment; }
 void CT_PTab::SetAlignment(wxString value) { m_Alignment = std::move(value); m_presence |= (1u << 0); }
@@ -3281,7 +3717,8 @@ CT_Sym::~CT_Sym()
 {
 }
 
-bool CT_Sym::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Sym::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3294,6 +3731,9 @@ bool CT_Sym::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Sym::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Sym::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Sym::GetFont() const { return m_Font; }
 void CT_Sym::SetFont(wxString value) { m_Font = std::move(value); m_presence |= (1u << 0); }
@@ -3309,7 +3749,8 @@ CT_ProofErr::~CT_ProofErr()
 {
 }
 
-bool CT_ProofErr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ProofErr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3320,6 +3761,9 @@ bool CT_ProofErr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ProofErr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ProofErr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ProofErr::GetType() const { return m_Type; }
 void CT_ProofErr::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -3333,7 +3777,8 @@ CT_Perm::~CT_Perm()
 {
 }
 
-bool CT_Perm::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Perm::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3346,6 +3791,9 @@ bool CT_Perm::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Perm::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Perm::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Perm::GetId() const { return m_Id; }
 void CT_Perm::SetId(wxString value) { m_Id = std::move(value); m_presence |= (1u << 0); }

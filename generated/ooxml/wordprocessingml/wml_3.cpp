@@ -23,7 +23,8 @@ CT_PermStart::~CT_PermStart()
 {
 }
 
-bool CT_PermStart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PermStart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -41,6 +42,9 @@ bool CT_PermStart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_PermStart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PermStart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_PermStart::GetEdGrp() const { return m_EdGrp; }
 void CT_PermStart::SetEdGrp(wxString value) { m_EdGrp = std::move(value); m_presence |= (1u << 0); }
 wxString CT_PermStart::GetEd() const { return m_Ed; }
@@ -56,7 +60,8 @@ CT_Text::~CT_Text()
 {
 }
 
-bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Text::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -69,6 +74,9 @@ bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Text::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Text::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Text::GetValue() const { return m_Value; }
 void CT_Text::SetValue(wxString value) { m_Value = std::move(value); m_presence |= (1u << 0); }
@@ -86,7 +94,8 @@ EG_RunInnerContent::~EG_RunInnerContent()
     delete m_Data__;
 }
 
-bool EG_RunInnerContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RunInnerContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -97,7 +106,11 @@ bool EG_RunInnerContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RunInnerContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RunInnerContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RunInnerContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RunInnerContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RunInnerContentData__::HasProperty(name, context))
     {
@@ -108,13 +121,20 @@ bool EG_RunInnerContent::SetProperty(const wxString& name, wxXmlNode* node, XMLN
     return false;
 }
 
-bool EG_RunInnerContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RunInnerContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RunInnerContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RunInnerContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RunInnerContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RunInnerContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RunInnerContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -196,7 +216,8 @@ EG_RunInnerContentData__::~EG_RunInnerContentData__()
     delete m_LastRenderedPageBreak;
 }
 
-bool EG_RunInnerContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RunInnerContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -271,7 +292,11 @@ bool EG_RunInnerContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RunInnerContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RunInnerContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RunInnerContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RunInnerContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_br))
@@ -475,13 +500,20 @@ bool EG_RunInnerContentData__::SetProperty(const wxString& name, wxXmlNode* node
     return false;
 }
 
-bool EG_RunInnerContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RunInnerContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RunInnerContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RunInnerContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RunInnerContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RunInnerContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RunInnerContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -533,7 +565,8 @@ CT_R::~CT_R()
     DeleteAll(m_EG_RunInnerContent);
 }
 
-bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_R::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -554,6 +587,9 @@ bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_R::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_R::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RunInnerContent> CT_R::GetEG_RunInnerContent() const { return m_EG_RunInnerContent; }
 void CT_R::SetEG_RunInnerContent(XMLPtrArray<EG_RunInnerContent> value) { m_EG_RunInnerContent = std::move(value); m_presence |= (1u << 1); }
 wxString CT_R::GetRsidRPr() const { return m_RsidRPr; }
@@ -572,7 +608,8 @@ CT_Fonts::~CT_Fonts()
 {
 }
 
-bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Fonts::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -599,6 +636,9 @@ bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Fonts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Fonts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Fonts::GetHint() const { return m_Hint; }
 void CT_Fonts::SetHint(wxString value) { m_Hint = std::move(value); m_presence |= (1u << 0); }
@@ -630,7 +670,8 @@ EG_RPrBase::~EG_RPrBase()
     delete m_Data__;
 }
 
-bool EG_RPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -641,7 +682,11 @@ bool EG_RPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RPrBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RPrBase::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RPrBaseData__::HasProperty(name, context))
     {
@@ -652,13 +697,20 @@ bool EG_RPrBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext
     return false;
 }
 
-bool EG_RPrBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPrBase::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPrBase::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPrBase::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPrBase::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPrBase::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPrBase::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -752,7 +804,8 @@ EG_RPrBaseData__::~EG_RPrBaseData__()
     delete m_OMath;
 }
 
-bool EG_RPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrBaseData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -839,7 +892,11 @@ bool EG_RPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPrBaseData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RPrBaseData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rStyle))
@@ -1079,13 +1136,20 @@ bool EG_RPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_RPrBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPrBaseData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPrBaseData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPrBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPrBaseData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPrBaseData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1143,7 +1207,8 @@ EG_RPrContent::~EG_RPrContent()
     delete m_RPrChange;
 }
 
-bool EG_RPrContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1156,10 +1221,14 @@ bool EG_RPrContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_RPrContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPrContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RPrBase> EG_RPrContent::GetEG_RPrBase() const { return m_EG_RPrBase; }
 void EG_RPrContent::SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value) { m_EG_RPrBase = std::move(value); m_presence |= (1u << 0); }
 
-bool EG_RPrContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_RPrBase::HasProperty(name, context))
@@ -1177,13 +1246,20 @@ bool EG_RPrContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCont
     return false;
 }
 
-bool EG_RPrContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPrContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPrContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPrContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPrContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPrContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPrContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1205,7 +1281,8 @@ CT_RPr::~CT_RPr()
     delete m_RPrChange;
 }
 
-bool CT_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1218,6 +1295,9 @@ bool CT_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_RPr::EG_RPr()
     : m_RPr(nullptr),
       m_presence(0)
@@ -1229,7 +1309,8 @@ EG_RPr::~EG_RPr()
     delete m_RPr;
 }
 
-bool EG_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1240,7 +1321,11 @@ bool EG_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RPr::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RPr::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rPr))
@@ -1252,13 +1337,20 @@ bool EG_RPr::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* co
     return false;
 }
 
-bool EG_RPr::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPr::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPr::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPr::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPr::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPr::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPr::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1277,7 +1369,8 @@ EG_RPrMath::~EG_RPrMath()
     delete m_Data__;
 }
 
-bool EG_RPrMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrMath::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1288,7 +1381,11 @@ bool EG_RPrMath::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RPrMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RPrMath::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPrMath::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RPrMath::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RPrMathData__::HasProperty(name, context))
     {
@@ -1299,13 +1396,20 @@ bool EG_RPrMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext
     return false;
 }
 
-bool EG_RPrMath::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPrMath::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPrMath::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPrMath::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPrMath::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPrMath::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPrMath::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1327,7 +1431,8 @@ EG_RPrMathData__::~EG_RPrMathData__()
     delete m_Del;
 }
 
-bool EG_RPrMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RPrMathData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1342,7 +1447,11 @@ bool EG_RPrMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RPrMathData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RPrMathData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RPrMathData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RPrMathData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_RPr::HasProperty(name, context))
@@ -1366,13 +1475,20 @@ bool EG_RPrMathData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSC
     return false;
 }
 
-bool EG_RPrMathData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RPrMathData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RPrMathData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RPrMathData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RPrMathData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RPrMathData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RPrMathData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1393,7 +1509,8 @@ CT_MathCtrlIns::~CT_MathCtrlIns()
     delete m_Data__;
 }
 
-bool CT_MathCtrlIns::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathCtrlIns::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1403,6 +1520,9 @@ bool CT_MathCtrlIns::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MathCtrlIns::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathCtrlIns::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_MathCtrlInsData__::CT_MathCtrlInsData__()
     : m_Del(nullptr),
@@ -1417,7 +1537,8 @@ CT_MathCtrlInsData__::~CT_MathCtrlInsData__()
     delete m_RPr;
 }
 
-bool CT_MathCtrlInsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathCtrlInsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1430,7 +1551,11 @@ bool CT_MathCtrlInsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_MathCtrlInsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_MathCtrlInsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathCtrlInsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_MathCtrlInsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_del))
@@ -1448,13 +1573,20 @@ bool CT_MathCtrlInsData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_MathCtrlInsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_MathCtrlInsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_MathCtrlInsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_MathCtrlInsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_MathCtrlInsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_MathCtrlInsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_MathCtrlInsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1474,7 +1606,8 @@ CT_MathCtrlDel::~CT_MathCtrlDel()
     delete m_Data__;
 }
 
-bool CT_MathCtrlDel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathCtrlDel::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1484,6 +1617,9 @@ bool CT_MathCtrlDel::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_MathCtrlDel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathCtrlDel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_MathCtrlDelData__::CT_MathCtrlDelData__()
     : m_RPr(nullptr),
@@ -1496,7 +1632,8 @@ CT_MathCtrlDelData__::~CT_MathCtrlDelData__()
     delete m_RPr;
 }
 
-bool CT_MathCtrlDelData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MathCtrlDelData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1507,7 +1644,11 @@ bool CT_MathCtrlDelData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_MathCtrlDelData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_MathCtrlDelData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MathCtrlDelData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_MathCtrlDelData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rPr))
@@ -1519,13 +1660,20 @@ bool CT_MathCtrlDelData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool CT_MathCtrlDelData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_MathCtrlDelData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_MathCtrlDelData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_MathCtrlDelData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_MathCtrlDelData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_MathCtrlDelData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_MathCtrlDelData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1543,7 +1691,8 @@ CT_RPrOriginal::~CT_RPrOriginal()
     DeleteAll(m_EG_RPrBase);
 }
 
-bool CT_RPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPrOriginal::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1553,6 +1702,9 @@ bool CT_RPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPrOriginal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_RPrBase> CT_RPrOriginal::GetEG_RPrBase() const { return m_EG_RPrBase; }
 void CT_RPrOriginal::SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value) { m_EG_RPrBase = std::move(value); m_presence |= (1u << 0); }
@@ -1569,7 +1721,8 @@ CT_ParaRPrOriginal::~CT_ParaRPrOriginal()
     DeleteAll(m_EG_RPrBase);
 }
 
-bool CT_ParaRPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ParaRPrOriginal::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1581,6 +1734,9 @@ bool CT_ParaRPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ParaRPrOriginal::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ParaRPrOriginal::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_RPrBase> CT_ParaRPrOriginal::GetEG_RPrBase() const { return m_EG_RPrBase; }
 void CT_ParaRPrOriginal::SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value) { m_EG_RPrBase = std::move(value); m_presence |= (1u << 1); }
@@ -1599,7 +1755,8 @@ CT_ParaRPr::~CT_ParaRPr()
     delete m_RPrChange;
 }
 
-bool CT_ParaRPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ParaRPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1613,6 +1770,9 @@ bool CT_ParaRPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ParaRPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ParaRPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_RPrBase> CT_ParaRPr::GetEG_RPrBase() const { return m_EG_RPrBase; }
 void CT_ParaRPr::SetEG_RPrBase(XMLPtrArray<EG_RPrBase> value) { m_EG_RPrBase = std::move(value); m_presence |= (1u << 1); }
@@ -1634,7 +1794,8 @@ EG_ParaRPrTrackChanges::~EG_ParaRPrTrackChanges()
     delete m_MoveTo;
 }
 
-bool EG_ParaRPrTrackChanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ParaRPrTrackChanges::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1651,7 +1812,11 @@ bool EG_ParaRPrTrackChanges::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ParaRPrTrackChanges::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ParaRPrTrackChanges::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ParaRPrTrackChanges::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_ins))
@@ -1681,13 +1846,20 @@ bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ParaRPrTrackChanges::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ParaRPrTrackChanges::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ParaRPrTrackChanges::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1709,7 +1881,8 @@ CT_AltChunk::~CT_AltChunk()
     delete m_AltChunkPr;
 }
 
-bool CT_AltChunk::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AltChunk::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1723,6 +1896,9 @@ bool CT_AltChunk::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AltChunk::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AltChunk::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AltChunk::GetR_id() const { return m_R_id; }
 void CT_AltChunk::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 1); }
@@ -1738,7 +1914,8 @@ CT_AltChunkPr::~CT_AltChunkPr()
     delete m_MatchSrc;
 }
 
-bool CT_AltChunkPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AltChunkPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1749,6 +1926,9 @@ bool CT_AltChunkPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AltChunkPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AltChunkPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_RubyAlign::CT_RubyAlign()
     : m_presence(0)
 {
@@ -1758,7 +1938,8 @@ CT_RubyAlign::~CT_RubyAlign()
 {
 }
 
-bool CT_RubyAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RubyAlign::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1769,6 +1950,9 @@ bool CT_RubyAlign::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_RubyAlign::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RubyAlign::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_RubyAlign::GetVal() const { return m_Val; }
 void CT_RubyAlign::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1794,7 +1978,8 @@ CT_RubyPr::~CT_RubyPr()
     delete m_Dirty;
 }
 
-bool CT_RubyPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RubyPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1815,6 +2000,9 @@ bool CT_RubyPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RubyPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RubyPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 EG_RubyContent::EG_RubyContent()
     : m_Data__(nullptr),
       m_presence(0)
@@ -1826,7 +2014,8 @@ EG_RubyContent::~EG_RubyContent()
     delete m_Data__;
 }
 
-bool EG_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RubyContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1837,7 +2026,11 @@ bool EG_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RubyContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RubyContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RubyContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RubyContentData__::HasProperty(name, context))
     {
@@ -1848,13 +2041,20 @@ bool EG_RubyContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_RubyContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RubyContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RubyContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RubyContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RubyContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RubyContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RubyContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1873,7 +2073,8 @@ EG_RubyContentData__::~EG_RubyContentData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_RubyContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RubyContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1886,10 +2087,14 @@ bool EG_RubyContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_RubyContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RubyContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RunLevelElts> EG_RubyContentData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_RubyContentData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_RubyContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RubyContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_r))
@@ -1907,13 +2112,20 @@ bool EG_RubyContentData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_RubyContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RubyContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RubyContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RubyContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RubyContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RubyContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RubyContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1932,7 +2144,8 @@ CT_RubyContent::~CT_RubyContent()
     DeleteAll(m_EG_RubyContent);
 }
 
-bool CT_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RubyContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1942,6 +2155,9 @@ bool CT_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RubyContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RubyContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_RubyContent> CT_RubyContent::GetEG_RubyContent() const { return m_EG_RubyContent; }
 void CT_RubyContent::SetEG_RubyContent(XMLPtrArray<EG_RubyContent> value) { m_EG_RubyContent = std::move(value); m_presence |= (1u << 0); }
@@ -1961,7 +2177,8 @@ CT_Ruby::~CT_Ruby()
     delete m_RubyBase;
 }
 
-bool CT_Ruby::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Ruby::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1976,6 +2193,9 @@ bool CT_Ruby::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Ruby::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Ruby::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Lock::CT_Lock()
     : m_presence(0)
 {
@@ -1985,7 +2205,8 @@ CT_Lock::~CT_Lock()
 {
 }
 
-bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Lock::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1996,6 +2217,9 @@ bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Lock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Lock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Lock::GetVal() const { return m_Val; }
 void CT_Lock::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2009,7 +2233,8 @@ CT_SdtListItem::~CT_SdtListItem()
 {
 }
 
-bool CT_SdtListItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtListItem::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2022,6 +2247,9 @@ bool CT_SdtListItem::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SdtListItem::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtListItem::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SdtListItem::GetDisplayText() const { return m_DisplayText; }
 void CT_SdtListItem::SetDisplayText(wxString value) { m_DisplayText = std::move(value); m_presence |= (1u << 0); }
@@ -2037,7 +2265,8 @@ CT_SdtDateMappingType::~CT_SdtDateMappingType()
 {
 }
 
-bool CT_SdtDateMappingType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtDateMappingType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2048,6 +2277,9 @@ bool CT_SdtDateMappingType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SdtDateMappingType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtDateMappingType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SdtDateMappingType::GetVal() const { return m_Val; }
 void CT_SdtDateMappingType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2061,7 +2293,8 @@ CT_CalendarType::~CT_CalendarType()
 {
 }
 
-bool CT_CalendarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CalendarType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2072,6 +2305,9 @@ bool CT_CalendarType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CalendarType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CalendarType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CalendarType::GetVal() const { return m_Val; }
 void CT_CalendarType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2093,7 +2329,8 @@ CT_SdtDate::~CT_SdtDate()
     delete m_Calendar;
 }
 
-bool CT_SdtDate::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtDate::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2114,6 +2351,9 @@ bool CT_SdtDate::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SdtDate::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtDate::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_SdtDate::GetFullDate() const { return m_FullDate; }
 void CT_SdtDate::SetFullDate(wxString value) { m_FullDate = std::move(value); m_presence |= (1u << 4); }
 
@@ -2128,7 +2368,8 @@ CT_SdtComboBox::~CT_SdtComboBox()
     DeleteAll(m_ListItem);
 }
 
-bool CT_SdtComboBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtComboBox::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2142,6 +2383,9 @@ bool CT_SdtComboBox::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtComboBox::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtComboBox::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SdtListItem> CT_SdtComboBox::GetListItem() const { return m_ListItem; }
 void CT_SdtComboBox::SetListItem(XMLPtrArray<CT_SdtListItem> value) { m_ListItem = std::move(value); m_presence |= (1u << 0); }
@@ -2163,7 +2407,8 @@ CT_SdtDocPart::~CT_SdtDocPart()
     delete m_DocPartUnique;
 }
 
-bool CT_SdtDocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtDocPart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2178,6 +2423,9 @@ bool CT_SdtDocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SdtDocPart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtDocPart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SdtDropDownList::CT_SdtDropDownList()
     : m_LastValue(s_),
       m_presence(0)
@@ -2189,7 +2437,8 @@ CT_SdtDropDownList::~CT_SdtDropDownList()
     DeleteAll(m_ListItem);
 }
 
-bool CT_SdtDropDownList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtDropDownList::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2203,6 +2452,9 @@ bool CT_SdtDropDownList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtDropDownList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtDropDownList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SdtListItem> CT_SdtDropDownList::GetListItem() const { return m_ListItem; }
 void CT_SdtDropDownList::SetListItem(XMLPtrArray<CT_SdtListItem> value) { m_ListItem = std::move(value); m_presence |= (1u << 0); }
@@ -2220,7 +2472,8 @@ CT_Placeholder::~CT_Placeholder()
     delete m_DocPart;
 }
 
-bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Placeholder::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2231,6 +2484,9 @@ bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Placeholder::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Placeholder::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_SdtText::CT_SdtText()
     : m_presence(0)
 {
@@ -2240,7 +2496,8 @@ CT_SdtText::~CT_SdtText()
 {
 }
 
-bool CT_SdtText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2251,6 +2508,9 @@ bool CT_SdtText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SdtText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_SdtText::GetMultiLine() const { return m_MultiLine; }
 void CT_SdtText::SetMultiLine(wxAny value) { m_MultiLine = std::move(value); m_presence |= (1u << 0); }
@@ -2264,7 +2524,8 @@ CT_DataBinding::~CT_DataBinding()
 {
 }
 
-bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DataBinding::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2279,6 +2540,9 @@ bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DataBinding::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DataBinding::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DataBinding::GetPrefixMappings() const { return m_PrefixMappings; }
 void CT_DataBinding::SetPrefixMappings(wxString value) { m_PrefixMappings = std::move(value); m_presence |= (1u << 0); }
@@ -2320,7 +2584,8 @@ CT_SdtPr::~CT_SdtPr()
     delete m_Data__;
 }
 
-bool CT_SdtPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2352,6 +2617,9 @@ bool CT_SdtPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SdtPrData__::CT_SdtPrData__()
     : m_Equation(nullptr),
@@ -2386,7 +2654,8 @@ CT_SdtPrData__::~CT_SdtPrData__()
     delete m_Bibliography;
 }
 
-bool CT_SdtPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtPrData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2419,7 +2688,11 @@ bool CT_SdtPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_SdtPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_SdtPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtPrData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_SdtPrData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_equation))
@@ -2497,13 +2770,20 @@ bool CT_SdtPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool CT_SdtPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SdtPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SdtPrData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SdtPrData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SdtPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SdtPrData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SdtPrData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2532,7 +2812,8 @@ CT_SdtEndPr::~CT_SdtEndPr()
     DeleteAll(m_Data__);
 }
 
-bool CT_SdtEndPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtEndPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2542,6 +2823,9 @@ bool CT_SdtEndPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtEndPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtEndPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_SdtEndPrData__> CT_SdtEndPr::GetData__() const { return m_Data__; }
 void CT_SdtEndPr::SetData__(XMLPtrArray<CT_SdtEndPrData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -2557,7 +2841,8 @@ CT_SdtEndPrData__::~CT_SdtEndPrData__()
     delete m_RPr;
 }
 
-bool CT_SdtEndPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtEndPrData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2568,7 +2853,11 @@ bool CT_SdtEndPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_SdtEndPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_SdtEndPrData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtEndPrData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_SdtEndPrData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_rPr))
@@ -2580,13 +2869,20 @@ bool CT_SdtEndPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_SdtEndPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_SdtEndPrData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_SdtEndPrData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_SdtEndPrData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_SdtEndPrData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_SdtEndPrData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_SdtEndPrData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2605,7 +2901,8 @@ EG_ContentRunContent::~EG_ContentRunContent()
     delete m_Data__;
 }
 
-bool EG_ContentRunContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2616,7 +2913,11 @@ bool EG_ContentRunContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ContentRunContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ContentRunContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRunContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ContentRunContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentRunContentData__::HasProperty(name, context))
     {
@@ -2627,13 +2928,20 @@ bool EG_ContentRunContent::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_ContentRunContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRunContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRunContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRunContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRunContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRunContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRunContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2662,7 +2970,8 @@ EG_ContentRunContentData__::~EG_ContentRunContentData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_ContentRunContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2685,10 +2994,14 @@ bool EG_ContentRunContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_ContentRunContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRunContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RunLevelElts> EG_ContentRunContentData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_ContentRunContentData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 6); }
 
-bool EG_ContentRunContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRunContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_customXml))
@@ -2736,13 +3049,20 @@ bool EG_ContentRunContentData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool EG_ContentRunContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRunContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRunContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRunContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRunContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRunContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRunContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2766,7 +3086,8 @@ CT_DirContentRun::~CT_DirContentRun()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_DirContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DirContentRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2780,6 +3101,9 @@ bool CT_DirContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DirContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DirContentRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_DirContentRun::GetEG_PContent() const { return m_EG_PContent; }
 void CT_DirContentRun::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 0); }
@@ -2796,7 +3120,8 @@ CT_BdoContentRun::~CT_BdoContentRun()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_BdoContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_BdoContentRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2810,6 +3135,9 @@ bool CT_BdoContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_BdoContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_BdoContentRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_BdoContentRun::GetEG_PContent() const { return m_EG_PContent; }
 void CT_BdoContentRun::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 0); }
@@ -2826,7 +3154,8 @@ CT_SdtContentRun::~CT_SdtContentRun()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_SdtContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtContentRun::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2836,6 +3165,9 @@ bool CT_SdtContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtContentRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtContentRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_SdtContentRun::GetEG_PContent() const { return m_EG_PContent; }
 void CT_SdtContentRun::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 0); }
@@ -2851,7 +3183,8 @@ EG_ContentBlockContent::~EG_ContentBlockContent()
     delete m_Data__;
 }
 
-bool EG_ContentBlockContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentBlockContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2862,7 +3195,11 @@ bool EG_ContentBlockContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ContentBlockContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ContentBlockContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentBlockContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ContentBlockContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentBlockContentData__::HasProperty(name, context))
     {
@@ -2873,13 +3210,20 @@ bool EG_ContentBlockContent::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_ContentBlockContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentBlockContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentBlockContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentBlockContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentBlockContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentBlockContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentBlockContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2902,7 +3246,8 @@ EG_ContentBlockContentData__::~EG_ContentBlockContentData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_ContentBlockContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentBlockContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2921,6 +3266,9 @@ bool EG_ContentBlockContentData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool EG_ContentBlockContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentBlockContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_P> EG_ContentBlockContentData__::GetP() const { return m_P; }
 void EG_ContentBlockContentData__::SetP(XMLPtrArray<CT_P> value) { m_P = std::move(value); m_presence |= (1u << 2); }
 XMLPtrArray<CT_Tbl> EG_ContentBlockContentData__::GetTbl() const { return m_Tbl; }
@@ -2928,7 +3276,8 @@ void EG_ContentBlockContentData__::SetTbl(XMLPtrArray<CT_Tbl> value) { m_Tbl = s
 XMLPtrArray<EG_RunLevelElts> EG_ContentBlockContentData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_ContentBlockContentData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 4); }
 
-bool EG_ContentBlockContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentBlockContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_customXml))
@@ -2964,13 +3313,20 @@ bool EG_ContentBlockContentData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool EG_ContentBlockContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentBlockContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentBlockContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentBlockContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentBlockContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentBlockContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentBlockContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2992,7 +3348,8 @@ CT_SdtContentBlock::~CT_SdtContentBlock()
     DeleteAll(m_EG_ContentBlockContent);
 }
 
-bool CT_SdtContentBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtContentBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3002,6 +3359,9 @@ bool CT_SdtContentBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtContentBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtContentBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ContentBlockContent> CT_SdtContentBlock::GetEG_ContentBlockContent() const { return m_EG_ContentBlockContent; }
 void CT_SdtContentBlock::SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value) { m_EG_ContentBlockContent = std::move(value); m_presence |= (1u << 0); }
@@ -3017,7 +3377,8 @@ EG_ContentRowContent::~EG_ContentRowContent()
     delete m_Data__;
 }
 
-bool EG_ContentRowContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRowContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3028,7 +3389,11 @@ bool EG_ContentRowContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ContentRowContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ContentRowContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRowContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ContentRowContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentRowContentData__::HasProperty(name, context))
     {
@@ -3039,13 +3404,20 @@ bool EG_ContentRowContent::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_ContentRowContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRowContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRowContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRowContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRowContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRowContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRowContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3067,7 +3439,8 @@ EG_ContentRowContentData__::~EG_ContentRowContentData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_ContentRowContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRowContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3084,12 +3457,16 @@ bool EG_ContentRowContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_ContentRowContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentRowContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Row> EG_ContentRowContentData__::GetTr() const { return m_Tr; }
 void EG_ContentRowContentData__::SetTr(XMLPtrArray<CT_Row> value) { m_Tr = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<EG_RunLevelElts> EG_ContentRowContentData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_ContentRowContentData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 3); }
 
-bool EG_ContentRowContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentRowContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tr))
@@ -3119,13 +3496,20 @@ bool EG_ContentRowContentData__::SetProperty(const wxString& name, wxXmlNode* no
     return false;
 }
 
-bool EG_ContentRowContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentRowContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentRowContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentRowContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentRowContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentRowContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentRowContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3146,7 +3530,8 @@ CT_SdtContentRow::~CT_SdtContentRow()
     DeleteAll(m_EG_ContentRowContent);
 }
 
-bool CT_SdtContentRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtContentRow::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3156,6 +3541,9 @@ bool CT_SdtContentRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtContentRow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtContentRow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ContentRowContent> CT_SdtContentRow::GetEG_ContentRowContent() const { return m_EG_ContentRowContent; }
 void CT_SdtContentRow::SetEG_ContentRowContent(XMLPtrArray<EG_ContentRowContent> value) { m_EG_ContentRowContent = std::move(value); m_presence |= (1u << 0); }
@@ -3171,7 +3559,8 @@ EG_ContentCellContent::~EG_ContentCellContent()
     delete m_Data__;
 }
 
-bool EG_ContentCellContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentCellContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3182,7 +3571,11 @@ bool EG_ContentCellContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_ContentCellContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_ContentCellContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentCellContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_ContentCellContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentCellContentData__::HasProperty(name, context))
     {
@@ -3193,13 +3586,20 @@ bool EG_ContentCellContent::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_ContentCellContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentCellContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentCellContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentCellContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentCellContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentCellContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentCellContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3221,7 +3621,8 @@ EG_ContentCellContentData__::~EG_ContentCellContentData__()
     DeleteAll(m_EG_RunLevelElts);
 }
 
-bool EG_ContentCellContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentCellContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3238,12 +3639,16 @@ bool EG_ContentCellContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context
     return true;
 }
 
+bool EG_ContentCellContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_ContentCellContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Tc> EG_ContentCellContentData__::GetTc() const { return m_Tc; }
 void EG_ContentCellContentData__::SetTc(XMLPtrArray<CT_Tc> value) { m_Tc = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<EG_RunLevelElts> EG_ContentCellContentData__::GetEG_RunLevelElts() const { return m_EG_RunLevelElts; }
 void EG_ContentCellContentData__::SetEG_RunLevelElts(XMLPtrArray<EG_RunLevelElts> value) { m_EG_RunLevelElts = std::move(value); m_presence |= (1u << 3); }
 
-bool EG_ContentCellContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_ContentCellContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_tc))
@@ -3273,13 +3678,20 @@ bool EG_ContentCellContentData__::SetProperty(const wxString& name, wxXmlNode* n
     return false;
 }
 
-bool EG_ContentCellContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_ContentCellContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_ContentCellContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_ContentCellContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_ContentCellContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_ContentCellContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_ContentCellContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -3300,7 +3712,8 @@ CT_SdtContentCell::~CT_SdtContentCell()
     DeleteAll(m_EG_ContentCellContent);
 }
 
-bool CT_SdtContentCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtContentCell::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3310,6 +3723,9 @@ bool CT_SdtContentCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtContentCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtContentCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ContentCellContent> CT_SdtContentCell::GetEG_ContentCellContent() const { return m_EG_ContentCellContent; }
 void CT_SdtContentCell::SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value) { m_EG_ContentCellContent = std::move(value); m_presence |= (1u << 0); }
@@ -3329,7 +3745,8 @@ CT_SdtBlock::~CT_SdtBlock()
     delete m_SdtContent;
 }
 
-bool CT_SdtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3343,6 +3760,9 @@ bool CT_SdtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SdtRun::CT_SdtRun()
     : m_SdtPr(nullptr),
@@ -3359,7 +3779,8 @@ CT_SdtRun::~CT_SdtRun()
     delete m_SdtContent;
 }
 
-bool CT_SdtRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtRun::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3373,6 +3794,9 @@ bool CT_SdtRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SdtCell::CT_SdtCell()
     : m_SdtPr(nullptr),
@@ -3389,7 +3813,8 @@ CT_SdtCell::~CT_SdtCell()
     delete m_SdtContent;
 }
 
-bool CT_SdtCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtCell::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3403,6 +3828,9 @@ bool CT_SdtCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SdtCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_SdtRow::CT_SdtRow()
     : m_SdtPr(nullptr),
@@ -3419,7 +3847,8 @@ CT_SdtRow::~CT_SdtRow()
     delete m_SdtContent;
 }
 
-bool CT_SdtRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SdtRow::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3434,6 +3863,9 @@ bool CT_SdtRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_SdtRow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SdtRow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Attr::CT_Attr()
     : m_presence(0)
 {
@@ -3443,7 +3875,8 @@ CT_Attr::~CT_Attr()
 {
 }
 
-bool CT_Attr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Attr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3458,6 +3891,9 @@ bool CT_Attr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Attr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Attr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Attr::GetUri() const { return m_Uri; }
 void CT_Attr::SetUri(wxString value) { m_Uri = std::move(value); m_presence |= (1u << 0); }
@@ -3478,7 +3914,8 @@ CT_CustomXmlRun::~CT_CustomXmlRun()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_CustomXmlRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomXmlRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3496,6 +3933,9 @@ bool CT_CustomXmlRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomXmlRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomXmlRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_CustomXmlRun::GetEG_PContent() const { return m_EG_PContent; }
 void CT_CustomXmlRun::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 1); }
@@ -3516,7 +3956,8 @@ CT_SmartTagRun::~CT_SmartTagRun()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_SmartTagRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagRun::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3534,6 +3975,9 @@ bool CT_SmartTagRun::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SmartTagRun::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagRun::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_PContent> CT_SmartTagRun::GetEG_PContent() const { return m_EG_PContent; }
 void CT_SmartTagRun::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 1); }
@@ -3554,7 +3998,8 @@ CT_CustomXmlBlock::~CT_CustomXmlBlock()
     DeleteAll(m_EG_ContentBlockContent);
 }
 
-bool CT_CustomXmlBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomXmlBlock::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3572,6 +4017,9 @@ bool CT_CustomXmlBlock::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomXmlBlock::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomXmlBlock::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ContentBlockContent> CT_CustomXmlBlock::GetEG_ContentBlockContent() const { return m_EG_ContentBlockContent; }
 void CT_CustomXmlBlock::SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value) { m_EG_ContentBlockContent = std::move(value); m_presence |= (1u << 1); }
@@ -3592,7 +4040,8 @@ CT_CustomXmlPr::~CT_CustomXmlPr()
     DeleteAll(m_Attr);
 }
 
-bool CT_CustomXmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomXmlPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3604,6 +4053,9 @@ bool CT_CustomXmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomXmlPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomXmlPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Attr> CT_CustomXmlPr::GetAttr() const { return m_Attr; }
 void CT_CustomXmlPr::SetAttr(XMLPtrArray<CT_Attr> value) { m_Attr = std::move(value); m_presence |= (1u << 1); }
@@ -3620,7 +4072,8 @@ CT_CustomXmlRow::~CT_CustomXmlRow()
     DeleteAll(m_EG_ContentRowContent);
 }
 
-bool CT_CustomXmlRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomXmlRow::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3638,6 +4091,9 @@ bool CT_CustomXmlRow::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_CustomXmlRow::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomXmlRow::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_ContentRowContent> CT_CustomXmlRow::GetEG_ContentRowContent() const { return m_EG_ContentRowContent; }
 void CT_CustomXmlRow::SetEG_ContentRowContent(XMLPtrArray<EG_ContentRowContent> value) { m_EG_ContentRowContent = std::move(value); m_presence |= (1u << 1); }
@@ -3658,7 +4114,8 @@ CT_CustomXmlCell::~CT_CustomXmlCell()
     DeleteAll(m_EG_ContentCellContent);
 }
 
-bool CT_CustomXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CustomXmlCell::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3677,6 +4134,9 @@ bool CT_CustomXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_CustomXmlCell::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CustomXmlCell::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ContentCellContent> CT_CustomXmlCell::GetEG_ContentCellContent() const { return m_EG_ContentCellContent; }
 void CT_CustomXmlCell::SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value) { m_EG_ContentCellContent = std::move(value); m_presence |= (1u << 1); }
 wxString CT_CustomXmlCell::GetUri() const { return m_Uri; }
@@ -3694,7 +4154,8 @@ CT_SmartTagPr::~CT_SmartTagPr()
     DeleteAll(m_Attr);
 }
 
-bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3704,6 +4165,9 @@ bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_SmartTagPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Attr> CT_SmartTagPr::GetAttr() const { return m_Attr; }
 void CT_SmartTagPr::SetAttr(XMLPtrArray<CT_Attr> value) { m_Attr = std::move(value); m_presence |= (1u << 0); }

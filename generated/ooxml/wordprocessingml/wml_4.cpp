@@ -25,7 +25,8 @@ EG_PContent::~EG_PContent()
     delete m_Data__;
 }
 
-bool EG_PContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -36,7 +37,11 @@ bool EG_PContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_PContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_PContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_PContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_PContentData__::HasProperty(name, context))
     {
@@ -47,13 +52,20 @@ bool EG_PContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContex
     return false;
 }
 
-bool EG_PContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -75,7 +87,8 @@ EG_PContentData__::~EG_PContentData__()
     delete m_SubDoc;
 }
 
-bool EG_PContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -92,12 +105,16 @@ bool EG_PContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_PContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_PContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ContentRunContent> EG_PContentData__::GetEG_ContentRunContent() const { return m_EG_ContentRunContent; }
 void EG_PContentData__::SetEG_ContentRunContent(XMLPtrArray<EG_ContentRunContent> value) { m_EG_ContentRunContent = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_SimpleField> EG_PContentData__::GetFldSimple() const { return m_FldSimple; }
 void EG_PContentData__::SetFldSimple(XMLPtrArray<CT_SimpleField> value) { m_FldSimple = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_PContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_PContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_ContentRunContent::HasProperty(name, context))
@@ -127,13 +144,20 @@ bool EG_PContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_PContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_PContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_PContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_PContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_PContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_PContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_PContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -156,7 +180,8 @@ CT_P::~CT_P()
     DeleteAll(m_EG_PContent);
 }
 
-bool CT_P::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_P::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -181,6 +206,9 @@ bool CT_P::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_P::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_P::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_PContent> CT_P::GetEG_PContent() const { return m_EG_PContent; }
 void CT_P::SetEG_PContent(XMLPtrArray<EG_PContent> value) { m_EG_PContent = std::move(value); m_presence |= (1u << 1); }
 wxString CT_P::GetRsidRPr() const { return m_RsidRPr; }
@@ -203,7 +231,8 @@ CT_Height::~CT_Height()
 {
 }
 
-bool CT_Height::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Height::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -216,6 +245,9 @@ bool CT_Height::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Height::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Height::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_Height::GetVal() const { return m_Val; }
 void CT_Height::SetVal(wxAny value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -231,7 +263,8 @@ CT_TblWidth::~CT_TblWidth()
 {
 }
 
-bool CT_TblWidth::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblWidth::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -244,6 +277,9 @@ bool CT_TblWidth::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblWidth::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblWidth::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TblWidth::GetW() const { return m_W; }
 void CT_TblWidth::SetW(wxAny value) { m_W = std::move(value); m_presence |= (1u << 0); }
@@ -259,7 +295,8 @@ CT_TblGridCol::~CT_TblGridCol()
 {
 }
 
-bool CT_TblGridCol::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblGridCol::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -270,6 +307,9 @@ bool CT_TblGridCol::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblGridCol::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblGridCol::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TblGridCol::GetW() const { return m_W; }
 void CT_TblGridCol::SetW(wxAny value) { m_W = std::move(value); m_presence |= (1u << 0); }
@@ -284,7 +324,8 @@ CT_TblGridBase::~CT_TblGridBase()
     DeleteAll(m_GridCol);
 }
 
-bool CT_TblGridBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblGridBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -294,6 +335,9 @@ bool CT_TblGridBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblGridBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblGridBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TblGridCol> CT_TblGridBase::GetGridCol() const { return m_GridCol; }
 void CT_TblGridBase::SetGridCol(XMLPtrArray<CT_TblGridCol> value) { m_GridCol = std::move(value); m_presence |= (1u << 0); }
@@ -309,7 +353,8 @@ CT_TblGrid::~CT_TblGrid()
     delete m_TblGridChange;
 }
 
-bool CT_TblGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblGrid::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -319,6 +364,9 @@ bool CT_TblGrid::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblGrid::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblGrid::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TcBorders::CT_TcBorders()
     : m_Top(nullptr),
@@ -349,7 +397,8 @@ CT_TcBorders::~CT_TcBorders()
     delete m_Tr2bl;
 }
 
-bool CT_TcBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcBorders::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -378,6 +427,9 @@ bool CT_TcBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TcBorders::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcBorders::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TcMar::CT_TcMar()
     : m_Top(nullptr),
       m_Start(nullptr),
@@ -399,7 +451,8 @@ CT_TcMar::~CT_TcMar()
     delete m_Right;
 }
 
-bool CT_TcMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcMar::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -420,6 +473,9 @@ bool CT_TcMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TcMar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcMar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_VMerge::CT_VMerge()
     : m_presence(0)
 {
@@ -429,7 +485,8 @@ CT_VMerge::~CT_VMerge()
 {
 }
 
-bool CT_VMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_VMerge::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -440,6 +497,9 @@ bool CT_VMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_VMerge::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_VMerge::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_VMerge::GetVal() const { return m_Val; }
 void CT_VMerge::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -453,7 +513,8 @@ CT_HMerge::~CT_HMerge()
 {
 }
 
-bool CT_HMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_HMerge::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -464,6 +525,9 @@ bool CT_HMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_HMerge::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_HMerge::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_HMerge::GetVal() const { return m_Val; }
 void CT_HMerge::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -505,7 +569,8 @@ CT_TcPrBase::~CT_TcPrBase()
     delete m_Headers;
 }
 
-bool CT_TcPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -542,6 +607,9 @@ bool CT_TcPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TcPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TcPr::CT_TcPr()
     : m_TcPrChange(nullptr),
       m_presence(0)
@@ -553,7 +621,8 @@ CT_TcPr::~CT_TcPr()
     delete m_TcPrChange;
 }
 
-bool CT_TcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -563,6 +632,9 @@ bool CT_TcPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TcPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TcPrInner::CT_TcPrInner()
     : m_EG_CellMarkupElements(nullptr),
@@ -575,7 +647,8 @@ CT_TcPrInner::~CT_TcPrInner()
     delete m_EG_CellMarkupElements;
 }
 
-bool CT_TcPrInner::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TcPrInner::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -585,6 +658,9 @@ bool CT_TcPrInner::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TcPrInner::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TcPrInner::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Tc::CT_Tc()
     : m_TcPr(nullptr),
@@ -598,7 +674,8 @@ CT_Tc::~CT_Tc()
     DeleteAll(m_EG_BlockLevelElts);
 }
 
-bool CT_Tc::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tc::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -615,6 +692,9 @@ bool CT_Tc::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Tc::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tc::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_BlockLevelElts> CT_Tc::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_Tc::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 1); }
 wxString CT_Tc::GetId() const { return m_Id; }
@@ -629,7 +709,8 @@ CT_Cnf::~CT_Cnf()
 {
 }
 
-bool CT_Cnf::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Cnf::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -664,6 +745,9 @@ bool CT_Cnf::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Cnf::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Cnf::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Cnf::GetVal() const { return m_Val; }
 void CT_Cnf::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -702,7 +786,8 @@ CT_Headers::~CT_Headers()
     DeleteAll(m_Header);
 }
 
-bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Headers::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -712,6 +797,9 @@ bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Headers::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Headers::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_String> CT_Headers::GetHeader() const { return m_Header; }
 void CT_Headers::SetHeader(XMLPtrArray<CT_String> value) { m_Header = std::move(value); m_presence |= (1u << 0); }
@@ -726,7 +814,8 @@ CT_TrPrBase::~CT_TrPrBase()
     DeleteAll(m_Data__);
 }
 
-bool CT_TrPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -736,6 +825,9 @@ bool CT_TrPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TrPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_TrPrBaseData__> CT_TrPrBase::GetData__() const { return m_Data__; }
 void CT_TrPrBase::SetData__(XMLPtrArray<CT_TrPrBaseData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -773,7 +865,8 @@ CT_TrPrBaseData__::~CT_TrPrBaseData__()
     delete m_Hidden;
 }
 
-bool CT_TrPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrPrBaseData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -806,7 +899,11 @@ bool CT_TrPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_TrPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_TrPrBaseData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrPrBaseData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_TrPrBaseData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_cnfStyle))
@@ -884,13 +981,20 @@ bool CT_TrPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_TrPrBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_TrPrBaseData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_TrPrBaseData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_TrPrBaseData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_TrPrBaseData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_TrPrBaseData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_TrPrBaseData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -924,7 +1028,8 @@ CT_TrPr::~CT_TrPr()
     delete m_TrPrChange;
 }
 
-bool CT_TrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TrPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -938,6 +1043,9 @@ bool CT_TrPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TrPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TrPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Row::CT_Row()
     : m_TblPrEx(nullptr),
@@ -953,7 +1061,8 @@ CT_Row::~CT_Row()
     DeleteAll(m_EG_ContentCellContent);
 }
 
-bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Row::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -978,6 +1087,9 @@ bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Row::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Row::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ContentCellContent> CT_Row::GetEG_ContentCellContent() const { return m_EG_ContentCellContent; }
 void CT_Row::SetEG_ContentCellContent(XMLPtrArray<EG_ContentCellContent> value) { m_EG_ContentCellContent = std::move(value); m_presence |= (1u << 2); }
 wxString CT_Row::GetRsidRPr() const { return m_RsidRPr; }
@@ -998,7 +1110,8 @@ CT_TblLayoutType::~CT_TblLayoutType()
 {
 }
 
-bool CT_TblLayoutType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblLayoutType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1009,6 +1122,9 @@ bool CT_TblLayoutType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblLayoutType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblLayoutType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TblLayoutType::GetType() const { return m_Type; }
 void CT_TblLayoutType::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 0); }
@@ -1022,7 +1138,8 @@ CT_TblOverlap::~CT_TblOverlap()
 {
 }
 
-bool CT_TblOverlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblOverlap::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1033,6 +1150,9 @@ bool CT_TblOverlap::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblOverlap::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblOverlap::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TblOverlap::GetVal() const { return m_Val; }
 void CT_TblOverlap::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1046,7 +1166,8 @@ CT_TblPPr::~CT_TblPPr()
 {
 }
 
-bool CT_TblPPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPPr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1075,6 +1196,9 @@ bool CT_TblPPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblPPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TblPPr::GetLeftFromText() const { return m_LeftFromText; }
 void CT_TblPPr::SetLeftFromText(wxAny value) { m_LeftFromText = std::move(value); m_presence |= (1u << 0); }
@@ -1118,7 +1242,8 @@ CT_TblCellMar::~CT_TblCellMar()
     delete m_Right;
 }
 
-bool CT_TblCellMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblCellMar::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1138,6 +1263,9 @@ bool CT_TblCellMar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblCellMar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblCellMar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TblBorders::CT_TblBorders()
     : m_Top(nullptr),
@@ -1164,7 +1292,8 @@ CT_TblBorders::~CT_TblBorders()
     delete m_InsideV;
 }
 
-bool CT_TblBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblBorders::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1188,6 +1317,9 @@ bool CT_TblBorders::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblBorders::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblBorders::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TblPrBase::CT_TblPrBase()
     : m_TblStyle(nullptr),
@@ -1232,7 +1364,8 @@ CT_TblPrBase::~CT_TblPrBase()
     delete m_TblDescription;
 }
 
-bool CT_TblPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPrBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1275,6 +1408,9 @@ bool CT_TblPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TblPrBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPrBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TblPr::CT_TblPr()
     : m_TblPrChange(nullptr),
       m_presence(0)
@@ -1286,7 +1422,8 @@ CT_TblPr::~CT_TblPr()
     delete m_TblPrChange;
 }
 
-bool CT_TblPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1296,6 +1433,9 @@ bool CT_TblPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_TblPrExBase::CT_TblPrExBase()
     : m_TblW(nullptr),
@@ -1324,7 +1464,8 @@ CT_TblPrExBase::~CT_TblPrExBase()
     delete m_TblLook;
 }
 
-bool CT_TblPrExBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPrExBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1351,6 +1492,9 @@ bool CT_TblPrExBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_TblPrExBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPrExBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TblPrEx::CT_TblPrEx()
     : m_TblPrExChange(nullptr),
       m_presence(0)
@@ -1362,7 +1506,8 @@ CT_TblPrEx::~CT_TblPrEx()
     delete m_TblPrExChange;
 }
 
-bool CT_TblPrEx::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblPrEx::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1372,6 +1517,9 @@ bool CT_TblPrEx::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblPrEx::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblPrEx::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Tbl::CT_Tbl()
     : m_TblPr(nullptr),
@@ -1388,7 +1536,8 @@ CT_Tbl::~CT_Tbl()
     DeleteAll(m_EG_ContentRowContent);
 }
 
-bool CT_Tbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Tbl::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1405,6 +1554,9 @@ bool CT_Tbl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Tbl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Tbl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RangeMarkupElements> CT_Tbl::GetEG_RangeMarkupElements() const { return m_EG_RangeMarkupElements; }
 void CT_Tbl::SetEG_RangeMarkupElements(XMLPtrArray<EG_RangeMarkupElements> value) { m_EG_RangeMarkupElements = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<EG_ContentRowContent> CT_Tbl::GetEG_ContentRowContent() const { return m_EG_ContentRowContent; }
@@ -1419,7 +1571,8 @@ CT_TblLook::~CT_TblLook()
 {
 }
 
-bool CT_TblLook::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblLook::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1442,6 +1595,9 @@ bool CT_TblLook::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TblLook::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblLook::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_TblLook::GetFirstRow() const { return m_FirstRow; }
 void CT_TblLook::SetFirstRow(wxAny value) { m_FirstRow = std::move(value); m_presence |= (1u << 0); }
@@ -1467,7 +1623,8 @@ CT_FtnPos::~CT_FtnPos()
 {
 }
 
-bool CT_FtnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1478,6 +1635,9 @@ bool CT_FtnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FtnPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FtnPos::GetVal() const { return m_Val; }
 void CT_FtnPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1491,7 +1651,8 @@ CT_EdnPos::~CT_EdnPos()
 {
 }
 
-bool CT_EdnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EdnPos::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1502,6 +1663,9 @@ bool CT_EdnPos::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_EdnPos::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EdnPos::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_EdnPos::GetVal() const { return m_Val; }
 void CT_EdnPos::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1515,7 +1679,8 @@ CT_NumFmt::~CT_NumFmt()
 {
 }
 
-bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumFmt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1528,6 +1693,9 @@ bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NumFmt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumFmt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumFmt::GetVal() const { return m_Val; }
 void CT_NumFmt::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1543,7 +1711,8 @@ CT_NumRestart::~CT_NumRestart()
 {
 }
 
-bool CT_NumRestart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumRestart::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1554,6 +1723,9 @@ bool CT_NumRestart::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_NumRestart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumRestart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_NumRestart::GetVal() const { return m_Val; }
 void CT_NumRestart::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1568,7 +1740,8 @@ CT_FtnEdnRef::~CT_FtnEdnRef()
 {
 }
 
-bool CT_FtnEdnRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnEdnRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1581,6 +1754,9 @@ bool CT_FtnEdnRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FtnEdnRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnEdnRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_FtnEdnRef::GetCustomMarkFollows() const { return m_CustomMarkFollows; }
 void CT_FtnEdnRef::SetCustomMarkFollows(wxAny value) { m_CustomMarkFollows = std::move(value); m_presence |= (1u << 0); }
@@ -1595,7 +1771,8 @@ CT_FtnEdnSepRef::~CT_FtnEdnSepRef()
 {
 }
 
-bool CT_FtnEdnSepRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnEdnSepRef::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1606,6 +1783,9 @@ bool CT_FtnEdnSepRef::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FtnEdnSepRef::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnEdnSepRef::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_FtnEdn::CT_FtnEdn()
     : m_Id(0),
@@ -1618,7 +1798,8 @@ CT_FtnEdn::~CT_FtnEdn()
     DeleteAll(m_EG_BlockLevelElts);
 }
 
-bool CT_FtnEdn::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnEdn::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1634,6 +1815,9 @@ bool CT_FtnEdn::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FtnEdn::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnEdn::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_BlockLevelElts> CT_FtnEdn::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_FtnEdn::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -1653,7 +1837,8 @@ EG_FtnEdnNumProps::~EG_FtnEdnNumProps()
     delete m_NumRestart;
 }
 
-bool EG_FtnEdnNumProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_FtnEdnNumProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1666,7 +1851,11 @@ bool EG_FtnEdnNumProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_FtnEdnNumProps::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_FtnEdnNumProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_FtnEdnNumProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_FtnEdnNumProps::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_numStart))
@@ -1684,13 +1873,20 @@ bool EG_FtnEdnNumProps::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_FtnEdnNumProps::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_FtnEdnNumProps::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_FtnEdnNumProps::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_FtnEdnNumProps::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_FtnEdnNumProps::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_FtnEdnNumProps::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_FtnEdnNumProps::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1714,7 +1910,8 @@ CT_FtnProps::~CT_FtnProps()
     delete m_EG_FtnEdnNumProps;
 }
 
-bool CT_FtnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1728,6 +1925,9 @@ bool CT_FtnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FtnProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_EdnProps::CT_EdnProps()
     : m_Pos(nullptr),
@@ -1744,7 +1944,8 @@ CT_EdnProps::~CT_EdnProps()
     delete m_EG_FtnEdnNumProps;
 }
 
-bool CT_EdnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EdnProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1759,6 +1960,9 @@ bool CT_EdnProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_EdnProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EdnProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FtnDocProps::CT_FtnDocProps()
     : m_presence(0)
 {
@@ -1769,7 +1973,8 @@ CT_FtnDocProps::~CT_FtnDocProps()
     DeleteAll(m_Footnote);
 }
 
-bool CT_FtnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FtnDocProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1779,6 +1984,9 @@ bool CT_FtnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FtnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FtnDocProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FtnEdnSepRef> CT_FtnDocProps::GetFootnote() const { return m_Footnote; }
 void CT_FtnDocProps::SetFootnote(XMLPtrArray<CT_FtnEdnSepRef> value) { m_Footnote = std::move(value); m_presence |= (1u << 0); }
@@ -1793,7 +2001,8 @@ CT_EdnDocProps::~CT_EdnDocProps()
     DeleteAll(m_Endnote);
 }
 
-bool CT_EdnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_EdnDocProps::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1803,6 +2012,9 @@ bool CT_EdnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_EdnDocProps::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_EdnDocProps::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FtnEdnSepRef> CT_EdnDocProps::GetEndnote() const { return m_Endnote; }
 void CT_EdnDocProps::SetEndnote(XMLPtrArray<CT_FtnEdnSepRef> value) { m_Endnote = std::move(value); m_presence |= (1u << 0); }
@@ -1822,7 +2034,8 @@ CT_RecipientData::~CT_RecipientData()
     delete m_UniqueTag;
 }
 
-bool CT_RecipientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RecipientData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1837,6 +2050,9 @@ bool CT_RecipientData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_RecipientData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RecipientData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Base64Binary::CT_Base64Binary()
     : m_presence(0)
 {
@@ -1846,7 +2062,8 @@ CT_Base64Binary::~CT_Base64Binary()
 {
 }
 
-bool CT_Base64Binary::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Base64Binary::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1857,6 +2074,9 @@ bool CT_Base64Binary::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Base64Binary::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Base64Binary::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Base64Binary::GetVal() const { return m_Val; }
 void CT_Base64Binary::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1871,7 +2091,8 @@ CT_Recipients::~CT_Recipients()
     DeleteAll(m_RecipientData);
 }
 
-bool CT_Recipients::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Recipients::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1881,6 +2102,9 @@ bool CT_Recipients::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Recipients::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Recipients::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_RecipientData> CT_Recipients::GetRecipientData() const { return m_RecipientData; }
 void CT_Recipients::SetRecipientData(XMLPtrArray<CT_RecipientData> value) { m_RecipientData = std::move(value); m_presence |= (1u << 0); }
@@ -1906,7 +2130,8 @@ CT_OdsoFieldMapData::~CT_OdsoFieldMapData()
     delete m_DynamicAddress;
 }
 
-bool CT_OdsoFieldMapData::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OdsoFieldMapData::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1927,6 +2152,9 @@ bool CT_OdsoFieldMapData::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_OdsoFieldMapData::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OdsoFieldMapData::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_MailMergeSourceType::CT_MailMergeSourceType()
     : m_presence(0)
 {
@@ -1936,7 +2164,8 @@ CT_MailMergeSourceType::~CT_MailMergeSourceType()
 {
 }
 
-bool CT_MailMergeSourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMergeSourceType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1947,6 +2176,9 @@ bool CT_MailMergeSourceType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MailMergeSourceType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMergeSourceType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MailMergeSourceType::GetVal() const { return m_Val; }
 void CT_MailMergeSourceType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1974,7 +2206,8 @@ CT_Odso::~CT_Odso()
     DeleteAll(m_RecipientData);
 }
 
-bool CT_Odso::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Odso::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1998,6 +2231,9 @@ bool CT_Odso::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Odso::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Odso::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_OdsoFieldMapData> CT_Odso::GetFieldMapData() const { return m_FieldMapData; }
 void CT_Odso::SetFieldMapData(XMLPtrArray<CT_OdsoFieldMapData> value) { m_FieldMapData = std::move(value); m_presence |= (1u << 6); }
@@ -2045,7 +2281,8 @@ CT_MailMerge::~CT_MailMerge()
     delete m_Odso;
 }
 
-bool CT_MailMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MailMerge::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2086,6 +2323,9 @@ bool CT_MailMerge::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_MailMerge::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MailMerge::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_TargetScreenSz::CT_TargetScreenSz()
     : m_presence(0)
 {
@@ -2095,7 +2335,8 @@ CT_TargetScreenSz::~CT_TargetScreenSz()
 {
 }
 
-bool CT_TargetScreenSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TargetScreenSz::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2106,6 +2347,9 @@ bool CT_TargetScreenSz::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_TargetScreenSz::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TargetScreenSz::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TargetScreenSz::GetVal() const { return m_Val; }
 void CT_TargetScreenSz::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2250,7 +2494,8 @@ CT_Compat::~CT_Compat()
     DeleteAll(m_CompatSetting);
 }
 
-bool CT_Compat::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Compat::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2391,6 +2636,9 @@ bool CT_Compat::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Compat::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Compat::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_CompatSetting> CT_Compat::GetCompatSetting() const { return m_CompatSetting; }
 void CT_Compat::SetCompatSetting(XMLPtrArray<CT_CompatSetting> value) { m_CompatSetting = std::move(value); m_presence[1] |= (std::uint64_t(1) << 1); }
 
@@ -2403,7 +2651,8 @@ CT_CompatSetting::~CT_CompatSetting()
 {
 }
 
-bool CT_CompatSetting::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CompatSetting::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2418,6 +2667,9 @@ bool CT_CompatSetting::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CompatSetting::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CompatSetting::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CompatSetting::GetName() const { return m_Name; }
 void CT_CompatSetting::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2435,7 +2687,8 @@ CT_DocVar::~CT_DocVar()
 {
 }
 
-bool CT_DocVar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocVar::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2448,6 +2701,9 @@ bool CT_DocVar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocVar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocVar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocVar::GetName() const { return m_Name; }
 void CT_DocVar::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2464,7 +2720,8 @@ CT_DocVars::~CT_DocVars()
     DeleteAll(m_DocVar);
 }
 
-bool CT_DocVars::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocVars::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2474,6 +2731,9 @@ bool CT_DocVars::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DocVars::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocVars::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_DocVar> CT_DocVars::GetDocVar() const { return m_DocVar; }
 void CT_DocVars::SetDocVar(XMLPtrArray<CT_DocVar> value) { m_DocVar = std::move(value); m_presence |= (1u << 0); }
@@ -2490,7 +2750,8 @@ CT_DocRsids::~CT_DocRsids()
     DeleteAll(m_Rsid);
 }
 
-bool CT_DocRsids::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocRsids::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2502,6 +2763,9 @@ bool CT_DocRsids::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DocRsids::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocRsids::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LongHexNumber> CT_DocRsids::GetRsid() const { return m_Rsid; }
 void CT_DocRsids::SetRsid(XMLPtrArray<CT_LongHexNumber> value) { m_Rsid = std::move(value); m_presence |= (1u << 1); }
@@ -2515,7 +2779,8 @@ CT_CharacterSpacing::~CT_CharacterSpacing()
 {
 }
 
-bool CT_CharacterSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_CharacterSpacing::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2526,6 +2791,9 @@ bool CT_CharacterSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_CharacterSpacing::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_CharacterSpacing::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_CharacterSpacing::GetVal() const { return m_Val; }
 void CT_CharacterSpacing::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2539,7 +2807,8 @@ CT_SaveThroughXslt::~CT_SaveThroughXslt()
 {
 }
 
-bool CT_SaveThroughXslt::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SaveThroughXslt::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2552,6 +2821,9 @@ bool CT_SaveThroughXslt::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SaveThroughXslt::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SaveThroughXslt::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SaveThroughXslt::GetR_id() const { return m_R_id; }
 void CT_SaveThroughXslt::SetR_id(wxString value) { m_R_id = std::move(value); m_presence |= (1u << 0); }
@@ -2569,7 +2841,8 @@ CT_RPrDefault::~CT_RPrDefault()
     delete m_RPr;
 }
 
-bool CT_RPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_RPrDefault::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2579,6 +2852,9 @@ bool CT_RPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_RPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_RPrDefault::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_PPrDefault::CT_PPrDefault()
     : m_PPr(nullptr),
@@ -2591,7 +2867,8 @@ CT_PPrDefault::~CT_PPrDefault()
     delete m_PPr;
 }
 
-bool CT_PPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_PPrDefault::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2601,6 +2878,9 @@ bool CT_PPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_PPrDefault::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_PPrDefault::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DocDefaults::CT_DocDefaults()
     : m_RPrDefault(nullptr),
@@ -2615,7 +2895,8 @@ CT_DocDefaults::~CT_DocDefaults()
     delete m_PPrDefault;
 }
 
-bool CT_DocDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocDefaults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2628,6 +2909,9 @@ bool CT_DocDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocDefaults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_ColorSchemeMapping::CT_ColorSchemeMapping()
     : m_presence(0)
 {
@@ -2637,7 +2921,8 @@ CT_ColorSchemeMapping::~CT_ColorSchemeMapping()
 {
 }
 
-bool CT_ColorSchemeMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ColorSchemeMapping::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2670,6 +2955,9 @@ bool CT_ColorSchemeMapping::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ColorSchemeMapping::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ColorSchemeMapping::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_ColorSchemeMapping::GetBg1() const { return m_Bg1; }
 void CT_ColorSchemeMapping::SetBg1(wxString value) { m_Bg1 = std::move(value); m_presence |= (1u << 0); }
@@ -2707,7 +2995,8 @@ CT_ReadingModeInkLockDown::~CT_ReadingModeInkLockDown()
 {
 }
 
-bool CT_ReadingModeInkLockDown::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ReadingModeInkLockDown::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2724,6 +3013,9 @@ bool CT_ReadingModeInkLockDown::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_ReadingModeInkLockDown::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ReadingModeInkLockDown::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_ReadingModeInkLockDown::GetActualPg() const { return m_ActualPg; }
 void CT_ReadingModeInkLockDown::SetActualPg(wxAny value) { m_ActualPg = std::move(value); m_presence |= (1u << 0); }
@@ -2743,7 +3035,8 @@ CT_WriteProtection::~CT_WriteProtection()
     delete m_AG_TransitionalPassword;
 }
 
-bool CT_WriteProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WriteProtection::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2758,6 +3051,9 @@ bool CT_WriteProtection::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_WriteProtection::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WriteProtection::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_WriteProtection::GetRecommended() const { return m_Recommended; }
 void CT_WriteProtection::SetRecommended(wxAny value) { m_Recommended = std::move(value); m_presence |= (1u << 0); }
@@ -2967,7 +3263,8 @@ CT_Settings::~CT_Settings()
     delete m_ListSeparator;
 }
 
-bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Settings::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3172,6 +3469,9 @@ bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Settings::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Settings::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_StyleSort::CT_StyleSort()
     : m_presence(0)
 {
@@ -3181,7 +3481,8 @@ CT_StyleSort::~CT_StyleSort()
 {
 }
 
-bool CT_StyleSort::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StyleSort::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3192,6 +3493,9 @@ bool CT_StyleSort::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_StyleSort::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StyleSort::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_StyleSort::GetVal() const { return m_Val; }
 void CT_StyleSort::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -3205,7 +3509,8 @@ CT_StylePaneFilter::~CT_StylePaneFilter()
 {
 }
 
-bool CT_StylePaneFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_StylePaneFilter::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -3246,6 +3551,9 @@ bool CT_StylePaneFilter::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_StylePaneFilter::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_StylePaneFilter::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_StylePaneFilter::GetAllStyles() const { return m_AllStyles; }
 void CT_StylePaneFilter::SetAllStyles(wxAny value) { m_AllStyles = std::move(value); m_presence |= (1u << 0); }
@@ -3315,7 +3623,8 @@ CT_WebSettings::~CT_WebSettings()
     delete m_SaveSmartTagsAsXml;
 }
 
-bool CT_WebSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_WebSettings::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -3349,5 +3658,8 @@ bool CT_WebSettings::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_WebSettings::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_WebSettings::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_wordprocessingml_x2006_main

@@ -22,7 +22,8 @@ CT_FrameScrollbar::~CT_FrameScrollbar()
 {
 }
 
-bool CT_FrameScrollbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FrameScrollbar::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -33,6 +34,9 @@ bool CT_FrameScrollbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FrameScrollbar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FrameScrollbar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FrameScrollbar::GetVal() const { return m_Val; }
 void CT_FrameScrollbar::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -46,7 +50,8 @@ CT_OptimizeForBrowser::~CT_OptimizeForBrowser()
 {
 }
 
-bool CT_OptimizeForBrowser::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_OptimizeForBrowser::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -57,6 +62,9 @@ bool CT_OptimizeForBrowser::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_OptimizeForBrowser::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_OptimizeForBrowser::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_OptimizeForBrowser::GetTarget() const { return m_Target; }
 void CT_OptimizeForBrowser::SetTarget(wxString value) { m_Target = std::move(value); m_presence |= (1u << 0); }
@@ -90,7 +98,8 @@ CT_Frame::~CT_Frame()
     delete m_LinkedToFile;
 }
 
-bool CT_Frame::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Frame::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -119,6 +128,9 @@ bool CT_Frame::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Frame::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Frame::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_FrameLayout::CT_FrameLayout()
     : m_presence(0)
 {
@@ -128,7 +140,8 @@ CT_FrameLayout::~CT_FrameLayout()
 {
 }
 
-bool CT_FrameLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FrameLayout::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -139,6 +152,9 @@ bool CT_FrameLayout::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FrameLayout::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FrameLayout::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FrameLayout::GetVal() const { return m_Val; }
 void CT_FrameLayout::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -160,7 +176,8 @@ CT_FramesetSplitbar::~CT_FramesetSplitbar()
     delete m_FlatBorders;
 }
 
-bool CT_FramesetSplitbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FramesetSplitbar::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -176,6 +193,9 @@ bool CT_FramesetSplitbar::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FramesetSplitbar::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FramesetSplitbar::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Frameset::CT_Frameset()
     : m_Sz(nullptr),
@@ -195,7 +215,8 @@ CT_Frameset::~CT_Frameset()
     DeleteAll(m_Data__);
 }
 
-bool CT_Frameset::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Frameset::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -214,6 +235,9 @@ bool CT_Frameset::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Frameset::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Frameset::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_FramesetData__> CT_Frameset::GetData__() const { return m_Data__; }
 void CT_Frameset::SetData__(XMLPtrArray<CT_FramesetData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 4); }
 
@@ -228,7 +252,8 @@ CT_FramesetData__::~CT_FramesetData__()
     DeleteAll(m_Frame);
 }
 
-bool CT_FramesetData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FramesetData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -241,12 +266,16 @@ bool CT_FramesetData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_FramesetData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FramesetData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Frameset> CT_FramesetData__::GetFrameset() const { return m_Frameset; }
 void CT_FramesetData__::SetFrameset(XMLPtrArray<CT_Frameset> value) { m_Frameset = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_Frame> CT_FramesetData__::GetFrame() const { return m_Frame; }
 void CT_FramesetData__::SetFrame(XMLPtrArray<CT_Frame> value) { m_Frame = std::move(value); m_presence |= (1u << 1); }
 
-bool CT_FramesetData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FramesetData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_frameset))
@@ -264,13 +293,20 @@ bool CT_FramesetData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_FramesetData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_FramesetData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_FramesetData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_FramesetData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_FramesetData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_FramesetData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_FramesetData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -291,7 +327,8 @@ CT_NumPicBullet::~CT_NumPicBullet()
     delete m_Data__;
 }
 
-bool CT_NumPicBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumPicBullet::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -306,6 +343,9 @@ bool CT_NumPicBullet::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumPicBullet::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumPicBullet::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_NumPicBulletData__::CT_NumPicBulletData__()
     : m_Pict(nullptr),
       m_Drawing(nullptr),
@@ -319,7 +359,8 @@ CT_NumPicBulletData__::~CT_NumPicBulletData__()
     delete m_Drawing;
 }
 
-bool CT_NumPicBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumPicBulletData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -332,7 +373,11 @@ bool CT_NumPicBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_NumPicBulletData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_NumPicBulletData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumPicBulletData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_NumPicBulletData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_pict))
@@ -350,13 +395,20 @@ bool CT_NumPicBulletData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_NumPicBulletData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_NumPicBulletData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_NumPicBulletData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_NumPicBulletData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_NumPicBulletData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_NumPicBulletData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_NumPicBulletData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -374,7 +426,8 @@ CT_LevelSuffix::~CT_LevelSuffix()
 {
 }
 
-bool CT_LevelSuffix::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LevelSuffix::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -385,6 +438,9 @@ bool CT_LevelSuffix::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LevelSuffix::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LevelSuffix::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LevelSuffix::GetVal() const { return m_Val; }
 void CT_LevelSuffix::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -398,7 +454,8 @@ CT_LevelText::~CT_LevelText()
 {
 }
 
-bool CT_LevelText::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LevelText::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -411,6 +468,9 @@ bool CT_LevelText::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LevelText::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LevelText::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LevelText::GetVal() const { return m_Val; }
 void CT_LevelText::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -426,7 +486,8 @@ CT_LvlLegacy::~CT_LvlLegacy()
 {
 }
 
-bool CT_LvlLegacy::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LvlLegacy::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -441,6 +502,9 @@ bool CT_LvlLegacy::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LvlLegacy::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LvlLegacy::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxAny CT_LvlLegacy::GetLegacy() const { return m_Legacy; }
 void CT_LvlLegacy::SetLegacy(wxAny value) { m_Legacy = std::move(value); m_presence |= (1u << 0); }
@@ -483,7 +547,8 @@ CT_Lvl::~CT_Lvl()
     delete m_RPr;
 }
 
-bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Lvl::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -524,6 +589,9 @@ bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Lvl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Lvl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Lvl::GetTplc() const { return m_Tplc; }
 void CT_Lvl::SetTplc(wxString value) { m_Tplc = std::move(value); m_presence |= (1u << 13); }
 wxAny CT_Lvl::GetTentative() const { return m_Tentative; }
@@ -538,7 +606,8 @@ CT_MultiLevelType::~CT_MultiLevelType()
 {
 }
 
-bool CT_MultiLevelType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_MultiLevelType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -549,6 +618,9 @@ bool CT_MultiLevelType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_MultiLevelType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_MultiLevelType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_MultiLevelType::GetVal() const { return m_Val; }
 void CT_MultiLevelType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -576,7 +648,8 @@ CT_AbstractNum::~CT_AbstractNum()
     DeleteAll(m_Lvl);
 }
 
-bool CT_AbstractNum::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AbstractNum::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -603,6 +676,9 @@ bool CT_AbstractNum::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_AbstractNum::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AbstractNum::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Lvl> CT_AbstractNum::GetLvl() const { return m_Lvl; }
 void CT_AbstractNum::SetLvl(XMLPtrArray<CT_Lvl> value) { m_Lvl = std::move(value); m_presence |= (1u << 6); }
 
@@ -620,7 +696,8 @@ CT_NumLvl::~CT_NumLvl()
     delete m_Lvl;
 }
 
-bool CT_NumLvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_NumLvl::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -637,6 +714,9 @@ bool CT_NumLvl::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_NumLvl::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_NumLvl::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_Num::CT_Num()
     : m_AbstractNumId(nullptr),
       m_NumId(0),
@@ -650,7 +730,8 @@ CT_Num::~CT_Num()
     DeleteAll(m_LvlOverride);
 }
 
-bool CT_Num::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Num::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -666,6 +747,9 @@ bool CT_Num::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Num::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Num::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_NumLvl> CT_Num::GetLvlOverride() const { return m_LvlOverride; }
 void CT_Num::SetLvlOverride(XMLPtrArray<CT_NumLvl> value) { m_LvlOverride = std::move(value); m_presence |= (1u << 1); }
@@ -684,7 +768,8 @@ CT_Numbering::~CT_Numbering()
     delete m_NumIdMacAtCleanup;
 }
 
-bool CT_Numbering::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Numbering::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -700,6 +785,9 @@ bool CT_Numbering::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Numbering::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Numbering::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_NumPicBullet> CT_Numbering::GetNumPicBullet() const { return m_NumPicBullet; }
 void CT_Numbering::SetNumPicBullet(XMLPtrArray<CT_NumPicBullet> value) { m_NumPicBullet = std::move(value); m_presence |= (1u << 0); }
@@ -727,7 +815,8 @@ CT_TblStylePr::~CT_TblStylePr()
     delete m_TcPr;
 }
 
-bool CT_TblStylePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TblStylePr::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -749,6 +838,9 @@ bool CT_TblStylePr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TblStylePr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TblStylePr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_TblStylePr::GetType() const { return m_Type; }
 void CT_TblStylePr::SetType(wxString value) { m_Type = std::move(value); m_presence |= (1u << 5); }
@@ -805,7 +897,8 @@ CT_Style::~CT_Style()
     DeleteAll(m_TblStylePr);
 }
 
-bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Style::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -868,6 +961,9 @@ bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Style::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Style::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_TblStylePr> CT_Style::GetTblStylePr() const { return m_TblStylePr; }
 void CT_Style::SetTblStylePr(XMLPtrArray<CT_TblStylePr> value) { m_TblStylePr = std::move(value); m_presence |= (1u << 21); }
 wxString CT_Style::GetType() const { return m_Type; }
@@ -889,7 +985,8 @@ CT_LsdException::~CT_LsdException()
 {
 }
 
-bool CT_LsdException::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LsdException::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -910,6 +1007,9 @@ bool CT_LsdException::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_LsdException::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LsdException::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_LsdException::GetName() const { return m_Name; }
 void CT_LsdException::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -934,7 +1034,8 @@ CT_LatentStyles::~CT_LatentStyles()
     DeleteAll(m_LsdException);
 }
 
-bool CT_LatentStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_LatentStyles::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -958,6 +1059,9 @@ bool CT_LatentStyles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_LatentStyles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_LatentStyles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_LsdException> CT_LatentStyles::GetLsdException() const { return m_LsdException; }
 void CT_LatentStyles::SetLsdException(XMLPtrArray<CT_LsdException> value) { m_LsdException = std::move(value); m_presence |= (1u << 0); }
@@ -984,7 +1088,8 @@ CT_Styles::~CT_Styles()
     DeleteAll(m_Style);
 }
 
-bool CT_Styles::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Styles::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -999,6 +1104,9 @@ bool CT_Styles::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Styles::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Styles::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Style> CT_Styles::GetStyle() const { return m_Style; }
 void CT_Styles::SetStyle(XMLPtrArray<CT_Style> value) { m_Style = std::move(value); m_presence |= (1u << 2); }
 
@@ -1011,7 +1119,8 @@ CT_Panose::~CT_Panose()
 {
 }
 
-bool CT_Panose::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Panose::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1022,6 +1131,9 @@ bool CT_Panose::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Panose::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Panose::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Panose::GetVal() const { return m_Val; }
 void CT_Panose::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1035,7 +1147,8 @@ CT_FontFamily::~CT_FontFamily()
 {
 }
 
-bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontFamily::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1046,6 +1159,9 @@ bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontFamily::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontFamily::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontFamily::GetVal() const { return m_Val; }
 void CT_FontFamily::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1059,7 +1175,8 @@ CT_Pitch::~CT_Pitch()
 {
 }
 
-bool CT_Pitch::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Pitch::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1070,6 +1187,9 @@ bool CT_Pitch::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_Pitch::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Pitch::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Pitch::GetVal() const { return m_Val; }
 void CT_Pitch::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -1083,7 +1203,8 @@ CT_FontSig::~CT_FontSig()
 {
 }
 
-bool CT_FontSig::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontSig::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1104,6 +1225,9 @@ bool CT_FontSig::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontSig::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontSig::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontSig::GetUsb0() const { return m_Usb0; }
 void CT_FontSig::SetUsb0(wxString value) { m_Usb0 = std::move(value); m_presence |= (1u << 0); }
@@ -1127,7 +1251,8 @@ CT_FontRel::~CT_FontRel()
 {
 }
 
-bool CT_FontRel::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontRel::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1140,6 +1265,9 @@ bool CT_FontRel::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_FontRel::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontRel::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_FontRel::GetFontKey() const { return m_FontKey; }
 void CT_FontRel::SetFontKey(wxString value) { m_FontKey = std::move(value); m_presence |= (1u << 0); }
@@ -1177,7 +1305,8 @@ CT_Font::~CT_Font()
     delete m_EmbedBoldItalic;
 }
 
-bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Font::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1212,6 +1341,9 @@ bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Font::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Font::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Font::GetName() const { return m_Name; }
 void CT_Font::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 11); }
 
@@ -1225,7 +1357,8 @@ CT_FontsList::~CT_FontsList()
     DeleteAll(m_Font);
 }
 
-bool CT_FontsList::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_FontsList::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1235,6 +1368,9 @@ bool CT_FontsList::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_FontsList::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_FontsList::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Font> CT_FontsList::GetFont() const { return m_Font; }
 void CT_FontsList::SetFont(XMLPtrArray<CT_Font> value) { m_Font = std::move(value); m_presence |= (1u << 0); }
@@ -1256,7 +1392,8 @@ CT_DivBdr::~CT_DivBdr()
     delete m_Right;
 }
 
-bool CT_DivBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DivBdr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1272,6 +1409,9 @@ bool CT_DivBdr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DivBdr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DivBdr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Div::CT_Div()
     : m_BlockQuote(nullptr),
@@ -1298,7 +1438,8 @@ CT_Div::~CT_Div()
     DeleteAll(m_DivsChild);
 }
 
-bool CT_Div::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Div::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -1327,6 +1468,9 @@ bool CT_Div::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Div::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Div::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_Divs> CT_Div::GetDivsChild() const { return m_DivsChild; }
 void CT_Div::SetDivsChild(XMLPtrArray<CT_Divs> value) { m_DivsChild = std::move(value); m_presence |= (1u << 7); }
 
@@ -1340,7 +1484,8 @@ CT_Divs::~CT_Divs()
     DeleteAll(m_Div);
 }
 
-bool CT_Divs::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Divs::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1350,6 +1495,9 @@ bool CT_Divs::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Divs::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Divs::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Div> CT_Divs::GetDiv() const { return m_Div; }
 void CT_Divs::SetDiv(XMLPtrArray<CT_Div> value) { m_Div = std::move(value); m_presence |= (1u << 0); }
@@ -1364,7 +1512,8 @@ CT_TxbxContent::~CT_TxbxContent()
     DeleteAll(m_EG_BlockLevelElts);
 }
 
-bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_TxbxContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1374,6 +1523,9 @@ bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_TxbxContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_TxbxContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_BlockLevelElts> CT_TxbxContent::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_TxbxContent::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -1389,7 +1541,8 @@ EG_MathContent::~EG_MathContent()
     delete m_Data__;
 }
 
-bool EG_MathContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_MathContent::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1400,7 +1553,11 @@ bool EG_MathContent::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_MathContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_MathContent::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_MathContent::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_MathContent::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_MathContentData__::HasProperty(name, context))
     {
@@ -1411,13 +1568,20 @@ bool EG_MathContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCon
     return false;
 }
 
-bool EG_MathContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_MathContent::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_MathContent::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_MathContent::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_MathContent::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_MathContent::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_MathContent::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1437,7 +1601,8 @@ EG_MathContentData__::~EG_MathContentData__()
     delete m_M_oMath;
 }
 
-bool EG_MathContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_MathContentData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1450,7 +1615,11 @@ bool EG_MathContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_MathContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_MathContentData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_MathContentData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_MathContentData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_m_oMathPara))
@@ -1468,13 +1637,20 @@ bool EG_MathContentData__::SetProperty(const wxString& name, wxXmlNode* node, XM
     return false;
 }
 
-bool EG_MathContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_MathContentData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_MathContentData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_MathContentData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_MathContentData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_MathContentData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_MathContentData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1494,7 +1670,8 @@ EG_BlockLevelChunkElts::~EG_BlockLevelChunkElts()
     delete m_Data__;
 }
 
-bool EG_BlockLevelChunkElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelChunkElts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1505,7 +1682,11 @@ bool EG_BlockLevelChunkElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_BlockLevelChunkElts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BlockLevelChunkElts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_BlockLevelChunkElts::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_BlockLevelChunkEltsData__::HasProperty(name, context))
     {
@@ -1516,13 +1697,20 @@ bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BlockLevelChunkElts::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BlockLevelChunkElts::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BlockLevelChunkElts::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1539,7 +1727,8 @@ EG_BlockLevelChunkEltsData__::~EG_BlockLevelChunkEltsData__()
     DeleteAll(m_EG_ContentBlockContent);
 }
 
-bool EG_BlockLevelChunkEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelChunkEltsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1550,10 +1739,14 @@ bool EG_BlockLevelChunkEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* contex
     return true;
 }
 
+bool EG_BlockLevelChunkEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BlockLevelChunkEltsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_ContentBlockContent> EG_BlockLevelChunkEltsData__::GetEG_ContentBlockContent() const { return m_EG_ContentBlockContent; }
 void EG_BlockLevelChunkEltsData__::SetEG_ContentBlockContent(XMLPtrArray<EG_ContentBlockContent> value) { m_EG_ContentBlockContent = std::move(value); m_presence |= (1u << 0); }
 
-bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelChunkEltsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_ContentBlockContent::HasProperty(name, context))
     {
@@ -1564,13 +1757,20 @@ bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, wxXmlNode* 
     return false;
 }
 
-bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BlockLevelChunkEltsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BlockLevelChunkEltsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BlockLevelChunkEltsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1588,7 +1788,8 @@ EG_BlockLevelElts::~EG_BlockLevelElts()
     delete m_Data__;
 }
 
-bool EG_BlockLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelElts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1599,7 +1800,11 @@ bool EG_BlockLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_BlockLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_BlockLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BlockLevelElts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_BlockLevelElts::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_BlockLevelEltsData__::HasProperty(name, context))
     {
@@ -1610,13 +1815,20 @@ bool EG_BlockLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool EG_BlockLevelElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BlockLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BlockLevelElts::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BlockLevelElts::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BlockLevelElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BlockLevelElts::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BlockLevelElts::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1634,7 +1846,8 @@ EG_BlockLevelEltsData__::~EG_BlockLevelEltsData__()
     DeleteAll(m_AltChunk);
 }
 
-bool EG_BlockLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelEltsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1647,12 +1860,16 @@ bool EG_BlockLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_BlockLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_BlockLevelEltsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_BlockLevelChunkElts> EG_BlockLevelEltsData__::GetEG_BlockLevelChunkElts() const { return m_EG_BlockLevelChunkElts; }
 void EG_BlockLevelEltsData__::SetEG_BlockLevelChunkElts(XMLPtrArray<EG_BlockLevelChunkElts> value) { m_EG_BlockLevelChunkElts = std::move(value); m_presence |= (1u << 0); }
 XMLPtrArray<CT_AltChunk> EG_BlockLevelEltsData__::GetAltChunk() const { return m_AltChunk; }
 void EG_BlockLevelEltsData__::SetAltChunk(XMLPtrArray<CT_AltChunk> value) { m_AltChunk = std::move(value); m_presence |= (1u << 1); }
 
-bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_BlockLevelEltsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (EG_BlockLevelChunkElts::HasProperty(name, context))
@@ -1670,13 +1887,20 @@ bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node,
     return false;
 }
 
-bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_BlockLevelEltsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_BlockLevelEltsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_BlockLevelEltsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1696,7 +1920,8 @@ EG_RunLevelElts::~EG_RunLevelElts()
     delete m_Data__;
 }
 
-bool EG_RunLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RunLevelElts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1707,7 +1932,11 @@ bool EG_RunLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool EG_RunLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool EG_RunLevelElts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RunLevelElts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool EG_RunLevelElts::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     if (EG_RunLevelEltsData__::HasProperty(name, context))
     {
@@ -1718,13 +1947,20 @@ bool EG_RunLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSCo
     return false;
 }
 
-bool EG_RunLevelElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RunLevelElts::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RunLevelElts::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RunLevelElts::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RunLevelElts::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RunLevelElts::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RunLevelElts::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1756,7 +1992,8 @@ EG_RunLevelEltsData__::~EG_RunLevelEltsData__()
     DeleteAll(m_EG_MathContent);
 }
 
-bool EG_RunLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RunLevelEltsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1783,12 +2020,16 @@ bool EG_RunLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool EG_RunLevelEltsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool EG_RunLevelEltsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<EG_RangeMarkupElements> EG_RunLevelEltsData__::GetEG_RangeMarkupElements() const { return m_EG_RangeMarkupElements; }
 void EG_RunLevelEltsData__::SetEG_RangeMarkupElements(XMLPtrArray<EG_RangeMarkupElements> value) { m_EG_RangeMarkupElements = std::move(value); m_presence |= (1u << 3); }
 XMLPtrArray<EG_MathContent> EG_RunLevelEltsData__::GetEG_MathContent() const { return m_EG_MathContent; }
 void EG_RunLevelEltsData__::SetEG_MathContent(XMLPtrArray<EG_MathContent> value) { m_EG_MathContent = std::move(value); m_presence |= (1u << 8); }
 
-bool EG_RunLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool EG_RunLevelEltsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_proofErr))
@@ -1848,13 +2089,20 @@ bool EG_RunLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool EG_RunLevelEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool EG_RunLevelEltsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool EG_RunLevelEltsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool EG_RunLevelEltsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool EG_RunLevelEltsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool EG_RunLevelEltsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool EG_RunLevelEltsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1882,7 +2130,8 @@ CT_Body::~CT_Body()
     delete m_SectPr;
 }
 
-bool CT_Body::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Body::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1894,6 +2143,9 @@ bool CT_Body::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Body::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Body::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<EG_BlockLevelElts> CT_Body::GetEG_BlockLevelElts() const { return m_EG_BlockLevelElts; }
 void CT_Body::SetEG_BlockLevelElts(XMLPtrArray<EG_BlockLevelElts> value) { m_EG_BlockLevelElts = std::move(value); m_presence |= (1u << 0); }
@@ -1908,7 +2160,8 @@ CT_ShapeDefaults::~CT_ShapeDefaults()
     DeleteAll(m_Data__);
 }
 
-bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeDefaults::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1918,6 +2171,9 @@ bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_ShapeDefaults::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeDefaults::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_ShapeDefaultsData__> CT_ShapeDefaults::GetData__() const { return m_Data__; }
 void CT_ShapeDefaults::SetData__(XMLPtrArray<CT_ShapeDefaultsData__> value) { m_Data__ = std::move(value); m_presence |= (1u << 0); }
@@ -1931,7 +2187,8 @@ CT_ShapeDefaultsData__::~CT_ShapeDefaultsData__()
 {
 }
 
-bool CT_ShapeDefaultsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_ShapeDefaultsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1939,7 +2196,11 @@ bool CT_ShapeDefaultsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
-bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+bool CT_ShapeDefaultsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_ShapeDefaultsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
+template <class Node>
+bool CT_ShapeDefaultsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     (void)name;
     (void)node;
@@ -1947,13 +2208,20 @@ bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, wxXmlNode* node, 
     return false;
 }
 
-bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_ShapeDefaultsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_ShapeDefaultsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_ShapeDefaultsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -1972,7 +2240,8 @@ CT_Comments::~CT_Comments()
     DeleteAll(m_Comment);
 }
 
-bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Comments::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -1982,6 +2251,9 @@ bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Comments::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Comments::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Comment> CT_Comments::GetComment() const { return m_Comment; }
 void CT_Comments::SetComment(XMLPtrArray<CT_Comment> value) { m_Comment = std::move(value); m_presence |= (1u << 0); }
@@ -1996,7 +2268,8 @@ CT_Footnotes::~CT_Footnotes()
     DeleteAll(m_Footnote);
 }
 
-bool CT_Footnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Footnotes::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2006,6 +2279,9 @@ bool CT_Footnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Footnotes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Footnotes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FtnEdn> CT_Footnotes::GetFootnote() const { return m_Footnote; }
 void CT_Footnotes::SetFootnote(XMLPtrArray<CT_FtnEdn> value) { m_Footnote = std::move(value); m_presence |= (1u << 0); }
@@ -2020,7 +2296,8 @@ CT_Endnotes::~CT_Endnotes()
     DeleteAll(m_Endnote);
 }
 
-bool CT_Endnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Endnotes::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2030,6 +2307,9 @@ bool CT_Endnotes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Endnotes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Endnotes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_FtnEdn> CT_Endnotes::GetEndnote() const { return m_Endnote; }
 void CT_Endnotes::SetEndnote(XMLPtrArray<CT_FtnEdn> value) { m_Endnote = std::move(value); m_presence |= (1u << 0); }
@@ -2043,7 +2323,8 @@ CT_SmartTagType::~CT_SmartTagType()
 {
 }
 
-bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_SmartTagType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2058,6 +2339,9 @@ bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_SmartTagType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_SmartTagType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_SmartTagType::GetNamespaceuri() const { return m_Namespaceuri; }
 void CT_SmartTagType::SetNamespaceuri(wxString value) { m_Namespaceuri = std::move(value); m_presence |= (1u << 0); }
@@ -2075,7 +2359,8 @@ CT_DocPartBehavior::~CT_DocPartBehavior()
 {
 }
 
-bool CT_DocPartBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartBehavior::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2086,6 +2371,9 @@ bool CT_DocPartBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocPartBehavior::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartBehavior::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocPartBehavior::GetVal() const { return m_Val; }
 void CT_DocPartBehavior::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2101,7 +2389,8 @@ CT_DocPartBehaviors::~CT_DocPartBehaviors()
     delete m_Data__;
 }
 
-bool CT_DocPartBehaviors::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartBehaviors::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2111,6 +2400,9 @@ bool CT_DocPartBehaviors::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DocPartBehaviors::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartBehaviors::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DocPartBehaviorsData__::CT_DocPartBehaviorsData__()
     : m_presence(0)
@@ -2122,7 +2414,8 @@ CT_DocPartBehaviorsData__::~CT_DocPartBehaviorsData__()
     DeleteAll(m_Behavior);
 }
 
-bool CT_DocPartBehaviorsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartBehaviorsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2133,10 +2426,14 @@ bool CT_DocPartBehaviorsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartBehaviorsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartBehaviorsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DocPartBehavior> CT_DocPartBehaviorsData__::GetBehavior() const { return m_Behavior; }
 void CT_DocPartBehaviorsData__::SetBehavior(XMLPtrArray<CT_DocPartBehavior> value) { m_Behavior = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartBehaviorsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_behavior))
@@ -2148,13 +2445,20 @@ bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, wxXmlNode* nod
     return false;
 }
 
-bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DocPartBehaviorsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DocPartBehaviorsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DocPartBehaviorsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2171,7 +2475,8 @@ CT_DocPartType::~CT_DocPartType()
 {
 }
 
-bool CT_DocPartType::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartType::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2182,6 +2487,9 @@ bool CT_DocPartType::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocPartType::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartType::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocPartType::GetVal() const { return m_Val; }
 void CT_DocPartType::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2197,7 +2505,8 @@ CT_DocPartTypes::~CT_DocPartTypes()
     delete m_Data__;
 }
 
-bool CT_DocPartTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartTypes::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2212,6 +2521,9 @@ bool CT_DocPartTypes::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartTypes::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartTypes::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxAny CT_DocPartTypes::GetAll() const { return m_All; }
 void CT_DocPartTypes::SetAll(wxAny value) { m_All = std::move(value); m_presence |= (1u << 1); }
 
@@ -2225,7 +2537,8 @@ CT_DocPartTypesData__::~CT_DocPartTypesData__()
     DeleteAll(m_Type);
 }
 
-bool CT_DocPartTypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartTypesData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2236,10 +2549,14 @@ bool CT_DocPartTypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartTypesData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartTypesData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DocPartType> CT_DocPartTypesData__::GetType() const { return m_Type; }
 void CT_DocPartTypesData__::SetType(XMLPtrArray<CT_DocPartType> value) { m_Type = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_DocPartTypesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartTypesData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_type))
@@ -2251,13 +2568,20 @@ bool CT_DocPartTypesData__::SetProperty(const wxString& name, wxXmlNode* node, X
     return false;
 }
 
-bool CT_DocPartTypesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DocPartTypesData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DocPartTypesData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DocPartTypesData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DocPartTypesData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DocPartTypesData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DocPartTypesData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2274,7 +2598,8 @@ CT_DocPartGallery::~CT_DocPartGallery()
 {
 }
 
-bool CT_DocPartGallery::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartGallery::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2285,6 +2610,9 @@ bool CT_DocPartGallery::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocPartGallery::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartGallery::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocPartGallery::GetVal() const { return m_Val; }
 void CT_DocPartGallery::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2302,7 +2630,8 @@ CT_DocPartCategory::~CT_DocPartCategory()
     delete m_Gallery;
 }
 
-bool CT_DocPartCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartCategory::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2315,6 +2644,9 @@ bool CT_DocPartCategory::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartCategory::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartCategory::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DocPartName::CT_DocPartName()
     : m_presence(0)
 {
@@ -2324,7 +2656,8 @@ CT_DocPartName::~CT_DocPartName()
 {
 }
 
-bool CT_DocPartName::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartName::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2337,6 +2670,9 @@ bool CT_DocPartName::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_DocPartName::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartName::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_DocPartName::GetVal() const { return m_Val; }
 void CT_DocPartName::SetVal(wxString value) { m_Val = std::move(value); m_presence |= (1u << 0); }
@@ -2366,7 +2702,8 @@ CT_DocPartPr::~CT_DocPartPr()
     delete m_Guid;
 }
 
-bool CT_DocPartPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartPr::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2389,6 +2726,9 @@ bool CT_DocPartPr::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartPr::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartPr::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DocPart::CT_DocPart()
     : m_DocPartPr(nullptr),
       m_DocPartBody(nullptr),
@@ -2402,7 +2742,8 @@ CT_DocPart::~CT_DocPart()
     delete m_DocPartBody;
 }
 
-bool CT_DocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPart::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2415,6 +2756,9 @@ bool CT_DocPart::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPart::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPart::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 CT_DocParts::CT_DocParts()
     : m_Data__(nullptr),
       m_presence(0)
@@ -2426,7 +2770,8 @@ CT_DocParts::~CT_DocParts()
     delete m_Data__;
 }
 
-bool CT_DocParts::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocParts::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2436,6 +2781,9 @@ bool CT_DocParts::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DocParts::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocParts::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_DocPartsData__::CT_DocPartsData__()
     : m_presence(0)
@@ -2447,7 +2795,8 @@ CT_DocPartsData__::~CT_DocPartsData__()
     DeleteAll(m_DocPart);
 }
 
-bool CT_DocPartsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartsData__::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2458,10 +2807,14 @@ bool CT_DocPartsData__::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_DocPartsData__::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocPartsData__::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 XMLPtrArray<CT_DocPart> CT_DocPartsData__::GetDocPart() const { return m_DocPart; }
 void CT_DocPartsData__::SetDocPart(XMLPtrArray<CT_DocPart> value) { m_DocPart = std::move(value); m_presence |= (1u << 0); }
 
-bool CT_DocPartsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocPartsData__::TakeElement(const wxString& name, Node* node, XMLNSContext* context)
 {
     NameMatcher match(name, context, NamespaceMap);
     if (match.Is(s_docPart))
@@ -2473,13 +2826,20 @@ bool CT_DocPartsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNS
     return false;
 }
 
-bool CT_DocPartsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context)
+bool CT_DocPartsData__::SetProperty(const wxString& name, wxXmlNode* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+bool CT_DocPartsData__::SetProperty(const wxString& name, ooxml::dom::Node* node, XMLNSContext* context) { return TakeElement(name, node, context); }
+
+template <class Text>
+bool CT_DocPartsData__::TakeAttribute(const wxString& name, const Text& value, XMLNSContext* context)
 {
     (void)name;
     (void)value;
     (void)context;
     return false;
 }
+
+bool CT_DocPartsData__::SetProperty(const wxString& name, wxString value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
+bool CT_DocPartsData__::SetProperty(const wxString& name, const ooxml::dom::Text& value, XMLNSContext* context) { return TakeAttribute(name, value, context); }
 
 bool CT_DocPartsData__::HasProperty(const wxString& name, XMLNSContext* context)
 {
@@ -2497,7 +2857,8 @@ CT_Caption::~CT_Caption()
 {
 }
 
-bool CT_Caption::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Caption::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2521,6 +2882,9 @@ bool CT_Caption::ReadXML(wxXmlNode* node, XMLNSContext* context)
     return true;
 }
 
+bool CT_Caption::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Caption::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
+
 wxString CT_Caption::GetName() const { return m_Name; }
 void CT_Caption::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
 wxString CT_Caption::GetPos() const { return m_Pos; }
@@ -2543,7 +2907,8 @@ CT_AutoCaption::~CT_AutoCaption()
 {
 }
 
-bool CT_AutoCaption::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AutoCaption::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2556,6 +2921,9 @@ bool CT_AutoCaption::ReadXML(wxXmlNode* node, XMLNSContext* context)
         context->CheckName(child.Name(), NamespaceMap);
     return true;
 }
+
+bool CT_AutoCaption::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AutoCaption::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_AutoCaption::GetName() const { return m_Name; }
 void CT_AutoCaption::SetName(wxString value) { m_Name = std::move(value); m_presence |= (1u << 0); }
@@ -2572,7 +2940,8 @@ CT_AutoCaptions::~CT_AutoCaptions()
     DeleteAll(m_AutoCaption);
 }
 
-bool CT_AutoCaptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_AutoCaptions::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2582,6 +2951,9 @@ bool CT_AutoCaptions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_AutoCaptions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_AutoCaptions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_AutoCaption> CT_AutoCaptions::GetAutoCaption() const { return m_AutoCaption; }
 void CT_AutoCaptions::SetAutoCaption(XMLPtrArray<CT_AutoCaption> value) { m_AutoCaption = std::move(value); m_presence |= (1u << 0); }
@@ -2598,7 +2970,8 @@ CT_Captions::~CT_Captions()
     delete m_AutoCaptions;
 }
 
-bool CT_Captions::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Captions::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2610,6 +2983,9 @@ bool CT_Captions::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Captions::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Captions::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 XMLPtrArray<CT_Caption> CT_Captions::GetCaption() const { return m_Caption; }
 void CT_Captions::SetCaption(XMLPtrArray<CT_Caption> value) { m_Caption = std::move(value); m_presence |= (1u << 0); }
@@ -2625,7 +3001,8 @@ CT_DocumentBase::~CT_DocumentBase()
     delete m_Background;
 }
 
-bool CT_DocumentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_DocumentBase::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2635,6 +3012,9 @@ bool CT_DocumentBase::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_DocumentBase::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_DocumentBase::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 CT_Document::CT_Document()
     : m_Body(nullptr),
@@ -2647,7 +3027,8 @@ CT_Document::~CT_Document()
     delete m_Body;
 }
 
-bool CT_Document::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_Document::ReadNode(Node* node, XMLNSContext* context)
 {
     for (AttributeReader attribute(node, context, NamespaceMap); attribute; attribute.Next())
     {
@@ -2661,6 +3042,9 @@ bool CT_Document::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_Document::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_Document::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 wxString CT_Document::GetConformance() const { return m_Conformance; }
 void CT_Document::SetConformance(wxString value) { m_Conformance = std::move(value); m_presence |= (1u << 1); }
@@ -2676,7 +3060,8 @@ CT_GlossaryDocument::~CT_GlossaryDocument()
     delete m_DocParts;
 }
 
-bool CT_GlossaryDocument::ReadXML(wxXmlNode* node, XMLNSContext* context)
+template <class Node>
+bool CT_GlossaryDocument::ReadNode(Node* node, XMLNSContext* context)
 {
     CheckAttributeNames(node, context, NamespaceMap);
     for (ChildReader child(node, context, NamespaceMap); child; child.Next())
@@ -2686,5 +3071,8 @@ bool CT_GlossaryDocument::ReadXML(wxXmlNode* node, XMLNSContext* context)
     }
     return true;
 }
+
+bool CT_GlossaryDocument::ReadXML(wxXmlNode* node, XMLNSContext* context) { return ReadNode(node, context); }
+bool CT_GlossaryDocument::ReadXML(ooxml::dom::Node* node, XMLNSContext* context) { return ReadNode(node, context); }
 
 } // namespace schemas_openxmlformats_org_wordprocessingml_x2006_main

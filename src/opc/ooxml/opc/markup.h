@@ -15,9 +15,12 @@
 #define OOXML_OPC_MARKUP_H
 
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include <wx/string.h>
 
+#include "ooxml/dom.h"
 #include "ooxml/opc/package.h"
 
 class wxXmlDocument;
@@ -44,8 +47,22 @@ struct OOXML_API PrepareStats
 // first (so that markup compatibility sees transitional ones), then markup
 // compatibility.  False with `problem` if a must-understand namespace is not
 // understood.
+// Declarations copied onto the elements taken out of a wrapper count against
+// `attributeBudget` (the part's remaining attributes under Limits::maxAttributes).
 OOXML_API bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxString* problem,
-                     PrepareStats* stats = nullptr);
+                               PrepareStats* stats = nullptr, std::uint64_t attributeBudget = Limits().maxAttributes);
+// The same on the compact tree of the fast path.
+OOXML_API bool PrepareDocument(dom::Document& document, const ReadOptions& options, wxString* problem,
+                               PrepareStats* stats = nullptr, std::uint64_t attributeBudget = Limits().maxAttributes);
+
+// For an element handed out by a streaming parse (ooxml/opc/xml.h) before the
+// part is complete: Strict and markup compatibility applied to it as the whole
+// part would have them, with the declarations and mc attributes of its
+// `ancestors` (root first) in force.  `elements` receives what takes its place:
+// the element itself, the content markup compatibility keeps of it, or nothing.
+OOXML_API bool PrepareElement(dom::Document& document, const std::vector<dom::Node*>& ancestors, dom::Node* element,
+                              const ReadOptions& options, wxString* problem, PrepareStats* stats,
+                              std::uint64_t attributeBudget, std::vector<dom::Node*>* elements);
 
 // The transitional URI of a Strict namespace or relationship type
 // ("http://purl.oclc.org/ooxml/..."), or the URI itself if it is not one.

@@ -25,6 +25,7 @@
 
 #include <wx/string.h>
 
+#include "ooxml/dom.h"
 #include "ooxml/ooxml.h"
 
 class wxXmlDocument;
@@ -34,6 +35,9 @@ namespace ooxml
 namespace opc
 {
 
+struct XmlCounts; // ooxml/opc/xml.h
+struct XmlStream;
+
 // Bounds on what a package may make us read or hold.  The defaults suit real
 // documents (the largest parts of real workbooks are some hundreds of MB
 // uncompressed) and stop decompression bombs and runaway nesting.
@@ -42,7 +46,20 @@ struct Limits
     std::uint64_t maxPartSize = 512ull << 20;     // uncompressed bytes of one part
     std::uint64_t maxPackageSize = 2048ull << 20; // uncompressed bytes of all parts read
     std::size_t maxParts = 65536;                 // records of the ZIP directory (folders, duplicates too)
-    std::size_t maxDepth = 256;                   // XML element nesting, checked before parsing
+    // The rest are counted on the XML parser's own events, before any tree
+    // is read (on the wxWidgets path by a checking parse before Load).
+    std::size_t maxDepth = 256;                   // XML element nesting
+    std::uint64_t maxElements = 8u << 20;         // elements of one part (streamed ones excepted)
+    std::uint64_t maxAttributes = 16u << 20;      // attributes of one part (streamed ones excepted)
+    std::uint64_t maxPackageElements = 32u << 20; // elements of all parts read, together
+    std::size_t maxAttributesPerElement = 4096;   // wxWidgets appends attributes in quadratic time
+    // wxWidgets builds a text node by copying it again for every piece the
+    // parser hands over (each line, each entity): the bytes that would copy,
+    // summed over a part, are bounded on that path (the fast path is linear).
+    std::uint64_t maxTextCopyBytes = 1ull << 30;
+    // A document type declaration (DTD) is refused: packages never use one, and
+    // its entities and attribute defaults would change what the part says.
+    bool allowDtd = false;
 };
 
 // What went wrong, and where.
@@ -78,6 +95,10 @@ struct ReadOptions
     // ISO Strict namespaces and relationship types read as their
     // transitional equivalents.
     bool strict = true;
+    // Parse parts with wxXmlDocument and read the wxWidgets tree, instead of
+    // the fast path (libexpat into an ooxml::dom::Document).  The results are
+    // the same; the fast path takes a fraction of the time and memory.
+    bool wxWidgetsParser = false;
 };
 
 // One relationship of a source part (or of the package).
@@ -142,9 +163,17 @@ public:
     // local ZIP header names another entry than the directory fails as well.
     bool ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const;
 
-    // Parses a part into `document`: within the limits, nesting depth checked
-    // before wxWidgets builds the tree, parse errors reported, not logged.
+    // Parses a part into `document` with wxWidgets: the checks of the limits
+    // (ParseXml in ooxml/opc/xml.h) come before wxWidgets builds the tree;
+    // parse errors are reported, not logged.
     bool LoadXml(const wxString& partName, wxXmlDocument* document, Error* error) const;
+
+    // The same on the fast path: parses a part into `document` (which must be
+    // new) with ParseXmlFast, streaming if `stream` says so.  The part's bytes
+    // are released before it returns.  Both count the elements they keep
+    // towards Limits::maxPackageElements.
+    bool ParsePart(const wxString& partName, dom::Document* document, Error* error,
+                   const XmlStream* stream = nullptr) const;
 
     // The part that `source` points to by its first internal relationship of
     // `type`, given whole or by its last segment ("officeDocument",
@@ -176,6 +205,9 @@ private:
     template <class Match>
     bool FindRelated(const wxString& source, Match match, wxString* part, Error* error) const;
 
+    // Adds a parse's elements to the package's total; false past the limit.
+    bool Account(const wxString& partName, const XmlCounts& counts, Error* error) const;
+
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };
@@ -183,16 +215,6 @@ private:
 // `text` with control characters (C0, DEL, C1: ESC, BEL, CR, LF ...) written
 // as "\x1B", so that names taken from a package print as text on one line.
 OOXML_API wxString Printable(const wxString& text);
-
-// Parses the bytes of one XML part as Package::LoadXml does: an empty part and
-// nesting deeper than `maxDepth` are refused before wxWidgets builds a tree;
-// a parse error is returned in `problem`, not logged.
-OOXML_API bool ParseXml(const char* bytes, std::size_t size, std::size_t maxDepth, wxXmlDocument* document,
-                        wxString* problem);
-
-// The deepest element nesting of XML text, found without building a tree;
-// stops counting at `limit + 1`.
-OOXML_API std::size_t XmlNestingDepth(const char* text, std::size_t length, std::size_t limit);
 
 } // namespace opc
 } // namespace ooxml

@@ -17,8 +17,10 @@
 #ifndef OOXML_OPC_PARTS_H
 #define OOXML_OPC_PARTS_H
 
+#include <functional>
 #include <memory>
 #include <typeinfo>
+#include <vector>
 
 #include <wx/string.h>
 
@@ -86,6 +88,11 @@ public:
 
 private:
     friend OOXML_API bool ReadPartXml(const RootClass&, wxXmlDocument&, PartRoot*);
+    friend OOXML_API bool ReadPartXml(const RootClass&, dom::Document&, PartRoot*);
+    // Replaces the object by a new one of `cls` read from the document's root.
+    template <class Document>
+    bool Read(const RootClass& cls, Document& document);
+
     const RootClass* m_class;
     void* m_object;
     bool m_readOk;
@@ -98,13 +105,53 @@ private:
 // otherwise, with ReadXML's own result in root->ReadOk().  The part name may
 // be written either way ("/xl/workbook.xml" or "xl/workbook.xml"); messages
 // use the package's own spelling.
-// The preprocessing follows the package's ReadOptions; `stats`, if given,
-// receives what it did.
+// The part is parsed on the fast path (ooxml/opc/xml.h) unless the package's
+// ReadOptions ask for wxWidgets; the preprocessing follows the ReadOptions too.
+// `stats`, if given, receives what it did.
 OOXML_API bool ReadPartRoot(const Package& package, const wxString& partName, PartRoot* root, Error* error,
                         PrepareStats* stats = nullptr);
 
+// Streaming: reads a part as ReadPartRoot does, except the elements at `path`
+// (local names from the root element down: {"worksheet", "sheetData", "row"}),
+// which are handed to `element` one at a time as the parser finishes each,
+// with a namespace context in which their ancestors' declarations are in
+// scope, markup compatibility and Strict already applied, and freed after the
+// call; the part's other content is read into `root` as usual.  Memory stays
+// that of one element plus the rest of the part, however many elements
+// there are.  `element` returns false to stop early (the call still returns
+// true, with what was read up to there).  Always the fast path.  An element
+// at the path that markup compatibility replaces (an mc:AlternateContent in
+// its place) is read with the rest of the part.
+OOXML_API bool StreamPartRoot(const Package& package, const wxString& partName, const std::vector<wxString>& path,
+                              const std::function<bool(dom::Node* element, XMLNSContext* context)>& element,
+                              PartRoot* root, Error* error, PrepareStats* stats = nullptr);
+
+// The same with each element read into a T (sml::CT_Row for the rows of a
+// worksheet, sml::CT_Rst for the items of the shared strings table):
+// `each(object, readOk)` gets the object, fully read, and what its ReadXML
+// returned.
+//
+//   ooxml::opc::StreamPart<ooxml::sml::CT_Row>(package, "/xl/worksheets/sheet1.xml",
+//       {"worksheet", "sheetData", "row"},
+//       [&](ooxml::sml::CT_Row& row, bool ok) { ...; return true; }, &root, &error);
+template <class T>
+bool StreamPart(const Package& package, const wxString& partName, const std::vector<wxString>& path,
+                const std::function<bool(T& object, bool readOk)>& each, PartRoot* root, Error* error,
+                PrepareStats* stats = nullptr)
+{
+    return StreamPartRoot(
+        package, partName, path,
+        [&each](dom::Node* node, XMLNSContext* context) {
+            T object;
+            const bool ok = object.ReadXML(node, context);
+            return each(object, ok);
+        },
+        root, error, stats);
+}
+
 // Reads an already loaded document's root element into a new object of `cls`.
 OOXML_API bool ReadPartXml(const RootClass& cls, wxXmlDocument& document, PartRoot* root);
+OOXML_API bool ReadPartXml(const RootClass& cls, dom::Document& document, PartRoot* root);
 
 } // namespace opc
 } // namespace ooxml

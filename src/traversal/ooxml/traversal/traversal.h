@@ -45,6 +45,7 @@ struct ClassInfo
     void* (*create)();                   // new object, as its default constructor makes it
     void (*destroy)(void* object);       // deletes an object that create() made
     bool (*read)(void* object, wxXmlNode* node, XMLNSContext* context);  // its ReadXML
+    bool (*readDom)(void* object, ooxml::dom::Node* node, XMLNSContext* context);  // ... of the compact tree
     const std::type_info* type;          // typeid of the class
     const char* fullName;                // "sml::CT_Worksheet"
     const char* namespaceUri;            // the schema's namespace
