@@ -10,6 +10,8 @@
 #include <wx/log.h>
 #include <wx/sstream.h>
 #include <wx/xml/xml.h>
+#include "ooxml/dom.h"
+#include "ooxml/opc/xml.h"
 #include "ooxml/traversal/traversal.h"
 
 namespace
@@ -88,6 +90,34 @@ const char* DeclarationsOf(const char* schema)
     return nullptr;
 }
 
+// Reads the sample on one of the two trees; the report of the traversal afterwards.
+std::string ReadSample(const ooxml::traversal::ClassInfo& info, const wxString& xml, bool fast, bool* read)
+{
+    std::unique_ptr<void, void (*)(void*)> object(info.create(), info.destroy);
+    if (fast)
+    {
+        const wxScopedCharBuffer utf8 = xml.utf8_str();
+        ooxml::dom::Document document;
+        wxString problem;
+        EXPECT_TRUE(ooxml::opc::ParseXmlFast(utf8.data(), utf8.length(), ooxml::opc::Limits(), &document, &problem))
+            << problem;
+        XMLNSContext context(&document);
+        *read = document.GetRoot() && info.readDom(object.get(), document.GetRoot(), &context);
+    }
+    else
+    {
+        wxStringInputStream input(xml);
+        wxXmlDocument document;
+        EXPECT_TRUE(document.Load(input));
+        XMLNSContext context(&document);
+        *read = document.GetRoot() && info.read(object.get(), document.GetRoot(), &context);
+    }
+    Report report;
+    info.visit(object.get(), report);
+    return report.text;
+}
+
+// Both trees: the wxWidgets one and the compact one of the fast path.
 TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
 {
     const ooxml::traversal::ClassList classes = ooxml::traversal::AllClasses();
@@ -106,18 +136,15 @@ TEST(ClassSamples, EveryClassReadsItsSampleMemberByMember)
         ASSERT_NE(xmlns, nullptr);
         const wxString xml = wxString::Format("<sample %s %s>%s</sample>", xmlns, wxString::FromUTF8(sample.attributes),
                                               wxString::FromUTF8(sample.content));
-        wxStringInputStream input(xml);
-        wxXmlDocument document;
-        ASSERT_TRUE(document.Load(input)) << xml.utf8_str();
-        XMLNSContext context(&document);
-        std::unique_ptr<void, void (*)(void*)> object(info.create(), info.destroy);
-        const bool read = info.read(object.get(), document.GetRoot(), &context);
-        Report report;
-        info.visit(object.get(), report);
-        EXPECT_TRUE(read) << xml.utf8_str();
-        EXPECT_EQ(report.text, sample.expected) << xml.utf8_str();
-        if (!read || report.text != sample.expected)
-            ++failures;
+        for (const bool fast : {false, true})
+        {
+            bool read = false;
+            const std::string report = ReadSample(info, xml, fast, &read);
+            EXPECT_TRUE(read) << (fast ? "fast path: " : "wxWidgets: ") << xml.utf8_str();
+            EXPECT_EQ(report, sample.expected) << (fast ? "fast path: " : "wxWidgets: ") << xml.utf8_str();
+            if (!read || report != sample.expected)
+                ++failures;
+        }
     }
     EXPECT_EQ(failures, 0u);
 }
