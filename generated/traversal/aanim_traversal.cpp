@@ -29,7 +29,7 @@ void Visit_CT_AnimationProperties(const void* object, Visitor& visitor)
 
 } // namespace
 
-const ClassInfo info::aanim::CT_AnimationProperties = {"CT_AnimationProperties", "aanim", "schemas_microsoft_com_office_drawing_x2018_animation", &Visit_CT_AnimationProperties, &Create<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Destroy<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Read<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Read<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &typeid(::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties), "aanim::CT_AnimationProperties", "http://schemas.microsoft.com/office/drawing/2018/animation", nullptr, nullptr};
+const ClassInfo info::aanim::CT_AnimationProperties = {"CT_AnimationProperties", "aanim", "schemas_microsoft_com_office_drawing_x2018_animation", &Visit_CT_AnimationProperties, &Create<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Destroy<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Read<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &Read<::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties>, &typeid(::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties), "aanim::CT_AnimationProperties", "http://schemas.microsoft.com/office/drawing/2018/animation", nullptr, nullptr, nullptr};
 
 Node NodeOf(const ::schemas_microsoft_com_office_drawing_x2018_animation::CT_AnimationProperties& object) { return Node{&object, &info::aanim::CT_AnimationProperties}; }
 

@@ -162,6 +162,30 @@ wxString RootNamespace(const Node* element)
     return uri;
 }
 
+// Whether the root element is one the content type promises (a worksheet part
+// whose root is not a worksheet would otherwise read as an empty worksheet,
+// with success).  Strict namespaces count as their transitional equivalents
+// whatever the options: reading them without the rewrite is a choice, not a lie.
+template <class Node>
+bool RootElementFits(const RootClass& cls, const Node* element, wxString* problem)
+{
+    if (!cls.partElements)
+        return true;
+    const wxString local = element->GetName().AfterLast(':');
+    const wxString written = RootNamespace(element);
+    const wxString name = "{" + TransitionalUri(written) + "}" + local;
+    wxString expected;
+    for (const char* const* fits = cls.partElements; *fits; ++fits)
+    {
+        if (name == *fits)
+            return true;
+        expected << (expected.empty() ? "" : " or ") << wxString(*fits).AfterLast('}');
+    }
+    *problem = "root element " + local + " of " + (written.empty() ? wxString("(no namespace)") : written) +
+               " is not what the content type holds (" + expected + ")";
+    return false;
+}
+
 // What ReadPartRoot does once the part is parsed, on either tree: the class
 // by the root element if the content type did not say, the preprocessing,
 // the read.
@@ -169,6 +193,7 @@ template <class Document>
 bool ReadParsed(const Package& package, const wxString& partName, const RootClass* cls, Document& document,
                 PartRoot* root, Error* error, PrepareStats* stats)
 {
+    wxString problem;
     if (!cls)
     {
         // Generic XML: the root element decides (a Strict bibliography
@@ -186,7 +211,11 @@ bool ReadParsed(const Package& package, const wxString& partName, const RootClas
             return false;
         }
     }
-    wxString problem;
+    else if (!RootElementFits(*cls, document.GetRoot(), &problem))
+    {
+        *error = Error{package.GetPath(), partName, problem};
+        return false;
+    }
     if (!PrepareDocument(document, package.GetOptions(), &problem, stats, package.GetLimits().maxAttributes))
     {
         *error = Error{package.GetPath(), partName, problem};

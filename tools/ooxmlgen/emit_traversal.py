@@ -110,13 +110,18 @@ def emit_sources(schema: Schema) -> Dict[str, str]:
             if cls.content_types:
                 items = "".join(f"{string_literal(t)}, " for t in cls.content_types)
                 lines.append(f"const char* const kContentTypes_{cls.name}[] = {{{items}nullptr}};")
+            if cls.part_elements:
+                items = "".join(f"{string_literal(t)}, " for t in cls.part_elements)
+                lines.append(f"const char* const kPartElements_{cls.name}[] = {{{items}nullptr}};")
         for cls in chunk:
             q = _qualified(cls)
             types = f"kContentTypes_{cls.name}" if cls.content_types else "nullptr"
             element = string_literal(cls.root_element) if cls.root_element else "nullptr"
+            part_elements = f"kPartElements_{cls.name}" if cls.part_elements else "nullptr"
             lines.append(f'const ClassInfo {_info(cls)} = {{"{cls.name}", "{schema.key}", '
                          f'"{schema.cpp_namespace}", &Visit_{cls.name}, &Create<{q}>, &Destroy<{q}>, &Read<{q}>, &Read<{q}>, '
-                         f'&typeid({q}), "{schema.key}::{cls.name}", {string_literal(schema.uri)}, {element}, {types}}};')
+                         f'&typeid({q}), "{schema.key}::{cls.name}", {string_literal(schema.uri)}, {element}, {types}, '
+                         f'{part_elements}}};')
         lines.append("")
         for cls in chunk:
             lines.append(f"Node NodeOf(const {_qualified(cls)}& object) {{ return Node{{&object, &{_info(cls)}}}; }}")

@@ -63,6 +63,9 @@ class Class:
     # element (in the schema's namespace) that names it in a generic XML part.
     content_types: List[str] = field(default_factory=list)
     root_element: Optional[str] = None
+    # The root elements ("{namespace}local") that parts of its content types
+    # may have; empty: any (VML drawings).
+    part_elements: List[str] = field(default_factory=list)
 
     @property
     def is_group(self) -> bool:

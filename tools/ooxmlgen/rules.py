@@ -137,6 +137,14 @@ class Builder:
                 seen[content_type.lower()] = entry["class"]
                 cls.content_types.append(content_type)
             cls.root_element = entry.get("element")
+            if entry.get("content_types") and not entry.get("any_root_element") and "part_elements" not in entry:
+                cls.part_elements = sorted(
+                    f"{{{other.target_ns}}}{name}" for other in self.xsds.values()
+                    for name, element in other.elements.items() if element.type == (schema.uri, cls.name))
+                if not cls.part_elements:
+                    raise BindingError(f"root: no global element of type {entry['class']}: "
+                                       "name the root elements (part_elements) or set any_root_element")
+            cls.part_elements = entry.get("part_elements", cls.part_elements)
 
     # -- schemas and maps -------------------------------------------------------------
     def _make_schemas(self) -> None:

@@ -54,6 +54,9 @@ struct ClassInfo
     // (null-terminated); both null for the other classes.
     const char* rootElement;
     const char* const* contentTypes;
+    // The root elements ("{namespace URI}local name") that parts of those
+    // content types may have (null-terminated); null: any.
+    const char* const* partElements;
 };
 
 // Every generated class, schema by schema, each in declaration order.
