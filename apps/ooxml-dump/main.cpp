@@ -15,6 +15,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -461,6 +462,15 @@ bool ParseSize(const char* text, unsigned long long* value)
     return end && *end == '\0' && *text != '\0' && *text != '-';
 }
 
+// The options that set a limit, and how.
+const std::map<std::string, void (*)(opc::Limits&, unsigned long long)> kLimitOptions = {
+    {"--max-part-size", [](opc::Limits& l, unsigned long long n) { l.maxPartSize = n; }},
+    {"--max-package-size", [](opc::Limits& l, unsigned long long n) { l.maxPackageSize = n; }},
+    {"--max-depth", [](opc::Limits& l, unsigned long long n) { l.maxDepth = n; }},
+    {"--max-elements", [](opc::Limits& l, unsigned long long n) { l.maxElements = n; }},
+    {"--max-attributes", [](opc::Limits& l, unsigned long long n) { l.maxAttributes = n; }},
+};
+
 // Returns 0 to go on, else the exit status.
 int ParseArguments(int argc, char** argv, Options* options)
 {
@@ -495,35 +505,11 @@ int ParseArguments(int argc, char** argv, Options* options)
             options->read.strict = false;
         else if (arg == "--wx")
             options->read.wxWidgetsParser = true;
-        else if (arg == "--max-part-size")
+        else if (const auto limit = kLimitOptions.find(arg); limit != kLimitOptions.end())
         {
-            if (!needsValue("--max-part-size"))
+            if (!needsValue(arg.c_str()))
                 return 2;
-            options->limits.maxPartSize = number;
-        }
-        else if (arg == "--max-package-size")
-        {
-            if (!needsValue("--max-package-size"))
-                return 2;
-            options->limits.maxPackageSize = number;
-        }
-        else if (arg == "--max-depth")
-        {
-            if (!needsValue("--max-depth"))
-                return 2;
-            options->limits.maxDepth = number;
-        }
-        else if (arg == "--max-elements")
-        {
-            if (!needsValue("--max-elements"))
-                return 2;
-            options->limits.maxElements = number;
-        }
-        else if (arg == "--max-attributes")
-        {
-            if (!needsValue("--max-attributes"))
-                return 2;
-            options->limits.maxAttributes = number;
+            limit->second(options->limits, number);
         }
         else if (arg.size() > 1 && arg[0] == '-')
         {

@@ -167,6 +167,11 @@ TEST(Dump, MarkupCompatibilityStrictUsageErrorsBrokenPackagesAndLimits)
     EXPECT_TRUE(help.status == 0 && Has(help.out, "--no-mce") && Has(help.out, "--no-strict")) << help.out;
     Result deep = Dump({"--max-depth", "3", Sample("sample.docx"), "/word/document.xml"});
     EXPECT_TRUE(deep.status == 1 && Has(deep.err, "/word/document.xml: ") && Has(deep.err, "nest")) << deep.err;
+    Result many = Dump({"--wx", "--max-elements", "20", Sample("sample.docx"), "/word/document.xml"});
+    EXPECT_TRUE(many.status == 1 && Has(many.err, "/word/document.xml: XML has more than 20 elements")) << many.err;
+    // The wxWidgets parser gives the same trees.
+    for (const char* part : {"/word/document.xml", "/word/styles.xml"})
+        EXPECT_EQ(Dump({"--wx", "--json", Sample("sample.docx"), part}).out, Dump({"--json", Sample("sample.docx"), part}).out);
     const std::string docx = ReadFile(Sample("sample.docx"));
     TempFile truncated(docx.substr(0, docx.size() / 2)), empty;
     TempFile noTypes(Entries{{"word/document.xml", "<w:document/>"}});
