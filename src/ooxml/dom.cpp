@@ -21,6 +21,16 @@ constexpr std::size_t kLargestBlock = 8 << 20;
 
 } // namespace
 
+// -- Text ---------------------------------------------------------------------------
+
+wxString Text::ToString() const
+{
+    for (std::uint32_t i = 0; i < m_size; ++i)
+        if (static_cast<unsigned char>(m_data[i]) >= 0x80)
+            return wxString::FromUTF8(m_data, m_size);
+    return wxString::FromAscii(m_data, m_size);
+}
+
 // -- Node ---------------------------------------------------------------------------
 
 const Attribute* Node::FindAttribute(const wxString& name) const
@@ -92,7 +102,7 @@ void* Document::Allocate(std::size_t size, std::size_t alignment)
 
 Document::Mark Document::GetMark() const
 {
-    return Mark{m_current, m_used};
+    return Mark{m_current, m_used, m_declaring.size()};
 }
 
 void Document::Release(const Mark& mark)
@@ -104,6 +114,7 @@ void Document::Release(const Mark& mark)
     m_blocks.resize(keep);
     m_current = mark.block;
     m_used = mark.used;
+    m_declaring.resize(std::min(m_declaring.size(), mark.declaring));
 }
 
 const wxString* Document::Intern(std::string_view utf8Name)
@@ -153,8 +164,11 @@ Attribute* Document::AppendAttribute(Node* element, Attribute* last, const wxStr
     else
         element->m_attributes = attribute;
     const wxString& n = *name;
-    if (n.StartsWith(wxS("xmlns")) && (n.length() == 5 || n[5] == ':'))
+    if (!element->m_declaresNamespaces && n.StartsWith(wxS("xmlns")) && (n.length() == 5 || n[5] == ':'))
+    {
         element->m_declaresNamespaces = true;
+        m_declaring.push_back(element);
+    }
     return attribute;
 }
 

@@ -33,7 +33,7 @@ namespace dom
 
 // UTF-8 text in a Document's arena, followed by a NUL (so C conversions can
 // read it in place).  Cheap to copy; valid as long as its Document.
-class Text
+class OOXML_API Text
 {
 public:
     Text() : m_data(""), m_size(0) {}
@@ -43,7 +43,8 @@ public:
     std::size_t size() const { return m_size; }
     bool empty() const { return m_size == 0; }
     std::string_view view() const { return std::string_view(m_data, m_size); }
-    wxString ToString() const { return wxString::FromUTF8(m_data, m_size); }
+    // The text decoded; ASCII, most of what packages hold, without UTF-8 decoding.
+    wxString ToString() const;
 
 private:
     const char* m_data;
@@ -170,11 +171,17 @@ public:
     {
         std::size_t block;
         std::size_t used;
+        std::size_t declaring;
     };
     Mark GetMark() const;
     void Release(const Mark& mark);
     // Bytes the arena holds (for limits and benchmarks).
     std::size_t ArenaBytes() const { return m_arenaBytes; }
+
+    // The elements that declare namespaces, in the order they got their first
+    // declaration (those unlinked from the tree included): the preprocessing
+    // looks at these instead of walking every element.
+    const std::vector<Node*>& GetDeclaringElements() const { return m_declaring; }
 
 private:
     void* Allocate(std::size_t size, std::size_t alignment);
@@ -189,6 +196,7 @@ private:
     std::size_t m_used;         // bytes used in it
     std::size_t m_arenaBytes;
     std::unordered_map<std::string, std::unique_ptr<wxString>> m_names;
+    std::vector<Node*> m_declaring;
     Node* m_root;
     Node* m_prolog;
 };

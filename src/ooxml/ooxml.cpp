@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cwctype>
 #include <limits>
+#include <unordered_map>
 
 #include <locale.h>
 #include <stdlib.h>
@@ -34,8 +35,35 @@ bool StartsWith(const wxString& text, std::wstring_view prefix)
 
 // -- XMLNSContext -------------------------------------------------------------------
 
+// The mapped names of the compact tree's shared name strings, per map.  A name
+// is kept with its text too: a pointer is only trusted for the same text.
+struct XMLNSContext::NameCache
+{
+    struct Key
+    {
+        const wxString* name;
+        const XMLNSMap* map;
+        bool operator==(const Key& other) const { return name == other.name && map == other.map; }
+    };
+    struct Hash
+    {
+        std::size_t operator()(const Key& key) const
+        {
+            return std::hash<const void*>()(key.name) * 31 + std::hash<const void*>()(key.map);
+        }
+    };
+    struct Entry
+    {
+        wxString name;
+        std::uint64_t generation = ~std::uint64_t(0);
+        wxString mapped;
+        bool invalid = false;   // logged as invalid on every use, as MapNameSpace does
+    };
+    std::unordered_map<Key, Entry, Hash> entries;
+};
+
 XMLNSContext::XMLNSContext(wxXmlDocument* document)
-    : m_depth(0)
+    : m_depth(0), m_generation(0)
 {
     PushStack(document->GetRoot());
 }
@@ -43,7 +71,9 @@ XMLNSContext::XMLNSContext(wxXmlDocument* document)
 XMLNSContext::XMLNSContext(const XMLNSContext& other)
     : m_scopes(other.m_scopes.begin(), other.m_scopes.begin() + other.m_depth),
       m_depth(other.m_depth),
-      m_defaultNamespace(other.m_defaultNamespace)
+      m_defaultNamespace(other.m_defaultNamespace),
+      m_generation(other.m_generation),
+      m_names(other.m_names ? new NameCache : nullptr)
 {
 }
 
@@ -56,15 +86,17 @@ XMLNSContext& XMLNSContext::operator=(const XMLNSContext& other)
         for (std::size_t i = 0; i < other.m_depth; ++i)
             m_scopes[i] = other.m_scopes[i];
         m_depth = other.m_depth;
+        m_names.reset(other.m_names ? new NameCache : nullptr);
     }
     m_defaultNamespace = other.m_defaultNamespace;
+    ++m_generation;
     return *this;
 }
 
 XMLNSContext::~XMLNSContext() = default;
 
 XMLNSContext::XMLNSContext(ooxml::dom::Document* document)
-    : m_depth(0)
+    : m_depth(0), m_generation(0), m_names(new NameCache)
 {
     PushStack(document->GetRoot());
 }
@@ -96,18 +128,28 @@ void XMLNSContext::Push(Node* node)
     {
         const wxString& name = attribute->GetName();
         if (StartsWith(name, xmlnsColon))
+        {
             scope[name.Mid(xmlnsColon.size())] = attribute->GetValue();
+            ++m_generation;
+        }
         else if (View(name) == L"xmlns")
+        {
             m_defaultNamespace = attribute->GetValue();
+            ++m_generation;
+        }
     }
 }
 
 void XMLNSContext::PopStack()
 {
     // Callers never pop more than they pushed; an extra pop does nothing.
-    if (m_depth > 0)
-        m_scopes[--m_depth].clear();
+    if (m_depth > 0 && !m_scopes[--m_depth].empty())
+    {
+        m_scopes[m_depth].clear();
+        ++m_generation;
+    }
 }
+
 
 const wxString* XMLNSContext::Resolve(std::wstring_view name, wxString* unbound) const
 {
@@ -182,6 +224,29 @@ wxString XMLNSContext::MapNameSpace(const wxString& name, const XMLNSMap& map) c
     return result;
 }
 
+const wxString& XMLNSContext::MapNameForReader(const wxString& name, const XMLNSMap& map, wxString* scratch)
+{
+    if (!m_names)
+    {
+        *scratch = MapNameSpace(name, map);
+        return *scratch;
+    }
+    NameCache::Entry& entry = m_names->entries[NameCache::Key{&name, &map}];
+    if (entry.generation != m_generation || entry.name != name)
+    {
+        wxString unbound;
+        const wxString* uri = Resolve(View(name), &unbound);
+        entry.invalid = uri && !uri->empty() && map.find(*uri) == map.end();
+        entry.mapped = MapNameSpace(name, map);   // logs once here when invalid
+        entry.name = name;
+        entry.generation = m_generation;
+        return entry.mapped;
+    }
+    if (entry.invalid)
+        LogInvalidName(name);
+    return entry.mapped;
+}
+
 // -- XMLPtrArray ----------------------------------------------------------------------
 // Out of line, so that the generated getters and readers call them instead of
 // inlining std::vector's code ~540 times.
@@ -202,10 +267,10 @@ bool ooxml_detail::NameMatcher::Is(const wxString& mappedName)
 {
     if (!m_mapped)
     {
-        m_mappedName = m_context->MapNameSpace(*m_name, *m_map);
-        m_mapped = true;
+        // Valid for this name's comparisons: none of them changes declarations.
+        m_mapped = &m_context->MapNameForReader(*m_name, *m_map, &m_mappedName);
     }
-    return m_mappedName == mappedName;
+    return *m_mapped == mappedName;
 }
 
 // -- Value converters ------------------------------------------------------------------

@@ -7,9 +7,11 @@
 #define OOXML_OOXML_H
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -149,7 +151,15 @@ public:
     // name of an unknown namespace is reported wherever it stands.
     void CheckName(const wxString& name, const XMLNSMap& map) const;
 
+    // MapNameSpace for the readers: on the compact tree, whose names are
+    // shared strings, the mapped form of a name is remembered per name and map
+    // until the declarations in force change, so that the thousands of
+    // elements of one name are mapped once.  The result lives in the context
+    // (or in `scratch`) until the next call that changes declarations.
+    const wxString& MapNameForReader(const wxString& name, const XMLNSMap& map, wxString* scratch);
+
 private:
+    struct NameCache;
     // Opens a scope holding the declarations of `node` (either tree).
     template <class Node>
     void Push(Node* node);
@@ -174,6 +184,10 @@ private:
     std::vector<Scope> m_scopes;
     std::size_t m_depth;
     wxString m_defaultNamespace;
+    // Changes whenever the declarations in force change (a push that declares,
+    // a pop of a scope that did).
+    std::uint64_t m_generation;
+    std::unique_ptr<NameCache> m_names;   // compact tree only
 };
 
 #endif // OOXML_OOXML_H

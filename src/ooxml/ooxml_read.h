@@ -118,7 +118,7 @@ class NameMatcher
 {
 public:
     NameMatcher(const wxString& name, XMLNSContext* context, const XMLNSMap& map)
-        : m_name(&name), m_context(context), m_map(&map), m_mapped(false) {}
+        : m_name(&name), m_context(context), m_map(&map), m_mapped(nullptr) {}
 
     // Whether the name, mapped on the first call, equals `mappedName`.
     bool Is(const wxString& mappedName);
@@ -126,20 +126,20 @@ public:
 protected:
     // For the readers, which set the name of each node they visit.
     NameMatcher(XMLNSContext* context, const XMLNSMap& map)
-        : m_name(nullptr), m_context(context), m_map(&map), m_mapped(false) {}
+        : m_name(nullptr), m_context(context), m_map(&map), m_mapped(nullptr) {}
 
     void Reset(const wxString& name)
     {
         m_name = &name;
-        m_mapped = false;
+        m_mapped = nullptr;
     }
 
 private:
     const wxString* m_name;
     XMLNSContext* m_context;
     const XMLNSMap* m_map;
-    wxString m_mappedName;
-    bool m_mapped;
+    wxString m_mappedName;            // the mapped name, when the context does not keep it
+    const wxString* m_mapped;         // the mapped name, once mapped
 };
 
 // Walks an element's attributes in document order, before any child is read.

@@ -62,6 +62,8 @@ struct WxTree
     typedef wxXmlNode Node;
     typedef wxXmlAttribute Attribute;
 
+    static bool MayDeclare(const Node*) { return true; }
+
     void SetValue(Attribute* attribute, const wxString& value) { attribute->SetValue(value); }
     Attribute* Append(Node*, Attribute* last, const wxString& name, const wxString& value)
     {
@@ -91,6 +93,9 @@ struct DomTree
 {
     typedef dom::Node Node;
     typedef dom::Attribute Attribute;
+
+    // The compact tree knows which elements declare namespaces.
+    static bool MayDeclare(const Node* element) { return element->DeclaresNamespaces(); }
 
     void SetValue(Attribute* attribute, const wxString& value) { document.SetAttributeValue(attribute, value); }
     Attribute* Append(Node* element, Attribute* last, const wxString& name, const wxString& value)
@@ -528,7 +533,7 @@ bool ScanDeclarations(Tree& tree, typename Tree::Node* root, bool rewriteStrict,
     {
         typename Tree::Node* element = pending.back();
         pending.pop_back();
-        for (auto* a = element->GetAttributes(); a; a = a->GetNext())
+        for (auto* a = Tree::MayDeclare(element) ? element->GetAttributes() : nullptr; a; a = a->GetNext())
         {
             if (!IsNamespaceDeclaration(a->GetName()))
                 continue;
@@ -553,6 +558,21 @@ bool ScanDeclarations(Tree& tree, typename Tree::Node* root, bool rewriteStrict,
     return markupCompatibility;
 }
 
+// The declarations of every element of the tree (ScanDeclarations); the compact
+// tree lists the elements that have any, so only those are looked at.
+bool ScanAllDeclarations(WxTree& tree, wxXmlNode* root, bool rewriteStrict, PrepareStats& stats)
+{
+    return ScanDeclarations(tree, root, rewriteStrict, stats);
+}
+
+bool ScanAllDeclarations(DomTree& tree, dom::Node*, bool rewriteStrict, PrepareStats& stats)
+{
+    bool markupCompatibility = false;
+    for (dom::Node* element : tree.document.GetDeclaringElements())
+        markupCompatibility |= ScanDeclarations(tree, element, rewriteStrict, stats, false);
+    return markupCompatibility;
+}
+
 template <class Tree>
 bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, std::uint64_t attributeBudget,
              wxString* problem, PrepareStats* stats)
@@ -563,7 +583,7 @@ bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, s
         return true;
     if (!options.strict && !options.markupCompatibility)
         return true;
-    const bool declaresMarkupCompatibility = ScanDeclarations(tree, root, options.strict, s);
+    const bool declaresMarkupCompatibility = ScanAllDeclarations(tree, root, options.strict, s);
     if (options.markupCompatibility && declaresMarkupCompatibility)
     {
         MarkupProcessor<Tree> processor(tree, s, problem, attributeBudget);
