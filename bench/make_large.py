@@ -3,11 +3,12 @@
 
   large.xlsx  one worksheet of 2,000,000 cells (200,000 rows x 10 columns):
               numbers, shared strings and formulas
+  medium.xlsx the same with 200,000 cells (20,000 rows)
   large.docx  20,000 paragraphs with several runs each, and a table after
               every 100 paragraphs
   large.pptx  500 slides, each with a title and five bullets
 
-    python3 bench/make_large.py OUTPUT_FOLDER
+    python3 bench/make_large.py OUTPUT_FOLDER [NAME...]    (all four by default)
 """
 
 import os
@@ -24,16 +25,16 @@ def column(i):
     return "ABCDEFGHIJ"[i]
 
 
-def xlsx():
+def xlsx(count=200000):
     rows, strings = [], [f"{WORDS[i % 20]} {i}" for i in range(10000)]
-    for r in range(1, 200001):
+    for r in range(1, count + 1):
         k = r * 7919
         cells = [f'<c r="A{r}" t="s"><v>{k % 10000}</v></c>']
         cells += [f'<c r="{column(c)}{r}"><v>{(k * (c + 1)) % 100003 / 8}</v></c>' for c in range(1, 8)]
         cells.append(f'<c r="I{r}"><f>SUM(B{r}:H{r})</f><v>{r}</v></c>')
         cells.append(f'<c r="J{r}" t="s"><v>{(k + 17) % 10000}</v></c>')
         rows.append(f'<row r="{r}" spans="1:10">{"".join(cells)}</row>')
-    sheet = (f'<worksheet xmlns="{s.NS_SML}" xmlns:r="{s.NS_R}"><dimension ref="A1:J200000"/>'
+    sheet = (f'<worksheet xmlns="{s.NS_SML}" xmlns:r="{s.NS_R}"><dimension ref="A1:J{count}"/>'
              f'<sheetData>{"".join(rows)}</sheetData></worksheet>')
     sst = "".join(f"<si><t>{t}</t></si>" for t in strings)
     workbook = (f'<workbook xmlns="{s.NS_SML}" xmlns:r="{s.NS_R}"><sheets>'
@@ -50,7 +51,7 @@ def xlsx():
             ("xl/_rels/workbook.xml.rels", s.relationships([("rId1", "worksheet", "worksheets/sheet1.xml", None),
                                                            ("rId2", "sharedStrings", "sharedStrings.xml", None)])),
             ("xl/worksheets/sheet1.xml", sheet),
-            ("xl/sharedStrings.xml", f'<sst xmlns="{s.NS_SML}" count="400000" uniqueCount="10000">{sst}</sst>')]
+            ("xl/sharedStrings.xml", f'<sst xmlns="{s.NS_SML}" count="{2 * count}" uniqueCount="10000">{sst}</sst>')]
 
 
 def docx():
@@ -112,12 +113,16 @@ def pptx():
     return parts
 
 
+DOCUMENTS = {"large.xlsx": xlsx, "medium.xlsx": lambda: xlsx(20000), "large.docx": docx, "large.pptx": pptx}
+
+
 def main():
-    if len(sys.argv) != 2:
-        sys.exit("usage: make_large.py OUTPUT_FOLDER")
+    if len(sys.argv) < 2 or any(name not in DOCUMENTS for name in sys.argv[2:]):
+        sys.exit("usage: make_large.py OUTPUT_FOLDER [" + " ".join(DOCUMENTS) + "]")
     out = sys.argv[1]
     os.makedirs(out, exist_ok=True)
-    for name, make in (("large.xlsx", xlsx), ("large.docx", docx), ("large.pptx", pptx)):
+    for name in sys.argv[2:] or DOCUMENTS:
+        make = DOCUMENTS[name]
         path = os.path.join(out, name)
         s.write_package(path, make())
         print(path, os.path.getsize(path), "bytes")
