@@ -107,6 +107,35 @@ struct Package::Impl
 
     // A fresh stream over the whole package (the file, or the bytes).
     std::unique_ptr<wxInputStream> OpenStream() const;
+
+    // One part's ZIP entry, opened for reading in blocks, with the package's
+    // checks on it: the sizes counted as the bytes are inflated (the directory
+    // may understate them), the local header's name, the CRC at the end.
+    class Entry
+    {
+    public:
+        explicit Entry(const Impl& impl) : m_impl(impl) {}
+        ~Entry()
+        {
+            wxLogNull quiet; // closing a broken entry must not log either
+            m_zip.reset();
+        }
+        // False, with the error, when the part is missing or cannot be read.
+        bool Open(const Package& package, const wxString& partName, Error* error);
+        // The next block (0 bytes at the end); false, with `problem`, when the
+        // entry is broken or a size limit is passed.
+        bool Read(const char** block, std::size_t* size, wxString* problem);
+        const Part& GetPart() const { return *m_part; }
+
+    private:
+        const Impl& m_impl;
+        const Part* m_part = nullptr;
+        std::unique_ptr<wxInputStream> m_stream;
+        std::unique_ptr<wxZipEntry> m_entry;
+        std::unique_ptr<wxZipInputStream> m_zip;
+        std::uint64_t m_size = 0; // bytes inflated so far
+        char m_buffer[65536];
+    };
     bool ReadDirectory(Error* error);
     bool ReadContentTypes(Package& package, Error* error);
 };
@@ -283,59 +312,92 @@ wxString Package::GetContentType(const wxString& partName) const
     return byDefault == m_impl->defaults.end() ? wxString() : byDefault->second;
 }
 
-bool Package::ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const
+bool Package::Impl::Entry::Open(const Package& package, const wxString& partName, Error* error)
 {
-    const Part* part = FindPart(partName);
-    if (!part)
-        return m_impl->Fail(error, "", "no part named " + NormalPartName(partName));
-    if (!part->problem.empty())
-        return m_impl->Fail(error, part->name, part->problem);
-    const Limits& limits = m_impl->limits;
-    if (part->size > limits.maxPartSize)
-        return m_impl->Fail(error, part->name, "larger than the limit of " + Bytes(limits.maxPartSize));
-    const wxZipEntry& entry = *m_impl->entries[part - m_impl->parts.data()];
+    m_part = package.FindPart(partName);
+    if (!m_part)
+        return m_impl.Fail(error, "", "no part named " + NormalPartName(partName));
+    if (!m_part->problem.empty())
+        return m_impl.Fail(error, m_part->name, m_part->problem);
+    if (m_part->size > m_impl.limits.maxPartSize)
+        return m_impl.Fail(error, m_part->name, "larger than the limit of " + Bytes(m_impl.limits.maxPartSize));
+    const wxZipEntry& entry = *m_impl.entries[m_part - m_impl.parts.data()];
 
     wxLogNull quiet;
-    std::unique_ptr<wxInputStream> stream = m_impl->OpenStream();
-    if (!stream)
-        return m_impl->Fail(error, part->name, "the package cannot be opened again");
+    m_stream = m_impl.OpenStream();
+    if (!m_stream)
+        return m_impl.Fail(error, m_part->name, "the package cannot be opened again");
     // The local header must name the entry the directory names (decoded as
     // wxWidgets decodes names: UTF-8 by flag bit 11, else the local encoding).
     unsigned char local[30] = {0};
-    if (stream->SeekI(entry.GetOffset()) != wxInvalidOffset && stream->Read(local, sizeof local).LastRead() == 30 &&
-        std::equal(local, local + 4, "PK\3\4"))
+    if (m_stream->SeekI(entry.GetOffset()) != wxInvalidOffset &&
+        m_stream->Read(local, sizeof local).LastRead() == 30 && std::equal(local, local + 4, "PK\3\4"))
     {
         std::string raw(local[26] | local[27] << 8, '\0');
-        raw.resize(stream->Read(&raw[0], raw.size()).LastRead());
+        raw.resize(m_stream->Read(&raw[0], raw.size()).LastRead());
         const wxString name = NormalPartName(wxZipEntry::GetInternalName(
             local[7] & 8 ? wxString::FromUTF8(raw.data(), raw.size()) : wxString(raw.data(), wxConvLocal, raw.size()),
             wxPATH_UNIX));
         if (name != NormalPartName(entry.GetInternalName()))
-            return m_impl->Fail(error, part->name, "ZIP local header names another entry (" + name + ")");
+            return m_impl.Fail(error, m_part->name, "ZIP local header names another entry (" + name + ")");
     } // else no local header: wxWidgets reports the broken entry
-    wxZipInputStream zip(*stream);
-    std::unique_ptr<wxZipEntry> copy(entry.Clone());
-    if (!zip.OpenEntry(*copy))
-        return m_impl->Fail(error, part->name, "broken ZIP entry");
-    bytes->clear();
-    char buffer[65536];
-    for (;;)
+    m_zip.reset(new wxZipInputStream(*m_stream));
+    m_entry.reset(entry.Clone());
+    if (!m_zip->OpenEntry(*m_entry))
+        return m_impl.Fail(error, m_part->name, "broken ZIP entry");
+    return true;
+}
+
+bool Package::Impl::Entry::Read(const char** block, std::size_t* size, wxString* problem)
+{
+    const Limits& limits = m_impl.limits;
+    wxLogNull quiet;
+    m_zip->Read(m_buffer, sizeof m_buffer);
+    const std::size_t n = m_zip->LastRead();
+    *block = m_buffer;
+    *size = n;
+    if (n == 0)
     {
-        zip.Read(buffer, sizeof buffer);
-        const std::size_t n = zip.LastRead();
-        if (n == 0)
-            break;
-        // The directory may understate the size: count what really comes out.
-        if (bytes->size() + n > limits.maxPartSize)
-            return m_impl->Fail(error, part->name, "larger than the limit of " + Bytes(limits.maxPartSize));
-        m_impl->bytesRead += n;
-        if (m_impl->bytesRead > limits.maxPackageSize)
-            return m_impl->Fail(error, part->name,
-                                "the package's parts exceed the limit of " + Bytes(limits.maxPackageSize));
-        bytes->append(buffer, n);
+        if (m_zip->GetLastError() == wxSTREAM_EOF || m_zip->GetLastError() == wxSTREAM_NO_ERROR)
+            return true;
+        *problem = "broken ZIP entry (bad compressed data or CRC)";
+        return false;
     }
-    if (zip.GetLastError() != wxSTREAM_EOF && zip.GetLastError() != wxSTREAM_NO_ERROR)
-        return m_impl->Fail(error, part->name, "broken ZIP entry (bad compressed data or CRC)");
+    m_size += n;
+    if (m_size > limits.maxPartSize)
+    {
+        *problem = "larger than the limit of " + Bytes(limits.maxPartSize);
+        return false;
+    }
+    m_impl.bytesRead += n;
+    if (m_impl.bytesRead > limits.maxPackageSize)
+    {
+        *problem = "the package's parts exceed the limit of " + Bytes(limits.maxPackageSize);
+        return false;
+    }
+    return true;
+}
+
+bool Package::ReadPartBytes(const wxString& partName, std::string* bytes, Error* error) const
+{
+    std::unique_ptr<Impl::Entry> entry(new Impl::Entry(*m_impl));
+    if (!entry->Open(*this, partName, error))
+        return false;
+    bytes->clear();
+    // Room for the size the directory states at once, not by doubling (a
+    // forged size can cost no more than the limits allow).
+    const Limits& limits = m_impl->limits;
+    const std::uint64_t budget = limits.maxPackageSize - std::min(limits.maxPackageSize, m_impl->bytesRead);
+    bytes->reserve(static_cast<std::size_t>(std::min({entry->GetPart().size, limits.maxPartSize, budget})));
+    const char* block = nullptr;
+    std::size_t size = 0;
+    wxString problem;
+    do
+    {
+        if (!entry->Read(&block, &size, &problem))
+            return m_impl->Fail(error, entry->GetPart().name, problem);
+        bytes->append(block, size);
+    } while (size != 0);
     return true;
 }
 
@@ -369,15 +431,19 @@ bool Package::LoadXml(const wxString& partName, wxXmlDocument* document, Error* 
 bool Package::ParsePart(const wxString& partName, dom::Document* document, Error* error,
                         const XmlStream* stream) const
 {
-    std::string bytes;
-    if (!ReadPartBytes(partName, &bytes, error))
+    // Inflated and parsed together: only a block of the part is in memory
+    // at a time, however large the part.
+    std::unique_ptr<Impl::Entry> entry(new Impl::Entry(*m_impl));
+    if (!entry->Open(*this, partName, error))
         return false;
+    const XmlBlockReader read = [&entry](const char** block, std::size_t* size, wxString* problem) {
+        return entry->Read(block, size, problem);
+    };
     wxString problem;
     XmlCounts counts;
-    const bool parsed = ParseXmlFast(bytes.data(), bytes.size(), m_impl->limits, document, &problem, &counts, stream);
-    std::string().swap(bytes);
+    const bool parsed = ParseXmlFast(read, m_impl->limits, document, &problem, &counts, stream);
     if (!parsed)
-        return m_impl->Fail(error, FindPart(partName)->name, problem);
+        return m_impl->Fail(error, entry->GetPart().name, problem);
     return Account(partName, counts, error);
 }
 

@@ -112,17 +112,25 @@ public:
         }
     }
 
-    bool Run(const char* bytes, std::size_t size, wxString* problem, XmlCounts* counts)
+    bool Run(const XmlBlockReader& read, wxString* problem, XmlCounts* counts)
     {
-        const bool ok = Feed(bytes, size, problem);
+        const bool ok = Feed(read, problem);
         if (counts)
             *counts = m_counts;
         return ok;
     }
 
 private:
-    bool Feed(const char* bytes, std::size_t size, wxString* problem)
+    // Hands libexpat the part in the pieces wxXmlDocument::Load would: every
+    // full 1024 bytes as "not done", then the rest (possibly nothing) as the
+    // last piece.  Blocks from the reader end anywhere, so a piece that spans
+    // two of them is gathered in `piece` first.
+    bool Feed(const XmlBlockReader& read, wxString* problem)
     {
+        const char* block = nullptr;
+        std::size_t size = 0;
+        if (!read(&block, &size, problem))
+            return false;
         if (size == 0)
         {
             *problem = "empty part, not XML";
@@ -144,30 +152,55 @@ private:
         XML_SetDefaultHandler(m_parser, &Parse::OnDefault);
         XML_SetStartDoctypeDeclHandler(m_parser, &Parse::OnDoctype);
         XML_SetUnknownEncodingHandler(m_parser, &Parse::OnUnknownEncoding, this);
-        std::size_t offset = 0;
-        bool done = false;
+        char piece[kFeed];
+        std::size_t held = 0; // bytes of `piece` gathered so far
         do
         {
-            const std::size_t length = std::min(kFeed, size - offset);
-            done = length < kFeed;
-            if (XML_Parse(m_parser, bytes + offset, static_cast<int>(length), done) != XML_STATUS_OK)
+            if (held != 0)
             {
-                if (m_streamStopped)
-                    return true;
-                if (!m_problem.empty())
-                    *problem = m_problem;
-                else if (!m_unknownEncoding.empty())
-                    *problem = "XML in the encoding " + Utf8(m_unknownEncoding.c_str()) +
-                               ", which is not read (UTF-8, UTF-16, ISO-8859-1 and US-ASCII are)";
-                else
-                    *problem = "XML does not parse: " + Utf8(XML_ErrorString(XML_GetErrorCode(m_parser))) +
-                               wxString::Format(" at line %lu",
-                                                static_cast<unsigned long>(XML_GetCurrentLineNumber(m_parser)));
-                return false;
+                const std::size_t take = std::min(kFeed - held, size);
+                std::memcpy(piece + held, block, take);
+                held += take;
+                block += take;
+                size -= take;
+                if (held == kFeed)
+                {
+                    held = 0;
+                    if (!Piece(piece, kFeed, false, problem))
+                        return m_streamStopped;
+                }
             }
-            offset += length;
-        } while (!done);
-        return true;
+            if (held == 0)
+            {
+                for (; size >= kFeed; block += kFeed, size -= kFeed)
+                    if (!Piece(block, kFeed, false, problem))
+                        return m_streamStopped;
+                std::memcpy(piece, block, size);
+                held = size;
+            }
+            if (!read(&block, &size, problem))
+                return false;
+        } while (size != 0);
+        return Piece(piece, held, true, problem) || m_streamStopped;
+    }
+
+    // One piece to libexpat; false with `problem` when the parse ends in
+    // failure or because the stream callback stopped it.
+    bool Piece(const char* bytes, std::size_t length, bool done, wxString* problem)
+    {
+        if (XML_Parse(m_parser, bytes, static_cast<int>(length), done) == XML_STATUS_OK)
+            return true;
+        if (m_streamStopped)
+            return false;
+        if (!m_problem.empty())
+            *problem = m_problem;
+        else if (!m_unknownEncoding.empty())
+            *problem = "XML in the encoding " + Utf8(m_unknownEncoding.c_str()) +
+                       ", which is not read (UTF-8, UTF-16, ISO-8859-1 and US-ASCII are)";
+        else
+            *problem = "XML does not parse: " + Utf8(XML_ErrorString(XML_GetErrorCode(m_parser))) +
+                       wxString::Format(" at line %lu", static_cast<unsigned long>(XML_GetCurrentLineNumber(m_parser)));
+        return false;
     }
 
     void Fail(const wxString& problem)
@@ -455,7 +488,7 @@ private:
     std::uint64_t m_copies = 0;
 
     std::size_t m_streamDepth = 0;    // depth of the streamed element being built, if any
-    dom::Document::Mark m_mark{0, 0};
+    dom::Document::Mark m_mark{};
 
     XmlCounts m_counts;
     std::uint64_t m_keptElements = 0;
@@ -466,17 +499,34 @@ private:
     const wxString* m_commentName = nullptr;
 };
 
+// The whole of a part in memory, as one block.
+XmlBlockReader Whole(const char* bytes, std::size_t size)
+{
+    return [bytes, size, given = false](const char** block, std::size_t* length, wxString*) mutable {
+        *block = bytes;
+        *length = given ? 0 : size;
+        given = true;
+        return true;
+    };
+}
+
 } // namespace
 
 bool ParseXmlFast(const char* bytes, std::size_t size, const Limits& limits, dom::Document* document,
                   wxString* problem, XmlCounts* counts, const XmlStream* stream)
 {
-    return Parse(limits, document, stream, false).Run(bytes, size, problem, counts);
+    return Parse(limits, document, stream, false).Run(Whole(bytes, size), problem, counts);
+}
+
+bool ParseXmlFast(const XmlBlockReader& read, const Limits& limits, dom::Document* document, wxString* problem,
+                  XmlCounts* counts, const XmlStream* stream)
+{
+    return Parse(limits, document, stream, false).Run(read, problem, counts);
 }
 
 bool CheckXml(const char* bytes, std::size_t size, const Limits& limits, wxString* problem, XmlCounts* counts)
 {
-    return Parse(limits, nullptr, nullptr, true).Run(bytes, size, problem, counts);
+    return Parse(limits, nullptr, nullptr, true).Run(Whole(bytes, size), problem, counts);
 }
 
 bool ParseXml(const char* bytes, std::size_t size, const Limits& limits, wxXmlDocument* document, wxString* problem,

@@ -1,6 +1,7 @@
 // The package reader: ZIP faults, limits, content types, relationships. (No such file, a file that is no ZIP archive,
 // no content types or content types that do not parse: see the ooxml-dump tests.)
 #include <cstdint>
+#include <functional>
 #include <wx/filename.h>
 
 #include "package_support.h"
@@ -31,6 +32,13 @@ TEST(Package, BrokenFilesAndEntriesLimitsPartsContentTypesRelationshipsAndStrict
         return Result(p.ReadPartBytes(name, &bytes, &e), e);
     };
     auto loadXml = [&](const opc::Package& p, const char* name) { return Result(p.LoadXml(name, &document, &e), e); };
+    // The fast path inflates as it parses: the checks of a whole read apply to it alike.
+    auto parsePart = [&](const opc::Package& p, const char* name) {
+        ooxml::dom::Document tree;
+        return Result(p.ParsePart(name, &tree, &e), e);
+    };
+    typedef std::function<std::string(const opc::Package&, const char*)> Reader;
+    const Reader bothPaths[] = {readPart, parsePart};
     EXPECT_TRUE(!package.Open(wxFileName::GetTempDir(), &e) && e.message == "is a folder, not a file");
     EXPECT_EQ(Result(package.OpenMemory("hello", 5, "x.docx", &e), e), "x.docx: not a ZIP archive");
     const std::string filler = "<a>" + std::string(500, 'x') + "</a>";
@@ -43,10 +51,14 @@ TEST(Package, BrokenFilesAndEntriesLimitsPartsContentTypesRelationshipsAndStrict
     zip[data + 2] ^= 0x5A;
     zip[data + 3] ^= 0x5A;
     ASSERT_TRUE(OpenBytes(package, zip, &e)) << Result(false, e);
-    EXPECT_EQ(readPart(package, "/crc.xml"), "test.docx: /crc.xml: broken ZIP entry (bad compressed data or CRC)");
-    EXPECT_EQ(readPart(package, "/data.xml").rfind("test.docx: /data.xml: broken ZIP", 0), 0u);
-    EXPECT_EQ(readPart(package, "/A/B.xml"), "test.docx: /a/b.xml: two ZIP entries of this part name"); // no case
-    EXPECT_EQ(loadXml(package, "/empty.xml"), "test.docx: /empty.xml: empty part, not XML");
+    for (const Reader& read : bothPaths)
+    {
+        EXPECT_EQ(read(package, "/crc.xml"), "test.docx: /crc.xml: broken ZIP entry (bad compressed data or CRC)");
+        EXPECT_EQ(read(package, "/data.xml").rfind("test.docx: /data.xml: broken ZIP", 0), 0u);
+        EXPECT_EQ(read(package, "/A/B.xml"), "test.docx: /a/b.xml: two ZIP entries of this part name"); // no case
+    }
+    EXPECT_EQ(loadXml(package, "/empty.xml") + " | " + parsePart(package, "/empty.xml"),
+              "test.docx: /empty.xml: empty part, not XML | test.docx: /empty.xml: empty part, not XML");
     EXPECT_EQ(loadXml(package, "/bad.xml").rfind("test.docx: /bad.xml: XML does not parse", 0), 0u);
 
     // Limits of a part, of the package, of its entries and of the nesting.
@@ -58,12 +70,14 @@ TEST(Package, BrokenFilesAndEntriesLimitsPartsContentTypesRelationshipsAndStrict
     ASSERT_TRUE(OpenBytes(limited, zip, &e)) << Result(false, e);
     EXPECT_EQ(limited.FindPart("/liar.xml")->size, 10u);
     for (const char* name : {"/big.xml", "/liar.xml"})
-        EXPECT_EQ(readPart(limited, name), "test.docx: " + std::string(name) + ": larger than the limit of 1000 bytes");
+        for (const Reader& read : bothPaths)
+            EXPECT_EQ(read(limited, name), "test.docx: " + std::string(name) + ": larger than the limit of 1000 bytes");
     EXPECT_EQ(readPart(limited, "/small.xml") + " " + loadXml(limited, "/ok.xml"), "ok ok");
     EXPECT_EQ(loadXml(limited, "/deep.xml"), "test.docx: /deep.xml: XML nested deeper than 3 elements");
     opc::Package total(opc::Limits{512ull << 20, 800}); // the content types stream (238 bytes) counts too
     ASSERT_TRUE(Open(total, {{"[Content_Types].xml", Types()}, {"a.xml", part}, {"b.xml", part}}, &e));
     EXPECT_EQ(readPart(total, "/a.xml"), "ok");
+    EXPECT_EQ(parsePart(total, "/b.xml"), "test.docx: /b.xml: the package's parts exceed the limit of 800 bytes");
     EXPECT_EQ(readPart(total, "/b.xml"), "test.docx: /b.xml: the package's parts exceed the limit of 800 bytes");
     opc::Package few(opc::Limits{512ull << 20, 2048ull << 20, 2});
     EXPECT_EQ(Result(Open(few, {{"[Content_Types].xml", Types()}, {"a.xml", "<a/>"}, {"b.xml", "<b/>"}}, &e), e),
@@ -137,6 +151,9 @@ TEST(Package, ForgedZipDirectoriesFailAndNamesPrintAsText)
     ASSERT_TRUE(OpenBytes(package, renamed, &e)) << Result(false, e);
     EXPECT_EQ(Result(package.ReadPartBytes("/one.xml", &bytes, &e), e), "ok");
     EXPECT_EQ(Result(package.ReadPartBytes("/two.xml", &bytes, &e), e),
+              "test.docx: /two.xml: ZIP local header names another entry (/Xwo.xml)");
+    ooxml::dom::Document tree;
+    EXPECT_EQ(Result(package.ParsePart("/two.xml", &tree, &e), e),
               "test.docx: /two.xml: ZIP local header names another entry (/Xwo.xml)");
     // The entry limit counts directory records, duplicates included.
     opc::Package four(opc::Limits{512ull << 20, 2048ull << 20, 4}); // 3 part names

@@ -63,6 +63,18 @@ struct XmlStream
 OOXML_API bool ParseXmlFast(const char* bytes, std::size_t size, const Limits& limits, dom::Document* document,
                             wxString* problem, XmlCounts* counts = nullptr, const XmlStream* stream = nullptr);
 
+// A part read in blocks: each call points `block` at the next `size` bytes
+// (valid until the next call) and sets `size` to 0 at the end.  False, with
+// `problem`, when the bytes cannot be read; the parse then fails with it.
+using XmlBlockReader = std::function<bool(const char** block, std::size_t* size, wxString* problem)>;
+
+// ParseXmlFast over a part that arrives in blocks (a ZIP entry as it is
+// inflated), so the whole part never has to be in memory at once.  The tree
+// and every check are those of the parse of the same bytes held whole; when
+// a stream callback stops the parse, the rest of the part is not read.
+OOXML_API bool ParseXmlFast(const XmlBlockReader& read, const Limits& limits, dom::Document* document,
+                            wxString* problem, XmlCounts* counts = nullptr, const XmlStream* stream = nullptr);
+
 // The checks of ParseXmlFast without building anything, plus the bound on
 // wxWidgets' text merging (Limits::maxTextCopyBytes).
 OOXML_API bool CheckXml(const char* bytes, std::size_t size, const Limits& limits, wxString* problem,
