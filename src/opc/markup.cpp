@@ -201,8 +201,8 @@ public:
     typedef typename Tree::Node Node;
     typedef typename Tree::Attribute Attribute;
 
-    MarkupProcessor(Tree tree, PrepareStats& stats, wxString* problem, std::uint64_t attributeBudget)
-        : m_tree(tree), m_stats(stats), m_problem(problem), m_budget(attributeBudget)
+    MarkupProcessor(Tree tree, PrepareStats& stats, wxString* problem, std::uint64_t copyBudget)
+        : m_tree(tree), m_stats(stats), m_problem(problem), m_budget(copyBudget), m_limit(copyBudget)
     {
     }
 
@@ -374,8 +374,8 @@ private:
                 continue;
             if (m_budget == 0)
             {
-                *m_problem = "markup compatibility would copy more namespace declarations than the part may have "
-                             "attributes (limit maxAttributes)";
+                *m_problem = "markup compatibility would copy more than " + wxString::Format("%llu", m_limit) +
+                             " namespace declarations (limit maxCopiedDeclarations)";
                 return false;
             }
             --m_budget;
@@ -515,6 +515,7 @@ private:
     PrepareStats& m_stats;
     wxString* m_problem;
     std::uint64_t m_budget;
+    unsigned long long m_limit;
 };
 
 // Rewrites the Strict namespace URIs of every declaration to transitional ones
@@ -574,7 +575,7 @@ bool ScanAllDeclarations(DomTree& tree, dom::Node*, bool rewriteStrict, PrepareS
 }
 
 template <class Tree>
-bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, std::uint64_t attributeBudget,
+bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, std::uint64_t copyBudget,
              wxString* problem, PrepareStats* stats)
 {
     PrepareStats local;
@@ -586,7 +587,7 @@ bool Prepare(Tree tree, typename Tree::Node* root, const ReadOptions& options, s
     const bool declaresMarkupCompatibility = ScanAllDeclarations(tree, root, options.strict, s);
     if (options.markupCompatibility && declaresMarkupCompatibility)
     {
-        MarkupProcessor<Tree> processor(tree, s, problem, attributeBudget);
+        MarkupProcessor<Tree> processor(tree, s, problem, copyBudget);
         if (!processor.Process(root, Compatibility()))
             return false;
     }
@@ -622,19 +623,19 @@ bool IsUnderstoodNamespace(const wxString& uri)
 }
 
 bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxString* problem, PrepareStats* stats,
-                     std::uint64_t attributeBudget)
+                     std::uint64_t copyBudget)
 {
-    return Prepare(WxTree(), document.GetRoot(), options, attributeBudget, problem, stats);
+    return Prepare(WxTree(), document.GetRoot(), options, copyBudget, problem, stats);
 }
 
 bool PrepareDocument(dom::Document& document, const ReadOptions& options, wxString* problem, PrepareStats* stats,
-                     std::uint64_t attributeBudget)
+                     std::uint64_t copyBudget)
 {
-    return Prepare(DomTree{document}, document.GetRoot(), options, attributeBudget, problem, stats);
+    return Prepare(DomTree{document}, document.GetRoot(), options, copyBudget, problem, stats);
 }
 
 bool PrepareElement(dom::Document& document, const std::vector<dom::Node*>& ancestors, dom::Node* element,
-                    const ReadOptions& options, wxString* problem, PrepareStats* stats, std::uint64_t attributeBudget,
+                    const ReadOptions& options, wxString* problem, PrepareStats* stats, std::uint64_t copyBudget,
                     std::vector<dom::Node*>* elements)
 {
     PrepareStats local;
@@ -655,7 +656,7 @@ bool PrepareElement(dom::Document& document, const std::vector<dom::Node*>& ance
     }
     dom::Node* holder = document.NewElement(document.Intern(wxS("holder")));
     document.AppendChild(holder, element);
-    MarkupProcessor<DomTree> processor(tree, s, problem, attributeBudget);
+    MarkupProcessor<DomTree> processor(tree, s, problem, copyBudget);
     if (!processor.ProcessDetached(ancestors, holder))
         return false;
     for (dom::Node* child = holder->GetChildren(); child; child = child->GetNext())

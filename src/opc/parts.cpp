@@ -216,7 +216,7 @@ bool ReadParsed(const Package& package, const wxString& partName, const RootClas
         *error = Error{package.GetPath(), partName, problem};
         return false;
     }
-    if (!PrepareDocument(document, package.GetOptions(), &problem, stats, package.GetLimits().maxAttributes))
+    if (!PrepareDocument(document, package.GetOptions(), &problem, stats, package.GetLimits().maxCopiedDeclarations))
     {
         *error = Error{package.GetPath(), partName, problem};
         return false;
@@ -300,7 +300,7 @@ bool StreamPartRoot(const Package& package, const wxString& name, const std::vec
     const wxString wanted = path.empty() ? wxString() : path.back();
     XmlStream stream{path, [&](const std::vector<dom::Node*>& ancestors, dom::Node* node) {
         if (!PrepareElement(document, ancestors, node, package.GetOptions(), &problem, &counted,
-                            package.GetLimits().maxAttributes, &elements))
+                            package.GetLimits().maxCopiedDeclarations, &elements))
             return false;
         // The context the element would have in a whole read: the ancestors'
         // scopes open, then its own.

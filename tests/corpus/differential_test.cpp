@@ -306,6 +306,7 @@ TEST(Differential, LimitsRefuseAlikeOnBothPaths)
     small.maxAttributes = 30;
     small.maxAttributesPerElement = 10;
     small.maxPackageElements = 35;
+    small.maxCopiedDeclarations = 30;
     struct Case { std::string xml; bool reads; };
     const std::vector<Case> cases = {
         {sheet + nested(8) + "</worksheet>", true},       // 8 deep with the root: at maxDepth
@@ -322,7 +323,7 @@ TEST(Differential, LimitsRefuseAlikeOnBothPaths)
         {sheet + "<sheetPr xmlns:a='u' xmlns:b='u' a:x='1' b:x='2'/></worksheet>", false}, // ... by two prefixes
         {"<?xml version='1.0' encoding='x-unknown'?>" + sheet + "</worksheet>", false}, // an unknown encoding
         {"", false},                                                                // empty
-        // Markup compatibility copies the wrapper's 9 declarations onto each of the 4 elements it keeps: over 30.
+        // Markup compatibility copies the wrapper's 9 declarations onto each of the 4 elements it keeps: 36, over 30.
         {"<worksheet xmlns='" + kSml + "' xmlns:mc='" + kMcUri + "' xmlns:z='urn:z'><mc:AlternateContent" + [] {
              std::string d;
              for (int i = 0; i < 9; ++i)

@@ -83,6 +83,7 @@ TEST(Hostile, BoundedWorkAndMemory)
     opc::Limits limits;
     limits.maxElements = 1000;
     limits.maxAttributes = 2000;
+    limits.maxCopiedDeclarations = 100000;
     std::string attributes;
     for (int i = 0; i < 5000; ++i)
         attributes += " a" + std::to_string(i) + "='1'";
@@ -99,8 +100,8 @@ TEST(Hostile, BoundedWorkAndMemory)
     ExpectBoth("<worksheet xmlns='" + kSml + "' xmlns:mc='" + kMcUri + "'><sheetData><mc:AlternateContent" +
                    declarations + "><mc:Fallback>" + Repeat("<row/>", 500) + "</mc:Fallback></mc:AlternateContent>" +
                    "</sheetData></worksheet>",
-               "test.docx: /s.xml: markup compatibility would copy more namespace declarations than the part may "
-               "have attributes (limit maxAttributes)",
+               "test.docx: /s.xml: markup compatibility would copy more than 100000 namespace declarations "
+               "(limit maxCopiedDeclarations)",
                limits);
 }
 

@@ -47,13 +47,13 @@ struct OOXML_API PrepareStats
 // first (so that markup compatibility sees transitional ones), then markup
 // compatibility.  False with `problem` if a must-understand namespace is not
 // understood.
-// Declarations copied onto the elements taken out of a wrapper count against
-// `attributeBudget` (the part's remaining attributes under Limits::maxAttributes).
+// At most `copyBudget` namespace declarations are copied onto the elements
+// taken out of wrappers (Limits::maxCopiedDeclarations).
 OOXML_API bool PrepareDocument(wxXmlDocument& document, const ReadOptions& options, wxString* problem,
-                               PrepareStats* stats = nullptr, std::uint64_t attributeBudget = Limits().maxAttributes);
+                               PrepareStats* stats = nullptr, std::uint64_t copyBudget = Limits().maxCopiedDeclarations);
 // The same on the compact tree of the fast path.
 OOXML_API bool PrepareDocument(dom::Document& document, const ReadOptions& options, wxString* problem,
-                               PrepareStats* stats = nullptr, std::uint64_t attributeBudget = Limits().maxAttributes);
+                               PrepareStats* stats = nullptr, std::uint64_t copyBudget = Limits().maxCopiedDeclarations);
 
 // For an element handed out by a streaming parse (ooxml/opc/xml.h) before the
 // part is complete: Strict and markup compatibility applied to it as the whole
@@ -62,7 +62,7 @@ OOXML_API bool PrepareDocument(dom::Document& document, const ReadOptions& optio
 // the element itself, the content markup compatibility keeps of it, or nothing.
 OOXML_API bool PrepareElement(dom::Document& document, const std::vector<dom::Node*>& ancestors, dom::Node* element,
                               const ReadOptions& options, wxString* problem, PrepareStats* stats,
-                              std::uint64_t attributeBudget, std::vector<dom::Node*>* elements);
+                              std::uint64_t copyBudget, std::vector<dom::Node*>* elements);
 
 // The transitional URI of a Strict namespace or relationship type
 // ("http://purl.oclc.org/ooxml/..."), or the URI itself if it is not one.

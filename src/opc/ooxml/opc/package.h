@@ -53,6 +53,10 @@ struct Limits
     std::uint64_t maxAttributes = 16u << 20;      // attributes of one part (streamed ones excepted)
     std::uint64_t maxPackageElements = 32u << 20; // elements of all parts read, together
     std::size_t maxAttributesPerElement = 4096;   // wxWidgets appends attributes in quadratic time
+    // Namespace declarations that markup compatibility copies onto the elements
+    // it takes out of a wrapper: nested wrappers with many declarations would
+    // otherwise multiply them (real documents copy a few hundred).
+    std::uint64_t maxCopiedDeclarations = 1u << 20;
     // wxWidgets builds a text node by copying it again for every piece the
     // parser hands over (each line, each entity): the bytes that would copy,
     // summed over a part, are bounded on that path (the fast path is linear).
