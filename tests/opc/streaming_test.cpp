@@ -4,6 +4,7 @@
 
 #include "ooxml/aliases.h"
 #include "ooxml/spreadsheetml/sml.h"
+#include "ooxml/wordprocessingml/wml.h"
 #include "package_support.h"
 
 using namespace package_test;
@@ -100,4 +101,30 @@ TEST(Streaming, RowsAsTheWholeReadGivesThemWithTheRestOfTheSheetAround)
     EXPECT_EQ(Streamed(broken), "test.docx: /s.xml: mc:MustUnderstand names a namespace the library does not understand: "
                                 "urn:example:future");
     EXPECT_EQ(Streamed(broken), Whole(broken));
+}
+
+TEST(Streaming, AnyPathOfElementNames)
+{
+    // The paragraphs of a document body, each a typed CT_P; a table between them stays with the rest.
+    const std::string w = "http://schemas.openxmlformats.org/wordprocessingml/2006/main";
+    const std::string body = "<w:document xmlns:w='" + w + "'><w:body><w:p w:rsidR='00A1'/><w:tbl/>"
+                             "<w:p w:rsidR='00B2'><w:r><w:t>x</w:t></w:r></w:p><w:sectPr/></w:body></w:document>";
+    opc::Package package;
+    opc::Error error;
+    ASSERT_TRUE(Open(package, {{"[Content_Types].xml", Types({{"/d.xml", "application/vnd.openxmlformats-officedocument."
+                                                                          "wordprocessingml.document.main+xml"}})},
+                               {"d.xml", body}},
+                     &error));
+    std::string rsids;
+    opc::PartRoot rest;
+    ASSERT_TRUE(opc::StreamPart<ooxml::wml::CT_P>(
+        package, "d.xml", {"document", "body", "p"},
+        [&](ooxml::wml::CT_P& p, bool ok) {
+            rsids += Utf8(p.GetRsidR()) + (ok && p.GetEG_PContent().size() == (rsids.empty() ? 0u : 1u) ? " " : "? ");
+            return true;
+        },
+        &rest, &error))
+        << Utf8(error.ToString());
+    EXPECT_EQ(rsids, "00A1 00B2 ");
+    EXPECT_TRUE(rest.ReadOk() && rest.Get<ooxml::wml::CT_Document>() && rest.Get<ooxml::wml::CT_Document>()->GetBody());
 }
