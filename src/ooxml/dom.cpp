@@ -55,12 +55,6 @@ wxString Node::GetAttribute(const wxString& name) const
     return a ? a->GetValue() : wxString();
 }
 
-Node* Node::GetPrevious() const
-{
-    // The first child's m_previous is the last child, whose m_next is null.
-    return m_previous && m_previous->m_next == this ? m_previous : nullptr;
-}
-
 // -- Document -----------------------------------------------------------------------
 
 Document::Document() : m_current(0), m_used(0), m_arenaBytes(0), m_root(nullptr), m_prolog(nullptr) {}
@@ -237,26 +231,6 @@ void Document::RemoveChild(Node* parent, Node* child)
     }
     child->m_next = nullptr;
     child->m_previous = nullptr;
-}
-
-void Document::AddAttribute(Node* element, const wxString& name, const wxString& value)
-{
-    Attribute* last = element->m_attributes;
-    while (last && last->m_next)
-        last = last->m_next;
-    const wxScopedCharBuffer utf8 = value.utf8_str();
-    AppendAttribute(element, last, Intern(name), NewText(std::string_view(utf8.data(), utf8.length())));
-}
-
-void Document::DeleteAttribute(Node* element, const wxString& name)
-{
-    Attribute* previous = nullptr;
-    for (Attribute* a = element->m_attributes; a; previous = a, a = a->m_next)
-        if (a->GetName() == name)
-        {
-            UnlinkAttribute(element, previous, a);
-            return;
-        }
 }
 
 void Document::UnlinkAttribute(Node* element, Attribute* previous, Attribute* attribute)

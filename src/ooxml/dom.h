@@ -92,9 +92,6 @@ public:
     wxString GetAttribute(const wxString& name) const;
     const Attribute* FindAttribute(const wxString& name) const;
 
-    // The previous sibling (null for the first child).
-    Node* GetPrevious() const;
-
 private:
     friend class Document;
     Node(wxXmlNodeType type, const wxString* name)
@@ -153,8 +150,6 @@ public:
     void AppendToProlog(Node* node);
 
     // -- editing (markup compatibility) --------------------------------------------
-    void AddAttribute(Node* element, const wxString& name, const wxString& value);
-    void DeleteAttribute(Node* element, const wxString& name);
     // Unlinks `attribute`, which follows `previous` (null for the first one).
     void UnlinkAttribute(Node* element, Attribute* previous, Attribute* attribute);
     void SetAttributeValue(Attribute* attribute, const wxString& value);

@@ -1,4 +1,5 @@
 // Markup compatibility and Strict namespaces, rule by rule, on hand-written parts.
+#include "ooxml/opc/xml.h"
 #include "package_support.h" // with ooxml/opc/markup.h
 
 using namespace package_test;
@@ -22,18 +23,43 @@ std::string AC(Text branches) { return "<mc:AlternateContent>" + branches + "</m
 std::string Choice(Text needs, Text in) { return "<mc:Choice Requires=\"" + needs + "\">" + in + "</mc:Choice>"; }
 std::string Fallback(Text content) { return "<mc:Fallback>" + content + "</mc:Fallback>"; }
 
+// A wxWidgets copy of a compact tree, to print it as wxWidgets prints its own.
+wxXmlNode* Copy(const ooxml::dom::Node* from)
+{
+    wxXmlNode* to = new wxXmlNode(from->GetType(), from->GetName(), from->GetContent());
+    for (const ooxml::dom::Attribute* a = from->GetAttributes(); a; a = a->GetNext())
+        to->AddAttribute(a->GetName(), a->GetValue());
+    for (const ooxml::dom::Node* child = from->GetChildren(); child; child = child->GetNext())
+        to->AddChild(Copy(child));
+    return to;
+}
+
 // The document after PrepareDocument, then its statistics: AlternateContent, by Choice, by Fallback, recovered,
-// ignored elements, ignored attributes, unwrapped [, "strict"]; or the problem.
+// ignored elements, ignored attributes, unwrapped [, "strict"]; or the problem.  On the wxWidgets tree and on the
+// fast path's, which must agree.
 std::string Prepare(Text xml)
 {
-    wxXmlDocument document;
-    opc::PrepareStats s;
-    wxString problem = "does not parse";
-    if (!Parse(xml, &document) || !opc::PrepareDocument(document, opc::ReadOptions(), &problem, &s))
-        return Utf8(problem);
-    return Serialise(document) + Utf8(wxString::Format("  %zu %zu %zu %zu %zu %zu %zu%s", s.alternateContent, s.choices,
-                                                       s.fallbacks, s.recovered, s.ignoredElements, s.ignoredAttributes,
-                                                       s.unwrapped, s.strict ? " strict" : ""));
+    auto describe = [](const opc::PrepareStats& s) {
+        return Utf8(wxString::Format("  %zu %zu %zu %zu %zu %zu %zu%s", s.alternateContent, s.choices, s.fallbacks,
+                                     s.recovered, s.ignoredElements, s.ignoredAttributes, s.unwrapped,
+                                     s.strict ? " strict" : ""));
+    };
+    std::string results[2];
+    for (const bool fast : {false, true})
+    {
+        wxXmlDocument document;
+        ooxml::dom::Document compact;
+        opc::PrepareStats s;
+        wxString problem = "does not parse";
+        const bool prepared = fast ? opc::ParseXmlFast(xml.data(), xml.size(), opc::Limits(), &compact, &problem) &&
+                                         opc::PrepareDocument(compact, opc::ReadOptions(), &problem, &s)
+                                   : Parse(xml, &document) && opc::PrepareDocument(document, opc::ReadOptions(), &problem, &s);
+        if (prepared && fast)
+            document.SetRoot(Copy(compact.GetRoot()));
+        results[fast] = prepared ? Serialise(document) + describe(s) : Utf8(problem);
+    }
+    EXPECT_EQ(results[1], results[0]) << "the fast path's tree differs";
+    return results[0];
 }
 } // namespace
 
