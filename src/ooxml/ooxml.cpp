@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cwctype>
 #include <limits>
+#include <type_traits>
 #include <unordered_map>
 
 #include <locale.h>
@@ -274,13 +275,21 @@ bool ooxml_detail::NameMatcher::Is(const wxString& mappedName)
 }
 
 // -- Value converters ------------------------------------------------------------------
+// Each conversion is written once over the text it reads (Convert* below): a
+// wxString of the wxWidgets tree or the UTF-8 text of the compact tree.  The
+// primitive reads exist for both; on UTF-8 text the C library's narrow
+// functions read ASCII in place, as wxString's wide ones read the same
+// characters, and other text goes through its wxString, so the two reading
+// paths give the same values by construction.
 
 namespace
 {
 
+// -- primitive reads of wxString ----
+
 // wxString::ToLong/ToULong accept the range of the native long, which is 64
 // bits here: the 32-bit limits of the schema types are applied explicitly.
-bool ParseLong32(const wxString& text, long* value)
+bool ReadLong32(const wxString& text, long* value)
 {
     long parsed;
     if (!text.ToLong(&parsed, 10) || parsed < std::numeric_limits<std::int32_t>::min() ||
@@ -307,7 +316,7 @@ bool NegativeUnsigned(const wxString& text, unsigned long long parsed)
     return parsed != 0 && !rest.empty() && rest.front() == L'-';
 }
 
-bool ParseULong32(const wxString& text, unsigned long* value)
+bool ReadULong32(const wxString& text, unsigned long* value)
 {
     unsigned long parsed;
     if (!text.ToULong(&parsed, 10) || NegativeUnsigned(text, parsed) || parsed > std::numeric_limits<std::uint32_t>::max())
@@ -316,8 +325,26 @@ bool ParseULong32(const wxString& text, unsigned long* value)
     return true;
 }
 
+bool ReadInt64(const wxString& text, long long* value)
+{
+    wxLongLong_t parsed;
+    if (!text.ToLongLong(&parsed, 10))
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool ReadUInt64(const wxString& text, unsigned long long* value)
+{
+    wxULongLong_t parsed;
+    if (!text.ToULongLong(&parsed, 10) || NegativeUnsigned(text, parsed))
+        return false;
+    *value = parsed;
+    return true;
+}
+
 // ToCDouble also reads C99 hexadecimal floats; XML Schema numbers are base 10 only.
-bool ParseCDouble(const wxString& text, double* value)
+bool ReadDouble(const wxString& text, double* value)
 {
     std::wstring_view rest = AfterSpaces(text);
     if (!rest.empty() && (rest.front() == L'+' || rest.front() == L'-'))
@@ -331,132 +358,17 @@ bool ParseCDouble(const wxString& text, double* value)
     return true;
 }
 
-} // namespace
-
-bool ParseInt8(char* dest, const wxString& text)
+bool Equals(const wxString& text, std::wstring_view value)
 {
-    long value;
-    if (!ParseLong32(text, &value))
-        return false;
-    *dest = static_cast<char>(static_cast<unsigned char>(value & 0xFF));
-    return true;
+    return View(text) == value;
 }
 
-bool ParseUInt8(unsigned char* dest, const wxString& text)
+const wxString& Decoded(const wxString& text)
 {
-    unsigned long value;
-    if (!ParseULong32(text, &value))
-        return false;
-    *dest = static_cast<unsigned char>(value & 0xFF);
-    return true;
+    return text;
 }
 
-bool ParseInt16(short* dest, const wxString& text)
-{
-    long value;
-    if (!ParseLong32(text, &value))
-        return false;
-    *dest = static_cast<short>(static_cast<unsigned short>(value & 0xFFFF));
-    return true;
-}
-
-bool ParseUInt16(unsigned short* dest, const wxString& text)
-{
-    unsigned long value;
-    if (!ParseULong32(text, &value))
-        return false;
-    *dest = static_cast<unsigned short>(value & 0xFFFF);
-    return true;
-}
-
-bool ParseInt32(int* dest, const wxString& text)
-{
-    long value;
-    if (!ParseLong32(text, &value))
-        return false;
-    *dest = static_cast<int>(value);
-    return true;
-}
-
-bool ParseUInt32(unsigned int* dest, const wxString& text)
-{
-    unsigned long value;
-    if (!ParseULong32(text, &value))
-        return false;
-    *dest = static_cast<unsigned int>(value);
-    return true;
-}
-
-bool ParseInt64(long long* dest, const wxString& text)
-{
-    wxLongLong_t value;
-    if (!text.ToLongLong(&value, 10))
-        return false;
-    *dest = value;
-    return true;
-}
-
-bool ParseUInt64(unsigned long long* dest, const wxString& text)
-{
-    wxULongLong_t value;
-    if (!text.ToULongLong(&value, 10) || NegativeUnsigned(text, value))
-        return false;
-    *dest = value;
-    return true;
-}
-
-bool ParseFloat(float* dest, const wxString& text)
-{
-    double value;
-    if (!ParseCDouble(text, &value))
-        return false;
-    *dest = static_cast<float>(value);
-    return true;
-}
-
-bool ParseDouble(double* dest, const wxString& text)
-{
-    return ParseCDouble(text, dest);
-}
-
-bool ParseBool(bool* dest, const wxString& text)
-{
-    const std::wstring_view value = View(text);
-    if (value == L"true" || value == L"1")
-        *dest = true;
-    else if (value == L"false" || value == L"0")
-        *dest = false;
-    else
-        return false;
-    return true;
-}
-
-bool ParseString(wxString* dest, const wxString& text)
-{
-    *dest = text;
-    return true;
-}
-
-bool ParseVariant(wxAny* dest, const wxString& text)
-{
-    wxLongLong_t integer;
-    double number;
-    if (text.ToLongLong(&integer, 10))
-        *dest = integer;
-    else if (ParseCDouble(text, &number))
-        *dest = number;
-    else
-        *dest = text;
-    return true;
-}
-
-// -- Converters of UTF-8 text (the compact tree) ---------------------------------------
-// The C library's narrow functions on ASCII text give what wxString's wide ones
-// give on the same text; other text goes through wxString, so the results of
-// the two reading paths are the same by construction.
-
-namespace
-{
+// -- the same of UTF-8 text ----
 
 bool IsAscii(const ooxml::dom::Text& text)
 {
@@ -469,7 +381,7 @@ bool IsAscii(const ooxml::dom::Text& text)
 // As wxString's ToLong and friends: something must be read, in range, and
 // nothing may follow.  The text ends with a NUL (dom::Text guarantees it).
 template <class T, class Parse>
-bool ParseWhole(const ooxml::dom::Text& text, T* value, Parse parse)
+bool ReadWhole(const ooxml::dom::Text& text, T* value, Parse parse)
 {
     const char* start = text.data();
     char* end = nullptr;
@@ -489,28 +401,53 @@ bool NegativeUnsigned(const ooxml::dom::Text& text, unsigned long long parsed)
     return parsed != 0 && *p == '-';
 }
 
-bool ParseLong32(const ooxml::dom::Text& text, long* value)
+bool ReadLong32(const ooxml::dom::Text& text, long* value)
 {
+    if (!IsAscii(text))
+        return ReadLong32(text.ToString(), value);
     long parsed;
-    if (!ParseWhole(text, &parsed, [](const char* s, char** end) { return std::strtol(s, end, 10); }) ||
+    if (!ReadWhole(text, &parsed, [](const char* s, char** end) { return std::strtol(s, end, 10); }) ||
         parsed < std::numeric_limits<std::int32_t>::min() || parsed > std::numeric_limits<std::int32_t>::max())
         return false;
     *value = parsed;
     return true;
 }
 
-bool ParseULong32(const ooxml::dom::Text& text, unsigned long* value)
+bool ReadULong32(const ooxml::dom::Text& text, unsigned long* value)
 {
+    if (!IsAscii(text))
+        return ReadULong32(text.ToString(), value);
     unsigned long parsed;
-    if (!ParseWhole(text, &parsed, [](const char* s, char** end) { return std::strtoul(s, end, 10); }) ||
+    if (!ReadWhole(text, &parsed, [](const char* s, char** end) { return std::strtoul(s, end, 10); }) ||
         NegativeUnsigned(text, parsed) || parsed > std::numeric_limits<std::uint32_t>::max())
         return false;
     *value = parsed;
     return true;
 }
 
-bool ParseCDouble(const ooxml::dom::Text& text, double* value)
+bool ReadInt64(const ooxml::dom::Text& text, long long* value)
 {
+    if (!IsAscii(text))
+        return ReadInt64(text.ToString(), value);
+    return ReadWhole(text, value, [](const char* s, char** end) { return std::strtoll(s, end, 10); });
+}
+
+bool ReadUInt64(const ooxml::dom::Text& text, unsigned long long* value)
+{
+    if (!IsAscii(text))
+        return ReadUInt64(text.ToString(), value);
+    unsigned long long parsed;
+    if (!ReadWhole(text, &parsed, [](const char* s, char** end) { return std::strtoull(s, end, 10); }) ||
+        NegativeUnsigned(text, parsed))
+        return false;
+    *value = parsed;
+    return true;
+}
+
+bool ReadDouble(const ooxml::dom::Text& text, double* value)
+{
+    if (!IsAscii(text))
+        return ReadDouble(text.ToString(), value);
     static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
     const char* p = text.data();
     while (std::isspace(static_cast<unsigned char>(*p)))
@@ -519,149 +456,115 @@ bool ParseCDouble(const ooxml::dom::Text& text, double* value)
         ++p;
     if (p[0] == '0' && (p[1] == 'x' || p[1] == 'X'))
         return false;
-    return ParseWhole(text, value, [](const char* s, char** end) { return strtod_l(s, end, c); });
+    return ReadWhole(text, value, [](const char* s, char** end) { return strtod_l(s, end, c); });
 }
 
-// Converts `text` with the narrow parser if it is ASCII, else as wxString.
-template <class T, class Narrow, class Wide>
-bool Convert(T* dest, const ooxml::dom::Text& text, Narrow narrow, Wide wide)
+// UTF-8 never equals an ASCII value unless it is that ASCII text.
+bool Equals(const ooxml::dom::Text& text, std::wstring_view value)
 {
-    return IsAscii(text) ? narrow(dest, text) : wide(dest, text.ToString());
-}
-
-} // namespace
-
-bool ParseInt8(char* dest, const ooxml::dom::Text& text)
-{
-    return Convert(dest, text, [](char* d, const ooxml::dom::Text& t) {
-        long value;
-        if (!ParseLong32(t, &value))
+    if (text.size() != value.size())
+        return false;
+    for (std::size_t i = 0; i < value.size(); ++i)
+        if (static_cast<unsigned char>(text.data()[i]) != value[i])
             return false;
-        *d = static_cast<char>(static_cast<unsigned char>(value & 0xFF));
-        return true;
-    }, [](char* d, const wxString& t) { return ParseInt8(d, t); });
+    return true;
 }
 
-bool ParseUInt8(unsigned char* dest, const ooxml::dom::Text& text)
+wxString Decoded(const ooxml::dom::Text& text)
 {
-    return Convert(dest, text, [](unsigned char* d, const ooxml::dom::Text& t) {
-        unsigned long value;
-        if (!ParseULong32(t, &value))
-            return false;
-        *d = static_cast<unsigned char>(value & 0xFF);
-        return true;
-    }, [](unsigned char* d, const wxString& t) { return ParseUInt8(d, t); });
+    return text.ToString();
 }
 
-bool ParseInt16(short* dest, const ooxml::dom::Text& text)
+// -- the conversions, once for both ----
+
+// A 32-bit integer kept in T: the 8- and 16-bit types keep its low bits
+// without a range check.
+template <class T, class R, class Text>
+bool ConvertInteger(T* dest, const Text& text, bool (*read)(const Text&, R*))
 {
-    return Convert(dest, text, [](short* d, const ooxml::dom::Text& t) {
-        long value;
-        if (!ParseLong32(t, &value))
-            return false;
-        *d = static_cast<short>(static_cast<unsigned short>(value & 0xFFFF));
-        return true;
-    }, [](short* d, const wxString& t) { return ParseInt16(d, t); });
+    R value;
+    if (!read(text, &value))
+        return false;
+    *dest = static_cast<T>(static_cast<std::make_unsigned_t<T>>(value));
+    return true;
 }
 
-bool ParseUInt16(unsigned short* dest, const ooxml::dom::Text& text)
+template <class T, class Text>
+bool ConvertSigned(T* dest, const Text& text)
 {
-    return Convert(dest, text, [](unsigned short* d, const ooxml::dom::Text& t) {
-        unsigned long value;
-        if (!ParseULong32(t, &value))
-            return false;
-        *d = static_cast<unsigned short>(value & 0xFFFF);
-        return true;
-    }, [](unsigned short* d, const wxString& t) { return ParseUInt16(d, t); });
+    return ConvertInteger<T, long>(dest, text, ReadLong32);
 }
 
-bool ParseInt32(int* dest, const ooxml::dom::Text& text)
+template <class T, class Text>
+bool ConvertUnsigned(T* dest, const Text& text)
 {
-    return Convert(dest, text, [](int* d, const ooxml::dom::Text& t) {
-        long value;
-        if (!ParseLong32(t, &value))
-            return false;
-        *d = static_cast<int>(value);
-        return true;
-    }, [](int* d, const wxString& t) { return ParseInt32(d, t); });
+    return ConvertInteger<T, unsigned long>(dest, text, ReadULong32);
 }
 
-bool ParseUInt32(unsigned int* dest, const ooxml::dom::Text& text)
+template <class Text>
+bool ConvertFloat(float* dest, const Text& text)
 {
-    return Convert(dest, text, [](unsigned int* d, const ooxml::dom::Text& t) {
-        unsigned long value;
-        if (!ParseULong32(t, &value))
-            return false;
-        *d = static_cast<unsigned int>(value);
-        return true;
-    }, [](unsigned int* d, const wxString& t) { return ParseUInt32(d, t); });
+    double value;
+    if (!ReadDouble(text, &value))
+        return false;
+    *dest = static_cast<float>(value);
+    return true;
 }
 
-bool ParseInt64(long long* dest, const ooxml::dom::Text& text)
+template <class Text>
+bool ConvertBool(bool* dest, const Text& text)
 {
-    return Convert(dest, text, [](long long* d, const ooxml::dom::Text& t) {
-        return ParseWhole(t, d, [](const char* s, char** end) { return std::strtoll(s, end, 10); });
-    }, [](long long* d, const wxString& t) { return ParseInt64(d, t); });
-}
-
-bool ParseUInt64(unsigned long long* dest, const ooxml::dom::Text& text)
-{
-    return Convert(dest, text, [](unsigned long long* d, const ooxml::dom::Text& t) {
-        unsigned long long value;
-        if (!ParseWhole(t, &value, [](const char* s, char** end) { return std::strtoull(s, end, 10); }) ||
-            NegativeUnsigned(t, value))
-            return false;
-        *d = value;
-        return true;
-    }, [](unsigned long long* d, const wxString& t) { return ParseUInt64(d, t); });
-}
-
-bool ParseFloat(float* dest, const ooxml::dom::Text& text)
-{
-    return Convert(dest, text, [](float* d, const ooxml::dom::Text& t) {
-        double value;
-        if (!ParseCDouble(t, &value))
-            return false;
-        *d = static_cast<float>(value);
-        return true;
-    }, [](float* d, const wxString& t) { return ParseFloat(d, t); });
-}
-
-bool ParseDouble(double* dest, const ooxml::dom::Text& text)
-{
-    return Convert(dest, text, [](double* d, const ooxml::dom::Text& t) { return ParseCDouble(t, d); },
-                   [](double* d, const wxString& t) { return ParseDouble(d, t); });
-}
-
-bool ParseBool(bool* dest, const ooxml::dom::Text& text)
-{
-    const std::string_view value = text.view();
-    if (value == "true" || value == "1")
+    if (Equals(text, L"true") || Equals(text, L"1"))
         *dest = true;
-    else if (value == "false" || value == "0")
+    else if (Equals(text, L"false") || Equals(text, L"0"))
         *dest = false;
     else
         return false;
     return true;
 }
 
-bool ParseString(wxString* dest, const ooxml::dom::Text& text)
+// A 64-bit integer if the whole text is one, else a double, else the text.
+template <class Text>
+bool ConvertVariant(wxAny* dest, const Text& text)
 {
-    *dest = text.ToString();
+    long long integer;
+    double number;
+    if (ReadInt64(text, &integer))
+        *dest = static_cast<wxLongLong_t>(integer);
+    else if (ReadDouble(text, &number))
+        *dest = number;
+    else
+        *dest = wxString(Decoded(text));
     return true;
 }
 
-bool ParseVariant(wxAny* dest, const ooxml::dom::Text& text)
-{
-    if (!IsAscii(text))
-        return ParseVariant(dest, text.ToString());
-    long long integer;
-    double number;
-    if (ParseWhole(text, &integer, [](const char* s, char** end) { return std::strtoll(s, end, 10); }))
-        *dest = static_cast<wxLongLong_t>(integer);
-    else if (ParseCDouble(text, &number))
-        *dest = number;
-    else
-        *dest = text.ToString();
-    return true;
-}
+} // namespace
+
+bool ParseInt8(char* dest, const wxString& text) { return ConvertSigned(dest, text); }
+bool ParseUInt8(unsigned char* dest, const wxString& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt16(short* dest, const wxString& text) { return ConvertSigned(dest, text); }
+bool ParseUInt16(unsigned short* dest, const wxString& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt32(int* dest, const wxString& text) { return ConvertSigned(dest, text); }
+bool ParseUInt32(unsigned int* dest, const wxString& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt64(long long* dest, const wxString& text) { return ReadInt64(text, dest); }
+bool ParseUInt64(unsigned long long* dest, const wxString& text) { return ReadUInt64(text, dest); }
+bool ParseFloat(float* dest, const wxString& text) { return ConvertFloat(dest, text); }
+bool ParseDouble(double* dest, const wxString& text) { return ReadDouble(text, dest); }
+bool ParseBool(bool* dest, const wxString& text) { return ConvertBool(dest, text); }
+bool ParseString(wxString* dest, const wxString& text) { *dest = text; return true; }
+bool ParseVariant(wxAny* dest, const wxString& text) { return ConvertVariant(dest, text); }
+
+using ooxml::dom::Text;
+bool ParseInt8(char* dest, const Text& text) { return ConvertSigned(dest, text); }
+bool ParseUInt8(unsigned char* dest, const Text& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt16(short* dest, const Text& text) { return ConvertSigned(dest, text); }
+bool ParseUInt16(unsigned short* dest, const Text& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt32(int* dest, const Text& text) { return ConvertSigned(dest, text); }
+bool ParseUInt32(unsigned int* dest, const Text& text) { return ConvertUnsigned(dest, text); }
+bool ParseInt64(long long* dest, const Text& text) { return ReadInt64(text, dest); }
+bool ParseUInt64(unsigned long long* dest, const Text& text) { return ReadUInt64(text, dest); }
+bool ParseFloat(float* dest, const Text& text) { return ConvertFloat(dest, text); }
+bool ParseDouble(double* dest, const Text& text) { return ReadDouble(text, dest); }
+bool ParseBool(bool* dest, const Text& text) { return ConvertBool(dest, text); }
+bool ParseString(wxString* dest, const Text& text) { *dest = text.ToString(); return true; }
+bool ParseVariant(wxAny* dest, const Text& text) { return ConvertVariant(dest, text); }
