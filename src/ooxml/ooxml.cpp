@@ -195,11 +195,21 @@ void XMLNSContext::CheckName(const wxString& name, const XMLNSMap& map) const
 
 wxString XMLNSContext::MapNameSpace(const wxString& name, const XMLNSMap& map) const
 {
+    bool invalid;
+    const wxString mapped = MapName(name, map, &invalid);
+    if (invalid)
+        LogInvalidName(name);
+    return mapped;
+}
+
+wxString XMLNSContext::MapName(const wxString& name, const XMLNSMap& map, bool* invalid) const
+{
     const std::wstring_view whole = View(name);
     const std::size_t colon = whole.find(L':');
     const std::wstring_view local = colon == std::wstring_view::npos ? whole : whole.substr(colon + 1);
 
     // Resolve the prefix to a namespace URI; an unbound prefix stands for itself.
+    *invalid = false;
     wxString unbound;
     const wxString* uri = Resolve(whole, &unbound);
     if (!uri)
@@ -212,7 +222,7 @@ wxString XMLNSContext::MapNameSpace(const wxString& name, const XMLNSMap& map) c
         if (known != map.end())
             resolved = &known->second;
         else
-            LogInvalidName(name);
+            *invalid = true;
     }
 
     if (resolved->empty())
@@ -235,13 +245,9 @@ const wxString& XMLNSContext::MapNameForReader(const wxString& name, const XMLNS
     NameCache::Entry& entry = m_names->entries[NameCache::Key{&name, &map}];
     if (entry.generation != m_generation || entry.name != name)
     {
-        wxString unbound;
-        const wxString* uri = Resolve(View(name), &unbound);
-        entry.invalid = uri && !uri->empty() && map.find(*uri) == map.end();
-        entry.mapped = MapNameSpace(name, map);   // logs once here when invalid
+        entry.mapped = MapName(name, map, &entry.invalid);
         entry.name = name;
         entry.generation = m_generation;
-        return entry.mapped;
     }
     if (entry.invalid)
         LogInvalidName(name);

@@ -164,6 +164,9 @@ private:
     template <class Node>
     void Push(Node* node);
 
+    // MapNameSpace without the log: `invalid` tells whether it would log.
+    wxString MapName(const wxString& name, const XMLNSMap& map, bool* invalid) const;
+
     // The URI that `name`'s prefix is bound to (an unbound prefix stands for
     // itself, in `unbound`), or null for a namespace declaration.
     const wxString* Resolve(std::wstring_view name, wxString* unbound) const;
