@@ -21,6 +21,11 @@ constexpr std::size_t kLargestBlock = 8 << 20;
 
 } // namespace
 
+bool IsNamespaceDeclaration(const wxString& name)
+{
+    return name.StartsWith(wxS("xmlns")) && (name.length() == 5 || name[5] == ':');
+}
+
 // -- Text ---------------------------------------------------------------------------
 
 wxString Text::ToString() const
@@ -136,6 +141,12 @@ Text Document::NewText(std::string_view utf8)
     return Text(copy, utf8.size());
 }
 
+Text Document::Encode(const wxString& text)
+{
+    const wxScopedCharBuffer utf8 = text.utf8_str();
+    return NewText(std::string_view(utf8.data(), utf8.length()));
+}
+
 Node* Document::NewElement(const wxString* name)
 {
     return new (Allocate(sizeof(Node), alignof(Node))) Node(wxXML_ELEMENT_NODE, name);
@@ -157,8 +168,7 @@ Attribute* Document::AppendAttribute(Node* element, Attribute* last, const wxStr
         last->m_next = attribute;
     else
         element->m_attributes = attribute;
-    const wxString& n = *name;
-    if (!element->m_declaresNamespaces && n.StartsWith(wxS("xmlns")) && (n.length() == 5 || n[5] == ':'))
+    if (!element->m_declaresNamespaces && IsNamespaceDeclaration(*name))
     {
         element->m_declaresNamespaces = true;
         m_declaring.push_back(element);
@@ -243,8 +253,7 @@ void Document::UnlinkAttribute(Node* element, Attribute* previous, Attribute* at
 
 void Document::SetAttributeValue(Attribute* attribute, const wxString& value)
 {
-    const wxScopedCharBuffer utf8 = value.utf8_str();
-    attribute->m_value = NewText(std::string_view(utf8.data(), utf8.length()));
+    attribute->m_value = Encode(value);
 }
 
 } // namespace dom

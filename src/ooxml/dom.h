@@ -116,6 +116,9 @@ private:
     bool m_declaresNamespaces;
 };
 
+// Whether an attribute name is a namespace declaration ("xmlns", "xmlns:p").
+OOXML_API bool IsNamespaceDeclaration(const wxString& name);
+
 // The tree of one part: owns every node, attribute, text and name in it.
 // Movable, not copyable.  Not thread-safe.
 class OOXML_API Document
@@ -143,6 +146,8 @@ public:
     Node* NewTextNode(wxXmlNodeType type, const wxString* name, std::string_view utf8Content);
     // Copies the text into the arena.
     Text NewText(std::string_view utf8);
+    // The text as UTF-8 in the arena.
+    Text Encode(const wxString& text);
     // Appends an attribute after `last` (or as the first one when `last` is
     // null); returns it.  Does not check for duplicates.
     Attribute* AppendAttribute(Node* element, Attribute* last, const wxString* name, Text value);

@@ -48,12 +48,6 @@ const std::pair<const char*, const char*> kIrregular[] = {
      "http://schemas.openxmlformats.org/package/2006/relationships/metadata/thumbnail"},
 };
 
-bool IsNamespaceDeclaration(const wxString& name)
-{
-    const std::wstring_view view = View(name);
-    return view.substr(0, kXmlns.size()) == kXmlns && (view.size() == kXmlns.size() || view[kXmlns.size()] == L':');
-}
-
 // The two trees the processing edits: wxWidgets' and the compact one of the
 // fast path.  Both are edited in constant time per change (attributes are
 // appended after a known last one and unlinked after a known previous one).
@@ -100,9 +94,7 @@ struct DomTree
     void SetValue(Attribute* attribute, const wxString& value) { document.SetAttributeValue(attribute, value); }
     Attribute* Append(Node* element, Attribute* last, const wxString& name, const wxString& value)
     {
-        const wxScopedCharBuffer utf8 = value.utf8_str();
-        return document.AppendAttribute(element, last, document.Intern(name),
-                                        document.NewText(std::string_view(utf8.data(), utf8.length())));
+        return document.AppendAttribute(element, last, document.Intern(name), document.Encode(value));
     }
     void AppendFirst(Node* element, const wxString& name, const wxString& value) { Append(element, nullptr, name, value); }
     void Unlink(Node* element, Attribute* previous, Attribute* attribute)
@@ -128,7 +120,7 @@ public:
         for (const auto* a = element->GetAttributes(); a; a = a->GetNext())
         {
             const wxString& name = a->GetName();
-            if (IsNamespaceDeclaration(name))
+            if (dom::IsNamespaceDeclaration(name))
             {
                 const wxString prefix = name.length() > kXmlns.size() ? name.Mid(kXmlns.size() + 1) : wxString();
                 m_bindings[prefix].push_back(a->GetValue());
@@ -262,7 +254,7 @@ private:
 
     // Whether an attribute is a candidate for the mc and ignorable checks: a
     // prefixed name that is not a namespace declaration.
-    static bool Prefixed(const wxString& name) { return name.Find(':') != wxNOT_FOUND && !IsNamespaceDeclaration(name); }
+    static bool Prefixed(const wxString& name) { return name.Find(':') != wxNOT_FOUND && !dom::IsNamespaceDeclaration(name); }
 
     // Reads mc:Ignorable, mc:ProcessContent and mc:MustUnderstand of the
     // element, drops every mc attribute and the attributes of ignored namespaces.
@@ -399,7 +391,7 @@ private:
         for (const Node* holder : {outer, static_cast<const Node*>(from)})
             if (holder)
                 for (const Attribute* a = holder->GetAttributes(); a; a = a->GetNext())
-                    if (IsNamespaceDeclaration(a->GetName()))
+                    if (dom::IsNamespaceDeclaration(a->GetName()))
                         declarations.emplace_back(a->GetName(), a->GetValue());
         Node* first = nullptr;
         while (Node* child = from->GetChildren())
@@ -536,7 +528,7 @@ bool ScanDeclarations(Tree& tree, typename Tree::Node* root, bool rewriteStrict,
         pending.pop_back();
         for (auto* a = Tree::MayDeclare(element) ? element->GetAttributes() : nullptr; a; a = a->GetNext())
         {
-            if (!IsNamespaceDeclaration(a->GetName()))
+            if (!dom::IsNamespaceDeclaration(a->GetName()))
                 continue;
             wxString value = a->GetValue();
             if (rewriteStrict)
