@@ -8,46 +8,11 @@
 #include <string>
 
 #include "fuzz_part.h"
+#include "tree_text.h"
 #include "ooxml/opc/parts.h"
 
 namespace
 {
-// The tree as text: one line per member, values with their type (doubles exactly).
-struct Flatten : ooxml::traversal::Visitor
-{
-    std::string text;
-    void Line(const ooxml::traversal::Member& m, const std::string& what)
-    {
-        text += std::string(m.name) + "[" + std::to_string(m.index) + "]" + (m.present ? "+" : "-") + what + "\n";
-    }
-    void OnValue(const ooxml::traversal::Member& m, const wxAny& value) override
-    {
-        char buffer[40] = "?";
-        std::string what;
-        if (value.CheckType<bool>())
-            what = value.As<bool>() ? "b1" : "b0";
-        else if (value.CheckType<long long>())
-            std::snprintf(buffer, sizeof buffer, "i%lld", value.As<long long>()), what = buffer;
-        else if (value.CheckType<unsigned long long>())
-            std::snprintf(buffer, sizeof buffer, "u%llu", value.As<unsigned long long>()), what = buffer;
-        else if (value.CheckType<double>())
-            std::snprintf(buffer, sizeof buffer, "d%.17g", value.As<double>()), what = buffer;
-        else if (value.CheckType<wxString>())
-            for (wxUniChar c : value.As<wxString>())
-                what += std::to_string(c.GetValue()) + ",";
-        else
-            what = "?";
-        Line(m, "=" + what);
-    }
-    void OnObject(const ooxml::traversal::Member& m, const ooxml::traversal::Node& child) override
-    {
-        Line(m, std::string(":") + child.info->fullName + " {");
-        Visit(child, *this);
-        text += "}\n";
-    }
-    void OnAbsentObject(const ooxml::traversal::Member& m) override { Line(m, " absent"); }
-};
-
 [[noreturn]] void Differ(const char* what, const std::string& fast, const std::string& wx)
 {
     std::fprintf(stderr, "fast and wxWidgets paths differ: %s\nfast:\n%s\nwx:\n%s\n", what, fast.c_str(), wx.c_str());
@@ -91,22 +56,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const ooxml::opc::ReadOptions options;
     const bool fastPrepared = ooxml::opc::PrepareDocument(fast, options, &fastProblem, &fastStats);
     const bool wxPrepared = ooxml::opc::PrepareDocument(wx, options, &wxProblem, &wxStats);
-    auto stats = [](const ooxml::opc::PrepareStats& s) {
-        return std::to_string(s.strict) + " " + std::to_string(s.alternateContent) + " " + std::to_string(s.choices) +
-               " " + std::to_string(s.fallbacks) + " " + std::to_string(s.recovered) + " " +
-               std::to_string(s.ignoredElements) + " " + std::to_string(s.ignoredAttributes) + " " +
-               std::to_string(s.unwrapped);
-    };
-    if (fastPrepared != wxPrepared || fastProblem != wxProblem || stats(fastStats) != stats(wxStats))
-        Differ("markup compatibility", stats(fastStats) + " " + Utf8(fastProblem), stats(wxStats) + " " + Utf8(wxProblem));
+    using tree_text::StatsText;
+    if (fastPrepared != wxPrepared || fastProblem != wxProblem || StatsText(fastStats) != StatsText(wxStats))
+        Differ("markup compatibility", StatsText(fastStats) + " " + Utf8(fastProblem), StatsText(wxStats) + " " + Utf8(wxProblem));
     if (!fastPrepared)
         return 0;
     ooxml::opc::PartRoot fastRoot, wxRoot;
     ooxml::opc::ReadPartXml(cls, fast, &fastRoot);
     ooxml::opc::ReadPartXml(cls, wx, &wxRoot);
-    Flatten fastTree, wxTree;
-    Visit(fastRoot.GetNode(), fastTree);
-    Visit(wxRoot.GetNode(), wxTree);
+    tree_text::Flattener fastTree, wxTree;
+    fastTree.Run(fastRoot.GetNode());
+    wxTree.Run(wxRoot.GetNode());
     if (fastRoot.ReadOk() != wxRoot.ReadOk() || fastTree.text != wxTree.text)
         Differ(cls.fullName, std::to_string(fastRoot.ReadOk()) + "\n" + fastTree.text,
                std::to_string(wxRoot.ReadOk()) + "\n" + wxTree.text);
